@@ -1,0 +1,52 @@
+# The Debian packages this project needs, in one place. Sourced by scripts/prepare.
+# Why each of them: docs/dependencies.md.
+
+packages_build=(
+  cmake
+  g++
+  libavahi-client-dev
+  libavahi-common-dev
+  libavahi-core-dev
+  libcpp-httplib-dev
+  libcurl4-openssl-dev
+  libgl-dev
+  libqt6svg6-dev
+  ninja-build
+  pkg-config
+  qt6-base-dev
+  qt6-declarative-dev
+)
+
+packages_run=(
+  ffmpeg
+  fonts-inter
+  libgl1-mesa-dri
+  libqt6svg6
+  qml6-module-qtqml
+  qml6-module-qtqml-models
+  qml6-module-qtqml-workerscript
+  qml6-module-qtquick
+  qml6-module-qtquick-controls
+  qml6-module-qtquick-layouts
+  qml6-module-qtquick-templates
+  qml6-module-qtquick-window
+  qt6-qpa-plugins
+)
+
+packages_test=(
+  at-spi2-core
+  avahi-daemon
+  curl
+  dbus
+  dbus-x11
+  gir1.2-atspi-2.0
+  iproute2
+  python3
+  python3-gi
+  qml6-module-qttest
+  qt6-declarative-dev-tools
+  util-linux
+  xauth
+  xdotool
+  xvfb
+)
