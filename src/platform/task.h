@@ -12,8 +12,8 @@ namespace quiv {
 // A coroutine that starts at once and is owned by its Task object.
 //
 // - Destroying the Task cancels: the coroutine frame goes, and with it every awaitable it is
-//   suspended in. Awaitables take themselves out of whatever would resume them in their destructors,
-//   so nothing ever resumes into a frame that is gone.
+//   suspended in. Awaitables take themselves out of whatever would resume them in their
+//   destructors, so nothing ever resumes into a frame that is gone.
 // - `co_await std::move(task)` gives the value or rethrows the exception.
 // - What a task awaits is movable until awaited, registers in await_suspend (returning nothing) and
 //   resumes later from the event loop, never from inside await_suspend.
@@ -22,8 +22,8 @@ namespace quiv {
 //   ends, and until then the running code keeps its locals.
 // - Single-threaded: resumed and destroyed on the thread that made it.
 //
-// Coroutines are named functions with parameters by value; hoist temporaries out of expressions that
-// contain co_await (g++ 12 destroys some of them twice).
+// Coroutines are named functions with parameters by value; hoist temporaries out of expressions
+// that contain co_await (g++ 12 destroys some of them twice).
 template <class T = void> class Task;
 
 namespace detail {
@@ -86,8 +86,7 @@ struct TaskPromiseBase {
 };
 
 template <class Awaiter>
-std::coroutine_handle<>
-TrackedAwaiter<Awaiter>::await_suspend(std::coroutine_handle<> handle) {
+std::coroutine_handle<> TrackedAwaiter<Awaiter>::await_suspend(std::coroutine_handle<> handle) {
     if (m_promise->abandoned) {
         handle.destroy(); // and this awaiter with it
         return std::noop_coroutine();

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "app/refresh_cycle.h"
+#include "library/library.h"
+#include "net/auth_tokens.h"
+#include "net/discovery.h"
+#include "net/pairing.h"
+#include "net/request_layer.h"
+#include "net/selected_device.h"
+#include "net/status_line.h"
+
+#include <QObject>
+#include <QTimer>
+
+namespace quiv {
+
+// The adapters the model works with; they outlive it.
+struct PlatformPorts {
+    HttpSession& http;
+    ServiceBrowser& browser;
+    SettingsStore& settings;
+    Clock& clock;
+};
+
+// The one object the window knows. It holds the parts, wires them and selects the TV; each part
+// owns its own state and operations. Main thread only; destroying it cancels whatever is under way.
+class OmbraMacModel : public QObject, private Discovery::Selector {
+    Q_OBJECT
+    Q_PROPERTY(quiv::StatusLine* status READ status CONSTANT)
+    Q_PROPERTY(quiv::SelectedDevice* selected READ selected CONSTANT)
+    Q_PROPERTY(quiv::Discovery* discovery READ discovery CONSTANT)
+    Q_PROPERTY(quiv::Pairing* pairing READ pairing CONSTANT)
+    Q_PROPERTY(quiv::Library* library READ library CONSTANT)
+
+public:
+    explicit OmbraMacModel(const PlatformPorts& ports, QObject* parent = nullptr);
+    ~OmbraMacModel() override;
+
+    StatusLine* status() { return &m_status; }
+    SelectedDevice* selected() { return &m_selected; }
+    Discovery* discovery() { return &m_discovery; }
+    Pairing* pairing() { return &m_pairing; }
+    Library* library() { return &m_library; }
+
+    // Makes this TV the selected one; another than before starts from nothing.
+    void selectDevice(const TVEndpoint& device) override;
+
+public Q_SLOTS:
+    // The window appeared: search for TVs and keep the selected one current.
+    void appear();
+    // The window is going: stop keeping it current.
+    void disappear();
+    // Selects the discovered TV with this endpointKey.
+    void selectDevice(const QString& endpointKey);
+
+private:
+    const std::optional<TVEndpoint>& selectedDevice() const override { return m_selected.device(); }
+    void updateSelectedDevice(const TVEndpoint& device) override { m_selected.set(device); }
+    void restartRefreshCycle();
+
+    SettingsStore& m_settings;
+    AuthTokens m_tokens;
+    RequestLayer m_requests;
+    StatusLine m_status;
+    SelectedDevice m_selected;
+    Pairing m_pairing;
+    Library m_library;
+    Discovery m_discovery;
+    RefreshCycle m_refreshCycle;
+    // Restarts come from the event loop: once for several changes, and after what caused them has
+    // said its own.
+    QTimer m_restart;
+    bool m_isVisible = false;
+};
+
+} // namespace quiv

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "library/library_content.h"
+#include "net/selected_device.h"
+#include "platform/task.h"
+
+#include <QByteArray>
+#include <QObject>
+
+namespace quiv {
+
+class RequestLayer;
+class StatusLine;
+
+// The selected TV's media library as last loaded.
+//
+// Listings are decoded and grouped on a background thread and published here on the main thread;
+// one that equals the last to the byte costs neither. Loads may overlap: the last to complete wins.
+// A failed load leaves the rows as they were, and a listing of a TV no longer selected is dropped.
+class Library : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(
+        bool isLibraryLoadInProgress READ isLibraryLoadInProgress NOTIFY loadInProgressChanged)
+
+public:
+    enum class Load {
+        Visible,   // messages, errors and progress
+        Announced, // messages and errors
+        Quiet,     // neither
+    };
+
+    Library(RequestLayer& requests, const SelectedDevice& selected, StatusLine& status,
+            QObject* parent = nullptr);
+
+    const LibraryContent& content() const { return m_content; }
+    bool isLibraryLoadInProgress() const { return m_isLoadInProgress; }
+
+    Task<> loadLibrary(Load load);
+    // Empties the rows for another TV and shows that a load is coming.
+    void reset();
+
+Q_SIGNALS:
+    void contentChanged(); // any of content()
+    void contentReset();   // the rows were emptied for another TV
+    void loadInProgressChanged();
+
+private:
+    Task<> fetchContent(SelectedDevice::Guard guard);
+    void setContent(LibraryContent content);
+    void setLoadInProgress(bool isInProgress);
+
+    RequestLayer& m_requests;
+    const SelectedDevice& m_selected;
+    StatusLine& m_status;
+    LibraryContent m_content;
+    QByteArray m_listing; // the bytes that m_content was made of
+    bool m_isLoadInProgress = false;
+};
+
+} // namespace quiv

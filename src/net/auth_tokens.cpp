@@ -1,0 +1,119 @@
+#include "net/auth_tokens.h"
+
+#include "platform/uuid.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace quiv {
+
+namespace {
+
+constexpr std::int64_t LongestLifetimeSec = 100ll * 365 * 24 * 3600;
+constexpr std::int64_t ExpiresSoonMs = 60'000;
+constexpr double Int64Bound = 9223372036854775808.0; // 2^63
+
+const QString ClientIdKey = QStringLiteral("ombra.controlClientId.v1");
+
+QString tokenKey(const QUrl& url) {
+    return QStringLiteral("ombra.authToken.v1.") + tokenDeviceKey(url);
+}
+
+QString expiryKey(const QUrl& url) {
+    return QStringLiteral("ombra.authTokenExpiryMs.v1.") + tokenDeviceKey(url);
+}
+
+bool hasControlCharacter(const QByteArray& text) {
+    return std::any_of(text.begin(), text.end(), [](char character) {
+        const auto byte = static_cast<unsigned char>(character);
+        return byte < 0x20 || byte == 0x7f;
+    });
+}
+
+std::optional<std::int64_t> lifetimeOf(const QByteArray& text) {
+    bool isNumber = false;
+    const qint64 lifetime = text.trimmed().toLongLong(&isNumber);
+    return isNumber ? std::optional<std::int64_t>(lifetime) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<AuthGrant> authGrant(const HttpReply& reply) {
+    AuthGrant grant;
+    if (const auto token = reply.header("X-Quiv-Auth-Token")) {
+        if (hasControlCharacter(*token))
+            return std::nullopt;
+        grant.token = QString::fromUtf8(*token);
+    }
+    if (const auto lifetime = reply.header("X-Quiv-Auth-Expires-In"))
+        grant.lifetimeSec = lifetimeOf(*lifetime);
+    if (!grant.token && !grant.lifetimeSec)
+        return std::nullopt;
+    return grant;
+}
+
+std::int64_t clampedLifetime(std::int64_t lifetimeSec) {
+    return std::min(lifetimeSec, LongestLifetimeSec);
+}
+
+AuthTokens::AuthTokens(SettingsStore& settings, const Clock& clock)
+    : m_settings(settings), m_clock(clock) {}
+
+QString AuthTokens::controlClientId() {
+    if (m_cachedControlClientId.isEmpty()) {
+        m_cachedControlClientId = m_settings.text(ClientIdKey).value_or(QString()).trimmed();
+        if (m_cachedControlClientId.isEmpty()) {
+            m_cachedControlClientId = QStringLiteral("mac-") + randomUuid();
+            m_settings.setText(ClientIdKey, m_cachedControlClientId);
+        }
+    }
+    return m_cachedControlClientId;
+}
+
+std::optional<QString> AuthTokens::storedAuthToken(const QUrl& url) const {
+    const QString token = m_settings.text(tokenKey(url)).value_or(QString()).trimmed();
+    return token.isEmpty() ? std::nullopt : std::optional(token);
+}
+
+bool AuthTokens::authTokenExpiresSoon(const QUrl& url) const {
+    const double expiry = m_settings.real(expiryKey(url)).value_or(0);
+    if (!std::isfinite(expiry) || expiry < 1 || expiry >= Int64Bound)
+        return false;
+    return static_cast<std::int64_t>(expiry) - nowMs() <= ExpiresSoonMs;
+}
+
+void AuthTokens::applyControlHeaders(HttpRequest& request, const QUrl& url) {
+    request.headers.append({"X-Quiv-Client-Id", controlClientId().toUtf8()});
+    if (const auto token = storedAuthToken(url))
+        request.headers.append({"X-Quiv-Auth-Token", token->toUtf8()});
+}
+
+QueryItems AuthTokens::authQueryItems(const QUrl& url) {
+    QueryItems items{{QStringLiteral("clientId"), controlClientId()}};
+    if (const auto token = storedAuthToken(url))
+        items.append({QStringLiteral("authToken"), *token});
+    return items;
+}
+
+bool AuthTokens::storeAuthToken(const AuthGrant& grant, const QUrl& url) {
+    const QString token = grant.token.value_or(QString()).trimmed();
+    const std::int64_t lifetimeSec = clampedLifetime(grant.lifetimeSec.value_or(0));
+    if (token.isEmpty() || lifetimeSec < 1) {
+        removeAuthToken(url);
+        return false;
+    }
+    m_settings.setText(tokenKey(url), token);
+    m_settings.setReal(expiryKey(url), double(nowMs() + lifetimeSec * 1000));
+    return true;
+}
+
+void AuthTokens::removeAuthToken(const QUrl& url) {
+    m_settings.remove(tokenKey(url));
+    m_settings.remove(expiryKey(url));
+}
+
+std::int64_t AuthTokens::nowMs() const {
+    return m_clock.wallTime().time_since_epoch().count();
+}
+
+} // namespace quiv

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "net/tv_request.h"
+#include "platform/clock.h"
+#include "platform/http_session.h"
+#include "platform/settings_store.h"
+
+#include <QString>
+#include <QUrl>
+
+#include <cstdint>
+#include <optional>
+
+namespace quiv {
+
+// A token a reply hands out, and the TV's will that it be forgotten.
+struct AuthGrant {
+    std::optional<QString> token;
+    std::optional<std::int64_t> lifetimeSec;
+};
+
+// What a reply's "X-Quiv-Auth-Token" and "X-Quiv-Auth-Expires-In" headers say; none when it has
+// neither, or a token that could not be sent back as it is.
+std::optional<AuthGrant> authGrant(const HttpReply& reply);
+
+// A lifetime in seconds within what dates can hold (a hundred years).
+std::int64_t clampedLifetime(std::int64_t lifetimeSec);
+
+// Who this client is to the TVs: its client id, and one access token with its expiry per TV, kept
+// in the settings. "URL" is any URL of the TV.
+class AuthTokens {
+public:
+    AuthTokens(SettingsStore& settings, const Clock& clock);
+
+    // "mac-" and a UUID; made on first use, never changes after that.
+    QString controlClientId();
+    std::optional<QString> storedAuthToken(const QUrl& url) const;
+    // The token runs out within 60 s, or has run out.
+    bool authTokenExpiresSoon(const QUrl& url) const;
+
+    // Adds the client id and the TV's token, if there is one.
+    void applyControlHeaders(HttpRequest& request, const QUrl& url);
+    // The same identity as query items, for URLs handed to components that send no headers.
+    QueryItems authQueryItems(const QUrl& url);
+
+    // Stores a token that comes with a lifetime of at least a second, else forgets the TV's token.
+    // True when it was stored.
+    bool storeAuthToken(const AuthGrant& grant, const QUrl& url);
+    void removeAuthToken(const QUrl& url);
+
+private:
+    std::int64_t nowMs() const;
+
+    SettingsStore& m_settings;
+    const Clock& m_clock;
+    QString m_cachedControlClientId;
+};
+
+} // namespace quiv

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "net/request_layer.h"
+#include "net/tv_endpoint.h"
+#include "platform/service_browser.h"
+#include "platform/settings_store.h"
+#include "platform/task.h"
+#include "platform/task_set.h"
+
+#include <QList>
+#include <QObject>
+
+#include <optional>
+
+namespace quiv {
+
+class StatusLine;
+
+// The settings key of the endpointKey that was selected last.
+inline constexpr char16_t SelectedDeviceKey[] = u"ombra.selectedDeviceKey";
+
+// The address a TV is listed under: its first IPv4 address, else its host name without dots at the
+// ends; none when it has neither, or no port.
+std::optional<TVEndpoint> endpointOf(const ResolvedService& service);
+
+// Finds the TVs that announce themselves in the local network, and sees to it that one is selected.
+//
+// Owns the list of TVs and the tasks that resolve and probe them; they go with it.
+class Discovery : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(int deviceCount READ deviceCount NOTIFY devicesChanged)
+
+public:
+    // What selects a TV.
+    class Selector {
+    public:
+        virtual ~Selector() = default;
+        virtual const std::optional<TVEndpoint>& selectedDevice() const = 0;
+        virtual void selectDevice(const TVEndpoint& device) = 0;
+        // A newer record of the selected TV: no reset, no message.
+        virtual void updateSelectedDevice(const TVEndpoint& device) = 0;
+    };
+
+    Discovery(ServiceBrowser& browser, RequestLayer& requests, const SettingsStore& settings,
+              Selector& selector, StatusLine& status, QObject* parent = nullptr);
+    ~Discovery() override;
+
+    // Unique by endpointKey, in the order of comesBefore().
+    const QList<TVEndpoint>& discoveredDevices() const { return m_discoveredDevices; }
+    int deviceCount() const { return int(m_discoveredDevices.size()); }
+
+public Q_SLOTS:
+    // Empties the list and searches anew.
+    void refreshDiscovery();
+
+Q_SIGNALS:
+    void devicesChanged();
+
+private:
+    Task<> follow(FoundService service);
+    Task<TVEndpoint> probeDeviceInfo(TVEndpoint endpoint);
+    void upsertDiscoveredDevice(const TVEndpoint& endpoint);
+    void ensureSelectedDevice();
+    const TVEndpoint* deviceWithKey(const QString& key) const;
+
+    ServiceBrowser& m_browser;
+    RequestLayer& m_requests;
+    const SettingsStore& m_settings;
+    Selector& m_selector;
+    StatusLine& m_status;
+    QList<TVEndpoint> m_discoveredDevices;
+    TaskSet m_tasks;
+};
+
+} // namespace quiv

@@ -1,0 +1,105 @@
+#pragma once
+
+#include "net/request_layer.h"
+#include "platform/clock.h"
+#include "platform/task.h"
+#include "platform/task_set.h"
+
+#include <QDateTime>
+#include <QObject>
+#include <QString>
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+
+namespace quiv {
+
+class StatusLine;
+
+// What is known of this client's right to control the selected TV.
+struct PairingState {
+    Q_GADGET
+    Q_PROPERTY(bool isControlPaired MEMBER isControlPaired)
+    Q_PROPERTY(bool requiresControlPairing MEMBER requiresControlPairing)
+    Q_PROPERTY(QString pairingClientLabel MEMBER pairingClientLabel)
+
+public:
+    bool isControlPaired = false;
+    bool requiresControlPairing = false;
+    std::optional<QDateTime> pairingCodeValidUntil; // or the end of the pairing, once paired
+    QString pairingClientLabel = QStringLiteral("Quiv Controller");
+
+    bool operator==(const PairingState&) const = default;
+};
+
+// The clock time of a date in the user's locale.
+std::optional<QString> pairingCodeValidUntilText(const std::optional<QDateTime>& validUntil);
+
+// Exactly three characters, each a number in any script, blanks around them aside.
+bool isPairingCode(const QString& code);
+
+// When a code or pairing with this lifetime runs out; `known` where that is within five seconds of
+// it, so that a lifetime told every two seconds does not make the time flicker.
+std::optional<QDateTime> pairingValidity(const std::optional<QDateTime>& known,
+                                         std::optional<std::int64_t> lifetimeSec, QDateTime now);
+
+// Pairs this client with the selected TV by the three-digit code the TV shows.
+//
+// Owns the pairing state and the tasks that the user starts; they go with it. A reply for a TV that
+// is no longer selected changes nothing here.
+class Pairing : public QObject, public RequestLayer::AuthListener {
+    Q_OBJECT
+    Q_PROPERTY(quiv::PairingState state READ state NOTIFY stateChanged)
+
+public:
+    enum class Announce { Yes, No }; // tell the user when the TV wants pairing
+    enum class Errors { Reported, Quiet };
+
+    Pairing(RequestLayer& requests, AuthTokens& tokens, const SelectedDevice& selected,
+            const Clock& clock, StatusLine& status, QObject* parent = nullptr);
+    ~Pairing() override;
+
+    const PairingState& state() const { return m_state; }
+
+    Task<> refreshPairingStatus(Announce announce, Errors errors);
+    // True when a control action ("upload", "delete", ...) may go ahead; else says what is needed.
+    Task<bool> ensureControlPairing(QString action);
+
+    // Nothing is known yet: another TV was selected.
+    void reset();
+
+    void authTokenStored(const QString& deviceKey, std::int64_t lifetimeSec) override;
+    void handleAuthFailure(int status, const QString& message) override;
+
+public Q_SLOTS:
+    void verifyPairingCode(const QString& code);
+    void cancelPairing();
+
+Q_SIGNALS:
+    void stateChanged();
+
+private:
+    struct Check {
+        std::chrono::milliseconds timeout;
+        bool announces = false;
+        bool reportsErrors = false;
+    };
+
+    Task<> checkStatus(Check check);
+    Task<> verify(QString code);
+    Task<> cancel();
+    void applyStatus(const PairingStatusResponse& response, bool announces);
+    void publishState(const PairingState& state);
+    std::optional<QDateTime> validity(std::optional<std::int64_t> lifetimeSec) const;
+
+    RequestLayer& m_requests;
+    AuthTokens& m_tokens;
+    const SelectedDevice& m_selected;
+    const Clock& m_clock;
+    StatusLine& m_status;
+    PairingState m_state;
+    TaskSet m_tasks;
+};
+
+} // namespace quiv

@@ -1,0 +1,84 @@
+#include "net/request_layer.h"
+
+#include <QStringDecoder>
+
+namespace quiv {
+
+namespace {
+
+// The text of a body, trimmed; empty when it is no valid UTF-8.
+QString textOf(const QByteArray& body) {
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    const QString text = decoder(body);
+    return decoder.hasError() ? QString() : text.trimmed();
+}
+
+QString errorOf(const QByteArray& body) {
+    try {
+        return decode<ServerErrorPayload>(body).error.value_or(QString()).trimmed();
+    } catch (const DecodingError&) {
+        return {};
+    }
+}
+
+QString messageOf(int status) {
+    switch (status) {
+    case 401:
+        return QStringLiteral("Pairing required: enter the 3-digit code shown on TV.");
+    case 408:
+    case 504:
+        return QStringLiteral("Upload failed: transfer timed out before completion.");
+    case 413:
+        return QStringLiteral("Upload failed: file is too large for the current upload target.");
+    case 429:
+        return QStringLiteral("Too many auth attempts. Wait before trying again.");
+    case 507:
+        return QStringLiteral("Upload failed: not enough free space on target storage.");
+    default:
+        return QStringLiteral("Upload failed (HTTP %1).").arg(status);
+    }
+}
+
+} // namespace
+
+QString serverErrorMessage(int status, const QByteArray& body) {
+    if (const QString error = errorOf(body); !error.isEmpty())
+        return error;
+    if (const QString text = textOf(body); !text.isEmpty())
+        return text;
+    return messageOf(status);
+}
+
+RequestLayer::RequestLayer(HttpSession& session, AuthTokens& tokens)
+    : m_session(session), m_tokens(tokens) {}
+
+Task<HttpReply> RequestLayer::send(HttpRequest request, QUrl base) {
+    m_tokens.applyControlHeaders(request, base);
+    auto sending = m_session.send(std::move(request));
+    HttpReply reply = co_await std::move(sending);
+    captureAuthToken(reply, base);
+    co_return reply;
+}
+
+Task<QByteArray> RequestLayer::fetchBody(QUrl base, QString path, std::chrono::milliseconds timeout,
+                                         Guard guard) {
+    HttpRequest request = tvRequest("GET", base, path);
+    request.timeouts.total = timeout;
+    auto sending = send(std::move(request), base);
+    const HttpReply reply = co_await std::move(sending);
+    if (reply.isSuccess())
+        co_return reply.body;
+    const QString message = serverErrorMessage(reply.status, reply.body);
+    const bool isAuthFailure = reply.status == 401 || reply.status == 429;
+    if (isAuthFailure && m_listener && (!guard || guard->isCurrent()))
+        m_listener->handleAuthFailure(reply.status, message);
+    throw UploadFailure(message);
+}
+
+void RequestLayer::captureAuthToken(const HttpReply& reply, const QUrl& base) {
+    const auto grant = authGrant(reply);
+    if (grant && m_tokens.storeAuthToken(*grant, base) && m_listener)
+        m_listener->authTokenStored(tokenDeviceKey(base), *grant->lifetimeSec);
+}
+
+} // namespace quiv

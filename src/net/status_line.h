@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+namespace quiv {
+
+// The window's one-line status text; every operation ends in it.
+class StatusLine : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QString statusMessage READ statusMessage NOTIFY statusMessageChanged)
+
+public:
+    using QObject::QObject;
+
+    const QString& statusMessage() const { return m_statusMessage; }
+    void post(const QString& message);
+
+Q_SIGNALS:
+    void statusMessageChanged();
+
+private:
+    QString m_statusMessage = QStringLiteral("Searching for TVs on local network...");
+};
+
+} // namespace quiv
