@@ -42,7 +42,6 @@ bool areHeadersSendable(const HttpHeaders& headers) {
 HttpErrorCode errorCodeFor(CURLcode code) {
     switch (code) {
     case CURLE_URL_MALFORMAT:
-    case CURLE_UNSUPPORTED_PROTOCOL:
         return HttpErrorCode::BadUrl;
     case CURLE_OPERATION_TIMEDOUT:
         return HttpErrorCode::TimedOut;
@@ -79,7 +78,8 @@ CurlTransfer::~CurlTransfer() {
 }
 
 std::optional<HttpError> CurlTransfer::prepare() {
-    if (!areHeadersSendable(m_request.headers) || hasControlCharacter(m_request.url))
+    if (!m_request.url.startsWith("http://") || hasControlCharacter(m_request.url) ||
+        !areHeadersSendable(m_request.headers))
         return HttpError(HttpErrorCode::BadUrl);
     if (auto error = openFiles())
         return error;

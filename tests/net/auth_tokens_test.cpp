@@ -1,0 +1,161 @@
+#include "net/auth_tokens.h"
+#include "net/request_layer.h"
+#include "support/fake_clock.h"
+#include "support/memory_settings.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace quiv;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QUrl Tv(QStringLiteral("http://TV.local:8080/api/files"));
+
+HttpReply replyWith(const QByteArray& token, const QByteArray& lifetime) {
+    HttpReply reply;
+    if (!token.isNull())
+        reply.headers.append({"x-quiv-auth-token", token});
+    if (!lifetime.isNull())
+        reply.headers.append({"X-QUIV-Auth-Expires-In", lifetime});
+    return reply;
+}
+
+} // namespace
+
+class AuthTokensTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theClientIdIsMadeOnceAndKept() {
+        MemorySettings settings;
+        FakeClock clock;
+        const QString id = AuthTokens(settings, clock).controlClientId();
+        QVERIFY(
+            QRegularExpression(QStringLiteral("^mac-[0-9a-f]{8}-([0-9a-f]{4}-){3}[0-9a-f]{12}$"))
+                .match(id)
+                .hasMatch());
+        QCOMPARE(AuthTokens(settings, clock).controlClientId(), id);
+        settings.texts[QStringLiteral("ombra.controlClientId.v1")] = QStringLiteral("  mine \n");
+        QCOMPARE(AuthTokens(settings, clock).controlClientId(), QStringLiteral("mine"));
+    }
+
+    void aTokenIsKnownUnderEveryUrlOfItsTv() {
+        MemorySettings settings;
+        FakeClock clock;
+        AuthTokens tokens(settings, clock);
+        QVERIFY(tokens.storeAuthToken({QStringLiteral(" secret "), 300}, Tv));
+        const QUrl sameTv(QStringLiteral("http://tv.LOCAL:8080"));
+        QCOMPARE(tokens.storedAuthToken(sameTv), QStringLiteral("secret"));
+        QVERIFY(!tokens.storedAuthToken(QUrl(QStringLiteral("http://tv.local:8081"))));
+        QCOMPARE(settings.reals.value(QStringLiteral("ombra.authTokenExpiryMs.v1.tv.local:8080")),
+                 double(clock.wallTime().time_since_epoch().count() + 300'000));
+
+        HttpRequest request;
+        tokens.applyControlHeaders(request, sameTv);
+        QCOMPARE(request.headers.size(), 2);
+        QCOMPARE(request.headers[1].second, QByteArray("secret"));
+        QCOMPARE(tokens.authQueryItems(sameTv)[1].second, QStringLiteral("secret"));
+        QCOMPARE(tokens.authQueryItems(QUrl(QStringLiteral("http://other")))[0].first,
+                 QStringLiteral("clientId"));
+        QCOMPARE(tokenDeviceKey(QUrl(QStringLiteral("http://Other"))), QStringLiteral("other:80"));
+        QCOMPARE(tokenDeviceKey(QUrl()), QStringLiteral("unknown:80"));
+    }
+
+    void repliesStoreReplaceOrRemoveTheToken_data() {
+        QTest::addColumn<QByteArray>("token");
+        QTest::addColumn<QByteArray>("lifetime");
+        QTest::addColumn<QString>("stored");
+        const QString old = QStringLiteral("old");
+        QTest::newRow("neither") << QByteArray() << QByteArray() << old;
+        QTest::newRow("both") << QByteArray("new") << QByteArray(" +60 ") << QStringLiteral("new");
+        QTest::newRow("token only") << QByteArray("new") << QByteArray() << QString();
+        QTest::newRow("lifetime only") << QByteArray() << QByteArray("60") << QString();
+        QTest::newRow("zero") << QByteArray("new") << QByteArray("0") << QString();
+        QTest::newRow("negative") << QByteArray("new") << QByteArray("-5") << QString();
+        QTest::newRow("no number") << QByteArray("new") << QByteArray("soon") << QString();
+        QTest::newRow("blank token") << QByteArray("  ") << QByteArray("60") << QString();
+        QTest::newRow("huge") << QByteArray("new") << QByteArray("9223372036854775807")
+                              << QStringLiteral("new");
+        QTest::newRow("token that could not be sent")
+            << QByteArray("a\tb") << QByteArray("60") << old;
+    }
+    void repliesStoreReplaceOrRemoveTheToken() {
+        QFETCH(QByteArray, token);
+        QFETCH(QByteArray, lifetime);
+        QFETCH(QString, stored);
+        MemorySettings settings;
+        FakeClock clock;
+        AuthTokens tokens(settings, clock);
+        tokens.storeAuthToken({QStringLiteral("old"), 60}, Tv);
+        if (const auto grant = authGrant(replyWith(token, lifetime)))
+            tokens.storeAuthToken(*grant, Tv);
+        QCOMPARE(tokens.storedAuthToken(Tv).value_or(QString()), stored);
+        QCOMPARE(settings.reals.size(), stored.isEmpty() ? 0 : 1);
+    }
+
+    void aTokenExpiresSoonWithinAMinute() {
+        MemorySettings settings;
+        FakeClock clock;
+        AuthTokens tokens(settings, clock);
+        QVERIFY(!tokens.authTokenExpiresSoon(Tv));
+        tokens.storeAuthToken({QStringLiteral("token"), 100}, Tv);
+        clock.advance(39'999ms);
+        QVERIFY(!tokens.authTokenExpiresSoon(Tv));
+        clock.advance(1ms);
+        QVERIFY(tokens.authTokenExpiresSoon(Tv));
+        clock.advance(1h);
+        QVERIFY(tokens.authTokenExpiresSoon(Tv));
+        for (const double broken : {std::nan(""), 1e300, -1.0, 0.5}) {
+            settings.reals[QStringLiteral("ombra.authTokenExpiryMs.v1.tv.local:8080")] = broken;
+            QVERIFY(!tokens.authTokenExpiresSoon(Tv));
+        }
+    }
+
+    void failedRepliesHaveAMessage_data() {
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QString>("message");
+        const auto row = [](int status, const char* body, const char* message) {
+            QTest::addRow("%d %s", status, body)
+                << status << QByteArray(body) << QString::fromUtf8(message);
+        };
+        row(400, R"({"ok":false,"error":"  No such file. "})", "No such file.");
+        row(400, R"({"error":"  "})", R"({"error":"  "})");
+        row(400, R"({"error":7})", R"({"error":7})");
+        row(500, " Internal \n", "Internal");
+        row(403, "", "Upload failed (HTTP 403).");
+        row(401, " ", "Pairing required: enter the 3-digit code shown on TV.");
+        row(507, "\xff\xfe", "Upload failed: not enough free space on target storage.");
+        row(504, "", "Upload failed: transfer timed out before completion.");
+        row(413, "", "Upload failed: file is too large for the current upload target.");
+        row(429, "", "Too many auth attempts. Wait before trying again.");
+    }
+    void failedRepliesHaveAMessage() {
+        QFETCH(int, status);
+        QFETCH(QByteArray, body);
+        QTEST(serverErrorMessage(status, body), "message");
+    }
+
+    void addressesAndQueriesReachTheTvAsTheyAre() {
+        const auto url = [](const char* host, int port) {
+            TVEndpoint endpoint;
+            endpoint.host = QString::fromUtf8(host);
+            endpoint.port = port;
+            return baseURL(endpoint);
+        };
+        QVERIFY(url("192.168.1.20", 8080) && url("tv.local", 1));
+        for (const char* host : {"", "my tv", "a/b", "u@h", "a?b", "a#b", "::1"})
+            QVERIFY2(!url(host, 80), host);
+        QVERIFY(!url("tv.local", 70000));
+        const auto request =
+            tvRequest("POST", *url("tv.local", 80), QStringLiteral("api/files/delete"),
+                      {{QStringLiteral("name"), QStringLiteral("a+b &c=é.mkv")}});
+        QCOMPARE(request.url,
+                 QByteArray("http://tv.local:80/api/files/delete?name=a%2Bb%20%26c%3D%C3%A9.mkv"));
+    }
+};
+
+QTEST_GUILESS_MAIN(AuthTokensTest)
+#include "auth_tokens_test.moc"

@@ -1,0 +1,150 @@
+#include "net/wire_decoding.h"
+
+#include <QRandomGenerator>
+#include <QTest>
+
+using namespace quiv;
+
+namespace {
+
+const QByteArray Files = R"({"files":[{"name":"a.mkv","kind":"VIDEO","sizeBytes":3000000000,
+    "lastModifiedMs":1700000000123,"extra":{}}],"videos":[{"name":"a.mkv","displayName":"A",
+    "sizeBytes":1,"subtitleCount":2,"storageLocation":"USB"}],"usbStorage":{"driveId":"d",
+    "driveName":"Backup","isConnected":true,"freeBytes":1,"totalBytes":2,"cachedVideoCount":3,
+    "cachedVideoBytes":4},"usbSetupHint":null})";
+
+// The description of the failure; empty when it decodes.
+template <class Record> QString failureOf(const QByteArray& json) {
+    try {
+        (void)decode<Record>(json);
+        return {};
+    } catch (const DecodingError& error) {
+        return error.description();
+    }
+}
+
+template <class Record> void decodeQuietly(const QByteArray& json) {
+    (void)failureOf<Record>(json);
+}
+
+void decodeAsEverything(const QByteArray& json) {
+    decodeQuietly<FilesResponse>(json);
+    decodeQuietly<RemoteDeviceInfo>(json);
+    decodeQuietly<PlaybackResponse>(json);
+    decodeQuietly<PairingStatusResponse>(json);
+    decodeQuietly<UploadStatusResponse>(json);
+    decodeQuietly<MoveStatusResponse>(json);
+    decodeQuietly<ServerErrorPayload>(json);
+    decodeQuietly<UploadSuccessPayload>(json);
+}
+
+} // namespace
+
+class WireDecodingTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aListingKeepsEveryField() {
+        const auto response = decode<FilesResponse>(Files);
+        QCOMPARE(response.files.size(), 1);
+        QVERIFY((response.files[0] == RemoteFile{QStringLiteral("a.mkv"), QStringLiteral("VIDEO"),
+                                                 3000000000, 1700000000123}));
+        QCOMPARE(response.videos[0].storageLocation, QStringLiteral("USB"));
+        QVERIFY(!response.videos[0].lastModifiedMs);
+        QCOMPARE(response.usbStorage->cachedVideoBytes, 4);
+        QVERIFY(!response.storage && !response.internalStorage && !response.usbSetupHint);
+    }
+
+    void aRequiredFieldMissingNullOrMistypedFailsTheWholeReply_data() {
+        QTest::addColumn<QByteArray>("from");
+        QTest::addColumn<QByteArray>("to");
+        QTest::addColumn<QString>("path");
+        const auto row = [](const char* from, const char* to, const char* path) {
+            QTest::newRow(to) << QByteArray(from) << QByteArray(to) << QString::fromUtf8(path);
+        };
+        row("\"videos\":[", "\"movies\":[", "\"videos\" is missing");
+        row("\"files\":[", "\"files\":null,\"x\":[", "\"files\" is missing");
+        row("\"kind\":\"VIDEO\"", "\"kind\":7", "\"files[0].kind\"");
+        row("3000000000", "3.5", "\"files[0].sizeBytes\"");
+        row("3000000000", "1e30", "\"files[0].sizeBytes\"");
+        row("3000000000", "9223372036854775808", "\"files[0].sizeBytes\"");
+        row("3000000000", "\"3000000000\"", "\"files[0].sizeBytes\"");
+        row("1700000000123", "true", "\"files[0].lastModifiedMs\"");
+        row("\"isConnected\":true", "\"isConnected\":1", "\"usbStorage.isConnected\"");
+        row("\"usbSetupHint\":null", "\"usbSetupHint\":[]", "\"usbSetupHint\"");
+        row("\"usbSetupHint\":null", "\"storage\":{\"usedBytes\":1}", "\"storage.totalBytes\"");
+    }
+    void aRequiredFieldMissingNullOrMistypedFailsTheWholeReply() {
+        QFETCH(QByteArray, from);
+        QFETCH(QByteArray, to);
+        QFETCH(QString, path);
+        QByteArray json = Files;
+        QVERIFY(json.contains(from));
+        json.replace(from, to);
+        const QString failure = failureOf<FilesResponse>(json);
+        QVERIFY2(failure.contains(path), qPrintable(failure));
+    }
+
+    void wholeNumbersMayBeWrittenWithAFraction() {
+        QByteArray json = Files;
+        json.replace("3000000000", "3000000000.0");
+        QCOMPARE(decode<FilesResponse>(json).files[0].sizeBytes, 3000000000);
+        json.replace("3000000000.0", "-9223372036854775808");
+        QCOMPARE(decode<FilesResponse>(json).files[0].sizeBytes,
+                 std::numeric_limits<std::int64_t>::min());
+    }
+
+    void playbackHasItsDefaults() {
+        const auto playback = decode<PlaybackResponse>(
+            R"({"isPlaying":true,"positionMs":5,"durationMs":6,"playbackSpeed":null})");
+        QCOMPARE(playback.playbackSpeed, 1.0);
+        QVERIFY(playback.subtitleTracks.isEmpty() && playback.audioTracks.isEmpty());
+        QVERIFY(!failureOf<PlaybackResponse>(R"({"isPlaying":true,"durationMs":6})").isEmpty());
+        const auto withTrack = decode<PlaybackResponse>(
+            R"({"isPlaying":false,"positionMs":5,"durationMs":6,"playbackSpeed":2,
+                "audioTracks":[{"id":"1","label":"","selected":true}]})");
+        QCOMPARE(withTrack.playbackSpeed, 2.0);
+        QVERIFY(withTrack.audioTracks[0].selected);
+    }
+
+    void infoMayBeEmptyButNotMistyped() {
+        QCOMPARE(decode<RemoteDeviceInfo>("{}"), RemoteDeviceInfo());
+        QVERIFY(!failureOf<RemoteDeviceInfo>(R"({"apiVersion":"3"})").isEmpty());
+    }
+
+    void whatIsNoObjectFails() {
+        for (const char* json :
+             {"", "null", "[]", "7", "\"x\"", "{", "{}{}", "\xff\xfe", "{\"a\":\"\xff\"}"})
+            QVERIFY2(!failureOf<FilesResponse>(json).isEmpty(), json);
+        QVERIFY(!failureOf<RemoteDeviceInfo>(QByteArray(5'000'000, '[')).isEmpty());
+        QVERIFY(!failureOf<RemoteDeviceInfo>(QByteArray("{\"a\":").repeated(1'000'000)).isEmpty());
+    }
+
+    // Any damage to a reply ends in a record or an error, never in a crash.
+    void damagedRepliesNeverBreakAnything() {
+        QRandomGenerator random(20);
+        const QByteArray alphabet = "{}[]\",:0123456789eE+-.truefalsn\\u \xff";
+        for (int round = 0; round < 3000; ++round) {
+            QByteArray json = Files;
+            for (int edit = random.bounded(1, 6); edit > 0 && !json.isEmpty(); --edit) {
+                const auto position = random.bounded(json.size());
+                switch (random.bounded(3)) {
+                case 0:
+                    json[position] = alphabet[random.bounded(alphabet.size())];
+                    break;
+                case 1:
+                    json.remove(position, random.bounded(20));
+                    break;
+                default:
+                    json.insert(position, json.sliced(position, std::min<qsizetype>(
+                                                                    30, json.size() - position)));
+                }
+            }
+            decodeAsEverything(json);
+        }
+        QCOMPARE(failureOf<FilesResponse>(Files), QString());
+    }
+};
+
+QTEST_GUILESS_MAIN(WireDecodingTest)
+#include "wire_decoding_test.moc"

@@ -1,0 +1,333 @@
+#include "platform/curl_http_session.h"
+#include "platform/host_resolver.h"
+#include "platform/http_early_answer.h"
+#include "support/raw_server.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <mutex>
+
+using namespace quiv;
+using namespace std::chrono_literals;
+
+namespace {
+
+struct Outcome {
+    std::optional<HttpReply> reply;
+    std::optional<HttpErrorCode> error;
+    QString sentence;
+    bool isThere() const { return reply || error; }
+};
+
+Task<> exchange(HttpSession& session, HttpRequest request, Outcome* outcome) {
+    try {
+        auto sending = session.send(std::move(request));
+        HttpReply reply = co_await std::move(sending);
+        outcome->reply = std::move(reply);
+    } catch (const HttpError& error) {
+        outcome->error = error.code();
+        outcome->sentence = error.description();
+    }
+}
+
+HttpRequest request(const QByteArray& method, const QByteArray& url) {
+    HttpRequest result;
+    result.method = method;
+    result.url = url;
+    result.timeouts.total = 20s;
+    return result;
+}
+
+// Keeps what a server thread saw.
+class Seen {
+public:
+    void add(const QByteArray& bytes) {
+        const std::lock_guard lock(m_mutex);
+        m_bytes.append(bytes);
+    }
+    QByteArray all() {
+        const std::lock_guard lock(m_mutex);
+        return m_bytes;
+    }
+
+private:
+    std::mutex m_mutex;
+    QByteArray m_bytes;
+};
+
+RawServer::Handler replyingWith(const QByteArray& reply, Seen* seen = nullptr) {
+    return [reply, seen](RawServer::Connection& connection) {
+        const QByteArray headers = connection.readHeaders();
+        if (seen)
+            seen->add(headers);
+        connection.write(reply);
+    };
+}
+
+// Resolves every name to loopback.
+struct LoopbackResolver final : HostResolver {
+    Task<std::optional<HostAddress>> resolve(QString host, std::chrono::milliseconds) override {
+        asked.append(host);
+        HostAddress address;
+        address.bytes = {127, 0, 0, 1};
+        co_return address;
+    }
+    void forget(const QString& host) override { forgotten.append(host); }
+    QStringList asked;
+    QStringList forgotten;
+};
+
+} // namespace
+
+class HttpSessionTest : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_directory;
+
+    QString file(const QByteArray& content) const {
+        QFile result(m_directory.filePath(QStringLiteral("body")));
+        if (result.open(QIODevice::WriteOnly))
+            result.write(content);
+        return result.fileName();
+    }
+
+    static Outcome outcomeOf(HttpRequest toSend) {
+        CurlHttpSession session;
+        Outcome outcome;
+        const Task<> task = exchange(session, std::move(toSend), &outcome);
+        if (!QTest::qWaitFor([&outcome] { return outcome.isThere(); }, 15000))
+            qWarning("no outcome");
+        return outcome;
+    }
+
+private Q_SLOTS:
+    void aRequestGoesOutAsGivenAndTheReplyComesBack() {
+        Seen seen;
+        const RawServer server(replyingWith("HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 203 Fine\r\n"
+                                            "X-Some-Name:  value \r\nContent-Length: 4\r\n\r\nbody",
+                                            &seen));
+        HttpRequest post = request("POST", server.url("/a?code=%2B1"));
+        post.headers = {{"X-Quiv-Client-Id", "mac-1"}};
+        const Outcome outcome = outcomeOf(post);
+        QCOMPARE(outcome.reply->status, 203);
+        QCOMPARE(outcome.reply->header("x-some-NAME"), QByteArray("value"));
+        QCOMPARE(outcome.reply->body, QByteArray("body"));
+        const QByteArray sent = seen.all();
+        QVERIFY(sent.startsWith("POST /a?code=%2B1 HTTP/1.1\r\n"));
+        QVERIFY(sent.contains("\r\nX-Quiv-Client-Id: mac-1\r\n"));
+        QVERIFY(sent.contains("\r\nContent-Length: 0\r\n"));
+        QVERIFY(!sent.contains("Expect") && !sent.contains("Content-Type") &&
+                !sent.contains("Cookie"));
+    }
+
+    void redirectsAreRepliesAndProxiesAreNotUsed() {
+        qputenv("http_proxy", "http://127.0.0.1:1");
+        const RawServer server(
+            replyingWith("HTTP/1.1 302 Found\r\nLocation: http://127.0.0.1:1/\r\n"
+                         "Content-Length: 0\r\n\r\n"));
+        QCOMPARE(outcomeOf(request("GET", server.url())).reply->status, 302);
+        qunsetenv("http_proxy");
+    }
+
+    void brokenExchangesHaveTheirErrors_data() {
+        QTest::addColumn<QByteArray>("reply");
+        QTest::addColumn<int>("code");
+        QTest::newRow("nothing") << QByteArray("") << -1005;
+        QTest::newRow("no http") << QByteArray("SSH-2.0-tv\r\n\r\n") << -1011;
+        QTest::newRow("half a body")
+            << QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nhalf") << -1005;
+        QTest::newRow("larger than allowed")
+            << QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 3000\r\n\r\n" + QByteArray(3000, 'x'))
+            << -1103;
+        QTest::newRow("endless headers")
+            << QByteArray("HTTP/1.1 200 OK\r\n" +
+                          QByteArray("X-A: " + QByteArray(900, 'y') + "\r\n").repeated(100))
+            << -1011;
+    }
+    void brokenExchangesHaveTheirErrors() {
+        QFETCH(QByteArray, reply);
+        QFETCH(int, code);
+        const RawServer server(replyingWith(reply));
+        HttpRequest get = request("GET", server.url());
+        get.replyLimit = 2000;
+        const Outcome outcome = outcomeOf(get);
+        QVERIFY(outcome.error);
+        QCOMPARE(int(*outcome.error), code);
+        QVERIFY(outcome.sentence.endsWith(u'.'));
+    }
+
+    void whatCannotBeSentIsRefused() {
+        QCOMPARE(outcomeOf(request("GET", "http://127.0.0.1:1/")).error,
+                 HttpErrorCode::CannotConnect);
+        QCOMPARE(outcomeOf(request("GET", "http://no-such-host.invalid/")).error,
+                 HttpErrorCode::CannotFindHost);
+        QCOMPARE(outcomeOf(request("GET", "file:///etc/hostname")).error, HttpErrorCode::BadUrl);
+        HttpRequest injecting = request("GET", "http://127.0.0.1:1/");
+        injecting.headers = {{"X-Quiv-Auth-Token", "a\r\nX-Evil: 1"}};
+        QCOMPARE(outcomeOf(injecting).error, HttpErrorCode::BadUrl);
+        HttpRequest missing = request("PUT", "http://127.0.0.1:1/");
+        missing.bodyFile = m_directory.filePath(QStringLiteral("missing"));
+        QCOMPARE(outcomeOf(missing).error, HttpErrorCode::CannotReadFile);
+    }
+
+    void aLongErrorBodyIsCutOff() {
+        const QByteArray body(200'000, 'e');
+        const RawServer server(
+            replyingWith("HTTP/1.1 500 No\r\nContent-Length: 200000\r\n\r\n" + body));
+        const Outcome outcome = outcomeOf(request("GET", server.url()));
+        QVERIFY(outcome.reply);
+        QCOMPARE(outcome.reply->status, 500);
+        QCOMPARE(outcome.reply->body.size(), ErrorReplyLimit);
+    }
+
+    void aServerThatNeverAnswersTimesOutAndIsClosed() {
+        const RawServer server([](RawServer::Connection& connection) { connection.awaitClose(); });
+        HttpRequest get = request("GET", server.url());
+        get.timeouts.total = 150ms;
+        QCOMPARE(outcomeOf(get).error, HttpErrorCode::TimedOut);
+        QTRY_COMPARE(server.handledConnections(), 1);
+    }
+
+    void anIdleTransferEndsBeforeItsTotalTime() {
+        const RawServer server([](RawServer::Connection& connection) {
+            connection.readHeaders();
+            connection.write("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nsome");
+            connection.awaitClose();
+        });
+        HttpRequest get = request("GET", server.url());
+        get.timeouts.idle = 1s;
+        QCOMPARE(outcomeOf(get).error, HttpErrorCode::TimedOut);
+    }
+
+    void filesStreamBothWaysWithProgress() {
+        const QByteArray content = QByteArray("0123456789abcdef").repeated(200'000);
+        Seen seen;
+        const RawServer server([&](RawServer::Connection& connection) {
+            const QByteArray all = connection.readUntil([&](const QByteArray& bytes) {
+                const auto end = bytes.indexOf("\r\n\r\n");
+                return end >= 0 && bytes.size() >= end + 4 + content.size();
+            });
+            seen.add(all);
+            connection.write("HTTP/1.1 200 OK\r\nContent-Length: " +
+                             QByteArray::number(content.size()) + "\r\n\r\n" + content);
+        });
+        HttpRequest put = request("PUT", server.url("/upload"));
+        put.bodyFile = file(content);
+        put.replyFile = m_directory.filePath(QStringLiteral("reply"));
+        QList<HttpProgress> reports;
+        put.onProgress = [&reports](const HttpProgress& progress) {
+            reports.append(progress);
+        };
+        const Outcome outcome = outcomeOf(put);
+        QVERIFY(outcome.reply);
+        QVERIFY(seen.all().endsWith("\r\n\r\n" + content));
+        QFile reply(put.replyFile);
+        QVERIFY(reply.open(QIODevice::ReadOnly));
+        QVERIFY(reply.readAll() == content);
+        QVERIFY(outcome.reply->body.isEmpty());
+        QCOMPARE(reports.last(),
+                 (HttpProgress{content.size(), content.size(), content.size(), content.size()}));
+    }
+
+    void aFileThatShrinksIsAnErrorNotAHang() {
+        const RawServer server([this](RawServer::Connection& connection) {
+            connection.readHeaders();
+            QFile::resize(m_directory.filePath(QStringLiteral("body")), 10);
+            connection.awaitClose();
+        });
+        HttpRequest put = request("PUT", server.url());
+        put.bodyFile = file(QByteArray(64 << 20, 'x'));
+        QCOMPARE(outcomeOf(put).error, HttpErrorCode::CannotReadFile);
+    }
+
+    void anAnswerDuringAnUploadIsReadThoughTheServerCloses() {
+        const RawServer server([](RawServer::Connection& connection) {
+            connection.readHeaders();
+            connection.write("HTTP/1.1 413 Too Large\r\nContent-Length: 9\r\n\r\ntoo large");
+        });
+        HttpRequest put = request("PUT", server.url());
+        put.bodyFile = file(QByteArray(8 << 20, 'x'));
+        for (int round = 0; round < 25; ++round) {
+            const Outcome outcome = outcomeOf(put);
+            QVERIFY2(outcome.reply, qPrintable(outcome.sentence));
+            QCOMPARE(outcome.reply->status, 413);
+            QCOMPARE(outcome.reply->body, QByteArray("too large"));
+        }
+    }
+
+    void earlyAnswersAreReadFromWhateverBytesThereAre() {
+        const auto parsed =
+            parseEarlyAnswer("HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 507 Full\r\nA: b\r\n"
+                             "Content-Length: 10\r\n\r\nfull");
+        QCOMPARE(parsed->status, 507);
+        QCOMPARE(parsed->body, QByteArray("full"));
+        QCOMPARE(parsed->header("a"), QByteArray("b"));
+        for (const char* bytes : {"", "HTTP/1.1 413 Half", "HTTP/1.1 100 Continue\r\n\r\n",
+                                  "x\r\n\r\n", "HTTP/1.1 9999 No\r\n\r\n", "HTTP/1.1\r\n\r\n"})
+            QVERIFY(!parseEarlyAnswer(bytes));
+    }
+
+    void stoppingDroppingAndEndingTheSessionEachCloseTheSocket() {
+        std::atomic<int> accepted = 0;
+        const RawServer server([&accepted](RawServer::Connection& connection) {
+            ++accepted;
+            connection.awaitClose();
+        });
+        CurlHttpSession session;
+        Outcome stopped;
+        std::stop_source stop;
+        HttpRequest get = request("GET", server.url());
+        get.stop = stop.get_token();
+        Task<> task = exchange(session, get, &stopped);
+        QTRY_COMPARE(accepted, 1);
+        stop.request_stop();
+        QVERIFY(!stopped.isThere()); // completes from the event loop
+        QTRY_COMPARE(stopped.error, HttpErrorCode::Cancelled);
+        QTRY_COMPARE(server.handledConnections(), 1);
+
+        Outcome dropped;
+        task = exchange(session, request("GET", server.url()), &dropped);
+        QTRY_COMPARE(accepted, 2);
+        task.cancel();
+        QTRY_COMPARE(server.handledConnections(), 2);
+        QVERIFY(!dropped.isThere());
+
+        Outcome ended;
+        auto shortLived = std::make_unique<CurlHttpSession>();
+        task = exchange(*shortLived, request("GET", server.url()), &ended);
+        QTRY_COMPARE(accepted, 3);
+        shortLived.reset();
+        QCOMPARE(ended.error, HttpErrorCode::Cancelled);
+        QTRY_COMPARE(server.handledConnections(), 3);
+    }
+
+    void localNamesAreResolvedAndForgottenWhenTheyFail() {
+        LoopbackResolver resolver;
+        CurlHttpSession session(&resolver);
+        Seen seen;
+        const RawServer server(replyingWith("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n", &seen));
+        const QByteArray port = QByteArray::number(server.port());
+        Outcome outcome;
+        Task<> task = exchange(session, request("GET", "http://tv.local:" + port + "/"), &outcome);
+        QTRY_VERIFY(outcome.isThere());
+        QVERIFY(outcome.reply);
+        QVERIFY(seen.all().contains("\r\nHost: tv.local:" + port + "\r\n"));
+        QCOMPARE(resolver.asked, QStringList(QStringLiteral("tv.local")));
+        QVERIFY(resolver.forgotten.isEmpty());
+
+        Outcome failed;
+        task = exchange(session, request("GET", "http://tv.local:1/"), &failed);
+        QTRY_COMPARE(failed.error, HttpErrorCode::CannotConnect);
+        QCOMPARE(resolver.forgotten, QStringList(QStringLiteral("tv.local")));
+    }
+
+    void everythingButUnreservedCharactersIsEncoded() {
+        QCOMPARE(percentEncoded(QStringLiteral("a+b c&d=é/~-_.")),
+                 QByteArray("a%2Bb%20c%26d%3D%C3%A9%2F~-_."));
+    }
+};
+
+QTEST_GUILESS_MAIN(HttpSessionTest)
+#include "http_session_test.moc"

@@ -1,0 +1,108 @@
+#include "platform/settings_store.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <thread>
+
+using namespace quiv;
+
+namespace {
+
+const QString TextKey = QStringLiteral("a.text");
+const QString RealKey = QStringLiteral("a.real");
+
+} // namespace
+
+class SettingsStoreTest : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_directory;
+    QString m_path;
+
+private Q_SLOTS:
+    void init() {
+        m_path = m_directory.filePath(QString::fromUtf8(QTest::currentTestFunction()) +
+                                      QStringLiteral("/settings.json"));
+    }
+
+    void valuesAreOnDiskWhenSetAndReadableByTheOwnerOnly() {
+        FileSettingsStore store(m_path);
+        store.setText(TextKey, QStringLiteral("schlüssel \u202e"));
+        store.setReal(RealKey, 1'700'000'000'123.0);
+        const FileSettingsStore later(m_path);
+        QCOMPARE(later.text(TextKey), QStringLiteral("schlüssel \u202e"));
+        QCOMPARE(later.real(RealKey), 1'700'000'000'123.0);
+        QVERIFY(!later.text(RealKey));
+        QVERIFY(!later.real(TextKey));
+        const auto others =
+            QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
+        QVERIFY(!(QFile::permissions(m_path) & others));
+
+        store.remove(TextKey);
+        QVERIFY(!FileSettingsStore(m_path).text(TextKey));
+        QCOMPARE(FileSettingsStore(m_path).real(RealKey), 1'700'000'000'123.0);
+    }
+
+    void writersKeepEachOthersKeys() {
+        const auto write = [this](const QString& prefix) {
+            FileSettingsStore store(m_path);
+            for (int number = 0; number < 40; ++number)
+                store.setReal(prefix + QString::number(number), number);
+        };
+        std::thread first(write, QStringLiteral("first."));
+        std::thread second(write, QStringLiteral("second."));
+        first.join();
+        second.join();
+        const FileSettingsStore store(m_path);
+        for (int number = 0; number < 40; ++number) {
+            QCOMPARE(store.real(QStringLiteral("first.%1").arg(number)), number);
+            QCOMPARE(store.real(QStringLiteral("second.%1").arg(number)), number);
+        }
+    }
+
+    void aFullDiskLosesNothingThatWasThere() {
+        FileSettingsStore store(m_path);
+        store.setText(TextKey, QStringLiteral("kept"));
+        {
+            // No file of this process may grow beyond 64 bytes: writes fail as on a full disk.
+            const auto previous = ::signal(SIGXFSZ, SIG_IGN);
+            rlimit limit{};
+            ::getrlimit(RLIMIT_FSIZE, &limit);
+            const rlimit full{64, limit.rlim_max};
+            ::setrlimit(RLIMIT_FSIZE, &full);
+            store.setText(QStringLiteral("a.long"), QString(4096, u'x'));
+            ::setrlimit(RLIMIT_FSIZE, &limit);
+            ::signal(SIGXFSZ, previous);
+        }
+        QCOMPARE(FileSettingsStore(m_path).text(TextKey), QStringLiteral("kept"));
+        QVERIFY(!FileSettingsStore(m_path).text(QStringLiteral("a.long")));
+        QCOMPARE(store.text(QStringLiteral("a.long"))->size(), 4096);
+
+        store.setReal(RealKey, 1);
+        QCOMPARE(FileSettingsStore(m_path).text(QStringLiteral("a.long"))->size(), 4096);
+    }
+
+    void aFileThatIsNoSettingsIsKeptAside() {
+        QDir().mkpath(QFileInfo(m_path).path());
+        QFile file(m_path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("{\"a.text\": \"half");
+        file.close();
+        FileSettingsStore store(m_path);
+        QVERIFY(!store.text(TextKey));
+        store.setText(TextKey, QStringLiteral("new"));
+        QCOMPARE(FileSettingsStore(m_path).text(TextKey), QStringLiteral("new"));
+        QFile aside(m_path + QStringLiteral(".unreadable"));
+        QVERIFY(aside.open(QIODevice::ReadOnly));
+        QCOMPARE(aside.readAll(), QByteArray("{\"a.text\": \"half"));
+    }
+};
+
+QTEST_GUILESS_MAIN(SettingsStoreTest)
+#include "settings_store_test.moc"

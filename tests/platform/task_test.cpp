@@ -1,0 +1,174 @@
+#include "platform/background.h"
+#include "platform/clock.h"
+#include "platform/task.h"
+#include "platform/task_set.h"
+#include "support/fake_clock.h"
+
+#include <QTest>
+
+#include <stdexcept>
+
+using namespace quiv;
+using namespace std::chrono_literals;
+
+namespace {
+
+// Says in a log when it goes, as a coroutine's locals do.
+struct Witness {
+    QStringList* log;
+    QString name;
+    ~Witness() { log->append(name); }
+};
+
+Task<int> valueAfter(Clock& clock, int value) {
+    auto sleep = sleepFor(clock, 10ms);
+    co_await std::move(sleep);
+    co_return value;
+}
+
+Task<int> failAfter(Clock& clock) {
+    auto sleep = sleepFor(clock, 10ms);
+    co_await std::move(sleep);
+    throw std::runtime_error("broken");
+}
+
+Task<> nested(Clock& clock, QStringList* log) {
+    const Witness witness{log, QStringLiteral("locals gone")};
+    auto first = valueAfter(clock, 1);
+    const int one = co_await std::move(first);
+    log->append(QString::number(one));
+    try {
+        auto failing = failAfter(clock);
+        co_await std::move(failing);
+    } catch (const std::runtime_error& error) {
+        log->append(QString::fromUtf8(error.what()));
+    }
+    auto last = valueAfter(clock, 2);
+    log->append(QString::number(co_await std::move(last)));
+}
+
+Task<> callThenSleep(Clock& clock, std::function<void()> call, QStringList* log) {
+    const Witness witness{log, QStringLiteral("locals gone")};
+    call();
+    log->append(QStringLiteral("ran on"));
+    auto sleep = sleepFor(clock, 10ms);
+    co_await std::move(sleep);
+    log->append(QStringLiteral("never"));
+}
+
+Task<> sleepThenCall(Clock& clock, std::function<void()> call, QStringList* log) {
+    auto sleep = sleepFor(clock, 10ms);
+    co_await std::move(sleep);
+    auto rest = callThenSleep(clock, std::move(call), log);
+    co_await std::move(rest);
+    log->append(QStringLiteral("never"));
+}
+
+Task<> computeInBackground(QStringList* log) {
+    const auto mainThread = QThread::currentThread();
+    auto work = inBackground([mainThread] { return QThread::currentThread() != mainThread; });
+    const bool wasElsewhere = co_await std::move(work);
+    log->append(wasElsewhere && QThread::currentThread() == mainThread
+                    ? QStringLiteral("there and back")
+                    : QStringLiteral("wrong thread"));
+    auto failing = inBackground([]() -> int { throw std::runtime_error("worker broke"); });
+    try {
+        co_await std::move(failing);
+    } catch (const std::runtime_error& error) {
+        log->append(QString::fromUtf8(error.what()));
+    }
+}
+
+} // namespace
+
+class TaskTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void valuesAndExceptionsPassThroughNestedTasks() {
+        FakeClock clock;
+        QStringList log;
+        Task<> task = nested(clock, &log);
+        clock.advance(30ms);
+        QCOMPARE(log, QStringList({QStringLiteral("1"), QStringLiteral("broken"),
+                                   QStringLiteral("2"), QStringLiteral("locals gone")}));
+        QVERIFY(task.isDone());
+    }
+
+    void destroyingCancelsAtEveryAwait() {
+        for (int awaits = 0; awaits < 3; ++awaits) {
+            FakeClock clock;
+            QStringList log;
+            Task<> task = nested(clock, &log);
+            clock.advance(awaits * 10ms);
+            QCOMPARE(clock.pendingTimers(), 1u);
+            task.cancel();
+            QCOMPARE(log.last(), QStringLiteral("locals gone"));
+            QCOMPARE(clock.pendingTimers(), 0u);
+            QCOMPARE(log.size(), awaits + 1);
+        }
+    }
+
+    void destroyedFromItsOwnCodeItEndsAtTheNextAwait() {
+        FakeClock clock;
+        QStringList log;
+        Task<> task;
+        task = sleepThenCall(
+            clock, [&task] { task.cancel(); }, &log);
+        clock.advance(100ms);
+        QCOMPARE(log, QStringList({QStringLiteral("ran on"), QStringLiteral("locals gone")}));
+        QCOMPARE(clock.pendingTimers(), 0u);
+    }
+
+    void replacingARunningTaskCancelsTheOldOne() {
+        FakeClock clock;
+        QStringList log;
+        Task<> task = nested(clock, &log);
+        task = nested(clock, &log);
+        QCOMPARE(log, QStringList(QStringLiteral("locals gone")));
+        clock.advance(30ms);
+        QVERIFY(task.isDone());
+    }
+
+    void aSetDropsWhatIsUnderWay() {
+        FakeClock clock;
+        QStringList log;
+        {
+            TaskSet tasks;
+            tasks.add(nested(clock, &log));
+            clock.advance(30ms);
+            tasks.add(nested(clock, &log));
+        }
+        QCOMPARE(log.count(QStringLiteral("locals gone")), 2);
+        QCOMPARE(clock.pendingTimers(), 0u);
+    }
+
+    void backgroundWorkComesBackToTheMainThread() {
+        QStringList log;
+        Task<> task = computeInBackground(&log);
+        QTRY_VERIFY(task.isDone());
+        QCOMPARE(log,
+                 QStringList({QStringLiteral("there and back"), QStringLiteral("worker broke")}));
+    }
+
+    void droppedBackgroundWorkResumesNothing() {
+        QStringList log;
+        for (int round = 0; round < 50; ++round)
+            Task<> task = computeInBackground(&log);
+        QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::processEvents();
+        QVERIFY(log.isEmpty());
+    }
+
+    void theSystemClocksTimerFiresOnceAndNotAfterItsEnd() {
+        SystemClock clock;
+        int fired = 0;
+        const auto kept = clock.after(1ms, [&fired] { ++fired; });
+        auto dropped = clock.after(1ms, [&fired] { fired += 100; });
+        dropped.reset();
+        QTRY_COMPARE(fired, 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(TaskTest)
+#include "task_test.moc"

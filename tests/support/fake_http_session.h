@@ -1,0 +1,75 @@
+#pragma once
+
+#include "platform/http_session.h"
+
+#include <QUrl>
+
+#include <coroutine>
+#include <functional>
+#include <list>
+#include <variant>
+
+namespace quiv {
+
+// HTTP without a network: requests wait until the test answers them, and are counted by path.
+class FakeHttpSession final : public HttpSession {
+public:
+    using Result = std::variant<HttpReply, HttpErrorCode>;
+
+    Task<HttpReply> send(HttpRequest request) override {
+        const QUrl url = QUrl::fromEncoded(request.url);
+        sent.append(request);
+        paths.append(url.path().sliced(1));
+        Pending pending(*this, url);
+        Result result = co_await std::move(pending);
+        if (const auto* code = std::get_if<HttpErrorCode>(&result))
+            throw HttpError(*code);
+        co_return std::get<HttpReply>(std::move(result));
+    }
+
+    // Answers the oldest waiting request for the path; false when none waits.
+    bool answer(const QString& path, const Result& result) {
+        for (Pending* pending : m_pending) {
+            if (pending->url.path() == u'/' + path) {
+                m_pending.remove(pending);
+                pending->result = result;
+                pending->waiting.resume();
+                return true;
+            }
+        }
+        return false;
+    }
+    bool answer(const QString& path, const QByteArray& body, int status = 200,
+                const HttpHeaders& headers = {}) {
+        return answer(path, Result(HttpReply{status, headers, body}));
+    }
+
+    std::size_t waiting() const { return m_pending.size(); }
+    QStringList takePaths() { return std::exchange(paths, {}); }
+
+    QList<HttpRequest> sent;
+    QStringList paths; // of the requests in order, without the leading slash
+
+private:
+    struct Pending {
+        Pending(FakeHttpSession& owner, QUrl address) : session(&owner), url(std::move(address)) {}
+        Pending(Pending&&) noexcept = default;
+        Pending& operator=(Pending&&) = delete;
+        ~Pending() { session->m_pending.remove(this); }
+        bool await_ready() const noexcept { return false; }
+        void await_suspend(std::coroutine_handle<> handle) {
+            waiting = handle;
+            session->m_pending.push_back(this);
+        }
+        Result await_resume() { return std::move(*result); }
+
+        FakeHttpSession* session;
+        QUrl url;
+        std::coroutine_handle<> waiting;
+        std::optional<Result> result;
+    };
+
+    std::list<Pending*> m_pending;
+};
+
+} // namespace quiv

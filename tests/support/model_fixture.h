@@ -1,0 +1,49 @@
+#pragma once
+
+#include "app/ombra_mac_model.h"
+#include "support/fake_clock.h"
+#include "support/fake_http_session.h"
+#include "support/fake_service_browser.h"
+#include "support/memory_settings.h"
+
+#include <QCoreApplication>
+
+namespace quiv {
+
+inline const QString FilesPath = QStringLiteral("api/files");
+inline const QString InfoPath = QStringLiteral("api/info");
+inline const QString StatusPath = QStringLiteral("api/mac/auth/status");
+inline const QString VerifyPath = QStringLiteral("api/mac/auth/verify");
+inline const QString CancelPath = QStringLiteral("api/mac/auth/cancel");
+
+inline TVEndpoint tvNamed(const QString& name, const QString& host, int port = 8080) {
+    TVEndpoint endpoint;
+    endpoint.name = name;
+    endpoint.host = host;
+    endpoint.port = port;
+    return endpoint;
+}
+
+// The whole model over a clock, a network and settings in the test's hand.
+struct ModelFixture {
+    FakeClock clock;
+    FakeHttpSession http;
+    FakeServiceBrowser browser{clock};
+    MemorySettings settings;
+    OmbraMacModel model{{http, browser, settings, clock}};
+
+    const QString& status() { return model.status()->statusMessage(); }
+    const PairingState& pairing() { return model.pairing()->state(); }
+    const LibraryContent& library() { return model.library()->content(); }
+
+    // What the event loop does when it next turns.
+    static void turn() { QCoreApplication::processEvents(); }
+    // A shown window with this TV selected, whose first request waits.
+    void select(const TVEndpoint& device) {
+        model.appear();
+        model.selectDevice(device);
+        turn();
+    }
+};
+
+} // namespace quiv
