@@ -1,0 +1,161 @@
+#include "support/model_fixture.h"
+
+#include <QTest>
+
+using namespace quiv;
+using namespace std::chrono_literals;
+
+namespace {
+
+const TVEndpoint Tv = tvNamed(QStringLiteral("TV"), QStringLiteral("tv.local"));
+const TVEndpoint OtherTv = tvNamed(QStringLiteral("Other"), QStringLiteral("other.local"));
+const QByteArray Empty = R"({"files":[],"videos":[]})";
+
+// The cycle's requests, answered in turn.
+struct CycleFixture : ModelFixture {
+    void answerFiles() {
+        http.answer(FilesPath, Empty);
+        QTRY_VERIFY(http.waiting() > 0 || clock.pendingTimers() > 0); // decoded
+    }
+    void answerStatus(bool authorized) {
+        http.answer(StatusPath, authorized ? R"({"authorized":true,"expiresInSec":9})"
+                                           : R"({"authorized":false,"expiresInSec":9})");
+    }
+    void finishFirstPass(bool authorized) {
+        answerFiles();
+        answerStatus(authorized);
+        http.takePaths();
+    }
+};
+
+} // namespace
+
+class ModelTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void withoutATvNothingIsAsked() {
+        CycleFixture fixture;
+        fixture.model.appear();
+        ModelFixture::turn();
+        fixture.clock.advance(1min);
+        QVERIFY(fixture.http.paths.isEmpty());
+        QCOMPARE(fixture.status(), QStringLiteral("Searching for TVs on local network..."));
+    }
+
+    void passesFollowTwoSecondsAfterTheEndOfTheLast() {
+        CycleFixture fixture;
+        fixture.select(Tv);
+        QCOMPARE(fixture.http.takePaths(), QStringList(FilesPath));
+        QVERIFY(fixture.model.library()->isLibraryLoadInProgress());
+        fixture.clock.advance(5s); // a slow TV
+        fixture.answerFiles();
+        QCOMPARE(fixture.http.takePaths(), QStringList(StatusPath));
+        QCOMPARE(fixture.http.sent.last().timeouts.total, 5s);
+        fixture.answerStatus(true);
+        for (int pass = 0; pass < 3; ++pass) {
+            fixture.clock.advance(1999ms);
+            QVERIFY(fixture.http.paths.isEmpty());
+            fixture.clock.advance(1ms);
+            QCOMPARE(fixture.http.takePaths(), QStringList(FilesPath));
+            fixture.clock.advance(5s);
+            fixture.answerFiles();
+            QCOMPARE(fixture.http.takePaths(), QStringList(StatusPath));
+            QCOMPARE(fixture.http.sent.last().timeouts.total, 2s);
+            fixture.answerStatus(true);
+        }
+    }
+
+    void whilePairingIsRequiredOnlyItsStatusIsAsked() {
+        CycleFixture fixture;
+        fixture.select(Tv);
+        fixture.finishFirstPass(false);
+        QCOMPARE(fixture.status(),
+                 QStringLiteral("Pairing required. Enter the 3-digit code shown on TV."));
+        for (int pass = 0; pass < 3; ++pass) {
+            fixture.clock.advance(2s);
+            QCOMPARE(fixture.http.takePaths(), QStringList(StatusPath));
+            fixture.answerStatus(pass == 2);
+        }
+        fixture.clock.advance(2s);
+        QCOMPARE(fixture.http.takePaths(), QStringList(FilesPath));
+    }
+
+    void laterFailuresAreSilent() {
+        CycleFixture fixture;
+        fixture.select(Tv);
+        fixture.finishFirstPass(true);
+        const QString status = fixture.status();
+        fixture.clock.advance(2s);
+        fixture.http.answer(FilesPath, HttpErrorCode::TimedOut);
+        fixture.http.answer(StatusPath, HttpErrorCode::TimedOut);
+        QCOMPARE(fixture.status(), status);
+        fixture.clock.advance(2s);
+        QCOMPARE(fixture.http.takePaths().last(), FilesPath);
+    }
+
+    void anotherTvRestartsTheCycleFromNothing() {
+        CycleFixture fixture;
+        fixture.select(Tv);
+        fixture.finishFirstPass(false);
+        fixture.clock.advance(2s);
+        QCOMPARE(fixture.http.waiting(), 1u);
+        fixture.model.selectDevice(OtherTv);
+        QCOMPARE(fixture.http.waiting(), 0u); // the old pass is cancelled at once
+        QCOMPARE(fixture.pairing(), PairingState());
+        QVERIFY(fixture.model.library()->isLibraryLoadInProgress());
+        QCOMPARE(fixture.status(), QStringLiteral("Loading library from Other..."));
+        fixture.http.takePaths();
+        ModelFixture::turn();
+        QCOMPARE(fixture.http.takePaths(), QStringList(FilesPath));
+        QVERIFY(fixture.http.sent.last().url.startsWith("http://other.local:8080/"));
+        QCOMPARE(fixture.settings.texts.value(QStringLiteral("ombra.selectedDeviceKey")),
+                 QStringLiteral("other.local:8080"));
+    }
+
+    void selectingTheSameTvKeepsEverything() {
+        CycleFixture fixture;
+        fixture.select(Tv);
+        fixture.finishFirstPass(false);
+        const PairingState pairing = fixture.pairing();
+        TVEndpoint renamed = Tv;
+        renamed.name = QStringLiteral("Renamed");
+        fixture.model.selectDevice(renamed);
+        QCOMPARE(fixture.status(), QStringLiteral("Connected to Renamed"));
+        QCOMPARE(fixture.model.selected()->name(), QStringLiteral("Renamed"));
+        QCOMPARE(fixture.pairing(), pairing);
+        QVERIFY(!fixture.model.library()->isLibraryLoadInProgress());
+    }
+
+    void aHiddenWindowAsksNothing() {
+        CycleFixture fixture;
+        fixture.select(Tv);
+        fixture.model.disappear();
+        QCOMPARE(fixture.http.waiting(), 0u);
+        fixture.http.takePaths();
+        ModelFixture::turn();
+        fixture.clock.advance(1min);
+        QVERIFY(fixture.http.paths.isEmpty());
+    }
+
+    void endingAtAnyPointOfACycleIsHarmless() {
+        for (int steps = 0; steps < 5; ++steps) {
+            auto fixture = std::make_unique<CycleFixture>();
+            fixture->select(Tv);
+            if (steps > 0)
+                fixture->http.answer(FilesPath, Empty); // ends while it is decoded
+            if (steps > 1)
+                QTRY_COMPARE(fixture->http.waiting(), 1u);
+            if (steps > 2)
+                fixture->answerStatus(true); // ends while it pauses
+            if (steps > 3)
+                fixture->clock.advance(2s);
+            fixture.reset();
+            QThreadPool::globalInstance()->waitForDone();
+            ModelFixture::turn();
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(ModelTest)
+#include "model_test.moc"
