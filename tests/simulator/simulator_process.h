@@ -7,6 +7,8 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+#include <functional>
+
 namespace quiv::simulator {
 
 // A simulated TV running beside a test: a process of its own, real sockets, a media folder of its
@@ -75,7 +77,7 @@ public:
     bool changePairing(const QJsonObject& change);
     // {"action": "touch|add|remove|rename", "name": ..., "displayName": ...}
     bool changeLibrary(const QJsonObject& change);
-    // {"serviceName": ...}, {"port": ...} or {"announced": false}
+    // {"serviceName": ...}, {"port": ...} or {"announced": false}; returns when it is announced.
     bool announce(const QJsonObject& announcement);
 
     // Any request of the control address; false unless it answered 200.
@@ -84,6 +86,7 @@ public:
 
 private:
     bool waitUntilReady(Announcing announcing);
+    bool readLinesUntil(const std::function<bool()>& done);
     void readLine(const QString& line);
     bool fail(const QString& reason);
 

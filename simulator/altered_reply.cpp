@@ -1,0 +1,85 @@
+#include "simulator/altered_reply.h"
+
+#include "simulator/endpoints/reply.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <algorithm>
+
+namespace quiv::simulator {
+
+static constexpr std::chrono::milliseconds trickleInterval{50};
+
+static QJsonValue otherTypeOf(const QJsonValue& value) {
+    switch (value.type()) {
+    case QJsonValue::String:
+        return 7;
+    case QJsonValue::Double:
+        return QStringLiteral("seven");
+    case QJsonValue::Array:
+        return QJsonObject();
+    default:
+        return QJsonArray{1, 2};
+    }
+}
+
+void mistypeJson(httplib::Response& response, const QString& field) {
+    QJsonObject object = QJsonDocument::fromJson(QByteArray::fromStdString(response.body)).object();
+    for (auto member = object.begin(); member != object.end(); ++member) {
+        if (field.isEmpty() || member.key() == field)
+            *member = otherTypeOf(*member);
+    }
+    response.body = QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString();
+    response.headers.erase("Content-Length");
+    response.set_header("Content-Length", std::to_string(response.body.size()));
+}
+
+void sendOneAuthHeader(httplib::Response& response, const QString& header) {
+    const bool keepsLifetime = header == QLatin1String("lifetime");
+    const char* kept = keepsLifetime ? tokenLifetimeHeader : tokenHeader;
+    response.headers.erase(keepsLifetime ? tokenHeader : tokenLifetimeHeader);
+    if (!response.has_header(kept))
+        response.set_header(kept, keepsLifetime ? "600" : "0123456789abcdef");
+}
+
+// The response's body as something that can be asked for piece by piece.
+static httplib::ContentProvider takeBody(httplib::Response& response) {
+    if (response.content_provider_)
+        return response.content_provider_;
+    response.content_length_ = response.body.size();
+    return [body = std::exchange(response.body, {})](size_t offset, size_t length,
+                                                     httplib::DataSink& sink) {
+        return sink.write(body.data() + offset, length);
+    };
+}
+
+void trickle(httplib::Response& response, const Connection& connection, qint64 bytesPerSecond,
+             const StopSignal& stop) {
+    const auto step =
+        static_cast<size_t>(std::max<qint64>(1, bytesPerSecond * trickleInterval.count() / 1000));
+    response.content_provider_ = [body = takeBody(response), connection, step,
+                                  &stop](size_t offset, size_t length, httplib::DataSink& sink) {
+        return body(offset, std::min(length, step), sink) &&
+               connection.waitFor(trickleInterval, stop);
+    };
+}
+
+void resetAfter(httplib::Response& response, const Connection& connection, qint64 bytes) {
+    response.content_provider_ =
+        [body = takeBody(response), breaking = connection,
+         left = static_cast<size_t>(std::max<qint64>(0, bytes))](size_t offset, size_t length,
+                                                                 httplib::DataSink& sink) mutable {
+            const size_t part = std::min(length, left);
+            if (part > 0 && !body(offset, part, sink))
+                return false;
+            left -= part;
+            if (left > 0)
+                return true;
+            breaking.waitUntilDelivered();
+            breaking.reset();
+            return false;
+        };
+}
+
+} // namespace quiv::simulator

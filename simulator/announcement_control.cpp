@@ -1,0 +1,38 @@
+#include "simulator/announcement_control.h"
+
+#include "simulator/service_name.h"
+
+namespace quiv::simulator {
+
+void AnnouncementControl::start(std::unique_ptr<Announcer> announcer,
+                                const Announcement& announcement) {
+    const std::scoped_lock lock(m_mutex);
+    m_announcer = std::move(announcer);
+    m_announcement = announcement;
+    if (m_announcer)
+        m_announcer->announce(m_announcement);
+}
+
+void AnnouncementControl::stop() {
+    const std::scoped_lock lock(m_mutex);
+    m_announcer.reset();
+}
+
+std::optional<QString> AnnouncementControl::change(const QJsonObject& change) {
+    const std::scoped_lock lock(m_mutex);
+    if (!m_announcer)
+        return QStringLiteral("The TV does not announce itself.");
+    if (!change[QLatin1String("announced")].toBool(true)) {
+        m_announcer->withdraw();
+        return std::nullopt;
+    }
+    const QString name = change[QLatin1String("serviceName")].toString(m_announcement.serviceName);
+    if (!isServiceName(name))
+        return QStringLiteral("A service name has 1 to 63 bytes.");
+    const int port = change[QLatin1String("port")].toInt(m_announcement.port);
+    m_announcement = {name, static_cast<quint16>(port)};
+    m_announcer->announce(m_announcement);
+    return std::nullopt;
+}
+
+} // namespace quiv::simulator

@@ -1,0 +1,113 @@
+#include "simulator/announcer.h"
+
+#include "simulator/daemon_announcer.h"
+#include "simulator/embedded_announcer.h"
+
+#include <avahi-common/alternative.h>
+#include <avahi-common/error.h>
+#include <avahi-common/malloc.h>
+
+namespace quiv::simulator {
+
+std::unique_ptr<Announcer> Announcer::create(const Settings& settings) {
+    QString problem;
+    if (settings.way != Way::Embedded) {
+        if (auto announcer = DaemonAnnouncer::create(settings, &problem))
+            return announcer;
+    }
+    if (settings.way != Way::Daemon) {
+        if (auto announcer = EmbeddedAnnouncer::create(settings, &problem))
+            return announcer;
+    }
+    settings.failed(problem);
+    return nullptr;
+}
+
+Announcer::Announcer(Settings settings, QString ownHost, QStringList addresses)
+    : m_settings(std::move(settings)),
+      m_addresses(std::move(addresses)),
+      m_ownHost(std::move(ownHost)) {}
+
+void Announcer::announce(const Announcement& announcement) {
+    lock();
+    m_announcement = announcement;
+    publish();
+    unlock();
+}
+
+void Announcer::withdraw() {
+    lock();
+    m_announcement.reset();
+    reset();
+    unlock();
+}
+
+void Announcer::publish() {
+    if (!m_announcement || !isReady())
+        return;
+    reset();
+    int error = addRecords();
+    while (error == AVAHI_ERR_COLLISION) {
+        takeOtherNames();
+        reset();
+        error = addRecords();
+    }
+    if (error >= 0)
+        error = commit();
+    if (error < 0)
+        broke(error);
+}
+
+int Announcer::addRecords() {
+    const QByteArray name = m_announcement->serviceName.toUtf8();
+    if (m_ownHost.isEmpty())
+        return addService(name.constData(), nullptr, m_announcement->port);
+    const QByteArray host = m_ownHost.toUtf8() + ".local";
+    const int error = addAddresses(host);
+    return error < 0 ? error : addService(name.constData(), host.constData(), m_announcement->port);
+}
+
+int Announcer::addAddresses(const QByteArray& host) {
+    for (const QString& address : m_addresses) {
+        const int error = addAddress(host.constData(), address.toLatin1().constData());
+        if (error < 0)
+            return error;
+    }
+    return AVAHI_OK;
+}
+
+static QString takeText(char* text) {
+    const QString result = QString::fromUtf8(text);
+    avahi_free(text);
+    return result;
+}
+
+// A collision does not tell which name was taken.
+void Announcer::takeOtherNames() {
+    m_announcement->serviceName =
+        takeText(avahi_alternative_service_name(m_announcement->serviceName.toUtf8().constData()));
+    if (!m_ownHost.isEmpty())
+        m_ownHost = takeText(avahi_alternative_host_name(m_ownHost.toUtf8().constData()));
+}
+
+void Announcer::groupChanged(AvahiEntryGroupState state) {
+    if (state == AVAHI_ENTRY_GROUP_FAILURE)
+        broke(AVAHI_ERR_FAILURE);
+    else if (state == AVAHI_ENTRY_GROUP_COLLISION)
+        collided();
+    else if (state == AVAHI_ENTRY_GROUP_ESTABLISHED && m_announcement)
+        m_settings.announced(m_announcement->serviceName);
+}
+
+void Announcer::collided() {
+    if (!m_announcement)
+        return;
+    takeOtherNames();
+    publish();
+}
+
+void Announcer::broke(int error) {
+    m_settings.failed(QString::fromUtf8(avahi_strerror(error)));
+}
+
+} // namespace quiv::simulator

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "simulator/announcement_control.h"
+#include "simulator/fault_list.h"
+#include "simulator/http_listener.h"
+#include "simulator/request_log.h"
+#include "simulator/television.h"
+
+namespace quiv::simulator {
+
+// The control address, on the loopback interface only: what a test or a person does to the TV that
+// is not part of its HTTP interface. README.md lists its requests.
+class ControlServer {
+public:
+    ControlServer(Television& television, FaultList& faults, RequestLog& log,
+                  AnnouncementControl& announcement);
+
+    // Port 0 takes a free one. False: the port is taken.
+    bool listen(quint16 port);
+    quint16 port() const { return m_listener.port(); }
+    void stop() { m_listener.stop(); }
+
+private:
+    void addFaultRoutes(FaultList& faults);
+    void addRequestRoutes(RequestLog& log);
+    void addPairingRoutes(Pairing& pairing);
+    void addLibraryRoutes(MediaLibrary& library);
+    void addIdentityRoutes(Identity& identity, AnnouncementControl& announcement);
+
+    HttpListener m_listener;
+};
+
+} // namespace quiv::simulator

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "simulator/television.h"
+
+#include <httplib.h>
+
+namespace quiv::simulator {
+
+// "api/files": what media the TV holds. Open to everybody unless browsing needs pairing.
+void addLibraryEndpoints(httplib::Server& server, Television& television);
+
+} // namespace quiv::simulator

@@ -1,0 +1,36 @@
+#include "simulator/endpoints/reply.h"
+
+#include <QJsonDocument>
+
+namespace quiv::simulator {
+
+Credentials credentialsOf(const httplib::Request& request) {
+    return {QString::fromStdString(request.get_header_value(clientIdHeader)),
+            QString::fromStdString(request.get_header_value(tokenHeader))};
+}
+
+void replyJson(httplib::Response& response, const QByteArray& json, int status) {
+    response.status = status;
+    response.set_content(json.constData(), static_cast<size_t>(json.size()),
+                         "application/json; charset=utf-8");
+}
+
+void replyJson(httplib::Response& response, const QJsonObject& json, int status) {
+    replyJson(response, QJsonDocument(json).toJson(QJsonDocument::Compact), status);
+}
+
+void replyError(httplib::Response& response, int status, const QString& error) {
+    replyJson(response, {{QStringLiteral("ok"), false}, {QStringLiteral("error"), error}}, status);
+}
+
+void replyPairingRequired(httplib::Response& response) {
+    replyError(response, 401,
+               QStringLiteral("Pairing required: enter the 3-digit code shown on TV."));
+}
+
+void addToken(httplib::Response& response, const Pairing::Grant& grant) {
+    response.set_header(tokenHeader, grant.token.toStdString());
+    response.set_header(tokenLifetimeHeader, std::to_string(grant.expiresInSec));
+}
+
+} // namespace quiv::simulator

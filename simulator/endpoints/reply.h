@@ -1,0 +1,27 @@
+#pragma once
+
+#include "simulator/pairing.h"
+
+#include <httplib.h>
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QString>
+
+namespace quiv::simulator {
+
+inline constexpr const char* clientIdHeader = "X-Quiv-Client-Id";
+inline constexpr const char* tokenHeader = "X-Quiv-Auth-Token";
+inline constexpr const char* tokenLifetimeHeader = "X-Quiv-Auth-Expires-In";
+
+Credentials credentialsOf(const httplib::Request& request);
+
+void replyJson(httplib::Response& response, const QByteArray& json, int status = 200);
+void replyJson(httplib::Response& response, const QJsonObject& json, int status = 200);
+// {"ok": false, "error": ...}
+void replyError(httplib::Response& response, int status, const QString& error);
+void replyPairingRequired(httplib::Response& response);
+// Hands out a token in the reply's headers.
+void addToken(httplib::Response& response, const Pairing::Grant& grant);
+
+} // namespace quiv::simulator

@@ -1,0 +1,122 @@
+#include "simulator/fault_list.h"
+
+#include <array>
+
+namespace quiv::simulator {
+
+namespace {
+
+struct KindRow {
+    Fault::Kind kind;
+    const char* name;
+    const char* neededNumber; // nullptr: none
+    const char* neededText;   // nullptr: none
+};
+
+constexpr std::array kindTable{
+    KindRow{Fault::Kind::Delay, "delay", "milliseconds", nullptr},
+    KindRow{Fault::Kind::Hang, "hang", nullptr, nullptr},
+    KindRow{Fault::Kind::ResetBeforeReply, "reset-before-reply", nullptr, nullptr},
+    KindRow{Fault::Kind::Status, "status", "status", nullptr},
+    KindRow{Fault::Kind::Body, "body", nullptr, "body"},
+    KindRow{Fault::Kind::BrokenJson, "broken-json", nullptr, nullptr},
+    KindRow{Fault::Kind::OversizedJson, "oversized-json", nullptr, nullptr},
+    KindRow{Fault::Kind::MistypedJson, "mistyped-json", nullptr, nullptr},
+    KindRow{Fault::Kind::OneAuthHeader, "one-auth-header", nullptr, nullptr},
+    KindRow{Fault::Kind::Trickle, "trickle", "bytesPerSecond", nullptr},
+    KindRow{Fault::Kind::ResetAfterBytes, "reset-after-bytes", "bytes", nullptr},
+};
+
+} // namespace
+
+qint64 Fault::number(const char* parameter, qint64 otherwise) const {
+    return parameters[QLatin1String(parameter)].toInteger(otherwise);
+}
+
+QString Fault::text(const char* parameter) const {
+    return parameters[QLatin1String(parameter)].toString();
+}
+
+static const KindRow* rowNamed(const QString& name) {
+    for (const KindRow& row : kindTable) {
+        if (name == QLatin1String(row.name))
+            return &row;
+    }
+    return nullptr;
+}
+
+static QString withoutLeadingSlash(const QString& path) {
+    return path.startsWith(u'/') ? path.mid(1) : path;
+}
+
+static QString complaint(const KindRow* row, const QJsonObject& description) {
+    if (description[QLatin1String("path")].toString().isEmpty())
+        return QStringLiteral("A fault needs a path.");
+    if (!row)
+        return QStringLiteral("No such kind of fault.");
+    if (row->neededNumber && !description[QLatin1String(row->neededNumber)].isDouble())
+        return QStringLiteral("This fault needs the number %1.")
+            .arg(QLatin1String(row->neededNumber));
+    if (row->neededText && !description[QLatin1String(row->neededText)].isString())
+        return QStringLiteral("This fault needs the text %1.").arg(QLatin1String(row->neededText));
+    return {};
+}
+
+std::optional<QString> FaultList::add(const QJsonObject& description) {
+    const KindRow* row = rowNamed(description[QLatin1String("kind")].toString());
+    if (const QString wrong = complaint(row, description); !wrong.isEmpty())
+        return wrong;
+    Fault fault;
+    fault.kind = row->kind;
+    fault.path = withoutLeadingSlash(description[QLatin1String("path")].toString());
+    fault.method = description[QLatin1String("method")].toString().toUpper();
+    fault.parameters = description;
+    if (const QJsonValue times = description[QLatin1String("times")]; times.isDouble())
+        fault.timesLeft = times.toInt();
+    fault.skip = description[QLatin1String("skip")].toInt();
+    const std::scoped_lock lock(m_mutex);
+    m_faults.push_back(fault);
+    return std::nullopt;
+}
+
+void FaultList::clear() {
+    const std::scoped_lock lock(m_mutex);
+    m_faults.clear();
+}
+
+QJsonArray FaultList::toJson() const {
+    const std::scoped_lock lock(m_mutex);
+    QJsonArray array;
+    for (const Fault& fault : m_faults) {
+        QJsonObject object = fault.parameters;
+        object[QLatin1String("path")] = fault.path;
+        object[QLatin1String("fired")] = fault.fired;
+        array.append(object);
+    }
+    return array;
+}
+
+static bool concerns(const Fault& fault, const QString& method, const QString& path) {
+    return (fault.path == u'*' || fault.path == path) &&
+           (fault.method.isEmpty() || fault.method == method);
+}
+
+std::optional<Fault> FaultList::take(const QString& method, const QString& path, bool beforeReply) {
+    const std::scoped_lock lock(m_mutex);
+    for (Fault& fault : m_faults) {
+        if (fault.actsBeforeReply() != beforeReply || fault.timesLeft == 0 ||
+            !concerns(fault, method, withoutLeadingSlash(path)))
+            continue;
+        if (fault.skip > 0) {
+            --fault.skip;
+            continue;
+        }
+        if (fault.timesLeft)
+            --*fault.timesLeft;
+        ++fault.fired;
+        return fault;
+    }
+    return std::nullopt;
+}
+
+} // namespace quiv::simulator

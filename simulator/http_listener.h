@@ -1,0 +1,34 @@
+#pragma once
+
+#include <httplib.h>
+
+#include <QString>
+
+#include <atomic>
+#include <thread>
+
+namespace quiv::simulator {
+
+// An HTTP server on a thread of its own, each connection on another one. Set up `routes` before
+// listening. stop() ends at once, whatever the connections are doing.
+class HttpListener {
+public:
+    HttpListener();
+    ~HttpListener();
+    Q_DISABLE_COPY_MOVE(HttpListener)
+
+    httplib::Server& routes() { return m_server; }
+
+    // Port 0 takes a free one. False: the port is taken.
+    bool listen(const QString& address, quint16 port);
+    quint16 port() const { return m_port; }
+    void stop();
+
+private:
+    httplib::Server m_server;
+    std::thread m_thread;
+    std::atomic<bool> m_ended = false;
+    quint16 m_port = 0;
+};
+
+} // namespace quiv::simulator

@@ -1,0 +1,47 @@
+#include "simulator/identity.h"
+
+#include <QUuid>
+
+namespace quiv::simulator {
+
+// The same name and media folder are the same installation, run after run.
+static QString installationIdFor(const QString& name, const QString& storageRoot) {
+    static constexpr QUuid space(0x7c1d0f7e, 0x54d2, 0x4d0b, 0x9d, 0x0a, 0x3f, 0x55, 0x86, 0x21,
+                                 0x6e, 0x4b);
+    const QString seed = name + u'\n' + storageRoot;
+    return QUuid::createUuidV5(space, seed).toString(QUuid::WithoutBraces);
+}
+
+Identity::Identity(QString name, QString storageRoot)
+    : m_name(std::move(name)),
+      m_storageRoot(std::move(storageRoot)),
+      m_serverInstanceId(QUuid::createUuid().toString(QUuid::WithoutBraces)),
+      m_installationId(installationIdFor(m_name, m_storageRoot)) {}
+
+QString Identity::name() const {
+    const std::scoped_lock lock(m_mutex);
+    return m_name;
+}
+
+void Identity::setName(const QString& name) {
+    const std::scoped_lock lock(m_mutex);
+    m_name = name;
+}
+
+QJsonObject Identity::toJson() const {
+    return {
+        {QStringLiteral("name"), name()},
+        {QStringLiteral("apiVersion"), 1},
+        {QStringLiteral("storageRoot"), m_storageRoot},
+        {QStringLiteral("packageName"), QStringLiteral("tv.quiv.simulator")},
+        {QStringLiteral("versionName"), QStringLiteral("1.0")},
+        {QStringLiteral("serverInstanceId"), m_serverInstanceId},
+        {QStringLiteral("installationId"), m_installationId},
+        {QStringLiteral("appInForeground"), true},
+        {QStringLiteral("deviceBrand"), QStringLiteral("Quiv")},
+        {QStringLiteral("deviceManufacturer"), QStringLiteral("Quiv")},
+        {QStringLiteral("deviceModel"), QStringLiteral("Simulated TV")},
+    };
+}
+
+} // namespace quiv::simulator

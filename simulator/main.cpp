@@ -1,0 +1,50 @@
+#include "simulator/console.h"
+#include "simulator/options.h"
+#include "simulator/sample_media.h"
+#include "simulator/simulator.h"
+#include "simulator/termination.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+using namespace quiv::simulator;
+
+static constexpr int badOptions = 2;
+
+static bool makeFolder(const QString& folder) {
+    if (folder.isEmpty() || QDir().mkpath(folder))
+        return true;
+    printError(QStringLiteral("Cannot make the folder ") + folder);
+    return false;
+}
+
+static void makeSamples(const Options& options) {
+    QStringList problems{makeSampleMedia(options.mediaFolder)};
+    if (!options.usbFolder.isEmpty())
+        problems.append(makeSampleUsbMedia(options.usbFolder));
+    problems.removeAll(QString());
+    problems.removeDuplicates();
+    for (const QString& problem : problems)
+        printError(problem);
+}
+
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("Quiv TV Simulator"));
+    QString problem;
+    const auto options = parseOptions(QCoreApplication::arguments(), &problem);
+    if (!options) {
+        printError(problem);
+        return badOptions;
+    }
+    if (options->exitWithParent)
+        exitWithParent();
+    if (!makeFolder(options->mediaFolder) || !makeFolder(options->usbFolder))
+        return EXIT_FAILURE;
+    if (options->makesSamples)
+        makeSamples(*options);
+
+    const Termination termination([] { QCoreApplication::quit(); });
+    Simulator simulator(*options);
+    return simulator.start() ? QCoreApplication::exec() : EXIT_FAILURE;
+}

@@ -1,0 +1,178 @@
+#include "simulator/media_library.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QSet>
+
+#include <algorithm>
+#include <span>
+
+namespace quiv::simulator {
+
+static constexpr qint64 smallestStorageBytes = 64LL << 30;
+
+MediaLibrary::MediaLibrary(QString mediaFolder, QString usbFolder, int generatedCount)
+    : m_mediaFolder(std::move(mediaFolder)),
+      m_usbFolder(std::move(usbFolder)),
+      m_generated(generatedCount, !m_usbFolder.isEmpty()) {}
+
+static MediaEntry entryOf(const QFileInfo& file, bool onUsb) {
+    return {.name = file.fileName(),
+            .kind = kindOfName(file.fileName()),
+            .sizeBytes = file.size(),
+            .lastModifiedMs = file.lastModified().toMSecsSinceEpoch(),
+            .displayName = displayNameOf(file.fileName()),
+            .onUsb = onUsb};
+}
+
+// A name that was seen before is skipped: names are unique within a listing.
+static void readFolder(const QString& folder, bool onUsb, std::vector<MediaEntry>& entries) {
+    QSet<QString> seen;
+    for (const MediaEntry& entry : entries)
+        seen.insert(entry.name);
+    const auto files = QDir(folder).entryInfoList(QDir::Files | QDir::Hidden, QDir::Name);
+    for (const QFileInfo& file : files) {
+        if (!seen.contains(file.fileName()))
+            entries.push_back(entryOf(file, onUsb));
+    }
+}
+
+static bool belongsTo(const MediaEntry& subtitle, const QString& videoBase) {
+    const QString base = baseNameOf(subtitle.name);
+    return base == videoBase || base.startsWith(videoBase + u'.');
+}
+
+static void countSubtitles(std::vector<MediaEntry>& entries) {
+    for (MediaEntry& video : entries) {
+        if (video.kind != MediaEntry::Kind::Video)
+            continue;
+        const QString base = baseNameOf(video.name);
+        video.subtitleCount =
+            static_cast<int>(std::ranges::count_if(entries, [&](const MediaEntry& entry) {
+                return entry.kind == MediaEntry::Kind::Subtitle && belongsTo(entry, base);
+            }));
+    }
+}
+
+MediaLibrary::State MediaLibrary::readState() const {
+    State state;
+    readFolder(m_mediaFolder, false, state.onDisk);
+    if (!m_usbFolder.isEmpty() && m_usbConnected)
+        readFolder(m_usbFolder, true, state.onDisk);
+    countSubtitles(state.onDisk);
+    state.generatedRevision = m_generated.revision();
+    state.usbConnected = m_usbConnected;
+    return state;
+}
+
+QByteArray MediaLibrary::listing() {
+    const std::scoped_lock lock(m_mutex);
+    State state = readState();
+    if (m_listing.isEmpty() || state != m_listedState) {
+        m_listing = makeListing(state);
+        m_listedState = std::move(state);
+    }
+    return m_listing;
+}
+
+static void appendFiles(QByteArray& json, std::span<const MediaEntry> entries) {
+    for (const MediaEntry& entry : entries) {
+        appendFileJson(json, entry);
+        json += ',';
+    }
+}
+
+static void appendVideos(QByteArray& json, std::span<const MediaEntry> entries) {
+    for (const MediaEntry& entry : entries) {
+        if (entry.kind != MediaEntry::Kind::Video)
+            continue;
+        appendVideoJson(json, entry);
+        json += ',';
+    }
+}
+
+QByteArray MediaLibrary::makeListing(const State& state) const {
+    QByteArray json = "{\"files\":[";
+    appendFiles(json, state.onDisk);
+    appendFiles(json, m_generated.entries());
+    if (json.endsWith(','))
+        json.chop(1);
+    json += "],\"videos\":[";
+    appendVideos(json, state.onDisk);
+    appendVideos(json, m_generated.entries());
+    if (json.endsWith(','))
+        json.chop(1);
+    return json + "]," + storageJson(state) + '}';
+}
+
+namespace {
+
+// A drive's content; its size is made up so that a listing depends on the media only.
+struct Usage {
+    qint64 bytes = 0;
+    int videos = 0;
+    qint64 videoBytes = 0;
+
+    qint64 totalBytes() const {
+        qint64 total = smallestStorageBytes;
+        while (total <= bytes)
+            total *= 2;
+        return total;
+    }
+
+    void add(std::span<const MediaEntry> entries, bool onUsb) {
+        for (const MediaEntry& entry : entries) {
+            if (entry.onUsb != onUsb)
+                continue;
+            bytes += entry.sizeBytes;
+            videos += entry.kind == MediaEntry::Kind::Video ? 1 : 0;
+            videoBytes += entry.kind == MediaEntry::Kind::Video ? entry.sizeBytes : 0;
+        }
+    }
+};
+
+} // namespace
+
+static QByteArray internalJson(const Usage& usage) {
+    return "{\"usedBytes\":" + QByteArray::number(usage.bytes) +
+           ",\"totalBytes\":" + QByteArray::number(usage.totalBytes()) +
+           ",\"freeBytes\":" + QByteArray::number(usage.totalBytes() - usage.bytes) + '}';
+}
+
+static QByteArray usbJson(const Usage& usage, bool connected) {
+    return QByteArray("{\"driveId\":\"usb-1\",\"driveName\":\"USB drive\",\"isConnected\":") +
+           (connected ? "true" : "false") +
+           ",\"freeBytes\":" + QByteArray::number(usage.totalBytes() - usage.bytes) +
+           ",\"totalBytes\":" + QByteArray::number(usage.totalBytes()) +
+           ",\"cachedVideoCount\":" + QByteArray::number(usage.videos) +
+           ",\"cachedVideoBytes\":" + QByteArray::number(usage.videoBytes) + '}';
+}
+
+QByteArray MediaLibrary::storageJson(const State& state) const {
+    Usage internal;
+    Usage usb;
+    for (const std::span<const MediaEntry> entries :
+         {std::span(state.onDisk), std::span(m_generated.entries())}) {
+        internal.add(entries, false);
+        usb.add(entries, true);
+    }
+    const QByteArray internalPart = internalJson(internal);
+    QByteArray json = "\"storage\":" + internalPart + ",\"internalStorage\":" + internalPart;
+    if (m_usbFolder.isEmpty())
+        return json + ",\"usbSetupHint\":\"Connect a USB drive to the TV for more space.\"" +
+               ",\"preferredUploadTarget\":\"INTERNAL\"";
+    return json + ",\"usbStorage\":" + usbJson(usb, state.usbConnected) +
+           ",\"preferredUploadTarget\":" + (state.usbConnected ? "\"USB\"" : "\"INTERNAL\"");
+}
+
+std::optional<QString> MediaLibrary::changeGenerated(const Change& change) {
+    const std::scoped_lock lock(m_mutex);
+    return change(m_generated);
+}
+
+void MediaLibrary::setUsbConnected(bool connected) {
+    const std::scoped_lock lock(m_mutex);
+    m_usbConnected = connected;
+}
+
+} // namespace quiv::simulator

@@ -1,0 +1,106 @@
+#include "simulator/request_log.h"
+
+#include <QUrlQuery>
+
+#include <algorithm>
+#include <array>
+
+namespace quiv::simulator {
+
+static constexpr size_t largestLog = 10'000;
+
+static constexpr std::array loggedHeaders{
+    "X-Quiv-Client-Id",
+    "X-Quiv-Auth-Token",
+    "Content-Type",
+    "Content-Length",
+    "Range",
+    "Expect",
+    "Host",
+    "Connection",
+    "Accept-Encoding",
+    "User-Agent",
+    "Cookie",
+    "Authorization",
+};
+
+// As sent and in the order sent: "+" is no blank here.
+static QJsonArray queryOf(const httplib::Request& request) {
+    QJsonArray items;
+    const auto target = QString::fromStdString(request.target);
+    const qsizetype mark = target.indexOf(u'?');
+    const QUrlQuery query(mark < 0 ? QString() : target.mid(mark + 1));
+    for (const auto& [name, value] : query.queryItems(QUrl::FullyDecoded)) {
+        items.append(QJsonObject{{QStringLiteral("name"), name}, {QStringLiteral("value"), value}});
+    }
+    return items;
+}
+
+static QJsonObject headersOf(const httplib::Request& request) {
+    QJsonObject headers;
+    for (const char* name : loggedHeaders) {
+        if (request.has_header(name))
+            headers[QLatin1String(name)] = QString::fromStdString(request.get_header_value(name));
+    }
+    return headers;
+}
+
+static std::string senderOf(const httplib::Request& request) {
+    return request.remote_addr + ' ' + std::to_string(request.remote_port);
+}
+
+void RequestLog::received(const httplib::Request& request) {
+    const QJsonObject json{
+        {QStringLiteral("method"), QString::fromStdString(request.method)},
+        {QStringLiteral("path"), QString::fromStdString(request.path).mid(1)},
+        {QStringLiteral("target"), QString::fromStdString(request.target)},
+        {QStringLiteral("query"), queryOf(request)},
+        {QStringLiteral("headers"), headersOf(request)},
+        {QStringLiteral("bodyBytes"), 0},
+        {QStringLiteral("status"), 0},
+    };
+    const std::scoped_lock lock(m_mutex);
+    m_entries.push_back({json, senderOf(request)});
+    if (m_entries.size() > largestLog)
+        m_entries.pop_front();
+}
+
+// Called with the lock held.
+RequestLog::Entry* RequestLog::openEntry(const httplib::Request& request) {
+    const std::string sender = senderOf(request);
+    const auto entry = std::find_if(m_entries.rbegin(), m_entries.rend(), [&](const Entry& each) {
+        return each.open && each.sender == sender;
+    });
+    return entry == m_entries.rend() ? nullptr : &*entry;
+}
+
+void RequestLog::answered(const httplib::Request& request, int status) {
+    const std::scoped_lock lock(m_mutex);
+    Entry* entry = openEntry(request);
+    if (!entry)
+        return;
+    entry->open = false;
+    entry->json[QLatin1String("status")] = status;
+    entry->json[QLatin1String("bodyBytes")] = static_cast<qint64>(request.body.size());
+}
+
+void RequestLog::abandoned(const httplib::Request& request) {
+    const std::scoped_lock lock(m_mutex);
+    if (Entry* entry = openEntry(request))
+        entry->open = false;
+}
+
+QJsonArray RequestLog::toJson() const {
+    const std::scoped_lock lock(m_mutex);
+    QJsonArray array;
+    for (const Entry& entry : m_entries)
+        array.append(entry.json);
+    return array;
+}
+
+void RequestLog::clear() {
+    const std::scoped_lock lock(m_mutex);
+    m_entries.clear();
+}
+
+} // namespace quiv::simulator

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "simulator/identity.h"
+#include "simulator/media_library.h"
+#include "simulator/pairing.h"
+
+namespace quiv::simulator {
+
+// The TV behind its HTTP interface. Each part guards itself.
+struct Television {
+    Identity identity;
+    MediaLibrary library;
+    Pairing pairing;
+    const bool browsingNeedsPairing;
+};
+
+} // namespace quiv::simulator

@@ -1,0 +1,85 @@
+#include "simulator/tv_server.h"
+
+#include "simulator/connection.h"
+#include "simulator/console.h"
+#include "simulator/endpoints/info_endpoint.h"
+#include "simulator/endpoints/library_endpoints.h"
+#include "simulator/endpoints/pairing_endpoints.h"
+#include "simulator/endpoints/reply.h"
+
+namespace quiv::simulator {
+
+using HandlerResponse = httplib::Server::HandlerResponse;
+
+TvServer::TvServer(Television& television, FaultList& faults, RequestLog& log, bool printsRequests)
+    : m_television(television),
+      m_log(log),
+      m_printsRequests(printsRequests),
+      m_injector(faults, m_stop) {
+    httplib::Server& server = m_listener.routes();
+    server.set_pre_routing_handler(
+        [this](const httplib::Request& request, httplib::Response& response) {
+            return received(request, response);
+        });
+    server.set_post_routing_handler(
+        [this](const httplib::Request& request, httplib::Response& response) {
+            replying(request, response);
+        });
+    addInfoEndpoint(server, television);
+    addLibraryEndpoints(server, television);
+    addPairingEndpoints(server, television);
+}
+
+TvServer::~TvServer() {
+    stop();
+}
+
+bool TvServer::listen(quint16 port, Protocol protocol) {
+    m_protocol = protocol;
+    const bool ipv6 = protocol == Protocol::Ipv6Only;
+    m_listener.routes().set_address_family(ipv6 ? AF_INET6 : AF_INET);
+    return m_listener.listen(ipv6 ? QStringLiteral("::") : QStringLiteral("0.0.0.0"), port);
+}
+
+void TvServer::stop() {
+    m_stop.raise();
+    m_listener.stop();
+}
+
+// The server library's IPv6 sockets take IPv4 connections as well.
+static bool cameByIpv4(const httplib::Request& request) {
+    return request.remote_addr.starts_with("::ffff:");
+}
+
+HandlerResponse TvServer::received(const httplib::Request& request, httplib::Response& response) {
+    if (m_protocol == Protocol::Ipv6Only && cameByIpv4(request)) {
+        Connection(request).reset();
+        return HandlerResponse::Handled;
+    }
+    m_log.received(request);
+    switch (m_injector.beforeReply(request, response)) {
+    case FaultInjector::Outcome::Continue:
+        return HandlerResponse::Unhandled;
+    case FaultInjector::Outcome::Replied:
+        return HandlerResponse::Handled;
+    case FaultInjector::Outcome::NoReply:
+        break;
+    }
+    m_log.abandoned(request);
+    return HandlerResponse::Handled;
+}
+
+void TvServer::replying(const httplib::Request& request, httplib::Response& response) {
+    if (const auto grant = m_television.pairing.renewal(credentialsOf(request));
+        grant && !response.has_header(tokenHeader))
+        addToken(response, *grant);
+    m_injector.alterReply(request, response);
+    m_log.answered(request, response.status);
+    if (m_printsRequests)
+        printLine(
+            QStringLiteral("%1 %2 -> %3")
+                .arg(QString::fromStdString(request.method), QString::fromStdString(request.path))
+                .arg(response.status));
+}
+
+} // namespace quiv::simulator
