@@ -1,4 +1,5 @@
-# The Debian packages this project needs, in one place. Sourced by scripts/prepare.
+# shellcheck shell=bash disable=SC2034
+# The Debian packages this project needs, in one place; sourced by scripts/prepare.sh.
 # Why each of them: docs/dependencies.md.
 
 packages_build=(
@@ -31,22 +32,19 @@ packages_run=(
   qml6-module-qtquick-templates
   qml6-module-qtquick-window
   qt6-qpa-plugins
+  qt6-wayland
 )
 
 packages_test=(
   at-spi2-core
   avahi-daemon
-  curl
   dbus
-  dbus-x11
   gir1.2-atspi-2.0
   iproute2
   python3
   python3-gi
-  qml6-module-qttest
   qt6-declarative-dev-tools
   util-linux
-  xauth
   xdotool
   xvfb
 )

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "app/ombra_mac_model.h"
+#include "platform/avahi_connection.h"
+#include "platform/avahi_host_resolver.h"
+#include "platform/avahi_service_browser.h"
+#include "platform/clock.h"
+#include "platform/curl_http_session.h"
+#include "platform/settings_store.h"
+
+#include <memory>
+
+namespace quiv {
+
+// The model with the adapters it runs on: the one place that names them. Each member uses those
+// before it and goes before them.
+class Composition {
+public:
+    explicit Composition(const QString& settingsPath = FileSettingsStore::standardPath())
+        : m_settings(settingsPath) {}
+
+    OmbraMacModel& model() { return m_model; }
+
+private:
+    SystemClock m_clock;
+    FileSettingsStore m_settings;
+    std::shared_ptr<AvahiConnection> m_avahi = std::make_shared<AvahiConnection>();
+    AvahiHostResolver m_hostResolver{m_avahi};
+    AvahiServiceBrowser m_browser{m_avahi};
+    CurlHttpSession m_http{&m_hostResolver};
+    OmbraMacModel m_model{{m_http, m_browser, m_settings, m_clock}};
+};
+
+} // namespace quiv

@@ -1,0 +1,62 @@
+#include "app/composition.h"
+#include "ui/main_window.h"
+
+#include <QGuiApplication>
+#include <QSocketNotifier>
+
+#include <csignal>
+#include <cstdio>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+namespace {
+
+// Ends the program through its event loop on the signals by which systems and terminals end it.
+class TerminationSignals {
+public:
+    TerminationSignals() : m_notifier(openDescriptor(), QSocketNotifier::Read) {
+        QObject::connect(&m_notifier, &QSocketNotifier::activated, qApp, &QCoreApplication::quit);
+    }
+    ~TerminationSignals() { ::close(int(m_notifier.socket())); }
+
+    // Before the first thread, which would take the signals otherwise.
+    static void block() {
+        const sigset_t signals = handled();
+        ::sigprocmask(SIG_BLOCK, &signals, nullptr);
+    }
+
+private:
+    static sigset_t handled() {
+        sigset_t signals;
+        sigemptyset(&signals);
+        sigaddset(&signals, SIGTERM);
+        sigaddset(&signals, SIGINT);
+        sigaddset(&signals, SIGHUP);
+        return signals;
+    }
+    static int openDescriptor() {
+        const sigset_t signals = handled();
+        return ::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
+    }
+
+    QSocketNotifier m_notifier;
+};
+
+} // namespace
+
+// QuivControllerApp: one window on one model.
+int main(int argc, char* argv[]) {
+    TerminationSignals::block();
+    QGuiApplication::setApplicationName(QStringLiteral("quiv-controller"));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Quiv Controller"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("quiv-controller"));
+    QGuiApplication app(argc, argv);
+    const TerminationSignals termination;
+    quiv::Composition composition;
+    quiv::MainWindow window(composition.model());
+    if (!window.show()) {
+        std::fputs("quiv-controller: the window could not be loaded\n", stderr);
+        return 1;
+    }
+    return app.exec();
+}
