@@ -1,0 +1,140 @@
+"""A virtual display with a simulated TV and the application on it, for end-to-end tests.
+
+Everything runs in the caller's network namespace and session bus, and ends with the test.
+"""
+
+import os
+import subprocess
+import tempfile
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi  # noqa: E402
+
+BIN = os.environ["QUIV_BIN_DIR"]
+
+
+def wait_for(what, condition, seconds=20):
+    """Polls the world outside, which sends no events to wait for, until the condition gives something."""
+    end = time.monotonic() + seconds
+    while time.monotonic() < end:
+        result = condition()
+        if result:
+            return result
+        time.sleep(0.05)
+    raise AssertionError(f"waited {seconds} s in vain for {what}")
+
+
+class Desktop:
+    SIZE = "1440x980"
+
+    def __enter__(self):
+        self._directory = tempfile.TemporaryDirectory()
+        self._processes = []
+        path = self._directory.name
+        runtime = os.path.join(path, "runtime")
+        os.mkdir(runtime, 0o700)
+        self.environment = dict(
+            os.environ,
+            XDG_CONFIG_HOME=os.path.join(path, "config"),
+            XDG_DATA_HOME=os.path.join(path, "data"),
+            XDG_RUNTIME_DIR=runtime,
+            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
+            QT_QPA_PLATFORM="xcb",
+        )
+        self._start_display()
+        return self
+
+    def __exit__(self, *_):
+        for process in reversed(self._processes):
+            process.terminate()
+            process.wait(20)
+        self._directory.cleanup()
+
+    def start(self, *command, **options):
+        process = subprocess.Popen(command, env=self.environment, **options)
+        self._processes.append(process)
+        return process
+
+    def _start_display(self):
+        read, write = os.pipe()
+        self.start("Xvfb", "-displayfd", str(write), "-screen", "0", self.SIZE + "x24",
+                   "-nolisten", "tcp", pass_fds=[write], stderr=subprocess.DEVNULL)
+        os.close(write)
+        with os.fdopen(read) as display:
+            self.environment["DISPLAY"] = ":" + display.readline().strip()
+
+    def start_simulator(self, *options):
+        """Starts a simulated TV; gives the lines it prints until it is ready as a dictionary."""
+        simulator = self.start(os.path.join(BIN, "quiv-tv-simulator"), "--exit-with-parent", *options,
+                               stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        told = {}
+        for line in simulator.stdout:
+            if line.strip() == "Ready":
+                return told
+            key, _, value = line.partition(": ")
+            told[key] = value.strip()
+        raise AssertionError("the simulated TV ended before it was ready")
+
+    def start_application(self):
+        return self.start(os.path.join(BIN, "quiv-controller"))
+
+    def type(self, text):
+        for key in text:
+            self._xdotool("key", {" ": "space", "-": "minus"}.get(key, key))
+
+    def press_key(self, key):
+        self._xdotool("key", key)
+
+    def click(self, element):
+        box = Atspi.Component.get_extents(element, Atspi.CoordType.SCREEN)
+        self._xdotool("mousemove", str(box.x + box.width // 2), str(box.y + box.height // 2), "click", "1")
+
+    def _xdotool(self, *arguments):
+        subprocess.run(["xdotool", *arguments], env=self.environment, check=True)
+
+    def screenshot(self, path):
+        subprocess.run(["ffmpeg", "-y", "-loglevel", "error", "-f", "x11grab", "-video_size", self.SIZE,
+                        "-i", self.environment["DISPLAY"], "-frames:v", "1", path], check=True)
+
+
+def _descendants(element):
+    for index in range(element.get_child_count()):
+        child = element.get_child_at_index(index)
+        if child is not None and child.get_state_set().contains(Atspi.StateType.SHOWING):
+            yield child
+            yield from _descendants(child)
+
+
+def elements(role=None, name=None):
+    """What assistive technology sees of the application, in order: showing elements only."""
+    desktop = Atspi.get_desktop(0)
+    found = []
+    for index in range(desktop.get_child_count()):
+        application = desktop.get_child_at_index(index)
+        if application is not None:
+            application.set_cache_mask(Atspi.Cache.NONE)
+        if application is None or application.get_name() != "quiv-controller":
+            continue
+        for window in range(application.get_child_count()):
+            try:
+                found += [each for each in _descendants(application.get_child_at_index(window))
+                          if role in (None, each.get_role_name()) and name in (None, each.get_name())]
+            except Exception:  # the tree changed while it was read; the next look sees it whole
+                return []
+    return found
+
+
+def element(role, name, seconds=20):
+    return wait_for(f"{role} '{name}'", lambda: elements(role, name), seconds)[0]
+
+
+def names(role):
+    return [each.get_name() for each in elements(role)]
+
+
+def press(target):
+    """Does what a screen reader does to press a control."""
+    assert Atspi.Action.do_action(target, 0), "the control has no press action"
