@@ -1,0 +1,180 @@
+#include "ui/display_format.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace quiv {
+
+namespace {
+
+// Beyond any line that fits a screen; keeps laying out a hostile text cheap.
+constexpr qsizetype longestDisplayText = 1000;
+
+struct ByteUnit {
+    const char* name;
+    std::uint64_t bytes;
+    std::uint64_t steps; // per unit that are shown: 1, 10 or 100
+};
+
+constexpr std::array<ByteUnit, 4> byteUnits{{
+    {"KB", 1'000, 1},
+    {"MB", 1'000'000, 10},
+    {"GB", 1'000'000'000, 100},
+    {"TB", 1'000'000'000'000, 100},
+}};
+
+// Half a step rounds up. The counts are whole, so that no binary fraction decides it.
+std::uint64_t roundedSteps(std::uint64_t bytes, const ByteUnit& unit) {
+    const std::uint64_t step = unit.bytes / unit.steps;
+    return bytes / step + (bytes % step >= step - step / 2 ? 1 : 0);
+}
+
+QString stepsText(std::uint64_t steps, const ByteUnit& unit) {
+    QString text = QString::number(steps / unit.steps);
+    const std::uint64_t fraction = steps % unit.steps;
+    if (fraction == 0)
+        return text;
+    QString digits = QString::number(fraction).rightJustified(unit.steps == 100 ? 2 : 1, u'0');
+    while (digits.endsWith(u'0'))
+        digits.chop(1);
+    return text + u'.' + digits;
+}
+
+QString magnitudeText(std::uint64_t bytes) {
+    if (bytes == 0)
+        return QStringLiteral("Zero KB");
+    if (bytes == 1)
+        return QStringLiteral("1 byte");
+    if (bytes < byteUnits.front().bytes)
+        return QString::number(bytes) + QStringLiteral(" bytes");
+    // A count that rounds to a thousand of a unit is shown as one of the next.
+    const auto unit = std::find_if(byteUnits.begin(), byteUnits.end() - 1, [&](const auto& each) {
+        return roundedSteps(bytes, each) < 1000 * each.steps;
+    });
+    return stepsText(roundedSteps(bytes, *unit), *unit) + u' ' + QLatin1String(unit->name);
+}
+
+// Fits a signed 64-bit integer after truncation.
+bool fitsInteger(double value) {
+    constexpr double bound = 9223372036854775808.0; // 2 to the 63rd
+    return std::isfinite(value) && value > -bound && value < bound;
+}
+
+QString trimmed(const std::optional<QString>& text) {
+    return text ? text->trimmed() : QString();
+}
+
+std::int64_t playingSubtitleCount(const FileGroup& group,
+                                  const std::optional<PlaybackResponse>& playback) {
+    if (!playback || !group.video || playback->currentVideoName != group.video->name)
+        return 0;
+    return std::count_if(playback->subtitleTracks.begin(), playback->subtitleTracks.end(),
+                         [](const PlaybackTrack& track) {
+                             return track.id.trimmed().toLower() != QStringLiteral("off");
+                         });
+}
+
+bool isDirectionOverride(char16_t character) {
+    return (character >= 0x202a && character <= 0x202e) ||
+           (character >= 0x2066 && character <= 0x2069);
+}
+
+QChar displayCharacter(QChar character) {
+    switch (character.unicode()) {
+    case u'\t':
+    case u'\n':
+    case u'\v':
+    case u'\f':
+    case u'\r':
+    case 0x0085: // next line
+    case 0x2028: // line separator
+    case 0x2029: // paragraph separator
+        return u' ';
+    default:
+        break;
+    }
+    const bool replaced =
+        character.category() == QChar::Other_Control || isDirectionOverride(character.unicode());
+    return replaced ? QChar(QChar::ReplacementCharacter) : character;
+}
+
+} // namespace
+
+QString formatPlaybackTime(std::int64_t milliseconds) {
+    const std::int64_t time = std::max<std::int64_t>(milliseconds, 0);
+    const std::int64_t hours = time / 3'600'000;
+    const int minutes = static_cast<int>(time / 60'000 % 60);
+    const int seconds = static_cast<int>(time / 1'000 % 60);
+    if (hours > 0)
+        return QString::asprintf("%lld:%02d:%02d", static_cast<long long>(hours), minutes, seconds);
+    return QString::asprintf("%02d:%02d", minutes, seconds);
+}
+
+QString formatPlaybackSpeed(double speed) {
+    const auto isWhole = [](double value) {
+        return std::abs(std::round(value) - value) < 0.001;
+    };
+    const int digits = isWhole(speed) ? 0 : isWhole(10 * speed) ? 1 : 2;
+    return QString::number(speed, 'f', digits) + u'x';
+}
+
+double nearestSpeedOption(const QList<double>& options, double target) {
+    const auto nearest =
+        std::min_element(options.begin(), options.end(), [target](double a, double b) {
+            return std::abs(a - target) < std::abs(b - target);
+        });
+    return nearest == options.end() ? target : *nearest;
+}
+
+QString formatTransferSpeed(double bytesPerSecond) {
+    const double rounded = std::round(bytesPerSecond);
+    if (!(bytesPerSecond > 0) || !fitsInteger(rounded))
+        return QStringLiteral("-- B/s");
+    return formatByteCount(static_cast<std::int64_t>(rounded)) + QStringLiteral("/s");
+}
+
+QString formatByteCount(std::int64_t bytes) {
+    if (bytes < 0)
+        return u'-' + magnitudeText(0 - static_cast<std::uint64_t>(bytes));
+    return magnitudeText(static_cast<std::uint64_t>(bytes));
+}
+
+QString formatPercent(double fraction) {
+    const double percent = fraction * 100;
+    return QString::number(fitsInteger(percent) ? static_cast<std::int64_t>(percent) : 0) + u'%';
+}
+
+QString subtitleCountText(const FileGroup& group, const std::optional<PlaybackResponse>& playback) {
+    const std::int64_t count = std::max({playingSubtitleCount(group, playback),
+                                         static_cast<std::int64_t>(group.subtitles.size()),
+                                         group.reportedSubtitleCount.value_or(0)});
+    if (count == 0)
+        return QStringLiteral("No subtitles");
+    return QString::number(count) +
+           (count == 1 ? QStringLiteral(" subtitle") : QStringLiteral(" subtitles"));
+}
+
+std::optional<QString> deviceDisplayLabel(const TVEndpoint& device) {
+    const QString manufacturer = trimmed(device.deviceManufacturer);
+    const QString model = trimmed(device.deviceModel);
+    const QString brand = trimmed(device.deviceBrand);
+    if (!model.isEmpty()) {
+        if (manufacturer.isEmpty() || model.toLower().startsWith(manufacturer.toLower()))
+            return model;
+        return manufacturer + u' ' + model;
+    }
+    if (!brand.isEmpty())
+        return brand;
+    return std::nullopt;
+}
+
+QString displayText(const QString& text) {
+    QString shown = text.left(longestDisplayText);
+    if (!shown.isEmpty() && shown.back().isHighSurrogate())
+        shown.chop(1);
+    std::transform(shown.cbegin(), shown.cend(), shown.begin(), displayCharacter);
+    return shown.size() < text.size() ? shown + QChar(0x2026) : shown;
+}
+
+} // namespace quiv

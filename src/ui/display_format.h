@@ -1,0 +1,45 @@
+#pragma once
+
+#include "library/library_content.h"
+#include "net/tv_endpoint.h"
+#include "net/wire_records.h"
+
+#include <QList>
+#include <QString>
+
+#include <cstdint>
+#include <optional>
+
+// The short texts in which the views show values. Pure functions that never fail: every view that
+// shows such a value goes through them, so that it reads the same everywhere.
+namespace quiv {
+
+// "1:02:03" from an hour on, else "01:23"; a negative time counts as zero.
+QString formatPlaybackTime(std::int64_t milliseconds);
+
+// "1x", "1.5x", "1.25x": as many digits as the value needs, two at most.
+QString formatPlaybackSpeed(double speed);
+
+// The option closest to the target, the earlier of two equally close; the target without options.
+double nearestSpeedOption(const QList<double>& options, double target);
+
+// "31.5 MB/s", or "-- B/s" while there is no speed.
+QString formatTransferSpeed(double bytesPerSecond);
+
+// "12.4 GB": decimal units up to TB; none, one or two fraction digits by unit, zeros dropped.
+QString formatByteCount(std::int64_t bytes);
+
+// "42%", truncated; "0%" for what is no number or beyond any percentage.
+QString formatPercent(double fraction);
+
+// "No subtitles", "1 subtitle", "3 subtitles": the highest of what is listed, reported and playing.
+QString subtitleCountText(const FileGroup& group, const std::optional<PlaybackResponse>& playback);
+
+// Maker and model of a TV without repeating the maker, else its brand; none when nothing is known.
+std::optional<QString> deviceDisplayLabel(const TVEndpoint& device);
+
+// A text from outside on one line: line breaks become blanks, other control characters and those
+// that reverse the writing direction become U+FFFD, and what is too long for any line is cut.
+QString displayText(const QString& text);
+
+} // namespace quiv

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "library/library_content.h"
+#include "net/pairing.h"
+#include "ui/storage_badges.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+
+namespace quiv {
+
+class WindowActions;
+
+// What the header shows.
+struct HeaderState {
+    Q_GADGET
+    QML_VALUE_TYPE(headerState)
+    Q_PROPERTY(QVariantList badges READ badgeList)
+    Q_PROPERTY(QString statusMessage MEMBER statusMessage)
+    Q_PROPERTY(bool isSyncing MEMBER isSyncing)
+    Q_PROPERTY(bool requiresPairing MEMBER requiresPairing)
+    Q_PROPERTY(QString codeValidUntilText MEMBER codeValidUntilText)
+
+public:
+    QVariantList badgeList() const { return badgeValues(badges); }
+
+    QList<StorageStatusBadge> badges;
+    QString statusMessage;
+    bool isSyncing = false;
+    bool requiresPairing = false;
+    QString codeValidUntilText; // a sentence; empty when the end is not known
+
+    bool operator==(const HeaderState&) const = default;
+};
+
+// Storage, the hint to set up a drive, and where uploads go.
+QList<StorageStatusBadge> headerBadges(const LibraryContent& content);
+
+// "This code is valid until 14:05", or empty.
+QString codeValidUntilText(const PairingState& pairing);
+
+// The status of the selected TV above its library.
+class HeaderPresenter : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("belongs to the window's presenter")
+    Q_PROPERTY(quiv::HeaderState state READ state NOTIFY stateChanged)
+
+public:
+    explicit HeaderPresenter(WindowActions& actions, QObject* parent = nullptr);
+
+    const HeaderState& state() const { return m_state; }
+
+    void setContent(const LibraryContent& content);
+    void setLoadInProgress(bool isLoading);
+    void setPairing(const PairingState& pairing);
+    void setStatusMessage(const QString& message);
+
+    Q_INVOKABLE void cancelPairing();
+
+Q_SIGNALS:
+    void stateChanged();
+
+private:
+    void show(HeaderState state);
+
+    WindowActions& m_actions;
+    HeaderState m_state;
+};
+
+} // namespace quiv

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "library/library_content.h"
+#include "net/tv_endpoint.h"
+#include "ui/record_list_model.h"
+
+#include <QAbstractItemModel>
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+#include <optional>
+
+namespace quiv {
+
+// The key of a library row.
+const QString& libraryRowKey(const LibraryRow& row);
+
+// The selected TV's library as the search field narrows it. The search text is forgotten when
+// another TV is selected.
+class LibraryPresenter : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("belongs to the window's presenter")
+    Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT)
+    Q_PROPERTY(Phase phase READ phase NOTIFY phaseChanged)
+    Q_PROPERTY(QString searchText READ searchText NOTIFY searchTextChanged)
+    Q_PROPERTY(QString loadingText READ loadingText NOTIFY selectedDeviceChanged)
+    Q_PROPERTY(QString noResultsText READ noResultsText NOTIFY searchTextChanged)
+
+public:
+    // What the detail area shows.
+    enum class Phase { NoTv, Loading, NoResults, Empty, List };
+    Q_ENUM(Phase)
+
+    explicit LibraryPresenter(QObject* parent = nullptr);
+
+    QAbstractItemModel* rows() { return &m_rows; }
+    Phase phase() const { return m_phase; }
+    const QString& searchText() const { return m_searchText; }
+    QString loadingText() const;
+    QString noResultsText() const;
+
+    void setSelectedDevice(const std::optional<TVEndpoint>& device);
+    void setContent(const LibraryContent& content);
+    void setLoadInProgress(bool isLoading);
+
+    Q_INVOKABLE void search(const QString& text);
+
+Q_SIGNALS:
+    void phaseChanged();
+    void searchTextChanged();
+    void selectedDeviceChanged();
+
+private:
+    void update();
+
+    std::optional<TVEndpoint> m_selected;
+    QList<LibraryRow> m_groups; // all of them
+    bool m_isLoading = false;
+    QString m_searchText;
+    Phase m_phase = Phase::NoTv;
+    RecordListModel<LibraryRow, &libraryRowKey> m_rows; // those that the search leaves
+};
+
+// What decides the phase.
+struct LibraryCounts {
+    bool hasTv = false;
+    bool isLoading = false;
+    bool hasQuery = false;
+    qsizetype groups = 0;
+    qsizetype visibleGroups = 0;
+};
+
+LibraryPresenter::Phase libraryPhase(const LibraryCounts& counts);
+
+} // namespace quiv

@@ -1,0 +1,86 @@
+#include "ui/main_window.h"
+
+#include "app/ombra_mac_model.h"
+#include "ui/graphics_choice.h"
+#include "ui/window_actions.h"
+#include "ui/window_presenter.h"
+#include "ui/window_view.h"
+
+#include <QQuickWindow>
+
+namespace quiv {
+
+namespace {
+
+class ModelActions final : public WindowActions {
+public:
+    explicit ModelActions(OmbraMacModel& model) : m_model(model) {}
+
+    void refreshDiscovery() override { m_model.discovery()->refreshDiscovery(); }
+    void selectDevice(const QString& endpointKey) override { m_model.selectDevice(endpointKey); }
+    void verifyPairingCode(const QString& code) override {
+        m_model.pairing()->verifyPairingCode(code);
+    }
+    void cancelPairing() override { m_model.pairing()->cancelPairing(); }
+
+private:
+    OmbraMacModel& m_model;
+};
+
+// Calls `show` now and on every change.
+template <class Part, class Show>
+void follow(Part* part, void (Part::*changed)(), WindowPresenter& presenter, Show show) {
+    QObject::connect(part, changed, &presenter, show);
+    show();
+}
+
+void followModel(OmbraMacModel& model, WindowPresenter& presenter) {
+    follow(model.discovery(), &Discovery::devicesChanged, presenter,
+           [&] { presenter.setDiscoveredDevices(model.discovery()->discoveredDevices()); });
+    follow(model.selected(), &SelectedDevice::changed, presenter,
+           [&] { presenter.setSelectedDevice(model.selected()->device()); });
+    follow(model.pairing(), &Pairing::stateChanged, presenter,
+           [&] { presenter.setPairing(model.pairing()->state()); });
+    follow(model.library(), &Library::contentChanged, presenter,
+           [&] { presenter.setContent(model.library()->content()); });
+    follow(model.library(), &Library::loadInProgressChanged, presenter,
+           [&] { presenter.setLoadInProgress(model.library()->isLibraryLoadInProgress()); });
+    follow(model.status(), &StatusLine::statusMessageChanged, presenter,
+           [&] { presenter.setStatusMessage(model.status()->statusMessage()); });
+}
+
+} // namespace
+
+struct MainWindow::Parts {
+    explicit Parts(OmbraMacModel& model) : actions(model), presenter(actions), view(presenter) {}
+
+    ModelActions actions;
+    WindowPresenter presenter;
+    WindowView view;
+};
+
+MainWindow::MainWindow(OmbraMacModel& model) {
+    chooseGraphics();
+    m_parts = std::make_unique<Parts>(model);
+    followModel(model, m_parts->presenter);
+    if (QQuickWindow* loaded = window()) {
+        QObject::connect(loaded, &QWindow::visibleChanged, &model, [&model](bool isVisible) {
+            isVisible ? model.appear() : model.disappear();
+        });
+    }
+}
+
+MainWindow::~MainWindow() = default;
+
+bool MainWindow::show() {
+    if (!window())
+        return false;
+    window()->show();
+    return true;
+}
+
+QQuickWindow* MainWindow::window() const {
+    return m_parts->view.window();
+}
+
+} // namespace quiv

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "net/pairing.h"
+#include "net/tv_endpoint.h"
+
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+#include <optional>
+
+namespace quiv {
+
+class WindowActions;
+
+// What the pairing sheet shows, and whether it is there at all.
+struct PairingSheetState {
+    Q_GADGET
+    QML_VALUE_TYPE(pairingSheetState)
+    Q_PROPERTY(bool isShown MEMBER isShown)
+    Q_PROPERTY(QString code MEMBER code)
+    Q_PROPERTY(bool canVerify MEMBER canVerify)
+    Q_PROPERTY(QString codeValidUntilText MEMBER codeValidUntilText)
+
+public:
+    bool isShown = false;
+    QString code; // as typed
+    bool canVerify = false;
+    QString codeValidUntilText; // a sentence; empty when the end is not known
+
+    bool operator==(const PairingSheetState&) const = default;
+};
+
+// Whether the code has three characters, as people count them.
+bool isCompletePairingCode(const QString& code);
+
+// The sheet in which the user types the code that the TV shows.
+//
+// It comes by itself when the selected TV begins to require pairing and goes when it no longer
+// does. The user can put it away and ask for it again in between. The typed code is forgotten with
+// its TV.
+class PairingSheetPresenter : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("belongs to the window's presenter")
+    Q_PROPERTY(quiv::PairingSheetState state READ state NOTIFY stateChanged)
+
+public:
+    explicit PairingSheetPresenter(WindowActions& actions, QObject* parent = nullptr);
+
+    const PairingSheetState& state() const { return m_state; }
+
+    void setSelectedDevice(const std::optional<TVEndpoint>& device);
+    void setPairing(const PairingState& pairing);
+
+    Q_INVOKABLE void present();
+    Q_INVOKABLE void dismiss();
+    Q_INVOKABLE void type(const QString& code);
+    // The sheet stays until the TV accepts the code.
+    Q_INVOKABLE void verify();
+    Q_INVOKABLE void cancelPairing();
+
+Q_SIGNALS:
+    void stateChanged();
+
+private:
+    void update();
+
+    WindowActions& m_actions;
+    std::optional<QString> m_selectedKey;
+    PairingState m_pairing;
+    bool m_isPresented = false; // wanted; shown while a TV requires pairing
+    QString m_code;
+    PairingSheetState m_state;
+};
+
+} // namespace quiv

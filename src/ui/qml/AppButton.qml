@@ -1,0 +1,52 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// A push button with an optional symbol in front of its label.
+T.Button {
+    id: button
+
+    enum Kind { Bordered, Prominent, Destructive }
+
+    property int kind: AppButton.Bordered
+    property string symbol
+    readonly property bool prominent: kind === AppButton.Prominent
+    readonly property color prominentInk: enabled ? Theme.accentInk : Theme.tertiaryText
+    readonly property color borderedInk: kind === AppButton.Destructive ? Theme.destructive
+                                                                        : Theme.primaryText
+
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: Theme.controlHeight
+    horizontalPadding: 12
+    opacity: enabled || prominent ? 1 : 0.45
+    font: Theme.button
+    Accessible.onPressAction: if (enabled) clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
+
+    contentItem: ButtonLabel {
+        symbol: button.symbol
+        text: button.text
+        font: button.font
+        ink: button.prominent ? button.prominentInk : button.borderedInk
+    }
+
+    background: Rectangle {
+        readonly property color prominent: button.enabled ? Theme.accent : Theme.disabledFill
+        readonly property color rest: button.prominent ? prominent : Theme.surface
+        readonly property color hovered: button.prominent ? Theme.accentHovered
+                                                          : Theme.surfaceHovered
+        readonly property color pressed: button.prominent ? Theme.accentPressed
+                                                          : Theme.surfacePressed
+
+        radius: Theme.controlRadius
+        color: button.down ? pressed : button.hovered ? hovered : rest
+        border.width: button.prominent ? 0 : 1
+        border.color: Theme.controlBorder
+
+        Behavior on color {
+            ColorAnimation { duration: Theme.quick }
+        }
+    }
+
+    FocusRing { target: button }
+}

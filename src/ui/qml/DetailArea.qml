@@ -1,0 +1,43 @@
+import QtQuick
+import QtQuick.Layouts
+import Quiv
+
+// The selected TV, or the way to one.
+Item {
+    id: area
+
+    required property WindowPresenter presenter
+    readonly property bool hasTv: presenter.library.phase !== LibraryPresenter.NoTv
+
+    Loader {
+        anchors.centerIn: parent
+        width: Math.min(parent.width, 690) - 32
+        active: !area.hasTv
+        sourceComponent: NoTvView {}
+    }
+    ColumnLayout {
+        anchors.fill: parent
+        anchors.topMargin: Theme.padding
+        visible: area.hasTv
+        spacing: Theme.gap
+
+        Header {
+            Layout.fillWidth: true
+            Layout.leftMargin: Theme.padding
+            Layout.rightMargin: Theme.padding
+            presenter: area.presenter.header
+            onPairRequested: area.presenter.pairingSheet.present()
+        }
+        Divider {
+            Layout.fillWidth: true
+            Layout.leftMargin: Theme.padding
+            Layout.rightMargin: Theme.padding
+        }
+        LibraryArea {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            Layout.topMargin: -6 // rows bring a margin of their own
+            presenter: area.presenter.library
+        }
+    }
+}

@@ -1,0 +1,41 @@
+import QtQuick
+import Quiv
+
+// The library, or why there is nothing to see.
+Item {
+    id: area
+
+    required property LibraryPresenter presenter
+    readonly property int stateWidth: Math.min(width - 2 * Theme.padding, Theme.scaled(460))
+
+    LibraryList {
+        anchors.fill: parent
+        anchors.leftMargin: 10
+        anchors.rightMargin: 2
+        visible: area.presenter.phase === LibraryPresenter.List
+        model: area.presenter.rows
+    }
+    EmptyState {
+        anchors.centerIn: parent
+        width: area.stateWidth
+        visible: area.presenter.phase === LibraryPresenter.Loading
+        isBusy: true
+        title: area.presenter.loadingText
+    }
+    EmptyState {
+        anchors.centerIn: parent
+        width: area.stateWidth
+        visible: area.presenter.phase === LibraryPresenter.NoResults
+        symbol: "magnifyingglass"
+        title: "No Results"
+        detail: area.presenter.noResultsText
+    }
+    EmptyState {
+        anchors.centerIn: parent
+        width: area.stateWidth
+        visible: area.presenter.phase === LibraryPresenter.Empty
+        symbol: "film"
+        title: "No media files yet"
+        detail: "Upload a video or subtitle file to this TV to get started."
+    }
+}

@@ -1,0 +1,44 @@
+import QtQuick
+import QtQuick.Layouts
+import Quiv
+
+// The application's one window.
+Window {
+    id: window
+
+    required property WindowPresenter presenter
+
+    title: "Quiv Controller"
+    width: 1280
+    height: 820
+    minimumWidth: 1040
+    minimumHeight: 700
+    color: Theme.window
+
+    RowLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        Sidebar {
+            Layout.fillHeight: true
+            presenter: window.presenter.sidebar
+        }
+        ColumnLayout {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            spacing: 0
+
+            Toolbar {
+                Layout.fillWidth: true
+                library: window.presenter.library
+            }
+            DetailArea {
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                presenter: window.presenter
+            }
+        }
+    }
+
+    PairingSheet { presenter: window.presenter.pairingSheet }
+}

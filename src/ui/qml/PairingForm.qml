@@ -1,0 +1,68 @@
+import QtQuick
+import QtQuick.Layouts
+import Quiv
+
+// The content of the pairing sheet.
+ColumnLayout {
+    id: form
+
+    required property PairingSheetPresenter presenter
+
+    spacing: Theme.gap
+    onVisibleChanged: if (visible) code.forceActiveFocus()
+    Keys.onEscapePressed: form.presenter.dismiss()
+
+    AppIcon {
+        Layout.alignment: Qt.AlignHCenter
+        name: "lock.shield.fill"
+        colour: Theme.accent
+        size: Theme.scaled(36)
+    }
+    PlainText {
+        Layout.fillWidth: true
+        horizontalAlignment: Text.AlignHCenter
+        text: "Pair Quiv Controller"
+        font: Theme.title
+        Accessible.role: Accessible.Heading
+    }
+    PlainText {
+        Layout.fillWidth: true
+        Layout.preferredWidth: Theme.scaled(340)
+        horizontalAlignment: Text.AlignHCenter
+        text: "Enter the 3-digit code shown on TV to continue controlling this device."
+        color: Theme.secondaryText
+        wrapMode: Text.Wrap
+    }
+    CodeField {
+        id: code
+
+        Layout.alignment: Qt.AlignHCenter
+        placeholderText: "3-digit code"
+        text: form.presenter.state.code
+        onTextEdited: form.presenter.type(text)
+    }
+    PlainText {
+        Layout.fillWidth: true
+        horizontalAlignment: Text.AlignHCenter
+        visible: text !== ""
+        text: form.presenter.state.codeValidUntilText
+        font: Theme.caption
+        color: Theme.secondaryText
+    }
+    AppButton {
+        Layout.alignment: Qt.AlignHCenter
+        Layout.topMargin: 4
+        implicitWidth: code.implicitWidth
+        text: "Verify code"
+        kind: AppButton.Prominent
+        enabled: form.presenter.state.canVerify
+        onClicked: form.presenter.verify()
+    }
+    AppButton {
+        Layout.alignment: Qt.AlignHCenter
+        Layout.topMargin: -4
+        implicitWidth: code.implicitWidth
+        text: "Cancel pairing"
+        onClicked: form.presenter.cancelPairing()
+    }
+}

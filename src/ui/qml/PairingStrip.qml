@@ -1,0 +1,57 @@
+import QtQuick
+import QtQuick.Layouts
+
+// Says that the TV wants pairing before it takes orders.
+Rectangle {
+    id: strip
+
+    required property string validUntilText // may be empty
+
+    signal pairRequested()
+    signal cancelRequested()
+
+    implicitHeight: row.implicitHeight + 20
+    radius: 10
+    color: Theme.stripFill
+
+    RowLayout {
+        id: row
+
+        anchors.fill: parent
+        anchors.margins: 10
+        anchors.leftMargin: Theme.gap
+        spacing: 10
+
+        AppIcon {
+            name: "lock.shield"
+            colour: Theme.stripLabel
+            size: Theme.scaled(17)
+        }
+        Flow {
+            Layout.fillWidth: true
+            Layout.alignment: Qt.AlignVCenter
+            spacing: 10
+
+            PlainText {
+                text: "Pairing required for control actions"
+                font: Theme.subheadlineSemibold
+                color: Theme.stripLabel
+            }
+            PlainText {
+                visible: text !== ""
+                text: strip.validUntilText
+                font: Theme.subheadline
+                color: Theme.secondaryText
+            }
+        }
+        AppButton {
+            text: "Enter pairing code"
+            kind: AppButton.Prominent
+            onClicked: strip.pairRequested()
+        }
+        AppButton {
+            text: "Cancel pairing"
+            onClicked: strip.cancelRequested()
+        }
+    }
+}

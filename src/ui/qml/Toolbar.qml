@@ -1,0 +1,37 @@
+import QtQuick
+import QtQuick.Layouts
+import Quiv
+
+// The window's heading and the search in the selected TV's files.
+Item {
+    id: toolbar
+
+    required property LibraryPresenter library
+
+    implicitHeight: Theme.scaled(52)
+
+    RowLayout {
+        anchors.fill: parent
+        anchors.leftMargin: Theme.padding
+        anchors.rightMargin: Theme.padding
+        spacing: Theme.gap
+
+        PlainText {
+            Layout.fillWidth: true
+            text: "Quiv Controller"
+            font: Theme.title
+            Accessible.role: Accessible.Heading
+        }
+        SearchField {
+            placeholderText: "Search files on this TV"
+            text: toolbar.library.searchText
+            onTextEdited: toolbar.library.search(text)
+            onCleared: toolbar.library.search("")
+        }
+    }
+
+    Divider {
+        anchors.bottom: parent.bottom
+        width: parent.width
+    }
+}

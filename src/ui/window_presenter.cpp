@@ -1,0 +1,38 @@
+#include "ui/window_presenter.h"
+
+namespace quiv {
+
+WindowPresenter::WindowPresenter(WindowActions& actions, QObject* parent)
+    : QObject(parent), m_sidebar(actions), m_header(actions), m_pairingSheet(actions) {}
+
+void WindowPresenter::setDiscoveredDevices(const QList<TVEndpoint>& devices) {
+    m_sidebar.setDiscoveredDevices(devices);
+}
+
+void WindowPresenter::setSelectedDevice(const std::optional<TVEndpoint>& device) {
+    m_sidebar.setSelectedDevice(device);
+    m_library.setSelectedDevice(device);
+    m_pairingSheet.setSelectedDevice(device);
+}
+
+void WindowPresenter::setPairing(const PairingState& pairing) {
+    m_header.setPairing(pairing);
+    m_pairingSheet.setPairing(pairing);
+}
+
+void WindowPresenter::setContent(const LibraryContent& content) {
+    m_sidebar.setStorageBadges(storageStatusBadges(content.storage, content.usbStorage));
+    m_header.setContent(content);
+    m_library.setContent(content);
+}
+
+void WindowPresenter::setLoadInProgress(bool isLoading) {
+    m_header.setLoadInProgress(isLoading);
+    m_library.setLoadInProgress(isLoading);
+}
+
+void WindowPresenter::setStatusMessage(const QString& message) {
+    m_header.setStatusMessage(message);
+}
+
+} // namespace quiv

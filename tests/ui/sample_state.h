@@ -1,0 +1,38 @@
+#pragma once
+
+#include "library/library_content.h"
+#include "net/tv_endpoint.h"
+
+#include <QString>
+
+namespace quiv {
+
+inline TVEndpoint sampleTv(const QString& name, const QString& host, int port = 8080) {
+    TVEndpoint tv;
+    tv.name = name;
+    tv.host = host;
+    tv.port = port;
+    return tv;
+}
+
+inline LibraryRow sampleRow(const QString& name, const QString& title) {
+    LibraryRow row;
+    row.group.id = name;
+    row.group.title = title;
+    row.group.video = RemoteFile{name, QStringLiteral("VIDEO"), 1'000'000, std::nullopt};
+    row.searchKey = title.toLower() + u'\n' + name.toLower();
+    return row;
+}
+
+// Rows "video 0", "video 1", ...
+inline QList<LibraryRow> sampleRows(int count) {
+    QList<LibraryRow> rows;
+    rows.reserve(count);
+    for (int number = 0; number < count; ++number) {
+        const QString title = QStringLiteral("video ") + QString::number(number);
+        rows.append(sampleRow(title + QStringLiteral(".mkv"), title));
+    }
+    return rows;
+}
+
+} // namespace quiv

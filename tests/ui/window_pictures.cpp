@@ -1,0 +1,129 @@
+// Draws the window with sample data into PNG files, for looking at: window_pictures DIRECTORY
+
+#include "recording_actions.h"
+#include "sample_state.h"
+
+#include "ui/graphics_choice.h"
+#include "ui/window_presenter.h"
+#include "ui/window_view.h"
+
+#include <QDir>
+#include <QGuiApplication>
+#include <QPalette>
+#include <QQuickWindow>
+#include <QTest>
+
+using namespace quiv;
+
+namespace {
+
+QList<TVEndpoint> sampleTvs() {
+    TVEndpoint living = sampleTv(QStringLiteral("Living Room"), QStringLiteral("192.168.1.20"));
+    living.deviceManufacturer = QStringLiteral("Acme");
+    living.deviceModel = QStringLiteral("KD-55X80");
+    TVEndpoint studio = sampleTv(QStringLiteral("Studio Box"), QStringLiteral("studio.local"));
+    studio.deviceBrand = QStringLiteral("Nordic Stream 4");
+    return {living, sampleTv(QStringLiteral("Bedroom"), QStringLiteral("192.168.1.34")), studio};
+}
+
+LibraryRow row(const QString& name, const QString& title, int subtitles, bool isOnUsb) {
+    LibraryRow made = sampleRow(name, title);
+    made.group.reportedSubtitleCount = subtitles;
+    if (isOnUsb)
+        made.storageLocation = QStringLiteral("USB");
+    return made;
+}
+
+LibraryContent sampleContent() {
+    LibraryContent content;
+    content.groupedFiles = {
+        row(QStringLiteral("a.mkv"), QStringLiteral("Glacier Road"), 2, false),
+        row(QStringLiteral("b.mkv"),
+            QStringLiteral("A Very Long Documentary About Harbours, Ships and the People Who Built "
+                           "Them, Together With What They Ate and Sang on Their Way Home in the "
+                           "Winter of 1911"),
+            1, true),
+        row(QStringLiteral("c.mkv"), QStringLiteral("The Orchard S01E03"), 0, false),
+        row(QStringLiteral("d.mkv"), QStringLiteral("Night Bus"), 3, true),
+        row(QStringLiteral("e.srt"), QStringLiteral("holiday-notes.srt"), 1, false),
+    };
+    for (const LibraryRow& more : sampleRows(40))
+        content.groupedFiles.append(more);
+    content.storage = RemoteStorage{0, 0, 12'400'000'000};
+    content.usbStorage =
+        RemoteUsbStorage{QString(), QStringLiteral("Backup"), true, 310'000'000'000, 0, 0, 0};
+    return content;
+}
+
+class Pictures {
+public:
+    explicit Pictures(const QString& directory)
+        : m_directory(directory), m_presenter(m_actions), m_view(m_presenter) {
+        m_view.window()->show();
+    }
+
+    void take(const QString& name, const QSize& size = {1440, 980}) {
+        m_view.window()->resize(size);
+        QTest::qWait(600); // past every transition
+        m_view.window()->grabWindow().save(m_directory.filePath(name + QStringLiteral(".png")));
+    }
+
+    void showTv() {
+        m_presenter.setDiscoveredDevices(sampleTvs());
+        m_presenter.setSelectedDevice(sampleTvs().constFirst());
+        m_presenter.setContent(sampleContent());
+        m_presenter.setStatusMessage(QStringLiteral("Found 3 TV device(s)"));
+    }
+
+    void showPairing() {
+        PairingState pairing;
+        pairing.requiresControlPairing = true;
+        pairing.pairingCodeValidUntil = QDateTime(QDate(2024, 5, 17), QTime(14, 5));
+        m_presenter.setPairing(pairing);
+    }
+
+    WindowPresenter& presenter() { return m_presenter; }
+    void takeAll(const QString& prefix);
+
+private:
+    QDir m_directory;
+    RecordingActions m_actions;
+    WindowPresenter m_presenter;
+    WindowView m_view;
+};
+
+void Pictures::takeAll(const QString& prefix) {
+    m_presenter.setStatusMessage(QStringLiteral("Searching for TVs on local network..."));
+    take(prefix + QStringLiteral("no-tv"));
+    showTv();
+    take(prefix + QStringLiteral("library"));
+    m_presenter.library()->search(QStringLiteral("harbour"));
+    take(prefix + QStringLiteral("search"), {1040, 700});
+    m_presenter.library()->search(QStringLiteral("nothing like it"));
+    take(prefix + QStringLiteral("no-results"), {1040, 700});
+    m_presenter.library()->search(QString());
+    showPairing();
+    take(prefix + QStringLiteral("pairing-sheet"));
+    m_presenter.pairingSheet()->type(QStringLiteral("482"));
+    take(prefix + QStringLiteral("pairing-code"), {1040, 700});
+    m_presenter.pairingSheet()->dismiss();
+    take(prefix + QStringLiteral("pairing-strip"));
+    take(prefix + QStringLiteral("narrow"), {1040, 980});
+    m_presenter.setPairing({});
+    m_presenter.setContent({});
+    take(prefix + QStringLiteral("empty"), {1040, 700});
+    m_presenter.setLoadInProgress(true);
+    take(prefix + QStringLiteral("loading"), {1040, 700});
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QGuiApplication application(argc, argv);
+    const QString directory = application.arguments().value(1, QStringLiteral("."));
+    chooseGraphics();
+    Pictures(directory).takeAll(QStringLiteral("light-"));
+    QGuiApplication::setPalette(QPalette(QColor(0x20, 0x20, 0x20)));
+    Pictures(directory).takeAll(QStringLiteral("dark-"));
+    return 0;
+}
