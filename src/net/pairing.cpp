@@ -25,7 +25,9 @@ QString trimmedOr(const std::optional<QString>& text, const QString& otherwise) 
 std::optional<QString> pairingCodeValidUntilText(const std::optional<QDateTime>& validUntil) {
     if (!validUntil)
         return std::nullopt;
-    return QLocale().toString(validUntil->toLocalTime().time(), QLocale::ShortFormat);
+    const QLocale locale;
+    const QString format = locale.timeFormat(QLocale::ShortFormat).remove(QLatin1String(":ss"));
+    return locale.toString(validUntil->toLocalTime().time(), format);
 }
 
 bool isPairingCode(const QString& code) {

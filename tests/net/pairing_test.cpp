@@ -179,6 +179,18 @@ private Q_SLOTS:
         QVERIFY(pairingValidity({}, std::numeric_limits<std::int64_t>::max(), now)->isValid());
     }
 
+    void theTimeIsShownWithoutSeconds() {
+        const QDateTime time(QDate(2030, 1, 2), QTime(14, 5, 59));
+        QLocale::setDefault(QLocale::c());
+        QCOMPARE(pairingCodeValidUntilText(time), QStringLiteral("14:05"));
+        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+        QCOMPARE(pairingCodeValidUntilText(time)->simplified().replace(QChar(0x202f), u' '),
+                 QStringLiteral("2:05 PM"));
+        QLocale::setDefault(QLocale(QLocale::German));
+        QCOMPARE(pairingCodeValidUntilText(time), QStringLiteral("14:05"));
+        QCOMPARE(pairingCodeValidUntilText(std::nullopt), std::nullopt);
+    }
+
     void endingTheModelAtAnyAwaitIsHarmless() {
         for (const QString& path : {VerifyPath, CancelPath, StatusPath}) {
             auto fixture = std::make_unique<PairingFixture>();
