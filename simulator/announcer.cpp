@@ -7,6 +7,8 @@
 #include <avahi-common/error.h>
 #include <avahi-common/malloc.h>
 
+#include <QUuid>
+
 namespace quiv::simulator {
 
 std::unique_ptr<Announcer> Announcer::create(const Settings& settings) {
@@ -23,10 +25,13 @@ std::unique_ptr<Announcer> Announcer::create(const Settings& settings) {
     return nullptr;
 }
 
-Announcer::Announcer(Settings settings, QString ownHost, QStringList addresses)
+static QString randomHostName() {
+    return QStringLiteral("quiv-tv-") + QUuid::createUuid().toString(QUuid::Id128).left(8);
+}
+
+Announcer::Announcer(Settings settings)
     : m_settings(std::move(settings)),
-      m_addresses(std::move(addresses)),
-      m_ownHost(std::move(ownHost)) {}
+      m_hostName(m_settings.hostName.isEmpty() ? randomHostName() : m_settings.hostName) {}
 
 void Announcer::announce(const Announcement& announcement) {
     lock();
@@ -60,16 +65,16 @@ void Announcer::publish() {
 
 int Announcer::addRecords() {
     const QByteArray name = m_announcement->serviceName.toUtf8();
-    if (m_ownHost.isEmpty())
-        return addService(name.constData(), nullptr, m_announcement->port);
-    const QByteArray host = m_ownHost.toUtf8() + ".local";
-    const int error = addAddresses(host);
+    const QByteArray host = m_hostName.toUtf8() + ".local";
+    int error = m_settings.ipv6Only ? AVAHI_OK : addAddresses(host, AddressFamily::Ipv4);
+    if (error >= 0)
+        error = addAddresses(host, AddressFamily::Ipv6);
     return error < 0 ? error : addService(name.constData(), host.constData(), m_announcement->port);
 }
 
-int Announcer::addAddresses(const QByteArray& host) {
-    for (const QString& address : m_addresses) {
-        const int error = addAddress(host.constData(), address.toLatin1().constData());
+int Announcer::addAddresses(const QByteArray& host, AddressFamily family) {
+    for (const InterfaceAddress& address : reachableAddresses(family)) {
+        const int error = addAddress(host.constData(), address);
         if (error < 0)
             return error;
     }
@@ -86,8 +91,7 @@ static QString takeText(char* text) {
 void Announcer::takeOtherNames() {
     m_announcement->serviceName =
         takeText(avahi_alternative_service_name(m_announcement->serviceName.toUtf8().constData()));
-    if (!m_ownHost.isEmpty())
-        m_ownHost = takeText(avahi_alternative_host_name(m_ownHost.toUtf8().constData()));
+    m_hostName = takeText(avahi_alternative_host_name(m_hostName.toUtf8().constData()));
 }
 
 void Announcer::groupChanged(AvahiEntryGroupState state) {

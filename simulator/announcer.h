@@ -1,9 +1,10 @@
 #pragma once
 
+#include "simulator/network_addresses.h"
+
 #include <avahi-common/defs.h>
 
 #include <QString>
-#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -17,8 +18,10 @@ struct Announcement {
     quint16 port = 0;
 };
 
-// Announces the TV as "_ombra._tcp" in "local." and picks another name when one is taken. The
-// callbacks come on a thread of its own.
+// Announces the TV as "_ombra._tcp" in "local." and picks another name when one is taken. The TV is
+// a host of its own, with the addresses that the machine has when it is announced: several
+// simulators may run on one machine, and an address of a family that the TV does not listen to
+// stays out. The callbacks come on a thread of its own.
 class Announcer {
 public:
     enum class Way {
@@ -46,9 +49,7 @@ public:
     void withdraw();
 
 protected:
-    // `ownHost`: the first label of a host name to publish with `addresses`; empty: the service
-    // lives on the host that the mDNS stack itself announces.
-    Announcer(Settings settings, QString ownHost, QStringList addresses);
+    explicit Announcer(Settings settings);
 
     // Called on the callback thread, or with the lock held.
     void publish();
@@ -61,7 +62,7 @@ protected:
     virtual bool isReady() const = 0;
     virtual void reset() = 0;
     virtual int addService(const char* name, const char* host, quint16 port) = 0;
-    virtual int addAddress(const char* host, const char* address) = 0;
+    virtual int addAddress(const char* host, const InterfaceAddress& address) = 0;
     virtual int commit() = 0;
 
     static constexpr const char* serviceType = "_ombra._tcp";
@@ -69,12 +70,11 @@ protected:
 private:
     void collided();
     int addRecords();
-    int addAddresses(const QByteArray& host);
+    int addAddresses(const QByteArray& host, AddressFamily family);
     void takeOtherNames();
 
     const Settings m_settings;
-    const QStringList m_addresses;
-    QString m_ownHost;
+    QString m_hostName;
     std::optional<Announcement> m_announcement;
 };
 

@@ -69,11 +69,11 @@ void ControlServer::addRequestRoutes(RequestLog& log) {
 }
 
 static std::optional<QString> changePairing(Pairing& pairing, const QJsonObject& change) {
-    const QString code = change[QLatin1String("code")].toString();
-    if (!code.isEmpty() && !Pairing::isCode(code))
+    const QJsonValue code = change[QLatin1String("code")];
+    if (code.isString() && !code.toString().isEmpty() && !Pairing::isCode(code.toString()))
         return QStringLiteral("A code has three digits.");
-    if (!code.isEmpty())
-        pairing.setCode(code);
+    if (code.isString())
+        pairing.setCode(code.toString());
     if (change[QLatin1String("expireCode")].toBool())
         pairing.expireCode();
     if (change[QLatin1String("expireTokens")].toBool())

@@ -1,27 +1,8 @@
 #include "simulator/daemon_announcer.h"
 
-#include "simulator/network_addresses.h"
-
 #include <avahi-common/error.h>
 
-#include <unistd.h>
-
 namespace quiv::simulator {
-
-// The daemon announces the machine's own name with every address, so a host that shall have IPv6
-// addresses only needs another name.
-static QString ownHostFor(const Announcer::Settings& settings) {
-    return settings.ipv6Only && settings.hostName.isEmpty()
-               ? QStringLiteral("quiv-tv-%1").arg(getpid())
-               : settings.hostName;
-}
-
-static QStringList addressesFor(const Announcer::Settings& settings) {
-    QStringList addresses = ipv6Addresses();
-    if (!settings.ipv6Only)
-        addresses.prepend(reachableIpv4Address());
-    return addresses;
-}
 
 std::unique_ptr<Announcer> DaemonAnnouncer::create(const Settings& settings, QString* problem) {
     std::unique_ptr<DaemonAnnouncer> announcer(new DaemonAnnouncer(settings));
@@ -33,8 +14,7 @@ std::unique_ptr<Announcer> DaemonAnnouncer::create(const Settings& settings, QSt
 }
 
 DaemonAnnouncer::DaemonAnnouncer(const Settings& settings)
-    : Announcer(settings, ownHostFor(settings), addressesFor(settings)),
-      m_poll(avahi_threaded_poll_new()) {}
+    : Announcer(settings), m_poll(avahi_threaded_poll_new()) {}
 
 DaemonAnnouncer::~DaemonAnnouncer() {
     avahi_threaded_poll_stop(m_poll);
@@ -100,11 +80,11 @@ int DaemonAnnouncer::addService(const char* name, const char* host, quint16 port
                                          port, nullptr);
 }
 
-int DaemonAnnouncer::addAddress(const char* host, const char* address) {
+int DaemonAnnouncer::addAddress(const char* host, const InterfaceAddress& address) {
     AvahiAddress parsed;
-    if (!avahi_address_parse(address, AVAHI_PROTO_UNSPEC, &parsed))
+    if (!avahi_address_parse(address.text.toLatin1().constData(), AVAHI_PROTO_UNSPEC, &parsed))
         return AVAHI_ERR_INVALID_ADDRESS;
-    return avahi_entry_group_add_address(m_group, AVAHI_IF_UNSPEC, AVAHI_PROTO_UNSPEC,
+    return avahi_entry_group_add_address(m_group, address.interfaceIndex, AVAHI_PROTO_UNSPEC,
                                          AVAHI_PUBLISH_NO_REVERSE, host, &parsed);
 }
 

@@ -21,7 +21,7 @@ protected:
     bool isReady() const override;
     void reset() override;
     int addService(const char* name, const char* host, quint16 port) override;
-    int addAddress(const char* host, const char* address) override;
+    int addAddress(const char* host, const InterfaceAddress& address) override;
     int commit() override;
 
 private:

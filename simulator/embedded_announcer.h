@@ -21,14 +21,13 @@ protected:
     bool isReady() const override;
     void reset() override;
     int addService(const char* name, const char* host, quint16 port) override;
-    int addAddress(const char* host, const char* address) override;
+    int addAddress(const char* host, const InterfaceAddress& address) override;
     int commit() override;
 
 private:
-    EmbeddedAnnouncer(const Settings& settings, const QString& hostName);
-    int start(const QString& hostName, bool publishesAddresses);
+    explicit EmbeddedAnnouncer(const Settings& settings);
+    int start();
     void serverChanged(AvahiServerState state);
-    void takeOtherHostName();
 
     AvahiThreadedPoll* m_poll;
     AvahiServer* m_server = nullptr;

@@ -3,7 +3,6 @@
 #include "simulator/connection.h"
 
 #include <condition_variable>
-#include <limits>
 #include <mutex>
 
 namespace quiv::simulator {
@@ -50,7 +49,7 @@ HttpListener::HttpListener() {
     m_server.new_task_queue = [this] {
         return new ConnectionThreads(m_port);
     };
-    m_server.set_keep_alive_max_count(std::numeric_limits<size_t>::max());
+    m_server.set_keep_alive_max_count(1'000'000);
     m_server.set_keep_alive_timeout(30);
     m_server.set_tcp_nodelay(true);
     // Not the library's own choice, which lets two programs share a port.
@@ -76,6 +75,7 @@ bool HttpListener::listen(const QString& address, quint16 port) {
     } else {
         return false;
     }
+    m_server.widenBacklog();
     m_thread = std::thread([this] {
         m_server.listen_after_bind();
         m_ended = true;

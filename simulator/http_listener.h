@@ -25,7 +25,14 @@ public:
     void stop();
 
 private:
-    httplib::Server m_server;
+    // The library's listening socket keeps five callers waiting and lets the sixth try again after
+    // a second, which is too few for a client that opens connections in a burst.
+    class Server final : public httplib::Server {
+    public:
+        void widenBacklog() { ::listen(svr_sock_, SOMAXCONN); }
+    };
+
+    Server m_server;
     std::thread m_thread;
     std::atomic<bool> m_ended = false;
     quint16 m_port = 0;

@@ -9,15 +9,6 @@
 
 namespace quiv::simulator {
 
-namespace {
-
-struct FoundAddresses {
-    QStringList loopback;
-    QStringList others;
-};
-
-} // namespace
-
 static QString textOf(int family, const void* address) {
     char text[INET6_ADDRSTRLEN] = {};
     return QString::fromLatin1(inet_ntop(family, address, text, sizeof(text)));
@@ -32,28 +23,32 @@ static QString textOf(const sockaddr* address, int family) {
     return IN6_IS_ADDR_LINKLOCAL(&ipv6) ? QString() : textOf(family, &ipv6);
 }
 
-static FoundAddresses findAddresses(int family) {
+static std::vector<InterfaceAddress> findAddresses(int family, bool loopback) {
     ifaddrs* first = nullptr;
     if (getifaddrs(&first) != 0)
         return {};
     const std::unique_ptr<ifaddrs, decltype(&freeifaddrs)> owner(first, freeifaddrs);
-    FoundAddresses found;
+    std::vector<InterfaceAddress> found;
     for (const ifaddrs* entry = first; entry; entry = entry->ifa_next) {
         const QString text = textOf(entry->ifa_addr, family);
-        if (!text.isEmpty() && (entry->ifa_flags & IFF_UP))
-            (entry->ifa_flags & IFF_LOOPBACK ? found.loopback : found.others).append(text);
+        const bool isLoopback = entry->ifa_flags & IFF_LOOPBACK;
+        if (!text.isEmpty() && (entry->ifa_flags & IFF_UP) && isLoopback == loopback)
+            found.push_back({text, static_cast<int>(if_nametoindex(entry->ifa_name))});
     }
     return found;
 }
 
-QString reachableIpv4Address() {
-    const FoundAddresses found = findAddresses(AF_INET);
-    return found.others.value(0, QStringLiteral("127.0.0.1"));
+std::vector<InterfaceAddress> reachableAddresses(AddressFamily family) {
+    const int number = family == AddressFamily::Ipv4 ? AF_INET : AF_INET6;
+    const auto found = findAddresses(number, false);
+    return found.empty() ? findAddresses(number, true) : found;
 }
 
-QStringList ipv6Addresses() {
-    const FoundAddresses found = findAddresses(AF_INET6);
-    return found.others.isEmpty() ? found.loopback : found.others;
+QString firstAddress(AddressFamily family) {
+    const auto found = reachableAddresses(family);
+    if (!found.empty())
+        return found.front().text;
+    return family == AddressFamily::Ipv4 ? QStringLiteral("127.0.0.1") : QStringLiteral("::1");
 }
 
 } // namespace quiv::simulator

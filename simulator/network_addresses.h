@@ -1,15 +1,22 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
+
+#include <vector>
 
 namespace quiv::simulator {
 
-// The address to tell a person: the first of this machine's IPv4 addresses that others can reach,
-// else the loopback address.
-QString reachableIpv4Address();
-// This machine's IPv6 addresses but for link-local ones; the loopback address only if there is no
-// other.
-QStringList ipv6Addresses();
+struct InterfaceAddress {
+    QString text;
+    int interfaceIndex = 0;
+};
+
+enum class AddressFamily { Ipv4, Ipv6 };
+
+// This machine's addresses that others can reach: no link-local ones, and loopback addresses only
+// if there is no other.
+std::vector<InterfaceAddress> reachableAddresses(AddressFamily family);
+// The first of them, or the loopback address.
+QString firstAddress(AddressFamily family);
 
 } // namespace quiv::simulator

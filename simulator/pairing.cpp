@@ -22,7 +22,10 @@ Pairing::Pairing(Settings settings, std::function<void(QString)> codeShown,
 
 // Called with the lock held, except by the constructor.
 void Pairing::showNewCode() {
-    m_code = m_settings.code.isEmpty() ? randomCode() : m_settings.code;
+    const QString previous = m_code;
+    do {
+        m_code = m_settings.code.isEmpty() ? randomCode() : m_settings.code;
+    } while (m_settings.code.isEmpty() && m_code == previous);
     m_codeExpires = m_now() + m_settings.codeLifetime;
 }
 

@@ -64,6 +64,7 @@ public:
     QString code() const;
     // Shows a new code when the present one has expired; to be called now and then.
     void renewExpiredCode();
+    // Shows this code from now on; empty: a random one.
     void setCode(const QString& code);
     void expireCode();
     void expireTokens();

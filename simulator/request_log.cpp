@@ -56,7 +56,8 @@ void RequestLog::received(const httplib::Request& request) {
         {QStringLiteral("target"), QString::fromStdString(request.target)},
         {QStringLiteral("query"), queryOf(request)},
         {QStringLiteral("headers"), headersOf(request)},
-        {QStringLiteral("bodyBytes"), 0},
+        {QStringLiteral("bodyBytes"),
+         QString::fromStdString(request.get_header_value("Content-Length")).toLongLong()},
         {QStringLiteral("status"), 0},
     };
     const std::scoped_lock lock(m_mutex);
@@ -81,7 +82,6 @@ void RequestLog::answered(const httplib::Request& request, int status) {
         return;
     entry->open = false;
     entry->json[QLatin1String("status")] = status;
-    entry->json[QLatin1String("bodyBytes")] = static_cast<qint64>(request.body.size());
 }
 
 void RequestLog::abandoned(const httplib::Request& request) {

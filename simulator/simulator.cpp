@@ -71,9 +71,8 @@ void Simulator::announce() {
 }
 
 void Simulator::printStart() const {
-    const QString host = m_options.ipv6Only
-                             ? u'[' + ipv6Addresses().value(0, QStringLiteral("::1")) + u']'
-                             : reachableIpv4Address();
+    const QString host = m_options.ipv6Only ? u'[' + firstAddress(AddressFamily::Ipv6) + u']'
+                                            : firstAddress(AddressFamily::Ipv4);
     printLine(QStringLiteral("Name: ") + m_options.name);
     printLine(QStringLiteral("Address: http://%1:%2").arg(host).arg(m_server.port()));
     printLine(QStringLiteral("Control: http://127.0.0.1:%1").arg(m_control.port()));

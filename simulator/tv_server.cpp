@@ -28,6 +28,7 @@ TvServer::TvServer(Television& television, FaultList& faults, RequestLog& log, b
     addInfoEndpoint(server, television);
     addLibraryEndpoints(server, television);
     addPairingEndpoints(server, television);
+    addNotFound(server);
 }
 
 TvServer::~TvServer() {
@@ -36,9 +37,9 @@ TvServer::~TvServer() {
 
 bool TvServer::listen(quint16 port, Protocol protocol) {
     m_protocol = protocol;
-    const bool ipv6 = protocol == Protocol::Ipv6Only;
-    m_listener.routes().set_address_family(ipv6 ? AF_INET6 : AF_INET);
-    return m_listener.listen(ipv6 ? QStringLiteral("::") : QStringLiteral("0.0.0.0"), port);
+    // IPv6 sockets take IPv4 connections as well; without IPv6 there is only the plain kind.
+    return m_listener.listen(QStringLiteral("::"), port) ||
+           (protocol == Protocol::AnyIp && m_listener.listen(QStringLiteral("0.0.0.0"), port));
 }
 
 void TvServer::stop() {
@@ -46,7 +47,6 @@ void TvServer::stop() {
     m_listener.stop();
 }
 
-// The server library's IPv6 sockets take IPv4 connections as well.
 static bool cameByIpv4(const httplib::Request& request) {
     return request.remote_addr.starts_with("::ffff:");
 }

@@ -48,19 +48,19 @@ void addPairingEndpoints(httplib::Server& server, Television& television) {
                    const Credentials sender = credentialsOf(request);
                    replyJson(response, statusJson(pairing.status(sender), sender.clientId));
                });
-    server.Post("/api/mac/auth/verify",
-                [&](const httplib::Request& request, httplib::Response& response) {
-                    const QString clientId = credentialsOf(request).clientId;
-                    if (clientId.isEmpty())
-                        return replyError(response, 400, QStringLiteral("Client id is missing."));
-                    const auto code = QString::fromStdString(request.get_param_value("code"));
-                    replyVerdict(response, pairing.verify(clientId, code));
-                });
-    server.Post("/api/mac/auth/cancel",
-                [&](const httplib::Request& request, httplib::Response& response) {
-                    pairing.cancel(credentialsOf(request));
-                    replyJson(response, {{QStringLiteral("ok"), true}});
-                });
+    addPost(server, "/api/mac/auth/verify",
+            [&](const httplib::Request& request, httplib::Response& response) {
+                const QString clientId = credentialsOf(request).clientId;
+                if (clientId.isEmpty())
+                    return replyError(response, 400, QStringLiteral("Client id is missing."));
+                const auto code = QString::fromStdString(request.get_param_value("code"));
+                replyVerdict(response, pairing.verify(clientId, code));
+            });
+    addPost(server, "/api/mac/auth/cancel",
+            [&](const httplib::Request& request, httplib::Response& response) {
+                pairing.cancel(credentialsOf(request));
+                replyJson(response, {{QStringLiteral("ok"), true}});
+            });
 }
 
 } // namespace quiv::simulator

@@ -4,6 +4,32 @@
 
 namespace quiv::simulator {
 
+static void ignoreBody(const httplib::Request& request, const httplib::ContentReader& reader) {
+    if (request.has_header("Content-Length") || request.has_header("Transfer-Encoding"))
+        reader([](const char*, size_t) { return true; });
+}
+
+static httplib::Server::HandlerWithContentReader ignoringBody(httplib::Server::Handler handler) {
+    return
+        [handler = std::move(handler)](const httplib::Request& request, httplib::Response& response,
+                                       const httplib::ContentReader& reader) {
+            ignoreBody(request, reader);
+            handler(request, response);
+        };
+}
+
+void addPost(httplib::Server& server, const std::string& pattern,
+             httplib::Server::Handler handler) {
+    server.Post(pattern, ignoringBody(std::move(handler)));
+}
+
+void addNotFound(httplib::Server& server) {
+    const auto notFound = ignoringBody(
+        [](const httplib::Request&, httplib::Response& response) { response.status = 404; });
+    server.Post(".*", notFound);
+    server.Put(".*", notFound);
+}
+
 Credentials credentialsOf(const httplib::Request& request) {
     return {QString::fromStdString(request.get_header_value(clientIdHeader)),
             QString::fromStdString(request.get_header_value(tokenHeader))};

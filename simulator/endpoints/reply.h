@@ -14,6 +14,13 @@ inline constexpr const char* clientIdHeader = "X-Quiv-Client-Id";
 inline constexpr const char* tokenHeader = "X-Quiv-Auth-Token";
 inline constexpr const char* tokenLifetimeHeader = "X-Quiv-Auth-Expires-In";
 
+// A POST whose parameters are all in its query. It needs no Content-Length, which the server
+// library insists on unless the handler reads the body itself; a body that comes nevertheless is
+// ignored.
+void addPost(httplib::Server& server, const std::string& pattern, httplib::Server::Handler handler);
+// Everything that no other endpoint takes; to be added last.
+void addNotFound(httplib::Server& server);
+
 Credentials credentialsOf(const httplib::Request& request);
 
 void replyJson(httplib::Response& response, const QByteArray& json, int status = 200);

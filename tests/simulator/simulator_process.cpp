@@ -32,27 +32,28 @@ static void addUnlessGiven(QStringList& arguments, const QStringList& option,
         arguments += option;
 }
 
-static QStringList completed(QStringList arguments, const QString& mediaFolder) {
+QStringList SimulatorProcess::completed(QStringList arguments, Announcing announcing) const {
     addUnlessGiven(arguments, {QStringLiteral("--port"), QStringLiteral("0")});
     addUnlessGiven(arguments, {QStringLiteral("--code"), QStringLiteral("123")});
-    addUnlessGiven(arguments, {QStringLiteral("--media"), mediaFolder});
+    addUnlessGiven(arguments, {QStringLiteral("--media"), m_media.path()});
     addUnlessGiven(arguments, {QStringLiteral("--no-usb")}, QStringLiteral("--usb"));
-    return arguments + QStringList{QStringLiteral("--no-samples"), QStringLiteral("--quiet"),
-                                   QStringLiteral("--exit-with-parent")};
+    arguments += {QStringLiteral("--quiet"), QStringLiteral("--exit-with-parent")};
+    if (!m_usesSampleMedia)
+        arguments += QStringLiteral("--no-samples");
+    if (announcing == Announcing::None)
+        arguments += QStringLiteral("--no-announce");
+    else
+        addUnlessGiven(arguments, {QStringLiteral("--announce-with"), QStringLiteral("embedded")});
+    return arguments;
 }
 
 bool SimulatorProcess::start(const QStringList& arguments, Announcing announcing) {
     m_ready = false;
     m_serviceName.clear();
     m_errorText.clear();
-    QStringList all = completed(arguments, m_media.path());
-    m_host = all.contains(QStringLiteral("--ipv6-only")) ? QStringLiteral("[::1]")
-                                                         : QStringLiteral("127.0.0.1");
-    if (announcing == Announcing::None)
-        all += QStringLiteral("--no-announce");
-    else
-        all += {QStringLiteral("--announce-with"), QStringLiteral("embedded")};
-    m_process.start(programPath(), all);
+    m_host = arguments.contains(QStringLiteral("--ipv6-only")) ? QStringLiteral("[::1]")
+                                                               : QStringLiteral("127.0.0.1");
+    m_process.start(programPath(), completed(arguments, announcing));
     return waitUntilReady(announcing);
 }
 

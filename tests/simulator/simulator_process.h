@@ -34,6 +34,9 @@ public:
     ~SimulatorProcess();
     Q_DISABLE_COPY_MOVE(SimulatorProcess)
 
+    // Fills the empty media folder (and an empty "--usb" folder) at the next start; takes a few
+    // seconds and the ffmpeg program.
+    void useSampleMedia() { m_usesSampleMedia = true; }
     // Returns when the TV answers (and, if announcing, is announced); false: see errorText().
     // May be called again after stop(), for example with the same "--port".
     bool start(const QStringList& arguments = {}, Announcing announcing = Announcing::None);
@@ -73,7 +76,7 @@ public:
 
     bool setCode(const QString& code);
     bool setName(const QString& name);
-    // Any of: expireTokens, expireCode, tokenLifetime (seconds), code.
+    // Any of: expireTokens, expireCode, tokenLifetime (seconds), code (empty: random).
     bool changePairing(const QJsonObject& change);
     // {"action": "touch|add|remove|rename", "name": ..., "displayName": ...}
     bool changeLibrary(const QJsonObject& change);
@@ -86,6 +89,7 @@ public:
 
 private:
     bool waitUntilReady(Announcing announcing);
+    QStringList completed(QStringList arguments, Announcing announcing) const;
     bool readLinesUntil(const std::function<bool()>& done);
     void readLine(const QString& line);
     bool fail(const QString& reason);
@@ -97,6 +101,7 @@ private:
     QString m_errorText;
     quint16 m_port = 0;
     quint16 m_controlPort = 0;
+    bool m_usesSampleMedia = false;
     bool m_ready = false;
 };
 

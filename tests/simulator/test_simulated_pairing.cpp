@@ -1,0 +1,228 @@
+#include "simulator/simulator_process.h"
+
+#include <httplib.h>
+
+#include <QJsonDocument>
+#include <QTest>
+
+using namespace quiv::simulator;
+
+namespace {
+
+// What a client of the TV gets to see.
+struct Reply {
+    int status = 0;
+    QJsonObject json;
+    QString token;
+    QString lifetime;
+};
+
+// A client of the TV that keeps its token.
+class Client {
+public:
+    explicit Client(const SimulatorProcess& tv, const char* id = "mac-1")
+        : m_http(tv.host().toStdString(), tv.port()), m_id(id) {}
+
+    Reply get(const char* path) { return take(m_http.Get(path, headers())); }
+    // Like a client that has no body to send and does not say so.
+    Reply post(const std::string& path) {
+        httplib::Request request;
+        request.method = "POST";
+        request.path = path;
+        request.headers = headers();
+        return take(m_http.send(request));
+    }
+    Reply status() { return get("/api/mac/auth/status"); }
+    Reply verify(const char* code) {
+        return post("/api/mac/auth/verify?code=" + std::string(code));
+    }
+    Reply cancel() { return post("/api/mac/auth/cancel"); }
+
+    QString token;
+
+private:
+    httplib::Headers headers() const {
+        httplib::Headers headers{{"X-Quiv-Client-Id", m_id}};
+        if (!token.isEmpty())
+            headers.emplace("X-Quiv-Auth-Token", token.toStdString());
+        return headers;
+    }
+
+    static Reply take(const httplib::Result& result) {
+        if (!result)
+            return {};
+        const auto header = [&](const char* name) {
+            return QString::fromStdString(result->get_header_value(name));
+        };
+        return {result->status,
+                QJsonDocument::fromJson(QByteArray::fromStdString(result->body)).object(),
+                header("X-Quiv-Auth-Token"), header("X-Quiv-Auth-Expires-In")};
+    }
+
+    httplib::Client m_http;
+    std::string m_id;
+};
+
+bool isAuthorized(const Reply& reply) {
+    return reply.status == 200 && reply.json[QLatin1String("authorized")].toBool();
+}
+
+qint64 expiresInSec(const Reply& reply) {
+    return reply.json[QLatin1String("expiresInSec")].toInteger(-1);
+}
+
+} // namespace
+
+class TestSimulatedPairing : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void startsUnpairedAndTellsTheLifeOfTheCode();
+    void theRightCodeHandsOutATokenThatAuthorizesItsClientOnly();
+    void aWrongCodeIsRefusedAndFiveOfThemLockOut();
+    void theLockoutEnds();
+    void verifyingNeedsAClientId();
+    void cancellingTakesTheTokenBack();
+    void anExpiredCodeIsReplacedAndNoLongerWorks();
+    void expiredTokensNoLongerAuthorize();
+    void aTokenPastHalfOfItsLifeIsRenewed();
+    void browsingMayNeedPairing();
+};
+
+void TestSimulatedPairing::startsUnpairedAndTellsTheLifeOfTheCode() {
+    SimulatorProcess tv;
+    QVERIFY2(tv.start({QStringLiteral("--code-lifetime"), QStringLiteral("120")}),
+             qPrintable(tv.errorText()));
+    const Reply reply = Client(tv).status();
+    QCOMPARE(reply.status, 200);
+    QVERIFY(!isAuthorized(reply));
+    QVERIFY(reply.json[QLatin1String("requiresPairing")].toBool());
+    QCOMPARE(reply.json[QLatin1String("client")].toString(), QStringLiteral("mac-1"));
+    QCOMPARE(reply.json[QLatin1String("clientLabel")].toString(),
+             QStringLiteral("Quiv Controller"));
+    QVERIFY(expiresInSec(reply) > 60 && expiresInSec(reply) <= 120);
+    QCOMPARE(reply.token, QString());
+}
+
+void TestSimulatedPairing::theRightCodeHandsOutATokenThatAuthorizesItsClientOnly() {
+    SimulatorProcess tv;
+    QVERIFY(tv.start({QStringLiteral("--token-lifetime"), QStringLiteral("5000")}));
+    Client client(tv);
+    const Reply verified = client.verify("123");
+    QCOMPARE(verified.status, 200);
+    QVERIFY(!verified.token.isEmpty());
+    QCOMPARE(verified.lifetime, QStringLiteral("5000"));
+
+    client.token = verified.token;
+    const Reply status = client.status();
+    QVERIFY(isAuthorized(status));
+    QVERIFY(expiresInSec(status) > 4900 && expiresInSec(status) <= 5000);
+    QCOMPARE(status.token, QString());
+
+    Client thief(tv, "mac-2");
+    thief.token = verified.token;
+    QVERIFY(!isAuthorized(thief.status()));
+}
+
+void TestSimulatedPairing::aWrongCodeIsRefusedAndFiveOfThemLockOut() {
+    SimulatorProcess tv;
+    QVERIFY(tv.start());
+    Client client(tv);
+    for (int attempt = 0; attempt < 5; ++attempt) {
+        const Reply reply = client.verify("321");
+        QCOMPARE(reply.status, 401);
+        QCOMPARE(reply.token, QString());
+        QVERIFY(
+            reply.json[QLatin1String("error")].toString().startsWith(QLatin1String("Wrong code.")));
+    }
+    QCOMPARE(client.verify("123").status, 429);
+    QVERIFY(!isAuthorized(client.status()));
+}
+
+void TestSimulatedPairing::theLockoutEnds() {
+    SimulatorProcess tv;
+    QVERIFY(tv.start({QStringLiteral("--lockout-seconds"), QStringLiteral("1")}));
+    Client client(tv);
+    for (int attempt = 0; attempt < 5; ++attempt)
+        client.verify("321");
+    QCOMPARE(client.verify("123").status, 429);
+    QTRY_COMPARE_WITH_TIMEOUT(client.verify("123").status, 200, 5000);
+}
+
+void TestSimulatedPairing::verifyingNeedsAClientId() {
+    SimulatorProcess tv;
+    QVERIFY(tv.start());
+    QCOMPARE(Client(tv, "").verify("123").status, 400);
+}
+
+void TestSimulatedPairing::cancellingTakesTheTokenBack() {
+    SimulatorProcess tv;
+    QVERIFY(tv.start());
+    Client client(tv);
+    client.token = client.verify("123").token;
+    QVERIFY(isAuthorized(client.status()));
+    QCOMPARE(client.cancel().status, 200);
+    QVERIFY(!isAuthorized(client.status()));
+}
+
+void TestSimulatedPairing::anExpiredCodeIsReplacedAndNoLongerWorks() {
+    SimulatorProcess tv;
+    QVERIFY(tv.start({QStringLiteral("--code-lifetime"), QStringLiteral("1")}));
+    QVERIFY(tv.setCode(QString()));
+    const QString first = tv.pairingCode();
+    QTRY_VERIFY_WITH_TIMEOUT(tv.pairingCode() != first, 5000);
+
+    QVERIFY(tv.setCode(QStringLiteral("456")));
+    Client client(tv);
+    QCOMPARE(client.verify("123").status, 401);
+    QCOMPARE(client.verify("456").status, 200);
+    QVERIFY(!tv.setCode(QStringLiteral("45")));
+}
+
+void TestSimulatedPairing::expiredTokensNoLongerAuthorize() {
+    SimulatorProcess tv;
+    QVERIFY(tv.start());
+    Client client(tv);
+    client.token = client.verify("123").token;
+    QVERIFY(tv.changePairing({{QStringLiteral("expireTokens"), true}}));
+    QVERIFY(!isAuthorized(client.status()));
+
+    QVERIFY(tv.changePairing({{QStringLiteral("tokenLifetime"), 1}}));
+    client.token = client.verify("123").token;
+    QVERIFY(isAuthorized(client.status()));
+    QTRY_VERIFY_WITH_TIMEOUT(!isAuthorized(client.status()), 5000);
+}
+
+void TestSimulatedPairing::aTokenPastHalfOfItsLifeIsRenewed() {
+    SimulatorProcess tv;
+    QVERIFY(tv.start());
+    Client client(tv);
+    client.token = client.verify("123").token;
+    QCOMPARE(client.get("/api/info").token, QString());
+    // Against a life twice as long, all of the token's life is less than half.
+    QVERIFY(tv.changePairing({{QStringLiteral("tokenLifetime"), 3 * 86400}}));
+    const Reply renewed = client.get("/api/info");
+    QVERIFY(!renewed.token.isEmpty());
+    QVERIFY(renewed.token != client.token);
+    QCOMPARE(renewed.lifetime, QString::number(3 * 86400));
+    QVERIFY(isAuthorized(client.status()));
+    client.token = renewed.token;
+    QVERIFY(isAuthorized(client.status()));
+    QCOMPARE(client.get("/api/info").token, QString());
+}
+
+void TestSimulatedPairing::browsingMayNeedPairing() {
+    SimulatorProcess tv;
+    QVERIFY(tv.start({QStringLiteral("--require-pairing-to-browse")}));
+    Client client(tv);
+    const Reply refused = client.get("/api/files");
+    QCOMPARE(refused.status, 401);
+    QCOMPARE(refused.json[QLatin1String("error")].toString(),
+             QStringLiteral("Pairing required: enter the 3-digit code shown on TV."));
+    QCOMPARE(client.get("/api/info").status, 200);
+    client.token = client.verify("123").token;
+    QCOMPARE(client.get("/api/files").status, 200);
+}
+
+QTEST_GUILESS_MAIN(TestSimulatedPairing)
+#include "test_simulated_pairing.moc"
