@@ -1,14 +1,8 @@
 #include "platform/avahi_lookups.h"
 
-#include <algorithm>
+#include "platform/avahi_address_choice.h"
 
 namespace quiv {
-
-namespace {
-
-constexpr std::chrono::milliseconds graceForIPv4{700};
-
-} // namespace
 
 QByteArray withoutOuterDots(const QString& name) {
     QStringView view(name);
@@ -38,20 +32,15 @@ Task<std::optional<HostAddress>> addressOf(std::shared_ptr<AvahiScope> scope, QB
     AvahiAnswers answers(scope);
     answers.ask(AddressQuestion{hostName, HostAddress::Family::IPv4});
     answers.ask(AddressQuestion{hostName, HostAddress::Family::IPv6});
-    std::optional<HostAddress> addressForNow;
-    while (true) {
-        const std::optional<AvahiAnswer> answer = co_await answers.next(deadline);
+    AvahiAddressChoice choice(deadline);
+    while (!choice.isFinal()) {
+        const std::optional<AvahiAnswer> answer = co_await answers.next(choice.deadline());
         if (!answer)
-            co_return scope->open() ? addressForNow : std::nullopt;
-        const auto* address = std::get_if<HostAddress>(&*answer);
-        if (!address)
-            continue;
-        if (address->family == HostAddress::Family::IPv4)
-            co_return *address;
-        if (!addressForNow)
-            deadline = std::min(deadline, std::chrono::steady_clock::now() + graceForIPv4);
-        addressForNow = *address;
+            break;
+        if (const auto* address = std::get_if<HostAddress>(&*answer))
+            choice.add(*address, std::chrono::steady_clock::now());
     }
+    co_return scope->open() ? choice.address() : std::nullopt;
 }
 
 } // namespace quiv

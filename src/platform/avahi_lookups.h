@@ -19,7 +19,7 @@ QByteArray withoutOuterDots(const QString& name);
 Task<std::optional<ServicePlace>> placeOf(std::shared_ptr<AvahiScope> scope, FoundService service,
                                           Clock::Instant deadline);
 
-// A host's IPv4 address; its IPv6 address when no IPv4 address came shortly after that.
+// A host's address, IPv4 preferred (see AvahiAddressChoice).
 Task<std::optional<HostAddress>> addressOf(std::shared_ptr<AvahiScope> scope, QByteArray hostName,
                                            Clock::Instant deadline);
 
