@@ -82,7 +82,7 @@ int Announcer::addAddresses(const QByteArray& host, AddressFamily family) {
 }
 
 static QString takeText(char* text) {
-    const QString result = QString::fromUtf8(text);
+    QString result = QString::fromUtf8(text);
     avahi_free(text);
     return result;
 }

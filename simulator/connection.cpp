@@ -65,7 +65,7 @@ void Connection::reset() {
     // server library, which closes it as usual.
     sockaddr address{};
     address.sa_family = AF_UNSPEC;
-    connect(m_descriptor, &address, sizeof(address));
+    static_cast<void>(connect(m_descriptor, &address, sizeof(address)));
 }
 
 void Connection::waitUntilDelivered() const {

@@ -27,7 +27,7 @@ static FaultInjector::Outcome replyOversized(const Fault& fault, httplib::Respon
     const qint64 total = fault.number("bytes", oversizedBytes);
     response.set_chunked_content_provider(
         jsonType, [total, sent = qint64(0)](size_t, httplib::DataSink& sink) mutable {
-            static const std::string block(64 * 1024, 'x');
+            static const std::string block(65'536, 'x');
             if (sent == 0)
                 sink.write("{\"padding\":\"", 12);
             sink.write(block.data(), block.size());

@@ -113,7 +113,7 @@ std::chrono::seconds OptionReader::seconds(const char* name, int otherwise) {
 }
 
 QString OptionReader::code() {
-    const QString code = text("code");
+    QString code = text("code");
     if (isSet("code") && !Pairing::isCode(code))
         complain(QStringLiteral("--code takes three digits."));
     return code;

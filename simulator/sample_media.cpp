@@ -98,7 +98,7 @@ static bool encode(const QString& folder, const Clip& clip) {
 
 // Bytes that no decoder takes for a video, the same every time.
 static QByteArray garbage() {
-    QByteArray bytes(64 * 1024, Qt::Uninitialized);
+    QByteArray bytes(65'536, Qt::Uninitialized);
     quint32 state = 1;
     for (char& byte : bytes) {
         state = state * 1664525U + 1013904223U;
