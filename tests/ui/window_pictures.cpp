@@ -8,6 +8,7 @@
 #include "ui/window_view.h"
 
 #include <QDir>
+#include <QFont>
 #include <QGuiApplication>
 #include <QPalette>
 #include <QQuickWindow>
@@ -97,6 +98,13 @@ void Pictures::takeAll(const QString& prefix) {
     take(prefix + QStringLiteral("no-tv"));
     showTv();
     take(prefix + QStringLiteral("library"));
+    for (int step = 0; step < 4; ++step)
+        QTest::keyClick(m_view.window(), Qt::Key_Tab);
+    QTest::keyClick(m_view.window(), Qt::Key_Down);
+    take(prefix + QStringLiteral("keyboard"), {1040, 700});
+    QTest::mouseMove(m_view.window(), QPoint(500, 300));
+    QTest::mouseClick(m_view.window(), Qt::LeftButton, {}, QPoint(500, 300));
+    take(prefix + QStringLiteral("hover"), {1040, 700});
     m_presenter.library()->search(QStringLiteral("harbour"));
     take(prefix + QStringLiteral("search"), {1040, 700});
     m_presenter.library()->search(QStringLiteral("nothing like it"));
@@ -125,5 +133,7 @@ int main(int argc, char** argv) {
     Pictures(directory).takeAll(QStringLiteral("light-"));
     QGuiApplication::setPalette(QPalette(QColor(0x20, 0x20, 0x20)));
     Pictures(directory).takeAll(QStringLiteral("dark-"));
+    QGuiApplication::setFont(QFont(QStringLiteral("Inter"), 15));
+    Pictures(directory).takeAll(QStringLiteral("large-"));
     return 0;
 }

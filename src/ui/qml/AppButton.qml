@@ -19,6 +19,7 @@ T.Button {
     horizontalPadding: 12
     opacity: enabled || prominent ? 1 : 0.45
     font: Theme.button
+    Accessible.name: text
     Accessible.onPressAction: if (enabled) clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()

@@ -17,8 +17,6 @@ Item {
     Accessible.description: subtitleText
 
     Rectangle {
-        id: back
-
         anchors.fill: parent
         anchors.topMargin: 1
         anchors.bottomMargin: 1

@@ -7,11 +7,28 @@ import QtQuick.Templates as T
 ListView {
     id: list
 
+    readonly property int rowsPerPage: Math.max(1, Math.floor(height / Math.max(1, rowHeight)))
+    readonly property real rowHeight: currentItem ? currentItem.height : 86
+
+    function go(row: int) {
+        currentIndex = Math.max(0, Math.min(count - 1, row))
+    }
+
     clip: true
     boundsBehavior: Flickable.StopAtBounds
     reuseItems: true
     activeFocusOnTab: true
     bottomMargin: 10
+    highlightMoveDuration: 0
+    onActiveFocusChanged: if (activeFocus && currentIndex < 0) currentIndex = 0
+    Keys.onPressed: event => {
+        switch (event.key) {
+        case Qt.Key_Home: return go(0)
+        case Qt.Key_End: return go(count - 1)
+        case Qt.Key_PageUp: return go(currentIndex - rowsPerPage)
+        case Qt.Key_PageDown: return go(currentIndex + rowsPerPage)
+        }
+    }
     Accessible.role: Accessible.List
     Accessible.name: "Library"
     T.ScrollBar.vertical: AppScrollBar {}

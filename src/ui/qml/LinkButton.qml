@@ -1,33 +1,41 @@
 import QtQuick
-import QtQuick.Templates as T
 
 // A text that opens a web page.
-T.AbstractButton {
+PlainText {
     id: link
 
     required property string address
 
-    implicitWidth: implicitContentWidth
-    implicitHeight: implicitContentHeight
-    onClicked: Qt.openUrlExternally(link.address)
-    Accessible.role: Accessible.Link
-    Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
-
-    contentItem: PlainText {
-        text: link.text
-        font.family: link.font.family
-        font.pointSize: link.font.pointSize
-        font.weight: link.font.weight
-        font.underline: link.hovered
-        color: link.down ? Theme.accentPressed : Theme.accent
-        wrapMode: Text.Wrap
-        Accessible.ignored: true
+    function open() {
+        Qt.openUrlExternally(address)
     }
 
-    HoverHandler { cursorShape: Qt.PointingHandCursor }
+    color: tap.pressed ? Theme.accentPressed : Theme.accent
+    wrapMode: Text.Wrap
+    activeFocusOnTab: true
+    Accessible.role: Accessible.Link
+    Accessible.onPressAction: open()
+    Keys.onSpacePressed: open()
+    Keys.onReturnPressed: open()
+    Keys.onEnterPressed: open()
 
+    TapHandler {
+        id: tap
+
+        onTapped: link.open()
+    }
+    HoverHandler {
+        id: hover
+
+        cursorShape: Qt.PointingHandCursor
+    }
+    Rectangle { // as an underline that leaves the font alone
+        anchors.bottom: link.bottom
+        width: link.contentWidth
+        height: 1
+        color: link.color
+        visible: hover.hovered && link.lineCount === 1
+    }
     FocusRing {
         target: link
         cornerRadius: 2

@@ -28,20 +28,26 @@ Rectangle {
             size: Theme.scaled(17)
         }
         Flow {
+            id: words
+
             Layout.fillWidth: true
             Layout.alignment: Qt.AlignVCenter
             spacing: 10
 
             PlainText {
+                width: Math.min(implicitWidth, words.width)
                 text: "Pairing required for control actions"
                 font: Theme.subheadlineSemibold
                 color: Theme.stripLabel
+                wrapMode: Text.Wrap
             }
             PlainText {
+                width: Math.min(implicitWidth, words.width)
                 visible: text !== ""
                 text: strip.validUntilText
                 font: Theme.subheadline
                 color: Theme.secondaryText
+                wrapMode: Text.Wrap
             }
         }
         AppButton {

@@ -6,6 +6,7 @@ Text {
     font: Theme.body
     color: Theme.primaryText
     elide: Text.ElideRight
+    horizontalAlignment: Text.AlignLeft // also where a name reads from right to left
     Accessible.role: Accessible.StaticText
     Accessible.name: text
 }

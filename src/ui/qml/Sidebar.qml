@@ -58,16 +58,22 @@ Rectangle {
             reuseItems: true
             activeFocusOnTab: true
             model: sidebar.presenter.tiles
+            highlightMoveDuration: 0
+            onActiveFocusChanged: if (activeFocus && currentIndex < 0) currentIndex = 0
             Accessible.role: Accessible.List
             Accessible.name: "TVs"
             T.ScrollBar.vertical: AppScrollBar {}
 
             delegate: TVTileButton {
+                id: tile
+
                 required property string endpointKey
+                required property int index
 
                 x: 12
                 width: tiles.width - 24
-                onClicked: sidebar.presenter.select(endpointKey)
+                onActiveFocusChanged: if (activeFocus) tiles.currentIndex = tile.index
+                onClicked: sidebar.presenter.select(tile.endpointKey)
                 // A tile kept for reuse would still be there for assistive technology.
                 ListView.onPooled: visible = false
                 ListView.onReused: visible = true

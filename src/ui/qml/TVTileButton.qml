@@ -22,6 +22,7 @@ T.AbstractButton {
     Accessible.description: address
     Accessible.selectable: true
     Accessible.selected: isSelected
+    Accessible.name: text
     Accessible.onPressAction: clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()

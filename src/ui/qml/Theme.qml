@@ -53,7 +53,7 @@ QtObject {
 
     readonly property int padding: 20
     readonly property int gap: 14
-    readonly property int sidebarWidth: scaled(272)
+    readonly property int sidebarWidth: Math.min(scaled(272), 340)
     readonly property int controlHeight: scaled(30)
     readonly property int controlRadius: 8
     readonly property int cardRadius: 12

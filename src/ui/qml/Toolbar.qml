@@ -17,12 +17,15 @@ Item {
         spacing: Theme.gap
 
         PlainText {
-            Layout.fillWidth: true
             text: "Quiv Controller"
             font: Theme.title
             Accessible.role: Accessible.Heading
         }
         SearchField {
+            Layout.fillWidth: true
+            Layout.minimumWidth: 160
+            Layout.maximumWidth: implicitWidth
+            Layout.alignment: Qt.AlignRight
             placeholderText: "Search files on this TV"
             text: toolbar.library.searchText
             onTextEdited: toolbar.library.search(text)

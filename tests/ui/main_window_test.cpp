@@ -1,0 +1,86 @@
+#include "accessible_tree.h"
+
+#include "support/model_fixture.h"
+#include "ui/main_window.h"
+
+#include <QQuickWindow>
+#include <QTest>
+
+using namespace quiv;
+using namespace std::chrono_literals;
+
+// The window on the real model: what one says reaches the other.
+class MainWindowTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QAccessible::setActive(true); }
+    void theModelIsShownAndAsked();
+    void aClosedWindowAsksNothingMore();
+};
+
+namespace {
+
+const QByteArray oneVideo =
+    R"({"files":[{"name":"a.mkv","kind":"VIDEO","sizeBytes":1}],"videos":[]})";
+
+struct Desk : ModelFixture {
+    Desk() : window(model) { window.show(); }
+
+    void announceTv() {
+        browser.announce(serviceAt(QStringLiteral("tv"), {10, 0, 0, 2}, 8080));
+        clock.advance(0ms);
+        http.answer(InfoPath, R"({"name":"Bedroom"})");
+        turn();
+    }
+    bool has(QAccessible::Role role, const char* name) const {
+        return findAccessible(window.window(), role, QString::fromUtf8(name)) != nullptr;
+    }
+    bool press(const char* name) const {
+        return pressAccessible(window.window(), QAccessible::Button, QString::fromUtf8(name));
+    }
+
+    MainWindow window;
+};
+
+} // namespace
+
+void MainWindowTest::theModelIsShownAndAsked() {
+    Desk desk;
+    QCOMPARE(desk.browser.searches.size(), 1);
+    QVERIFY(desk.press("Refresh"));
+    QCOMPARE(desk.browser.searches.size(), 2);
+
+    desk.announceTv();
+    QTRY_VERIFY(desk.has(QAccessible::Button, "Bedroom"));
+    QTRY_VERIFY(desk.has(QAccessible::StaticText, "Loading library from Bedroom..."));
+    QTRY_VERIFY(desk.http.waiting() > 0);
+    QVERIFY(desk.http.answer(FilesPath, oneVideo));
+    QTRY_VERIFY(desk.has(QAccessible::ListItem, "a.mkv"));
+
+    QTRY_VERIFY(desk.http.waiting() > 0);
+    QVERIFY(desk.http.answer(StatusPath, R"({"authorized":false})"));
+    QTRY_VERIFY(desk.has(QAccessible::EditableText, "3-digit code"));
+    for (const char digit : {'1', '2', '3'})
+        QTest::keyClick(desk.window.window(), digit);
+    QVERIFY(desk.press("Verify code"));
+    QVERIFY(desk.http.answer(VerifyPath, "{}"));
+    QTRY_VERIFY(!desk.has(QAccessible::EditableText, "3-digit code"));
+    QVERIFY(desk.has(QAccessible::StaticText, "Quiv Controller paired successfully."));
+}
+
+void MainWindowTest::aClosedWindowAsksNothingMore() {
+    Desk desk;
+    desk.announceTv();
+    QTRY_VERIFY(desk.http.waiting() > 0);
+    desk.window.window()->close();
+    ModelFixture::turn();
+    desk.http.takePaths();
+    desk.clock.advance(1min);
+    ModelFixture::turn();
+    QCOMPARE(desk.http.waiting(), std::size_t(0));
+    QCOMPARE(desk.http.paths, QStringList());
+}
+
+QTEST_MAIN(MainWindowTest)
+#include "main_window_test.moc"
