@@ -11,11 +11,11 @@ packages_build=(
   libcpp-httplib-dev
   libcurl4-openssl-dev
   libgl-dev
-  libqt6svg6-dev
   ninja-build
   pkg-config
   qt6-base-dev
   qt6-declarative-dev
+  qt6-svg-dev
 )
 
 packages_run=(
