@@ -11,13 +11,10 @@ std::optional<QUrl> SelectedDevice::baseURL() const {
 void SelectedDevice::set(const TVEndpoint& device) {
     if (m_device == device)
         return;
-    const bool isAnother = key() != endpointKey(device);
-    m_device = device;
-    if (isAnother)
+    if (key() != endpointKey(device))
         ++m_generation;
+    m_device = device;
     Q_EMIT changed();
-    if (isAnother)
-        Q_EMIT anotherSelected();
 }
 
 } // namespace quiv

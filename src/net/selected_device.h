@@ -44,8 +44,7 @@ public:
     };
 
 Q_SIGNALS:
-    void changed();         // the record, in any field
-    void anotherSelected(); // another endpointKey than before; after changed()
+    void changed(); // the record, in any field
 
 private:
     std::optional<TVEndpoint> m_device;

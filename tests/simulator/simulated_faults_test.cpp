@@ -218,4 +218,4 @@ void TestSimulatedFaults::stoppingDoesNotWaitForHangingRequests() {
 }
 
 QTEST_GUILESS_MAIN(TestSimulatedFaults)
-#include "test_simulated_faults.moc"
+#include "simulated_faults_test.moc"

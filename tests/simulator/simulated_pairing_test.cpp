@@ -225,4 +225,4 @@ void TestSimulatedPairing::browsingMayNeedPairing() {
 }
 
 QTEST_GUILESS_MAIN(TestSimulatedPairing)
-#include "test_simulated_pairing.moc"
+#include "simulated_pairing_test.moc"

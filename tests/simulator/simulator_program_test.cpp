@@ -103,4 +103,4 @@ void TestSimulatorProgram::goesOnWithoutSamplesWhenFfmpegIsMissing() {
 }
 
 QTEST_GUILESS_MAIN(TestSimulatorProgram)
-#include "test_simulator_program.moc"
+#include "simulator_program_test.moc"

@@ -144,4 +144,4 @@ void TestSimulatedLibrary::generatedEntriesChangeOnDemand() {
 }
 
 QTEST_GUILESS_MAIN(TestSimulatedLibrary)
-#include "test_simulated_library.moc"
+#include "simulated_library_test.moc"
