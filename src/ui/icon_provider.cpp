@@ -12,6 +12,13 @@ namespace {
 
 constexpr int gridUnits = 24; // the size that the symbols are drawn on
 
+// A function of its own, so that painting has ended before the image is handed on.
+void draw(QImage& image, QSvgRenderer& renderer) {
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    renderer.render(&painter, QRectF(image.rect()));
+}
+
 void tint(QImage& image, const QColor& colour) {
     QPainter painter(&image);
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
@@ -21,14 +28,11 @@ void tint(QImage& image, const QColor& colour) {
 } // namespace
 
 QImage renderedIcon(const QString& name, const QSize& size) {
-    const QString path = QStringLiteral(":/icons/") + name + QStringLiteral(".svg");
-    QSvgRenderer renderer(path);
+    QSvgRenderer renderer(QStringLiteral(":/icons/") + name + QStringLiteral(".svg"));
     if (!renderer.isValid())
         return {};
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    renderer.render(&painter, QRectF(QPointF(), size));
+    draw(image, renderer);
     return image;
 }
 

@@ -14,9 +14,7 @@ T.AbstractButton {
 
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
-    padding: 12
-    topPadding: 10
-    bottomPadding: 10
+    padding: 10
     text: name
     focusPolicy: Qt.ClickFocus
     Accessible.description: address
