@@ -28,7 +28,7 @@ def wait_for(what, condition, seconds=20):
 
 
 class Desktop:
-    SIZE = "1440x980"
+    SIZE = "1280x820"  # of the application's window
 
     def __enter__(self):
         self._directory = tempfile.TemporaryDirectory()
@@ -96,8 +96,10 @@ class Desktop:
         subprocess.run(["xdotool", *arguments], env=self.environment, check=True)
 
     def screenshot(self, path):
-        subprocess.run(["ffmpeg", "-y", "-loglevel", "error", "-f", "x11grab", "-video_size", self.SIZE,
-                        "-i", self.environment["DISPLAY"], "-frames:v", "1", path], check=True)
+        self._xdotool("mousemove", "0", "0")
+        subprocess.run(["ffmpeg", "-y", "-loglevel", "error", "-f", "x11grab", "-draw_mouse", "0",
+                        "-video_size", self.SIZE, "-i", self.environment["DISPLAY"],
+                        "-frames:v", "1", path], check=True)
 
 
 def _descendants(element):
