@@ -20,7 +20,7 @@ QByteArray openGlRendererName() {
     if (!context.create() || !context.makeCurrent(&surface))
         return {};
     const auto* name = context.functions()->glGetString(GL_RENDERER);
-    const QByteArray renderer(reinterpret_cast<const char*>(name));
+    QByteArray renderer(reinterpret_cast<const char*>(name));
     context.doneCurrent();
     return renderer;
 }
