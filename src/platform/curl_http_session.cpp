@@ -8,6 +8,15 @@
 
 namespace quiv {
 
+namespace {
+
+// The host as the local network knows it: its names are plain text where URLs have them encoded.
+QString multicastHostOf(const QByteArray& url) {
+    return QUrl::fromAce(QUrl::fromEncoded(url).host().toLatin1(), QUrl::IgnoreIDNWhitelist);
+}
+
+} // namespace
+
 // One exchange awaited on the main thread.
 class CurlHttpSession::Exchange {
 public:
@@ -94,7 +103,7 @@ CurlHttpSession::~CurlHttpSession() {
 Task<HttpReply> CurlHttpSession::send(HttpRequest request) {
     const auto deadline = std::chrono::steady_clock::now() + request.timeouts.total;
     const std::shared_ptr<const bool> isAlive = m_isAlive;
-    const QString host = QUrl::fromEncoded(request.url).host();
+    const QString host = multicastHostOf(request.url);
     std::optional<HostAddress> address;
     if (m_resolver && host.endsWith(QLatin1String(".local"), Qt::CaseInsensitive)) {
         auto resolution = m_resolver->resolve(host, request.timeouts.total);
