@@ -57,6 +57,9 @@ bool waitForText(QProcess& process, const QByteArray& text) {
 
 bool end(QProcess& process) {
     process.terminate();
+    if (process.waitForFinished(5000))
+        return true;
+    process.kill(); // a daemon that has just lost its bus may miss the signal
     return process.waitForFinished();
 }
 
