@@ -4,6 +4,8 @@
 
 namespace quiv {
 
+using namespace std::chrono_literals;
+
 namespace {
 
 // The text of a body, trimmed; empty when it is no valid UTF-8.
@@ -68,10 +70,25 @@ Task<QByteArray> RequestLayer::fetchBody(QUrl base, QString path, std::chrono::m
     const HttpReply reply = co_await std::move(sending);
     if (reply.isSuccess())
         co_return reply.body;
-    const QString message = serverErrorMessage(reply.status, reply.body);
-    const bool isAuthFailure = reply.status == 401 || reply.status == 429;
+    fail(reply.status, serverErrorMessage(reply.status, reply.body), guard);
+}
+
+Task<> RequestLayer::post(std::optional<QUrl> base, QString path, QueryItems query, Guard guard,
+                          FailureText failureText) {
+    if (!base)
+        throw HttpError(HttpErrorCode::BadUrl);
+    HttpRequest request = tvRequest("POST", *base, path, query);
+    request.timeouts.total = 60s;
+    auto sending = send(std::move(request), *base);
+    const HttpReply reply = co_await std::move(sending);
+    if (!reply.isSuccess())
+        fail(reply.status, failureText(reply.status, reply.body), guard);
+}
+
+void RequestLayer::fail(int status, const QString& message, const Guard& guard) {
+    const bool isAuthFailure = status == 401 || status == 429;
     if (isAuthFailure && m_listener && (!guard || guard->isCurrent()))
-        m_listener->handleAuthFailure(reply.status, message);
+        m_listener->handleAuthFailure(status, message);
     throw UploadFailure(message);
 }
 

@@ -29,6 +29,9 @@ public:
 // The message of a failed reply: the TV's own words, else one by status.
 QString serverErrorMessage(int status, const QByteArray& body);
 
+// Makes the message of a failed reply.
+using FailureText = QString (*)(int status, const QByteArray& body);
+
 // Sends the requests to TVs: identifies this client, keeps the tokens that replies hand out, turns
 // failed replies into messages.
 //
@@ -61,8 +64,14 @@ public:
     // GET; the record of a 2xx reply.
     template <class Record>
     Task<Record> fetchJSON(QUrl base, QString path, std::chrono::milliseconds timeout, Guard guard);
+    // POST without a body, within 60 s; completes when the TV said yes. Without a base the address
+    // was bad.
+    Task<> post(std::optional<QUrl> base, QString path, QueryItems query, Guard guard,
+                FailureText failureText = serverErrorMessage);
 
 private:
+    // Tells the listener when the TV refused for lack of rights, and throws the message.
+    [[noreturn]] void fail(int status, const QString& message, const Guard& guard);
     void captureAuthToken(const HttpReply& reply, const QUrl& base);
 
     HttpSession& m_session;
