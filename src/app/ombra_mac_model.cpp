@@ -11,8 +11,11 @@ OmbraMacModel::OmbraMacModel(const PlatformPorts& ports, QObject* parent)
       m_requests(ports.http, m_tokens),
       m_pairing(m_requests, m_tokens, m_selected, ports.clock, m_status),
       m_library(m_requests, m_selected, m_status),
+      m_playback(m_requests, m_pairing, m_selected, m_status),
+      m_storageMove(m_requests, m_library, m_selected, m_status),
+      m_deletion(m_requests, m_pairing, m_library, m_selected, m_status),
       m_discovery(ports.browser, m_requests, ports.settings, *this, m_status),
-      m_refreshCycle(m_selected, m_library, m_pairing, ports.clock) {
+      m_refreshCycle(m_selected, {m_library, m_playback, m_storageMove, m_pairing}, ports.clock) {
     m_restart.setSingleShot(true);
     connect(&m_restart, &QTimer::timeout, this, [this] { m_refreshCycle.restart(); });
     connect(&m_selected, &SelectedDevice::changed, this, &OmbraMacModel::restartRefreshCycle);
@@ -47,6 +50,8 @@ void OmbraMacModel::selectDevice(const TVEndpoint& device) {
         m_status.post(QStringLiteral("Connected to ") + device.name);
         return;
     }
+    m_playback.reset();
+    m_storageMove.reset();
     m_pairing.reset();
     m_library.reset();
     m_status.post(QStringLiteral("Loading library from %1...").arg(device.name));

@@ -8,6 +8,9 @@
 #include "net/request_layer.h"
 #include "net/selected_device.h"
 #include "net/status_line.h"
+#include "playback/remote_playback.h"
+#include "transfer/deletion.h"
+#include "transfer/storage_move.h"
 
 #include <QObject>
 #include <QTimer>
@@ -31,6 +34,9 @@ class OmbraMacModel : public QObject, private Discovery::Selector {
     Q_PROPERTY(quiv::Discovery* discovery READ discovery CONSTANT)
     Q_PROPERTY(quiv::Pairing* pairing READ pairing CONSTANT)
     Q_PROPERTY(quiv::Library* library READ library CONSTANT)
+    Q_PROPERTY(quiv::RemotePlayback* playback READ playback CONSTANT)
+    Q_PROPERTY(quiv::StorageMove* storageMove READ storageMove CONSTANT)
+    Q_PROPERTY(quiv::Deletion* deletion READ deletion CONSTANT)
 
 public:
     explicit OmbraMacModel(const PlatformPorts& ports, QObject* parent = nullptr);
@@ -41,6 +47,9 @@ public:
     Discovery* discovery() { return &m_discovery; }
     Pairing* pairing() { return &m_pairing; }
     Library* library() { return &m_library; }
+    RemotePlayback* playback() { return &m_playback; }
+    StorageMove* storageMove() { return &m_storageMove; }
+    Deletion* deletion() { return &m_deletion; }
 
     // Makes this TV the selected one; another than before starts from nothing.
     void selectDevice(const TVEndpoint& device) override;
@@ -65,6 +74,9 @@ private:
     SelectedDevice m_selected;
     Pairing m_pairing;
     Library m_library;
+    RemotePlayback m_playback;
+    StorageMove m_storageMove;
+    Deletion m_deletion;
     Discovery m_discovery;
     RefreshCycle m_refreshCycle;
     // Restarts come from the event loop: once for several changes, and after what caused them has

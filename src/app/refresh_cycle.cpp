@@ -10,9 +10,8 @@ constexpr auto PauseBetweenPasses = 2s;
 
 } // namespace
 
-RefreshCycle::RefreshCycle(const SelectedDevice& selected, Library& library, Pairing& pairing,
-                           Clock& clock)
-    : m_selected(selected), m_library(library), m_pairing(pairing), m_clock(clock) {}
+RefreshCycle::RefreshCycle(const SelectedDevice& selected, const Parts& parts, Clock& clock)
+    : m_selected(selected), m_parts(parts), m_clock(clock) {}
 
 void RefreshCycle::restart() {
     m_run.cancel();
@@ -37,19 +36,32 @@ Task<> RefreshCycle::run() {
 }
 
 Task<> RefreshCycle::firstPass() {
-    auto loading = m_library.loadLibrary(Library::Load::Visible);
+    auto loading = m_parts.library.loadLibrary(Library::Load::Visible);
     co_await std::move(loading);
-    auto pairing = m_pairing.refreshPairingStatus(Pairing::Announce::Yes, Pairing::Errors::Quiet);
+    auto reading = readPlayerAndMove();
+    co_await std::move(reading);
+    auto pairing =
+        m_parts.pairing.refreshPairingStatus(Pairing::Announce::Yes, Pairing::Errors::Quiet);
     co_await std::move(pairing);
 }
 
 Task<> RefreshCycle::laterPass() {
-    if (!m_pairing.state().requiresControlPairing) {
-        auto loading = m_library.loadLibrary(Library::Load::Quiet);
+    if (!m_parts.pairing.state().requiresControlPairing) {
+        auto reading = readPlayerAndMove();
+        co_await std::move(reading);
+        auto loading = m_parts.library.loadLibrary(Library::Load::Quiet);
         co_await std::move(loading);
     }
-    auto pairing = m_pairing.refreshPairingStatus(Pairing::Announce::No, Pairing::Errors::Quiet);
+    auto pairing =
+        m_parts.pairing.refreshPairingStatus(Pairing::Announce::No, Pairing::Errors::Quiet);
     co_await std::move(pairing);
+}
+
+Task<> RefreshCycle::readPlayerAndMove() {
+    auto playback = m_parts.playback.refreshPlayback(RemotePlayback::Errors::Quiet);
+    co_await std::move(playback);
+    auto move = m_parts.storageMove.refreshMoveStatus(StorageMove::Errors::Quiet);
+    co_await std::move(move);
 }
 
 } // namespace quiv

@@ -5,6 +5,8 @@
 #include "net/selected_device.h"
 #include "platform/clock.h"
 #include "platform/task.h"
+#include "playback/remote_playback.h"
+#include "transfer/storage_move.h"
 
 namespace quiv {
 
@@ -14,7 +16,15 @@ namespace quiv {
 // One run at a time; destroying the cycle or stopping it cancels the request under way.
 class RefreshCycle {
 public:
-    RefreshCycle(const SelectedDevice& selected, Library& library, Pairing& pairing, Clock& clock);
+    // What it keeps current; each outlives it.
+    struct Parts {
+        Library& library;
+        RemotePlayback& playback;
+        StorageMove& storageMove;
+        Pairing& pairing;
+    };
+
+    RefreshCycle(const SelectedDevice& selected, const Parts& parts, Clock& clock);
 
     // Begins with a first pass, whatever was under way.
     void restart();
@@ -24,10 +34,10 @@ private:
     Task<> run();
     Task<> firstPass();
     Task<> laterPass();
+    Task<> readPlayerAndMove();
 
     const SelectedDevice& m_selected;
-    Library& m_library;
-    Pairing& m_pairing;
+    const Parts m_parts;
     Clock& m_clock;
     Task<> m_run;
 };

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "net/selected_device.h"
+#include "net/wire_records.h"
+#include "platform/task.h"
+#include "platform/task_set.h"
+#include "playback/playback_command.h"
+
+#include <QObject>
+#include <QString>
+
+#include <cstdint>
+#include <optional>
+
+namespace quiv {
+
+class Pairing;
+class RequestLayer;
+class StatusLine;
+
+// What the selected TV plays, and the commands that change it.
+//
+// The TV alone knows: no command is assumed to have taken effect, and each that the TV accepts is
+// followed by a reading. Commands are not serialised. A reading that began before a newer one, or
+// before an accepted command was answered, is out of date and dropped.
+class RemotePlayback : public QObject {
+    Q_OBJECT
+
+public:
+    enum class Errors { Reported, Quiet };
+    enum class ShowStatus { Yes, No };
+
+    RemotePlayback(RequestLayer& requests, Pairing& pairing, const SelectedDevice& selected,
+                   StatusLine& status, QObject* parent = nullptr);
+
+    // As last read; none before that.
+    const std::optional<PlaybackResponse>& playback() const { return m_playback; }
+
+    Task<> refreshPlayback(Errors errors);
+    // True when the TV accepted the command.
+    Task<bool> sendPlaybackCommand(PlaybackCommand command, ShowStatus showStatus);
+
+    // Nothing is known yet: another TV was selected.
+    void reset();
+
+public Q_SLOTS:
+    // Pauses or resumes the video if the TV shows it, else plays it.
+    void togglePlayback(const QString& videoName);
+    // Sends a command of the user's; the outcome shows in the status line and in what is read next.
+    void send(const quiv::PlaybackCommand& command);
+
+Q_SIGNALS:
+    void playbackRead(); // also when the TV said the same as before
+
+private:
+    Task<> sendShown(PlaybackCommand command);
+
+    RequestLayer& m_requests;
+    Pairing& m_pairing;
+    const SelectedDevice& m_selected;
+    StatusLine& m_status;
+    std::optional<PlaybackResponse> m_playback;
+    std::uint64_t m_readingsBegun = 0;
+    std::uint64_t m_oldestValidReading = 0;
+    TaskSet m_tasks;
+};
+
+// What toggling a video means while the TV plays this.
+PlaybackCommand toggleCommand(const std::optional<PlaybackResponse>& playback,
+                              const QString& videoName);
+
+} // namespace quiv

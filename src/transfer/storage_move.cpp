@@ -1,0 +1,140 @@
+#include "transfer/storage_move.h"
+
+#include "library/library.h"
+#include "net/request_layer.h"
+#include "net/status_line.h"
+#include "platform/publish.h"
+
+#include <algorithm>
+
+namespace quiv {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+const auto UsbStorage = QStringLiteral("USB");
+const auto InternalStorage = QStringLiteral("INTERNAL");
+
+double progressOf(const MoveStatusResponse& report) {
+    double progress = 0;
+    if (report.progressPercent)
+        progress = *report.progressPercent / 100;
+    else if (report.totalBytes >= 1)
+        progress = static_cast<double>(report.movedBytes) / static_cast<double>(report.totalBytes);
+    return std::clamp(progress, 0.0, 1.0);
+}
+
+MoveStep movingStep(const MoveState& before, const MoveStatusResponse& report) {
+    MoveState state = before;
+    state.isMovingFile = true;
+    state.currentMoveFileName = report.fileName;
+    state.moveProgress = progressOf(report);
+    if (report.speedBytesPerSec.value_or(0) >= 1)
+        state.moveSpeedBytesPerSecond = static_cast<double>(*report.speedBytesPerSec);
+    const QString percent = QString::number(static_cast<int>(state.moveProgress * 100));
+    return {.state = state,
+            .statusMessage = QStringLiteral("Moving ") + report.fileName + QStringLiteral("... ") +
+                             percent + u'%'};
+}
+
+QString startFailureText(int status, const QByteArray&) {
+    return QStringLiteral("Move failed to start (HTTP %1)").arg(status);
+}
+
+} // namespace
+
+MoveStep moveStep(const MoveState& before, const MoveStatusResponse& report) {
+    const QString state = report.state.toUpper();
+    if (state == QLatin1String("MOVING"))
+        return movingStep(before, report);
+    if (state == QLatin1String("COMPLETED"))
+        return {.state = {.moveProgress = 1, .currentMoveFileName = report.fileName},
+                .statusMessage = report.message,
+                .hasMovedFile = before.isMovingFile};
+    if (state == QLatin1String("FAILED"))
+        return {.state = {.currentMoveFileName = report.fileName}, .statusMessage = report.message};
+    return {.state = before.isMovingFile ? MoveState() : before};
+}
+
+QString moveStateKey(const MoveStatusResponse& report) {
+    return report.state.toUpper() + u'|' + report.fileName + u'|' +
+           QString::number(report.updatedAtMs);
+}
+
+QString otherStorage(const std::optional<QString>& storageLocation) {
+    return storageLocation.value_or(QString()).toUpper() == UsbStorage ? InternalStorage
+                                                                       : UsbStorage;
+}
+
+StorageMove::StorageMove(RequestLayer& requests, Library& library, const SelectedDevice& selected,
+                         StatusLine& status, QObject* parent)
+    : QObject(parent),
+      m_requests(requests),
+      m_library(library),
+      m_selected(selected),
+      m_status(status) {}
+
+void StorageMove::startMove(const QString& videoName, const QString& target) {
+    m_tasks.add(start(videoName, target.toUpper()));
+}
+
+Task<> StorageMove::start(QString videoName, QString target) {
+    const auto base = m_selected.baseURL();
+    if (!base || (target != UsbStorage && target != InternalStorage))
+        co_return;
+    const SelectedDevice::Guard guard(m_selected);
+    try {
+        const QueryItems query{{QStringLiteral("name"), videoName},
+                               {QStringLiteral("target"), target.toLower()}};
+        auto posting = m_requests.post(*base, QStringLiteral("api/files/move"), query, guard,
+                                       startFailureText);
+        co_await std::move(posting);
+    } catch (const Error& error) {
+        if (guard.isCurrent())
+            m_status.post(QStringLiteral("Move failed to start: ") + error.description());
+        co_return;
+    }
+    if (!guard.isCurrent())
+        co_return;
+    m_status.post(QStringLiteral("Move started for ") + videoName);
+    auto reading = refreshMoveStatus(Errors::Reported);
+    co_await std::move(reading);
+}
+
+Task<> StorageMove::refreshMoveStatus(Errors errors) {
+    const auto base = m_selected.baseURL();
+    if (!base)
+        co_return;
+    const SelectedDevice::Guard guard(m_selected);
+    try {
+        auto fetching = m_requests.fetchJSON<MoveStatusResponse>(
+            *base, QStringLiteral("api/move-status"), 60s, guard);
+        const MoveStatusResponse report = co_await std::move(fetching);
+        if (guard.isCurrent())
+            applyMoveStatus(report);
+    } catch (const Error& error) {
+        if (guard.isCurrent() && errors == Errors::Reported)
+            m_status.post(QStringLiteral("Failed to fetch move status: ") + error.description());
+    }
+}
+
+void StorageMove::applyMoveStatus(const MoveStatusResponse& report) {
+    const QString key = moveStateKey(report);
+    if (key == m_lastMoveStateKey)
+        return;
+    m_lastMoveStateKey = key;
+    const MoveStep step = moveStep(m_state, report);
+    publish(this, m_state, step.state, &StorageMove::stateChanged);
+    if (step.statusMessage)
+        m_status.post(*step.statusMessage);
+    if (step.hasMovedFile)
+        m_tasks.add(m_library.loadLibrary(Library::Load::Quiet));
+}
+
+void StorageMove::reset() {
+    m_lastMoveStateKey.clear();
+    publish(this, m_state, MoveState(), &StorageMove::stateChanged);
+}
+
+} // namespace quiv

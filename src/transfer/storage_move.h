@@ -1,0 +1,81 @@
+#pragma once
+
+#include "net/selected_device.h"
+#include "net/wire_records.h"
+#include "platform/task.h"
+#include "platform/task_set.h"
+
+#include <QObject>
+#include <QString>
+
+#include <optional>
+
+namespace quiv {
+
+class Library;
+class RequestLayer;
+class StatusLine;
+
+// The move of a file between the TV's storages, as the TV reports it.
+struct MoveState {
+    bool isMovingFile = false;
+    double moveProgress = 0; // 0 to 1
+    double moveSpeedBytesPerSecond = 0;
+    QString currentMoveFileName; // of the last report
+
+    bool operator==(const MoveState&) const = default;
+};
+
+// What a report changes.
+struct MoveStep {
+    MoveState state;
+    std::optional<QString> statusMessage{};
+    bool hasMovedFile = false; // a move that was seen running is complete
+};
+MoveStep moveStep(const MoveState& before, const MoveStatusResponse& report);
+
+// A report's identity: one that is told again changes nothing.
+QString moveStateKey(const MoveStatusResponse& report);
+
+// Where a file from this storage would be moved, "USB" or "INTERNAL". None is internal storage.
+QString otherStorage(const std::optional<QString>& storageLocation);
+
+// Asks the selected TV to move a video between its storages and follows the move, which is the
+// TV's own: it goes on without us and is never timed out here.
+class StorageMove : public QObject {
+    Q_OBJECT
+
+public:
+    enum class Errors { Reported, Quiet };
+
+    StorageMove(RequestLayer& requests, Library& library, const SelectedDevice& selected,
+                StatusLine& status, QObject* parent = nullptr);
+
+    const MoveState& state() const { return m_state; }
+
+    Task<> refreshMoveStatus(Errors errors);
+    void applyMoveStatus(const MoveStatusResponse& report);
+
+    // Nothing is known yet: another TV was selected.
+    void reset();
+
+public Q_SLOTS:
+    // To "USB" or "INTERNAL", in any letter case.
+    void startMove(const QString& videoName, const QString& target);
+
+Q_SIGNALS:
+    void stateChanged();
+
+private:
+    Task<> start(QString videoName, QString target);
+
+    RequestLayer& m_requests;
+    Library& m_library;
+    const SelectedDevice& m_selected;
+    StatusLine& m_status;
+    MoveState m_state;
+    QString m_lastMoveStateKey;
+    TaskSet m_tasks;
+};
+
+} // namespace quiv
