@@ -10,6 +10,9 @@ namespace {
 const TVEndpoint Tv = tvNamed(QStringLiteral("TV"), QStringLiteral("tv.local"));
 const TVEndpoint OtherTv = tvNamed(QStringLiteral("Other"), QStringLiteral("other.local"));
 const QByteArray Empty = R"({"files":[],"videos":[]})";
+const QByteArray Idle = R"({"isPlaying":false,"positionMs":0,"durationMs":0})";
+const QByteArray NoMove = R"({"state":"IDLE","fileName":"","movedBytes":0,"totalBytes":0,
+                              "message":"","updatedAtMs":0})";
 
 // The cycle's requests, answered in turn.
 struct CycleFixture : ModelFixture {
@@ -21,8 +24,13 @@ struct CycleFixture : ModelFixture {
         http.answer(StatusPath, authorized ? R"({"authorized":true,"expiresInSec":9})"
                                            : R"({"authorized":false,"expiresInSec":9})");
     }
+    void answerPlayerAndMove() {
+        http.answer(PlaybackPath, Idle);
+        http.answer(MoveStatusPath, NoMove);
+    }
     void finishFirstPass(bool authorized) {
         answerFiles();
+        answerPlayerAndMove();
         answerStatus(authorized);
         http.takePaths();
     }
@@ -50,14 +58,18 @@ private Q_SLOTS:
         QVERIFY(fixture.model.library()->isLibraryLoadInProgress());
         fixture.clock.advance(5s); // a slow TV
         fixture.answerFiles();
-        QCOMPARE(fixture.http.takePaths(), QStringList(StatusPath));
+        QCOMPARE(fixture.http.takePaths(), QStringList(PlaybackPath));
+        fixture.answerPlayerAndMove();
+        QCOMPARE(fixture.http.takePaths(), QStringList({MoveStatusPath, StatusPath}));
         QCOMPARE(fixture.http.sent.last().timeouts.total, 5s);
         fixture.answerStatus(true);
         for (int pass = 0; pass < 3; ++pass) {
             fixture.clock.advance(1999ms);
             QVERIFY(fixture.http.paths.isEmpty());
             fixture.clock.advance(1ms);
-            QCOMPARE(fixture.http.takePaths(), QStringList(FilesPath));
+            QCOMPARE(fixture.http.takePaths(), QStringList(PlaybackPath));
+            fixture.answerPlayerAndMove();
+            QCOMPARE(fixture.http.takePaths(), QStringList({MoveStatusPath, FilesPath}));
             fixture.clock.advance(5s);
             fixture.answerFiles();
             QCOMPARE(fixture.http.takePaths(), QStringList(StatusPath));
@@ -78,7 +90,7 @@ private Q_SLOTS:
             fixture.answerStatus(pass == 2);
         }
         fixture.clock.advance(2s);
-        QCOMPARE(fixture.http.takePaths(), QStringList(FilesPath));
+        QCOMPARE(fixture.http.takePaths(), QStringList(PlaybackPath));
     }
 
     void laterFailuresAreSilent() {
@@ -87,11 +99,11 @@ private Q_SLOTS:
         fixture.finishFirstPass(true);
         const QString status = fixture.status();
         fixture.clock.advance(2s);
-        fixture.http.answer(FilesPath, HttpErrorCode::TimedOut);
-        fixture.http.answer(StatusPath, HttpErrorCode::TimedOut);
+        for (const QString& path : {PlaybackPath, MoveStatusPath, FilesPath, StatusPath})
+            QVERIFY(fixture.http.answer(path, HttpErrorCode::TimedOut));
         QCOMPARE(fixture.status(), status);
         fixture.clock.advance(2s);
-        QCOMPARE(fixture.http.takePaths().last(), FilesPath);
+        QCOMPARE(fixture.http.takePaths().last(), PlaybackPath);
     }
 
     void anotherTvRestartsTheCycleFromNothing() {
@@ -139,7 +151,7 @@ private Q_SLOTS:
     }
 
     void endingAtAnyPointOfACycleIsHarmless() {
-        for (int steps = 0; steps < 5; ++steps) {
+        for (int steps = 0; steps < 7; ++steps) {
             auto fixture = std::make_unique<CycleFixture>();
             fixture->select(Tv);
             if (steps > 0)
@@ -147,8 +159,12 @@ private Q_SLOTS:
             if (steps > 1)
                 QTRY_COMPARE(fixture->http.waiting(), 1u);
             if (steps > 2)
-                fixture->answerStatus(true); // ends while it pauses
+                fixture->http.answer(PlaybackPath, Idle);
             if (steps > 3)
+                fixture->http.answer(MoveStatusPath, NoMove);
+            if (steps > 4)
+                fixture->answerStatus(true); // ends while it pauses
+            if (steps > 5)
                 fixture->clock.advance(2s);
             fixture.reset();
             QThreadPool::globalInstance()->waitForDone();

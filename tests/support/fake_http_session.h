@@ -4,6 +4,7 @@
 
 #include <QUrl>
 
+#include <algorithm>
 #include <coroutine>
 #include <functional>
 #include <list>
@@ -29,19 +30,19 @@ public:
 
     // Answers the oldest waiting request for the path; false when none waits.
     bool answer(const QString& path, const Result& result) {
-        for (Pending* pending : m_pending) {
-            if (pending->url.path() == u'/' + path) {
-                m_pending.remove(pending);
-                pending->result = result;
-                pending->waiting.resume();
-                return true;
-            }
-        }
-        return false;
+        return complete(std::ranges::find(m_pending, u'/' + path, &Pending::path), result);
     }
     bool answer(const QString& path, const QByteArray& body, int status = 200,
                 const HttpHeaders& headers = {}) {
         return answer(path, Result(HttpReply{status, headers, body}));
+    }
+
+    // Answers the newest one instead.
+    bool answerLatest(const QString& path, const QByteArray& body) {
+        const auto reversed =
+            std::ranges::find(m_pending.rbegin(), m_pending.rend(), u'/' + path, &Pending::path);
+        return reversed != m_pending.rend() &&
+               complete(std::prev(reversed.base()), HttpReply{200, {}, body});
     }
 
     std::size_t waiting() const { return m_pending.size(); }
@@ -61,6 +62,7 @@ private:
             waiting = handle;
             session->m_pending.push_back(this);
         }
+        static QString path(const Pending* pending) { return pending->url.path(); }
         Result await_resume() { return std::move(*result); }
 
         FakeHttpSession* session;
@@ -68,6 +70,16 @@ private:
         std::coroutine_handle<> waiting;
         std::optional<Result> result;
     };
+
+    bool complete(std::list<Pending*>::iterator position, const Result& result) {
+        if (position == m_pending.end())
+            return false;
+        Pending* pending = *position;
+        m_pending.erase(position);
+        pending->result = result;
+        pending->waiting.resume();
+        return true;
+    }
 
     std::list<Pending*> m_pending;
 };

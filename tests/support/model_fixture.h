@@ -12,6 +12,8 @@ namespace quiv {
 
 inline const QString FilesPath = QStringLiteral("api/files");
 inline const QString InfoPath = QStringLiteral("api/info");
+inline const QString PlaybackPath = QStringLiteral("api/playback");
+inline const QString MoveStatusPath = QStringLiteral("api/move-status");
 inline const QString StatusPath = QStringLiteral("api/mac/auth/status");
 inline const QString VerifyPath = QStringLiteral("api/mac/auth/verify");
 inline const QString CancelPath = QStringLiteral("api/mac/auth/cancel");
@@ -35,6 +37,26 @@ struct ModelFixture {
     const QString& status() { return model.status()->statusMessage(); }
     const PairingState& pairing() { return model.pairing()->state(); }
     const LibraryContent& library() { return model.library()->content(); }
+
+    // The sent requests for a path, as "METHOD path?query", oldest first; forgets them.
+    QStringList takeTargets(const QString& path) {
+        QStringList targets;
+        for (const HttpRequest& request : std::exchange(http.sent, {})) {
+            const QString target =
+                QString::fromLatin1(request.url.mid(request.url.indexOf("api/")));
+            if (target.section(u'?', 0, 0) == path)
+                targets.append(QString::fromLatin1(request.method) + u' ' + target);
+        }
+        return targets;
+    }
+    // A TV is selected and this client may control it; no cycle runs.
+    void selectPaired(const TVEndpoint& device) {
+        model.selectDevice(device);
+        const Task<> check =
+            model.pairing()->refreshPairingStatus(Pairing::Announce::No, Pairing::Errors::Quiet);
+        http.answer(StatusPath, R"({"authorized":true,"expiresInSec":86400})");
+        http.sent.clear();
+    }
 
     // What the event loop does when it next turns.
     static void turn() { QCoreApplication::processEvents(); }

@@ -1,0 +1,82 @@
+#include "support/model_fixture.h"
+
+#include <QTest>
+
+using namespace quiv;
+
+namespace {
+
+const QString DeletePath = QStringLiteral("api/files/delete");
+const TVEndpoint Tv = tvNamed(QStringLiteral("TV"), QStringLiteral("tv.local"));
+const TVEndpoint OtherTv = tvNamed(QStringLiteral("Other"), QStringLiteral("other.local"));
+
+RemoteFile file(const char* name) {
+    return {QString::fromLatin1(name), QStringLiteral("OTHER"), 0, std::nullopt};
+}
+
+FileGroup movie() {
+    FileGroup group;
+    group.title = QStringLiteral("Movie");
+    group.video = file("m.mkv");
+    group.subtitles = {file("m.en.srt"), file("m.de.srt")};
+    group.others = {file("m.nfo")};
+    return group;
+}
+
+} // namespace
+
+class DeletionTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void filesGoOneByOneThenTheLibraryIsLoaded() {
+        ModelFixture fixture;
+        fixture.selectPaired(Tv);
+        fixture.model.deletion()->deleteGroup(movie());
+        QCOMPARE(fixture.status(), QStringLiteral("Deleting Movie..."));
+        for (const char* name : {"m.mkv", "m.en.srt", "m.de.srt", "m.nfo"}) {
+            QCOMPARE(fixture.takeTargets(DeletePath),
+                     QStringList(QStringLiteral("POST api/files/delete?name=") +
+                                 QString::fromLatin1(name)));
+            fixture.http.answer(DeletePath, "whatever");
+        }
+        QVERIFY(fixture.http.answer(FilesPath, R"({"files":[],"videos":[]})"));
+        QTRY_COMPARE(fixture.status(), QStringLiteral("Deleted Movie"));
+    }
+
+    void theFirstFailureEndsIt() {
+        ModelFixture fixture;
+        fixture.selectPaired(Tv);
+        FileGroup group = movie();
+        group.video.reset();
+        fixture.model.deletion()->deleteGroup(group);
+        fixture.http.answer(DeletePath, QByteArray());
+        fixture.http.answer(DeletePath, R"({"ok":false,"error":"In use."})", 409);
+        QCOMPARE(fixture.status(), QStringLiteral("Delete failed: In use."));
+        QCOMPARE(fixture.http.waiting(), 0u);
+    }
+
+    void onlyAPairedClientDeletes() {
+        ModelFixture fixture;
+        fixture.model.selectDevice(Tv);
+        fixture.model.deletion()->deleteGroup(movie());
+        fixture.http.answer(StatusPath, R"({"authorized":false})");
+        QVERIFY(fixture.status().startsWith(QStringLiteral("Pairing required for delete.")));
+        QVERIFY(fixture.takeTargets(DeletePath).isEmpty());
+    }
+
+    void anotherTvKeepsItsFiles() {
+        ModelFixture fixture;
+        fixture.selectPaired(Tv);
+        fixture.model.deletion()->deleteGroup(movie());
+        fixture.model.selectDevice(OtherTv);
+        fixture.http.sent.clear();
+        const QString status = fixture.status();
+        fixture.http.answer(DeletePath, QByteArray());
+        QVERIFY(fixture.http.sent.isEmpty());
+        QCOMPARE(fixture.status(), status);
+    }
+};
+
+QTEST_GUILESS_MAIN(DeletionTest)
+#include "deletion_test.moc"
