@@ -36,6 +36,7 @@ ControlServer::ControlServer(Television& television, FaultList& faults, RequestL
     addRequestRoutes(log);
     addPairingRoutes(television.pairing);
     addLibraryRoutes(television.library);
+    addMoveRoutes(television.mover);
     addIdentityRoutes(television.identity, announcement);
 }
 
@@ -134,6 +135,15 @@ void ControlServer::addLibraryRoutes(MediaLibrary& library) {
         replyOutcome(response, library.changeGenerated([&](GeneratedEntries& entries) {
             return changeEntries(entries, change);
         }));
+    });
+}
+
+void ControlServer::addMoveRoutes(StorageMover& mover) {
+    m_listener.routes().Post("/move", [&](const Request& request, Response& response) {
+        if (!bodyOf(request)[QLatin1String("failNext")].toBool())
+            return replyError(response, 400, QStringLiteral("Only failNext can be asked for."));
+        mover.failNext();
+        replyOk(response);
     });
 }
 

@@ -25,6 +25,7 @@ private:
     void addRequestRoutes(RequestLog& log);
     void addPairingRoutes(Pairing& pairing);
     void addLibraryRoutes(MediaLibrary& library);
+    void addMoveRoutes(StorageMover& mover);
     void addIdentityRoutes(Identity& identity, AnnouncementControl& announcement);
 
     HttpListener m_listener;

@@ -75,4 +75,13 @@ bool GeneratedEntries::rename(const QString& name, const QString& displayName) {
     return true;
 }
 
+bool GeneratedEntries::move(const QString& name, bool toUsb) {
+    MediaEntry* entry = find(name);
+    if (!entry)
+        return false;
+    entry->onUsb = toUsb;
+    ++m_revision;
+    return true;
+}
+
 } // namespace quiv::simulator

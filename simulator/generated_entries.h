@@ -22,6 +22,8 @@ public:
     // Sets the time to one millisecond later than it was.
     bool touch(const QString& name);
     bool rename(const QString& name, const QString& displayName);
+    // To the other storage.
+    bool move(const QString& name, bool toUsb);
 
 private:
     MediaEntry* find(const QString& name);

@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QDir>
+#include <QFileInfo>
 #include <QSet>
 
 #include <algorithm>
@@ -173,6 +174,84 @@ std::optional<QString> MediaLibrary::changeGenerated(const Change& change) {
 void MediaLibrary::setUsbConnected(bool connected) {
     const std::scoped_lock lock(m_mutex);
     m_usbConnected = connected;
+}
+
+bool MediaLibrary::isUsbConnected() {
+    const std::scoped_lock lock(m_mutex);
+    return m_usbConnected && !m_usbFolder.isEmpty();
+}
+
+std::optional<MediaEntry> MediaLibrary::find(const QString& name) {
+    const std::scoped_lock lock(m_mutex);
+    const State state = readState();
+    for (const std::span<const MediaEntry> entries :
+         {std::span(state.onDisk), std::span(m_generated.entries())}) {
+        const auto found = std::ranges::find(entries, name, &MediaEntry::name);
+        if (found != entries.end())
+            return *found;
+    }
+    return std::nullopt;
+}
+
+QString MediaLibrary::pathOf(const MediaEntry& entry) const {
+    const QString path = (entry.onUsb ? m_usbFolder : m_mediaFolder) + u'/' + entry.name;
+    return QFileInfo::exists(path) ? path : QString();
+}
+
+MediaDetails MediaLibrary::detailsOf(const MediaEntry& entry) {
+    const QString path = pathOf(entry);
+    if (path.isEmpty())
+        return madeUpDetails();
+    const QString key = path + u'|' + QString::number(entry.lastModifiedMs);
+    {
+        const std::scoped_lock lock(m_mutex);
+        if (const auto known = m_details.constFind(key); known != m_details.cend())
+            return *known;
+    }
+    const MediaDetails details = detailsOfFile(path);
+    const std::scoped_lock lock(m_mutex);
+    m_details.insert(key, details);
+    return details;
+}
+
+bool MediaLibrary::remove(const MediaEntry& entry) {
+    if (const QString path = pathOf(entry); !path.isEmpty())
+        return QFile::remove(path);
+    const std::scoped_lock lock(m_mutex);
+    return m_generated.remove(entry.name);
+}
+
+MediaLibrary::Moving::Moving(MediaEntry entry, bool toUsb, const QString& from, const QString& to)
+    : m_entry(std::move(entry)), m_toUsb(toUsb), m_target(to) {
+    if (from.isEmpty())
+        return;
+    m_source = std::make_unique<QFile>(from);
+    m_copy = std::make_unique<QTemporaryFile>(to + QStringLiteral(".XXXXXX.moving"));
+}
+
+bool MediaLibrary::Moving::copyUpTo(qint64 end) {
+    if (!m_source)
+        return true;
+    if (!m_source->isOpen() && (!m_source->open(QIODevice::ReadOnly) || !m_copy->open()))
+        return false;
+    const QByteArray bytes = m_source->read(end - m_source->pos());
+    return m_copy->write(bytes) == bytes.size() && m_source->pos() == end;
+}
+
+MediaLibrary::Moving MediaLibrary::beginMove(const MediaEntry& entry, bool toUsb) const {
+    return {entry, toUsb, pathOf(entry), (toUsb ? m_usbFolder : m_mediaFolder) + u'/' + entry.name};
+}
+
+bool MediaLibrary::finishMove(Moving& moving) {
+    if (!moving.m_source) {
+        const std::scoped_lock lock(m_mutex);
+        return m_generated.move(moving.name(), moving.m_toUsb);
+    }
+    if (!moving.m_copy->rename(moving.m_target))
+        return false;
+    moving.m_copy->setAutoRemove(false);
+    moving.m_copy->setPermissions(moving.m_source->permissions());
+    return moving.m_source->remove();
 }
 
 } // namespace quiv::simulator

@@ -2,11 +2,16 @@
 
 #include "simulator/generated_entries.h"
 #include "simulator/media_entry.h"
+#include "simulator/media_tracks.h"
 
 #include <QByteArray>
+#include <QFile>
+#include <QHash>
 #include <QString>
+#include <QTemporaryFile>
 
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <vector>
@@ -27,6 +32,40 @@ public:
     // Runs `change` on the generated entries and gives back its complaint.
     std::optional<QString> changeGenerated(const Change& change);
     void setUsbConnected(bool connected);
+    bool isUsbConnected();
+
+    // As it is listed now; none: not listed.
+    std::optional<MediaEntry> find(const QString& name);
+    // Where a listed file lies; empty for a generated entry.
+    QString pathOf(const MediaEntry& entry) const;
+    MediaDetails detailsOf(const MediaEntry& entry);
+    // From disk or from the generated entries.
+    bool remove(const MediaEntry& entry);
+
+    // A file on its way to the other storage: copied beside its place there, under another name,
+    // until it is whole. One that is not finished takes its copy along when it goes.
+    class Moving {
+    public:
+        Moving(MediaEntry entry, bool toUsb, const QString& from, const QString& to);
+
+        const QString& name() const { return m_entry.name; }
+        qint64 sizeBytes() const { return m_entry.sizeBytes; }
+        bool toUsb() const { return m_toUsb; }
+        // False: the disks did not play along.
+        bool copyUpTo(qint64 end);
+
+    private:
+        friend class MediaLibrary;
+
+        MediaEntry m_entry;
+        bool m_toUsb;
+        std::unique_ptr<QFile> m_source; // none: a generated entry
+        std::unique_ptr<QTemporaryFile> m_copy;
+        QString m_target;
+    };
+    Moving beginMove(const MediaEntry& entry, bool toUsb) const;
+    // Puts the whole copy into its place and removes the original.
+    bool finishMove(Moving& moving);
 
 private:
     // What a listing is made from besides the generated entries, which have their revision.
@@ -49,6 +88,7 @@ private:
     bool m_usbConnected = true;
     State m_listedState;
     QByteArray m_listing;
+    QHash<QString, MediaDetails> m_details; // by path and time of modification
 };
 
 } // namespace quiv::simulator

@@ -67,6 +67,7 @@ void OptionReader::addOptions() {
     add("no-usb", "The TV has no USB drive.");
     add("no-samples", "Do not make sample media in an empty media folder.");
     add("generate", "List that many made-up files besides the real ones.", "count");
+    add("move-seconds", "How long a move between storages takes, default 4.", "seconds");
     add("code", "Pairing code, three digits. Default: random.", "code");
     add("code-lifetime", "Life of a code, default 300.", "seconds");
     add("token-lifetime", "Life of a token, default 86400.", "seconds");
@@ -150,6 +151,7 @@ static void readPlaces(OptionReader& reader, Options& options) {
     if (!reader.isSet("no-usb"))
         options.usbFolder = reader.text("usb", defaultFolder("usb"));
     options.makesSamples = !reader.isSet("no-samples");
+    options.moveDuration = reader.seconds("move-seconds", 4);
     options.generatedCount = reader.number("generate", 0, 0, 10'000'000);
 }
 

@@ -22,6 +22,7 @@ struct Options {
     QString usbFolder; // empty: no USB drive
     bool makesSamples = true;
     int generatedCount = 0;
+    std::chrono::milliseconds moveDuration{4000};
 
     Pairing::Settings pairing;
     bool browsingNeedsPairing = false;

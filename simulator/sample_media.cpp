@@ -46,27 +46,36 @@ static Samples mediaSamples() {
                   {"Colours.srt", englishSubtitles},
                   {"Lost Subtitle.srt", englishSubtitles},
                   {"Read Me.txt", "Made by the simulated TV.\n"}},
-        .clips = {{"Test Card.mp4", "-f lavfi -i testsrc2=s=480x270:r=15:d=4 "
-                                    "-f lavfi -i sine=f=440:d=4 "
-                                    "-c:v libx264 -preset ultrafast -pix_fmt yuv420p "
-                                    "-c:a aac -movflags +faststart"},
-                  {"Two.Languages.2024.mkv",
-                   "-f lavfi -i testsrc2=s=480x270:r=15:d=3 -f lavfi -i sine=f=330:d=3 "
-                   "-f lavfi -i sine=f=660:d=3 -i Test%20Card.en.srt -i Test%20Card.de.srt "
-                   "-map 0 -map 1 -map 2 -map 3 -map 4 "
-                   "-c:v libx264 -preset ultrafast -pix_fmt yuv420p -c:a aac -c:s srt "
-                   "-metadata:s:a:0 language=eng -metadata:s:a:1 language=deu "
-                   "-metadata:s:s:0 language=eng -metadata:s:s:1 language=deu"},
-                  {"Colours.webm",
-                   "-f lavfi -i gradients=s=320x180:r=10:d=3 "
-                   "-f lavfi -i sine=f=550:d=3 "
-                   "-c:v libvpx -pix_fmt yuv420p -deadline realtime -cpu-used 8 -c:a libvorbis"},
-                  // Only copying lets ffmpeg write the turn into the file instead of turning the
-                  // pictures.
-                  {"Upright Phone.mp4", "-i Test%20Card.mp4 -map 0:v -c copy -t 2 "
-                                        "-metadata:s:v:0 rotate=90"},
-                  {"Old_Camera.avi", "-f lavfi -i testsrc=s=320x240:r=10:d=2 "
-                                     "-f lavfi -i sine=f=220:d=2 -c:v mpeg4 -c:a mp2"}},
+        .clips =
+            {{"Test Card.mp4", "-f lavfi -i testsrc2=s=480x270:r=15:d=4 "
+                               "-f lavfi -i sine=f=440:d=4 "
+                               "-c:v libx264 -preset ultrafast -pix_fmt yuv420p "
+                               "-c:a aac -movflags +faststart"},
+             {"Two.Languages.2024.mkv",
+              "-f lavfi -i testsrc2=s=480x270:r=15:d=3 -f lavfi -i sine=f=330:d=3 "
+              "-f lavfi -i sine=f=660:d=3 -i Test%20Card.en.srt -i Test%20Card.de.srt "
+              "-map 0 -map 1 -map 2 -map 3 -map 4 "
+              "-c:v libx264 -preset ultrafast -pix_fmt yuv420p -c:a aac -c:s srt "
+              "-metadata:s:a:0 language=eng -metadata:s:a:1 language=deu "
+              "-metadata:s:s:0 language=eng -metadata:s:s:1 language=deu"},
+             {"Colours.webm",
+              "-f lavfi -i gradients=s=320x180:r=10:d=3 "
+              "-f lavfi -i sine=f=550:d=3 "
+              "-c:v libvpx -pix_fmt yuv420p -deadline realtime -cpu-used 8 -c:a libvorbis"},
+             // Long enough to seek in; a picture every other second keeps it cheap.
+             {"Harbour Tour.mkv",
+              "-f lavfi -i testsrc2=s=320x180:r=1/2:d=720 "
+              "-f lavfi -i sine=f=300:r=8000:d=720 -i Test%20Card.en.srt -i Test%20Card.de.srt "
+              "-map 0 -map 1 -map 1 -map 2 -map 3 -c:v libx264 -preset ultrafast "
+              "-pix_fmt yuv420p -c:a adpcm_ima_wav -c:s srt "
+              "-metadata:s:a:0 language=eng -metadata:s:a:1 language=deu "
+              "-metadata:s:s:0 language=eng -metadata:s:s:1 language=deu"},
+             // Only copying lets ffmpeg write the turn into the file instead of turning the
+             // pictures.
+             {"Upright Phone.mp4", "-i Test%20Card.mp4 -map 0:v -c copy -t 2 "
+                                   "-metadata:s:v:0 rotate=90"},
+             {"Old_Camera.avi", "-f lavfi -i testsrc=s=320x240:r=10:d=2 "
+                                "-f lavfi -i sine=f=220:d=2 -c:v mpeg4 -c:a mp2"}},
         .garbageName = "Broken Download.mp4",
     };
 }

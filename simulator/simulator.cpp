@@ -18,6 +18,8 @@ Simulator::Simulator(Options options)
           .identity = {m_options.name, m_options.mediaFolder},
           .library = {m_options.mediaFolder, m_options.usbFolder, m_options.generatedCount},
           .pairing = {m_options.pairing, printCode},
+          .player = Player(),
+          .mover = {m_television.library, m_options.moveDuration},
           .browsingNeedsPairing = m_options.browsingNeedsPairing},
       m_server(m_television, m_faults, m_log, !m_options.quiet),
       m_control(m_television, m_faults, m_log, m_announcement) {}

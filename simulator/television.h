@@ -3,6 +3,8 @@
 #include "simulator/identity.h"
 #include "simulator/media_library.h"
 #include "simulator/pairing.h"
+#include "simulator/player.h"
+#include "simulator/storage_mover.h"
 
 namespace quiv::simulator {
 
@@ -11,6 +13,8 @@ struct Television {
     Identity identity;
     MediaLibrary library;
     Pairing pairing;
+    Player player;
+    StorageMover mover;
     const bool browsingNeedsPairing;
 };
 

@@ -5,7 +5,9 @@
 #include "simulator/endpoints/info_endpoint.h"
 #include "simulator/endpoints/library_endpoints.h"
 #include "simulator/endpoints/pairing_endpoints.h"
+#include "simulator/endpoints/playback_endpoints.h"
 #include "simulator/endpoints/reply.h"
+#include "simulator/endpoints/storage_endpoints.h"
 
 namespace quiv::simulator {
 
@@ -28,6 +30,8 @@ TvServer::TvServer(Television& television, FaultList& faults, RequestLog& log, b
     addInfoEndpoint(server, television);
     addLibraryEndpoints(server, television);
     addPairingEndpoints(server, television);
+    addPlaybackEndpoints(server, television);
+    addStorageEndpoints(server, television);
     addNotFound(server);
 }
 

@@ -23,6 +23,24 @@ void addPost(httplib::Server& server, const std::string& pattern,
     server.Post(pattern, ignoringBody(std::move(handler)));
 }
 
+void addPairedPost(httplib::Server& server, const std::string& pattern, Pairing& pairing,
+                   httplib::Server::Handler handler) {
+    addPost(server, pattern,
+            [&pairing, handler = std::move(handler)](const httplib::Request& request,
+                                                     httplib::Response& response) {
+                if (pairing.isPaired(credentialsOf(request)))
+                    handler(request, response);
+                else
+                    replyPairingRequired(response);
+            });
+}
+
+std::optional<QString> parameterOf(const httplib::Request& request, const char* name) {
+    if (!request.has_param(name))
+        return std::nullopt;
+    return QString::fromStdString(request.get_param_value(name));
+}
+
 void addNotFound(httplib::Server& server) {
     const auto notFound = ignoringBody(
         [](const httplib::Request&, httplib::Response& response) { response.status = 404; });

@@ -8,6 +8,8 @@
 #include <QJsonObject>
 #include <QString>
 
+#include <optional>
+
 namespace quiv::simulator {
 
 inline constexpr const char* clientIdHeader = "X-Quiv-Client-Id";
@@ -18,6 +20,11 @@ inline constexpr const char* tokenLifetimeHeader = "X-Quiv-Auth-Expires-In";
 // library insists on unless the handler reads the body itself; a body that comes nevertheless is
 // ignored.
 void addPost(httplib::Server& server, const std::string& pattern, httplib::Server::Handler handler);
+// The same for what only a paired client may do; others get 401.
+void addPairedPost(httplib::Server& server, const std::string& pattern, Pairing& pairing,
+                   httplib::Server::Handler handler);
+// A query parameter; none when it is absent.
+std::optional<QString> parameterOf(const httplib::Request& request, const char* name);
 // Everything that no other endpoint takes; to be added last.
 void addNotFound(httplib::Server& server);
 

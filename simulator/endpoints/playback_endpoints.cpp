@@ -1,0 +1,77 @@
+#include "simulator/endpoints/playback_endpoints.h"
+
+#include "simulator/endpoints/reply.h"
+
+namespace quiv::simulator {
+
+using Outcome = Player::Outcome;
+
+static Outcome badParameter(const char* name) {
+    return Player::Refusal{
+        400, QStringLiteral("The parameter %1 is missing or wrong.").arg(QLatin1String(name))};
+}
+
+static Outcome play(Television& television, const httplib::Request& request) {
+    const auto name = parameterOf(request, "name");
+    if (!name)
+        return badParameter("name");
+    const auto entry = television.library.find(*name);
+    if (!entry)
+        return Player::Refusal{404, QStringLiteral("File not found")};
+    television.player.play(*name, television.library.detailsOf(*entry));
+    return std::nullopt;
+}
+
+template <class Act>
+static Outcome withMilliseconds(const httplib::Request& request, const char* name, Act act) {
+    bool isNumber = false;
+    const qint64 value = parameterOf(request, name).value_or(QString()).toLongLong(&isNumber);
+    return isNumber ? act(value) : badParameter(name);
+}
+
+static Outcome setSpeed(Player& player, const httplib::Request& request) {
+    bool isNumber = false;
+    const double speed = parameterOf(request, "speed").value_or(QString()).toDouble(&isNumber);
+    return isNumber ? player.setSpeed(speed) : badParameter("speed");
+}
+
+static Outcome perform(Television& television, const httplib::Request& request) {
+    Player& player = television.player;
+    const QString command = parameterOf(request, "command").value_or(QString());
+    const QString track = parameterOf(request, "trackId").value_or(QString());
+    if (command == QLatin1String("play"))
+        return play(television, request);
+    if (command == QLatin1String("pause"))
+        return player.pause();
+    if (command == QLatin1String("resume"))
+        return player.resume();
+    if (command == QLatin1String("seek_by"))
+        return withMilliseconds(request, "offsetMs", [&](qint64 ms) { return player.seekBy(ms); });
+    if (command == QLatin1String("seek_to"))
+        return withMilliseconds(request, "positionMs",
+                                [&](qint64 ms) { return player.seekTo(ms); });
+    if (command == QLatin1String("set_speed"))
+        return setSpeed(player, request);
+    if (command == QLatin1String("set_subtitle"))
+        return player.setSubtitle(track);
+    if (command == QLatin1String("set_audio"))
+        return player.setAudio(track);
+    if (command != QLatin1String("stop"))
+        return badParameter("command");
+    player.stop();
+    return std::nullopt;
+}
+
+void addPlaybackEndpoints(httplib::Server& server, Television& television) {
+    server.Get("/api/playback", [&](const httplib::Request&, httplib::Response& response) {
+        replyJson(response, television.player.state());
+    });
+    addPairedPost(server, "/api/playback", television.pairing,
+                  [&](const httplib::Request& request, httplib::Response& response) {
+                      if (const Outcome refusal = perform(television, request))
+                          return replyError(response, refusal->status, refusal->reason);
+                      replyJson(response, {{QStringLiteral("ok"), true}});
+                  });
+}
+
+} // namespace quiv::simulator

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "simulator/television.h"
+
+#include <httplib.h>
+
+namespace quiv::simulator {
+
+// What the TV plays, and the commands to its player.
+void addPlaybackEndpoints(httplib::Server& server, Television& television);
+
+} // namespace quiv::simulator

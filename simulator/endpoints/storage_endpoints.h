@@ -1,0 +1,12 @@
+#pragma once
+
+#include "simulator/television.h"
+
+#include <httplib.h>
+
+namespace quiv::simulator {
+
+// Moving files between the TV's storages, deleting them.
+void addStorageEndpoints(httplib::Server& server, Television& television);
+
+} // namespace quiv::simulator
