@@ -20,6 +20,19 @@ QString codeValidUntilText(const PairingState& pairing) {
     return time ? QStringLiteral("This code is valid until ") + *time : QString();
 }
 
+HeaderMove headerMove(const MoveState& move) {
+    if (!move.isMovingFile)
+        return {};
+    const QString name = displayText(move.currentMoveFileName);
+    HeaderMove shown;
+    shown.isShown = true;
+    shown.label = name.isEmpty() ? QStringLiteral("Moving file") : QStringLiteral("Moving ") + name;
+    shown.fraction = move.moveProgress;
+    shown.percentText = formatPercent(move.moveProgress);
+    shown.speedText = formatTransferSpeed(move.moveSpeedBytesPerSecond);
+    return shown;
+}
+
 HeaderPresenter::HeaderPresenter(WindowActions& actions, QObject* parent)
     : QObject(parent), m_actions(actions) {
     m_state.badges = headerBadges({});
@@ -48,6 +61,10 @@ void HeaderPresenter::setStatusMessage(const QString& message) {
     HeaderState state = m_state;
     state.statusMessage = displayText(message);
     show(std::move(state));
+}
+
+void HeaderPresenter::setMove(const MoveState& move) {
+    publish(this, m_move, headerMove(move), &HeaderPresenter::moveChanged);
 }
 
 void HeaderPresenter::cancelPairing() {

@@ -2,6 +2,7 @@
 
 #include "library/library_content.h"
 #include "net/pairing.h"
+#include "transfer/storage_move.h"
 #include "ui/storage_badges.h"
 
 #include <QList>
@@ -34,6 +35,28 @@ public:
     bool operator==(const HeaderState&) const = default;
 };
 
+// The move that the TV is carrying out.
+struct HeaderMove {
+    Q_GADGET
+    QML_VALUE_TYPE(headerMove)
+    Q_PROPERTY(bool isShown MEMBER isShown)
+    Q_PROPERTY(QString label MEMBER label)
+    Q_PROPERTY(double fraction MEMBER fraction)
+    Q_PROPERTY(QString percentText MEMBER percentText)
+    Q_PROPERTY(QString speedText MEMBER speedText)
+
+public:
+    bool isShown = false;
+    QString label;
+    double fraction = 0;
+    QString percentText;
+    QString speedText;
+
+    bool operator==(const HeaderMove&) const = default;
+};
+
+HeaderMove headerMove(const MoveState& move);
+
 // Storage, the hint to set up a drive, and where uploads go.
 QList<StorageStatusBadge> headerBadges(const LibraryContent& content);
 
@@ -46,27 +69,32 @@ class HeaderPresenter : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("belongs to the window's presenter")
     Q_PROPERTY(quiv::HeaderState state READ state NOTIFY stateChanged)
+    Q_PROPERTY(quiv::HeaderMove move READ move NOTIFY moveChanged)
 
 public:
     explicit HeaderPresenter(WindowActions& actions, QObject* parent = nullptr);
 
     const HeaderState& state() const { return m_state; }
+    const HeaderMove& move() const { return m_move; }
 
     void setContent(const LibraryContent& content);
     void setLoadInProgress(bool isLoading);
     void setPairing(const PairingState& pairing);
     void setStatusMessage(const QString& message);
+    void setMove(const MoveState& move);
 
     Q_INVOKABLE void cancelPairing();
 
 Q_SIGNALS:
     void stateChanged();
+    void moveChanged();
 
 private:
     void show(HeaderState state);
 
     WindowActions& m_actions;
     HeaderState m_state;
+    HeaderMove m_move;
 };
 
 } // namespace quiv

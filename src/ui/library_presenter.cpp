@@ -2,25 +2,26 @@
 
 #include "platform/publish.h"
 #include "ui/display_format.h"
-#include "ui/storage_badges.h"
+#include "ui/window_actions.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace quiv {
 
 namespace {
 
-QList<ListRole<LibraryRow>> rowRoles() {
+const QByteArray ContentRole = "content";
+
+QList<ListRole<LibraryRow>> rowRoles(const RowContext& context) {
     return {
-        {"title",
+        {"key",
          [](const LibraryRow& row) {
-             return QVariant(displayText(row.group.title));
+             return QVariant(libraryRowKey(row));
          }},
-        {"subtitleText",
-         [](const LibraryRow& row) {
-             return QVariant(subtitleCountText(row.group, std::nullopt));
-         }},
-        {"storageBadge",
-         [](const LibraryRow& row) {
-             return QVariant::fromValue(storageLocationBadge(row.storageLocation));
+        {ContentRole,
+         [&context](const LibraryRow& row) {
+             return QVariant::fromValue(fileGroupRowState(row, context));
          }},
     };
 }
@@ -46,7 +47,8 @@ LibraryPresenter::Phase libraryPhase(const LibraryCounts& counts) {
     return counts.hasQuery ? Phase::NoResults : Phase::Empty;
 }
 
-LibraryPresenter::LibraryPresenter(QObject* parent) : QObject(parent), m_rows(rowRoles()) {}
+LibraryPresenter::LibraryPresenter(WindowActions& actions, QObject* parent)
+    : QObject(parent), m_actions(actions), m_rows(rowRoles(m_context)) {}
 
 QString LibraryPresenter::loadingText() const {
     const QString name = m_selected ? displayText(m_selected->name) : QString();
@@ -70,7 +72,50 @@ void LibraryPresenter::setSelectedDevice(const std::optional<TVEndpoint>& device
 
 void LibraryPresenter::setContent(const LibraryContent& content) {
     m_groups = content.groupedFiles;
+    RowContext context = m_context;
+    context.isUsbConnected = content.usbStorage && content.usbStorage->isConnected;
+    setContext(std::move(context));
     update();
+}
+
+void LibraryPresenter::setPlayback(const std::optional<PlaybackResponse>& playback) {
+    RowContext context = m_context;
+    context.playback = rowPlayback(playback);
+    setContext(std::move(context));
+}
+
+void LibraryPresenter::setMove(const MoveState& move) {
+    RowContext context = m_context;
+    context.move = move;
+    setContext(std::move(context));
+}
+
+void LibraryPresenter::setContext(RowContext context) {
+    if (context == m_context)
+        return;
+    m_context = std::move(context);
+    m_rows.refresh(ContentRole);
+}
+
+void LibraryPresenter::playOrPause(const QString& key) {
+    if (const LibraryRow* row = rowOf(key); row && row->group.video)
+        m_actions.togglePlayback(row->group.video->name);
+}
+
+void LibraryPresenter::moveStorage(const QString& key) {
+    if (const LibraryRow* row = rowOf(key); row && row->group.video)
+        m_actions.startMove(row->group.video->name, otherStorage(row->storageLocation));
+}
+
+void LibraryPresenter::requestDelete(const QString& key) {
+    if (const LibraryRow* row = rowOf(key))
+        Q_EMIT deleteRequested(row->group);
+}
+
+const LibraryRow* LibraryPresenter::rowOf(const QString& key) const {
+    const QList<LibraryRow>& rows = m_rows.rows();
+    const auto found = std::ranges::find(rows, key, libraryRowKey);
+    return found == rows.end() ? nullptr : &*found;
 }
 
 void LibraryPresenter::setLoadInProgress(bool isLoading) {

@@ -2,6 +2,7 @@
 
 #include "library/library_content.h"
 #include "net/tv_endpoint.h"
+#include "ui/file_group_row_state.h"
 #include "ui/record_list_model.h"
 
 #include <QAbstractItemModel>
@@ -12,6 +13,8 @@
 #include <optional>
 
 namespace quiv {
+
+class WindowActions;
 
 // The key of a library row.
 const QString& libraryRowKey(const LibraryRow& row);
@@ -33,7 +36,7 @@ public:
     enum class Phase { NoTv, Loading, NoResults, Empty, List };
     Q_ENUM(Phase)
 
-    explicit LibraryPresenter(QObject* parent = nullptr);
+    explicit LibraryPresenter(WindowActions& actions, QObject* parent = nullptr);
 
     QAbstractItemModel* rows() { return &m_rows; }
     Phase phase() const { return m_phase; }
@@ -44,17 +47,29 @@ public:
     void setSelectedDevice(const std::optional<TVEndpoint>& device);
     void setContent(const LibraryContent& content);
     void setLoadInProgress(bool isLoading);
+    void setPlayback(const std::optional<PlaybackResponse>& playback);
+    void setMove(const MoveState& move);
 
     Q_INVOKABLE void search(const QString& text);
+    // Of the row with this key; nothing without a video.
+    Q_INVOKABLE void playOrPause(const QString& key);
+    Q_INVOKABLE void moveStorage(const QString& key);
+    // Asks the user first.
+    Q_INVOKABLE void requestDelete(const QString& key);
 
 Q_SIGNALS:
     void phaseChanged();
     void searchTextChanged();
     void selectedDeviceChanged();
+    void deleteRequested(const quiv::FileGroup& group);
 
 private:
     void update();
+    void setContext(RowContext context);
+    const LibraryRow* rowOf(const QString& key) const;
 
+    WindowActions& m_actions;
+    RowContext m_context;
     std::optional<TVEndpoint> m_selected;
     QList<LibraryRow> m_groups; // all of them
     bool m_isLoading = false;

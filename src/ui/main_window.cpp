@@ -22,6 +22,16 @@ public:
         m_model.pairing()->verifyPairingCode(code);
     }
     void cancelPairing() override { m_model.pairing()->cancelPairing(); }
+    void togglePlayback(const QString& videoName) override {
+        m_model.playback()->togglePlayback(videoName);
+    }
+    void sendPlayback(const PlaybackCommand& command) override {
+        m_model.playback()->send(command);
+    }
+    void startMove(const QString& videoName, const QString& target) override {
+        m_model.storageMove()->startMove(videoName, target);
+    }
+    void deleteGroup(const FileGroup& group) override { m_model.deletion()->deleteGroup(group); }
 
 private:
     OmbraMacModel& m_model;
@@ -45,6 +55,10 @@ void followModel(OmbraMacModel& model, WindowPresenter& presenter) {
            [&] { presenter.setContent(model.library()->content()); });
     follow(model.library(), &Library::loadInProgressChanged, presenter,
            [&] { presenter.setLoadInProgress(model.library()->isLibraryLoadInProgress()); });
+    follow(model.playback(), &RemotePlayback::playbackRead, presenter,
+           [&] { presenter.setPlayback(model.playback()->playback()); });
+    follow(model.storageMove(), &StorageMove::stateChanged, presenter,
+           [&] { presenter.setMove(model.storageMove()->state()); });
     follow(model.status(), &StatusLine::statusMessageChanged, presenter,
            [&] { presenter.setStatusMessage(model.status()->statusMessage()); });
 }

@@ -19,7 +19,7 @@ namespace quiv {
 // for both versions of a row that changed.
 template <class Record> struct ListRole {
     QByteArray name;
-    QVariant (*value)(const Record&);
+    std::function<QVariant(const Record&)> value;
 };
 
 // A list for views that keeps scroll position, current row and focus while its rows change.
@@ -41,6 +41,9 @@ public:
     // Makes the rows equal to these by the smallest steps: removals, moves, insertions, then
     // dataChanged for the roles that differ. Linear while a few rows change.
     void assign(QList<Record> records);
+
+    // Tells views that this role answers anew for every row. Costs as many answers as rows in view.
+    void refresh(const QByteArray& role);
 
     // Replaces everything, for content that has nothing to do with the present one.
     void reset(QList<Record> records);
@@ -87,6 +90,12 @@ QHash<int, QByteArray> RecordListModel<Record, keyOf>::roleNames() const {
     for (int number = 0; number < m_roles.size(); ++number)
         names.insert(Qt::UserRole + number, m_roles[number].name);
     return names;
+}
+
+template <class Record, auto keyOf>
+void RecordListModel<Record, keyOf>::refresh(const QByteArray& role) {
+    if (!m_shown.empty())
+        Q_EMIT dataChanged(index(0), index(rowCount() - 1), {roleNames().key(role)});
 }
 
 template <class Record, auto keyOf>

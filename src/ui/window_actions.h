@@ -1,5 +1,8 @@
 #pragma once
 
+#include "library/library_content.h"
+#include "playback/playback_command.h"
+
 #include <QString>
 
 namespace quiv {
@@ -13,6 +16,11 @@ public:
     virtual void selectDevice(const QString& endpointKey) = 0;
     virtual void verifyPairingCode(const QString& code) = 0;
     virtual void cancelPairing() = 0;
+    virtual void togglePlayback(const QString& videoName) = 0;
+    virtual void sendPlayback(const PlaybackCommand& command) = 0;
+    // To "USB" or "INTERNAL".
+    virtual void startMove(const QString& videoName, const QString& target) = 0;
+    virtual void deleteGroup(const FileGroup& group) = 0;
 };
 
 } // namespace quiv

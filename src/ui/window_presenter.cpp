@@ -3,7 +3,16 @@
 namespace quiv {
 
 WindowPresenter::WindowPresenter(WindowActions& actions, QObject* parent)
-    : QObject(parent), m_sidebar(actions), m_header(actions), m_pairingSheet(actions) {}
+    : QObject(parent),
+      m_sidebar(actions),
+      m_header(actions),
+      m_library(actions),
+      m_dock(actions),
+      m_deletePrompt(actions),
+      m_pairingSheet(actions) {
+    connect(&m_library, &LibraryPresenter::deleteRequested, &m_deletePrompt,
+            &DeletePromptPresenter::ask);
+}
 
 void WindowPresenter::setDiscoveredDevices(const QList<TVEndpoint>& devices) {
     m_sidebar.setDiscoveredDevices(devices);
@@ -12,6 +21,7 @@ void WindowPresenter::setDiscoveredDevices(const QList<TVEndpoint>& devices) {
 void WindowPresenter::setSelectedDevice(const std::optional<TVEndpoint>& device) {
     m_sidebar.setSelectedDevice(device);
     m_library.setSelectedDevice(device);
+    m_deletePrompt.setSelectedDevice(device);
     m_pairingSheet.setSelectedDevice(device);
 }
 
@@ -24,6 +34,7 @@ void WindowPresenter::setContent(const LibraryContent& content) {
     m_sidebar.setStorageBadges(storageStatusBadges(content.storage, content.usbStorage));
     m_header.setContent(content);
     m_library.setContent(content);
+    m_dock.setContent(content);
 }
 
 void WindowPresenter::setLoadInProgress(bool isLoading) {
@@ -33,6 +44,16 @@ void WindowPresenter::setLoadInProgress(bool isLoading) {
 
 void WindowPresenter::setStatusMessage(const QString& message) {
     m_header.setStatusMessage(message);
+}
+
+void WindowPresenter::setPlayback(const std::optional<PlaybackResponse>& playback) {
+    m_library.setPlayback(playback);
+    m_dock.setPlayback(playback);
+}
+
+void WindowPresenter::setMove(const MoveState& move) {
+    m_header.setMove(move);
+    m_library.setMove(move);
 }
 
 } // namespace quiv

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/delete_prompt_presenter.h"
+#include "ui/dock_presenter.h"
 #include "ui/header_presenter.h"
 #include "ui/library_presenter.h"
 #include "ui/pairing_sheet_presenter.h"
@@ -16,6 +18,8 @@ class WindowPresenter : public QObject {
     Q_PROPERTY(quiv::SidebarPresenter* sidebar READ sidebar CONSTANT)
     Q_PROPERTY(quiv::HeaderPresenter* header READ header CONSTANT)
     Q_PROPERTY(quiv::LibraryPresenter* library READ library CONSTANT)
+    Q_PROPERTY(quiv::DockPresenter* dock READ dock CONSTANT)
+    Q_PROPERTY(quiv::DeletePromptPresenter* deletePrompt READ deletePrompt CONSTANT)
     Q_PROPERTY(quiv::PairingSheetPresenter* pairingSheet READ pairingSheet CONSTANT)
 
 public:
@@ -24,6 +28,8 @@ public:
     SidebarPresenter* sidebar() { return &m_sidebar; }
     HeaderPresenter* header() { return &m_header; }
     LibraryPresenter* library() { return &m_library; }
+    DockPresenter* dock() { return &m_dock; }
+    DeletePromptPresenter* deletePrompt() { return &m_deletePrompt; }
     PairingSheetPresenter* pairingSheet() { return &m_pairingSheet; }
 
     void setDiscoveredDevices(const QList<TVEndpoint>& devices);
@@ -32,11 +38,16 @@ public:
     void setContent(const LibraryContent& content);
     void setLoadInProgress(bool isLoading);
     void setStatusMessage(const QString& message);
+    // To be called for every reading, also one that says the same as the last.
+    void setPlayback(const std::optional<PlaybackResponse>& playback);
+    void setMove(const MoveState& move);
 
 private:
     SidebarPresenter m_sidebar;
     HeaderPresenter m_header;
     LibraryPresenter m_library;
+    DockPresenter m_dock;
+    DeletePromptPresenter m_deletePrompt;
     PairingSheetPresenter m_pairingSheet;
 };
 

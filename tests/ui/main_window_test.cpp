@@ -59,6 +59,12 @@ void MainWindowTest::theModelIsShownAndAsked() {
     QTRY_VERIFY(desk.has(QAccessible::ListItem, "a.mkv"));
 
     QTRY_VERIFY(desk.http.waiting() > 0);
+    QVERIFY(desk.http.answer(PlaybackPath, R"({"currentVideoName":"a.mkv","isPlaying":true,
+                                               "positionMs":0,"durationMs":1})"));
+    QTRY_VERIFY(desk.has(QAccessible::StaticText, "Playing on TV"));
+    QVERIFY(desk.http.answer(MoveStatusPath, R"({"state":"MOVING","fileName":"a.mkv","movedBytes":1,
+                                                 "totalBytes":2,"message":"","updatedAtMs":1})"));
+    QTRY_VERIFY(desk.has(QAccessible::StaticText, "Moving a.mkv"));
     QVERIFY(desk.http.answer(StatusPath, R"({"authorized":false})"));
     QTRY_VERIFY(desk.has(QAccessible::EditableText, "3-digit code"));
     for (const char digit : {'1', '2', '3'})

@@ -6,6 +6,9 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <functional>
+#include <limits>
+
 using namespace quiv;
 
 namespace {
@@ -42,6 +45,20 @@ LibraryContent library(const QStringList& names) {
     return content;
 }
 
+PlaybackTrack track(const char* id, const char* label, bool isSelected) {
+    return {QString::fromLatin1(id), QString::fromLatin1(label), std::nullopt, isSelected};
+}
+
+PlaybackResponse playing(const char* name, std::int64_t positionMs = 0,
+                         std::int64_t durationMs = 7'200'000) {
+    PlaybackResponse playback;
+    playback.currentVideoName = QString::fromLatin1(name);
+    playback.isPlaying = true;
+    playback.positionMs = positionMs;
+    playback.durationMs = durationMs;
+    return playback;
+}
+
 const TVEndpoint bedroom = sampleTv(QStringLiteral("Bedroom"), QStringLiteral("10.0.0.2"));
 const TVEndpoint kitchen = sampleTv(QStringLiteral("Kitchen"), QStringLiteral("10.0.0.3"));
 
@@ -67,6 +84,17 @@ private Q_SLOTS:
     void sheetComesAndGoesWithTheRequirement();
     void sheetPutAwayComesBackOnRequest();
     void sheetOfAnotherTvStartsAnew();
+    void rowsShowPlayerAndMove();
+    void aMoveIsOfferedWhereItCanGo();
+    void onlyTheRowsInViewAnswerForThePlayer();
+    void aDragSeeksOnce();
+    void aDragThatEndsOtherwiseSeeksNowhere_data();
+    void aDragThatEndsOtherwiseSeeksNowhere();
+    void menusMarkWhatTheTvConfirmed();
+    void choicesAreSentByTheirTags();
+    void theDockIsNamedByTheLibrary();
+    void strangePositionsAreShownWithinBounds();
+    void deletingIsAskedFirst();
     void verifyAsksTheModelAndKeepsTheSheet();
     void cancellingClosesTheSheet();
 
@@ -155,7 +183,7 @@ void PresentersTest::phaseFollowsTheOrderOfTheDecisions() {
 }
 
 void PresentersTest::searchNarrowsTheRowsAndIsForgottenWithItsTv() {
-    LibraryPresenter presenter;
+    LibraryPresenter presenter(m_actions);
     presenter.setSelectedDevice(bedroom);
     presenter.setContent(library({QStringLiteral("One"), QStringLiteral("Two")}));
     presenter.search(QStringLiteral(" tWO "));
@@ -173,7 +201,7 @@ void PresentersTest::searchNarrowsTheRowsAndIsForgottenWithItsTv() {
 }
 
 void PresentersTest::aSearchOfBlanksIsNoSearch() {
-    LibraryPresenter presenter;
+    LibraryPresenter presenter(m_actions);
     presenter.setSelectedDevice(bedroom);
     presenter.search(QStringLiteral("   "));
     QCOMPARE(presenter.phase(), Phase::Empty);
@@ -182,7 +210,7 @@ void PresentersTest::aSearchOfBlanksIsNoSearch() {
 }
 
 void PresentersTest::aNewerRecordOfTheTvKeepsItsRows() {
-    LibraryPresenter presenter;
+    LibraryPresenter presenter(m_actions);
     presenter.setSelectedDevice(bedroom);
     presenter.setContent(library({QStringLiteral("One")}));
     presenter.search(QStringLiteral("o"));
@@ -261,6 +289,207 @@ void PresentersTest::sheetOfAnotherTvStartsAnew() {
     sheet.setSelectedDevice(kitchen);
     QVERIFY(sheet.state().isShown);
     QCOMPARE(sheet.state().code, QString());
+}
+
+void PresentersTest::rowsShowPlayerAndMove() {
+    const LibraryRow row = sampleRow(QStringLiteral("a.mkv"), QStringLiteral("A"));
+    RowContext context;
+    context.playback = playing("a.mkv");
+    context.move = {true, 0.426, 1, QStringLiteral("A.MKV")};
+    FileGroupRowState state = fileGroupRowState(row, context);
+    QCOMPARE(state.playbackText, QStringLiteral("Playing"));
+    QCOMPARE(state.playSymbol, QStringLiteral("pause.fill"));
+    QVERIFY(state.isMoving);
+    QCOMPARE(state.movePercentText, QStringLiteral("42%"));
+
+    context.playback->isPlaying = false;
+    QCOMPARE(fileGroupRowState(row, context).playbackText, QStringLiteral("Paused"));
+    context.playback->currentVideoName = QStringLiteral("A.mkv"); // another file
+    state = fileGroupRowState(row, context);
+    QCOMPARE(state.playbackText, QString());
+    QCOMPARE(state.playSymbol, QStringLiteral("play.fill"));
+
+    LibraryRow subtitle = row;
+    subtitle.group.video.reset();
+    context.playback->currentVideoName.reset();
+    state = fileGroupRowState(subtitle, context);
+    QVERIFY(!state.hasVideo && !state.canMove && !state.isMoving);
+    QCOMPARE(state.playbackText, QString());
+}
+
+void PresentersTest::aMoveIsOfferedWhereItCanGo() {
+    LibraryRow row = sampleRow(QStringLiteral("a.mkv"), QStringLiteral("A"));
+    RowContext context;
+    QCOMPARE(fileGroupRowState(row, context).moveTitle, QStringLiteral("Move to USB"));
+    QVERIFY(!fileGroupRowState(row, context).canMove); // no drive
+    context.isUsbConnected = true;
+    QVERIFY(fileGroupRowState(row, context).canMove);
+    context.move.isMovingFile = true;
+    QVERIFY(!fileGroupRowState(row, context).canMove); // one at a time
+    row.storageLocation = QStringLiteral("usb");
+    context = {};
+    QCOMPARE(fileGroupRowState(row, context).moveTitle, QStringLiteral("Move to Internal"));
+    QVERIFY(fileGroupRowState(row, context).canMove);
+
+    WindowPresenter presenter(m_actions);
+    LibraryContent content = library({QStringLiteral("a.mkv"), QStringLiteral("b.mkv")});
+    content.groupedFiles[1].storageLocation = QStringLiteral("usb");
+    content.groupedFiles[0].group.video.reset();
+    presenter.setContent(content);
+    m_actions.calls.clear();
+    presenter.library()->moveStorage(QStringLiteral("a.mkv"));
+    presenter.library()->moveStorage(QStringLiteral("b.mkv"));
+    presenter.library()->playOrPause(QStringLiteral("b.mkv"));
+    QCOMPARE(m_actions.calls, QStringList({QStringLiteral("move b.mkv to INTERNAL"),
+                                           QStringLiteral("toggle b.mkv")}));
+}
+
+void PresentersTest::onlyTheRowsInViewAnswerForThePlayer() {
+    WindowPresenter presenter(m_actions);
+    presenter.setSelectedDevice(bedroom);
+    presenter.setContent(library({QStringLiteral("a.mkv"), QStringLiteral("b.mkv")}));
+    const QSignalSpy changes(presenter.library()->rows(), &QAbstractItemModel::dataChanged);
+    presenter.setPlayback(playing("a.mkv", 1000));
+    QCOMPARE(changes.size(), 1);
+    presenter.setPlayback(playing("a.mkv", 3000)); // goes on
+    QCOMPARE(changes.size(), 1);
+}
+
+void PresentersTest::aDragSeeksOnce() {
+    DockPresenter dock(m_actions);
+    dock.setPlayback(playing("a.mkv"));
+    m_actions.calls.clear();
+    dock.drag(0.1);
+    dock.drag(0.5);
+    dock.setPlayback(playing("a.mkv", 5000)); // does not move the held knob
+    QCOMPARE(dock.timeline().positionText, QStringLiteral("1:00:00"));
+    dock.drop();
+    dock.drop();
+    QCOMPARE(m_actions.calls, QStringList(QStringLiteral("seek_to 3600000")));
+    QCOMPARE(dock.timeline().positionText, QStringLiteral("1:00:00"));
+    dock.setPlayback(playing("a.mkv", 5000)); // the TV did not go there
+    QCOMPARE(dock.timeline().positionText, QStringLiteral("00:05"));
+}
+
+void PresentersTest::aDragThatEndsOtherwiseSeeksNowhere_data() {
+    QTest::addColumn<std::function<void(DockPresenter&)>>("end");
+    using End = std::function<void(DockPresenter&)>;
+    QTest::newRow("cancelled") << End([](DockPresenter& dock) { dock.cancelDrag(); });
+    QTest::newRow("stopped") << End([](DockPresenter& dock) { dock.setPlayback(std::nullopt); });
+    QTest::newRow("another video")
+        << End([](DockPresenter& dock) { dock.setPlayback(playing("b.mkv")); });
+    QTest::newRow("no duration") << End(
+        [](DockPresenter& dock) { dock.setPlayback(playing("a.mkv", 0, 0)); });
+}
+
+void PresentersTest::aDragThatEndsOtherwiseSeeksNowhere() {
+    QFETCH(std::function<void(DockPresenter&)>, end);
+    DockPresenter dock(m_actions);
+    dock.setPlayback(playing("a.mkv"));
+    m_actions.calls.clear();
+    dock.drag(0.5);
+    end(dock);
+    dock.drop();
+    QVERIFY(m_actions.calls.isEmpty());
+    dock.setPlayback(playing("a.mkv", 9000));
+    QCOMPARE(dock.timeline().positionText, QStringLiteral("00:09")); // not stuck
+}
+
+void PresentersTest::menusMarkWhatTheTvConfirmed() {
+    PlaybackResponse playback = playing("a.mkv");
+    playback.playbackSpeed = 1.3;
+    DockState state = dockState(playback, {});
+    QCOMPARE(state.subtitles, QStringList(QStringLiteral("Off")));
+    QCOMPARE(state.speeds.at(state.speedIndex), QStringLiteral("1.25x"));
+    QVERIFY(state.audioTracks.isEmpty());
+
+    playback.subtitleTracks = {track("1", "", false), track("1", "Twin", true),
+                               track("", "", false)};
+    playback.audioTracks = {track("2", "Stereo", false), track("3", "<b>5.1</b>", false)};
+    state = dockState(playback, {});
+    QCOMPARE(state.subtitles, QStringList({QStringLiteral("Off"), QStringLiteral("1"),
+                                           QStringLiteral("Twin"), QStringLiteral("Track 3")}));
+    QCOMPARE(state.subtitleIndex, 1); // the first of that id
+    QCOMPARE(state.audioIndex, 0);
+    playback.audioTracks[1].selected = true;
+    QCOMPARE(dockState(playback, {}).audioIndex, 1);
+    playback.subtitleTracks = {track("off", "None", true)};
+    QCOMPARE(dockState(playback, {}).subtitleIndex, 0);
+    playback.subtitleTracks = QList<PlaybackTrack>(500, track("7", "Many", false));
+    playback.playbackSpeed = -1e300;
+    state = dockState(playback, {});
+    QCOMPARE(state.subtitles.size(), 501);
+    QCOMPARE(state.speedIndex, 0);
+}
+
+void PresentersTest::choicesAreSentByTheirTags() {
+    DockPresenter dock(m_actions);
+    PlaybackResponse playback = playing("a.mkv");
+    playback.subtitleTracks = {track("OFF", "Odd", false), track("off", "None", false)};
+    playback.audioTracks = {track("9", "Stereo", true)};
+    dock.setPlayback(playback);
+    const DockState before = dock.state();
+    m_actions.calls.clear();
+    for (const int index : {0, 1, 2, 3, -1})
+        dock.chooseSubtitle(index);
+    dock.chooseAudio(0);
+    dock.chooseAudio(1);
+    dock.chooseSpeed(6);
+    dock.chooseSpeed(7);
+    QCOMPARE(m_actions.calls,
+             QStringList({QStringLiteral("set_subtitle"), QStringLiteral("set_subtitle OFF"),
+                          QStringLiteral("set_subtitle"), QStringLiteral("set_audio 9"),
+                          QStringLiteral("set_speed 2.00")}));
+    QCOMPARE(dock.state(), before); // until the TV says so
+}
+
+void PresentersTest::theDockIsNamedByTheLibrary() {
+    const QList<LibraryRow> rows{
+        sampleRow(QStringLiteral("a.mkv"), QStringLiteral("Glacier Road"))};
+    QCOMPARE(nowPlayingTitle(rows, QStringLiteral("a.mkv")), QStringLiteral("Glacier Road"));
+    QCOMPARE(nowPlayingTitle(rows, QStringLiteral(" B.x.mkv")), QStringLiteral("B.x"));
+    QCOMPARE(nowPlayingTitle(rows, QStringLiteral(" .mkv")), QStringLiteral(" .mkv"));
+    DockPresenter dock(m_actions);
+    dock.setPlayback(playing(" \n"));
+    QVERIFY(!dock.state().isShown);
+}
+
+void PresentersTest::strangePositionsAreShownWithinBounds() {
+    DockPresenter dock(m_actions);
+    constexpr auto huge = std::numeric_limits<std::int64_t>::max();
+    dock.setPlayback(playing("a.mkv", huge, huge));
+    QCOMPARE(dock.timeline().fraction, 1.0);
+    dock.setPlayback(playing("a.mkv", -5, 60'000));
+    QCOMPARE(dock.timeline().positionText, QStringLiteral("00:00"));
+    dock.setPlayback(playing("a.mkv", 5000, -60'000));
+    QCOMPARE(dock.timeline().positionText, QStringLiteral("00:05"));
+    QVERIFY(!dock.timeline().canSeek);
+    dock.drag(0.5);
+    QCOMPARE(dock.timeline().positionText, QStringLiteral("00:05"));
+}
+
+void PresentersTest::deletingIsAskedFirst() {
+    WindowPresenter presenter(m_actions);
+    presenter.setSelectedDevice(bedroom);
+    LibraryContent content = library({QStringLiteral("a.mkv")});
+    content.groupedFiles[0].group.subtitles = {RemoteFile(), RemoteFile()};
+    presenter.setContent(content);
+    DeletePromptPresenter& prompt = *presenter.deletePrompt();
+    m_actions.calls.clear();
+    presenter.library()->requestDelete(QStringLiteral("a.mkv"));
+    QCOMPARE(prompt.message(),
+             QStringLiteral("This will delete 3 file(s) from the TV, including subtitles linked to "
+                            "\"a.mkv\"."));
+    prompt.cancel();
+    prompt.confirm();
+    presenter.library()->requestDelete(QStringLiteral("a.mkv"));
+    presenter.setSelectedDevice(kitchen); // the question was about the other TV's file
+    QVERIFY(!prompt.isShown());
+    QVERIFY(m_actions.calls.isEmpty());
+    prompt.ask(content.groupedFiles[0].group);
+    prompt.confirm();
+    QCOMPARE(m_actions.calls, QStringList(QStringLiteral("delete a.mkv")));
+    QVERIFY(!prompt.isShown());
 }
 
 void PresentersTest::verifyAsksTheModelAndKeepsTheSheet() {

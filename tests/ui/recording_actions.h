@@ -17,6 +17,21 @@ public:
         calls.append(QStringLiteral("verify ") + code);
     }
     void cancelPairing() override { calls.append(QStringLiteral("cancel pairing")); }
+    void togglePlayback(const QString& videoName) override {
+        calls.append(QStringLiteral("toggle ") + videoName);
+    }
+    void sendPlayback(const PlaybackCommand& command) override {
+        QStringList words;
+        for (const auto& [name, value] : queryItems(command))
+            words.append(value);
+        calls.append(words.join(u' '));
+    }
+    void startMove(const QString& videoName, const QString& target) override {
+        calls.append(QStringLiteral("move %1 to %2").arg(videoName, target));
+    }
+    void deleteGroup(const FileGroup& group) override {
+        calls.append(QStringLiteral("delete ") + group.title);
+    }
 
     QStringList calls;
 };

@@ -1,5 +1,6 @@
 // Draws the window with sample data into PNG files, for looking at: window_pictures DIRECTORY
 
+#include "accessible_tree.h"
 #include "recording_actions.h"
 #include "sample_state.h"
 
@@ -56,6 +57,22 @@ LibraryContent sampleContent() {
     return content;
 }
 
+PlaybackResponse samplePlayback() {
+    PlaybackResponse playback;
+    playback.currentVideoName = QStringLiteral("a.mkv");
+    playback.isPlaying = true;
+    playback.positionMs = 3'723'000;
+    playback.durationMs = 7'120'000;
+    const auto track = [](const char* id, const char* label, bool isSelected) {
+        return PlaybackTrack{QString::fromLatin1(id), QString::fromLatin1(label), std::nullopt,
+                             isSelected};
+    };
+    playback.subtitleTracks = {track("1", "English", true), track("2", "Deutsch", false),
+                               track("3", "Commentary by everyone who was there", false)};
+    playback.audioTracks = {track("4", "Original (5.1)", true), track("5", "Deutsch", false)};
+    return playback;
+}
+
 class Pictures {
 public:
     explicit Pictures(const QString& directory)
@@ -76,6 +93,11 @@ public:
         m_presenter.setStatusMessage(QStringLiteral("Found 3 TV device(s)"));
     }
 
+    void press(const char* name) {
+        pressAccessible(m_view.window(), QAccessible::Button, QString::fromLatin1(name));
+    }
+    void takeControls(const QString& prefix);
+
     void showPairing() {
         PairingState pairing;
         pairing.requiresControlPairing = true;
@@ -93,11 +115,34 @@ private:
     WindowView m_view;
 };
 
+void Pictures::takeControls(const QString& prefix) {
+    m_presenter.setPlayback(samplePlayback());
+    take(prefix + QStringLiteral("dock"));
+    m_presenter.setMove({true, 0.62, 31'500'000, QStringLiteral("c.mkv")});
+    take(prefix + QStringLiteral("move"));
+    take(prefix + QStringLiteral("move-narrow"), {1040, 980});
+    m_presenter.setMove({});
+    press("Subtitle");
+    take(prefix + QStringLiteral("menu"), {1040, 700});
+    QTest::keyClick(m_view.window(), Qt::Key_Escape);
+    PlaybackResponse unknown = samplePlayback();
+    unknown.isPlaying = false;
+    unknown.durationMs = 0;
+    unknown.audioTracks.clear();
+    m_presenter.setPlayback(unknown);
+    take(prefix + QStringLiteral("dock-unknown"), {1040, 700});
+    m_presenter.setPlayback(std::nullopt);
+    press("Delete");
+    take(prefix + QStringLiteral("delete"));
+    m_presenter.deletePrompt()->cancel();
+}
+
 void Pictures::takeAll(const QString& prefix) {
     m_presenter.setStatusMessage(QStringLiteral("Searching for TVs on local network..."));
     take(prefix + QStringLiteral("no-tv"));
     showTv();
     take(prefix + QStringLiteral("library"));
+    takeControls(prefix);
     for (int step = 0; step < 4; ++step)
         QTest::keyClick(m_view.window(), Qt::Key_Tab);
     QTest::keyClick(m_view.window(), Qt::Key_Down);

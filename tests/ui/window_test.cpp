@@ -26,6 +26,14 @@ LibraryContent contentOf(QList<LibraryRow> rows) {
     return content;
 }
 
+PlaybackResponse playingVideo(const char* name = "a.mkv") {
+    PlaybackResponse playback;
+    playback.currentVideoName = QString::fromLatin1(name);
+    playback.isPlaying = true;
+    playback.durationMs = 7'200'000;
+    return playback;
+}
+
 PairingState pairingRequired() {
     PairingState pairing;
     pairing.requiresControlPairing = true;
@@ -60,6 +68,10 @@ private Q_SLOTS:
     void focusStaysInTheSheet();
     void arrowKeysWalkTheLibrary();
     void aRefreshKeepsPlaceAndCurrentRow();
+    void draggingTheKnobSeeksOnce();
+    void menusTakeTheKeyboard();
+    void aRowsControlsAskForIt();
+    void aRefreshOfThePlayerKeepsTheRows();
     void coloursFollowTheDesktop();
     void anEmulatedOpenGlIsNotUsed();
 
@@ -325,6 +337,86 @@ void WindowTest::aRefreshKeepsPlaceAndCurrentRow() {
     QTRY_COMPARE(list->property("currentIndex").toInt(), 50'001);
     QTRY_VERIFY(find(QAccessible::ListItem, "video 50000"));
     QCOMPARE(find(QAccessible::ListItem, "video 50000")->rect(), onScreen);
+}
+
+void WindowTest::draggingTheKnobSeeksOnce() {
+    m_presenter->setSelectedDevice(bedroom);
+    m_presenter->setPlayback(playingVideo());
+    QTRY_VERIFY(find(QAccessible::Slider, "Position"));
+    QTRY_VERIFY(find(QAccessible::Slider, "Position")->rect().width() > 200); // laid out
+    const QRect slider = find(QAccessible::Slider, "Position")->rect();
+    const auto at = [&](double share) {
+        const QPoint place(slider.left() + static_cast<int>(slider.width() * share),
+                           slider.center().y());
+        return window()->mapFromGlobal(place);
+    };
+    QTest::mousePress(window(), Qt::LeftButton, {}, at(0.1));
+    for (const double share : {0.2, 0.3, 0.5})
+        QTest::mouseMove(window(), at(share));
+    m_presenter->setPlayback(playingVideo()); // a reading in between
+    QTest::mouseRelease(window(), Qt::LeftButton, {}, at(0.5));
+    QCOMPARE(m_actions.calls.size(), 1);
+    const qint64 target = m_actions.calls.first().section(u' ', 1).toLongLong();
+    QVERIFY2(std::abs(target - 3'600'000) < 30'000, qPrintable(m_actions.calls.first()));
+    QVERIFY(std::abs(m_presenter->dock()->timeline().fraction - 0.5) < 0.01);
+    key(Qt::Key_Tab); // the slider can have the keyboard, too
+    QVERIFY(press(QAccessible::Button, "Forward 10 seconds"));
+    QCOMPARE(m_actions.calls.last(), QStringLiteral("seek_by 10000"));
+}
+
+void WindowTest::menusTakeTheKeyboard() {
+    m_presenter->setSelectedDevice(bedroom);
+    PlaybackResponse playback = playingVideo();
+    playback.subtitleTracks =
+        QList<PlaybackTrack>(500, {QStringLiteral("7"), QStringLiteral("<img src=x>"), {}, false});
+    m_presenter->setPlayback(playback);
+    QTRY_VERIFY(find(QAccessible::Button, "Subtitle"));
+    QVERIFY(press(QAccessible::Button, "Subtitle"));
+    QTRY_VERIFY(find(QAccessible::Button, "Off"));
+    key(Qt::Key_Down);
+    key(Qt::Key_Return);
+    QTRY_VERIFY(!find(QAccessible::Button, "Off"));
+    QCOMPARE(m_actions.calls, QStringList(QStringLiteral("set_subtitle 7")));
+    QCOMPARE(find(QAccessible::Button, "Subtitle")->text(QAccessible::Description),
+             QStringLiteral("Off")); // the TV has not said so
+    QTRY_VERIFY(find(QAccessible::Button, "Subtitle"));
+    QVERIFY(press(QAccessible::Button, "Subtitle"));
+    QTRY_VERIFY(find(QAccessible::Button, "Off"));
+    key(Qt::Key_Escape);
+    QTRY_VERIFY(!find(QAccessible::Button, "Off"));
+    QCOMPARE(m_actions.calls.size(), 1);
+    QVERIFY(shows(QStringLiteral("n/a")));
+}
+
+void WindowTest::aRowsControlsAskForIt() {
+    m_presenter->setSelectedDevice(bedroom);
+    LibraryContent content = contentOf(sampleRows(1));
+    content.usbStorage = RemoteUsbStorage{{}, QStringLiteral("Drive"), true, 1, 1, 0, 0};
+    m_presenter->setContent(content);
+    QTRY_VERIFY(find(QAccessible::Button, "Play or pause"));
+    QVERIFY(press(QAccessible::Button, "Play or pause"));
+    QVERIFY(press(QAccessible::Button, "Move to USB"));
+    QVERIFY(press(QAccessible::Button, "Delete"));
+    QTRY_VERIFY(find(QAccessible::Heading, "Delete media from TV?"));
+    key(Qt::Key_Escape);
+    QTRY_VERIFY(!find(QAccessible::Heading, "Delete media from TV?"));
+    QVERIFY(press(QAccessible::Button, "Delete"));
+    QTRY_VERIFY(find(QAccessible::Heading, "Delete media from TV?"));
+    key(Qt::Key_Tab); // from "Cancel"
+    key(Qt::Key_Return);
+    QCOMPARE(m_actions.calls, QStringList({QStringLiteral("toggle video 0.mkv"),
+                                           QStringLiteral("move video 0.mkv to USB"),
+                                           QStringLiteral("delete video 0")}));
+}
+
+void WindowTest::aRefreshOfThePlayerKeepsTheRows() {
+    m_presenter->setSelectedDevice(bedroom);
+    m_presenter->setContent(contentOf(sampleRows(50)));
+    QTRY_VERIFY(find(QAccessible::ListItem, "video 3"));
+    QObject* row = find(QAccessible::ListItem, "video 3")->object();
+    m_presenter->setPlayback(playingVideo("video 3.mkv"));
+    QTRY_VERIFY(shows(QStringLiteral("Playing")));
+    QCOMPARE(find(QAccessible::ListItem, "video 3")->object(), row);
 }
 
 void WindowTest::coloursFollowTheDesktop() {

@@ -9,14 +9,17 @@ T.Button {
 
     property int kind: AppButton.Bordered
     property string symbol
+    property string widestText: text // room is kept for it, so that columns of buttons line up
+    property bool isCompact: false   // the symbol alone; the label becomes the tool tip
     readonly property bool prominent: kind === AppButton.Prominent
     readonly property color prominentInk: enabled ? Theme.accentInk : Theme.tertiaryText
     readonly property color borderedInk: kind === AppButton.Destructive ? Theme.destructive
                                                                         : Theme.primaryText
 
-    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitWidth: isCompact ? implicitHeight + 2
+                             : implicitContentWidth + leftPadding + rightPadding
     implicitHeight: Theme.controlHeight
-    horizontalPadding: 12
+    horizontalPadding: isCompact ? 0 : 12
     opacity: enabled || prominent ? 1 : 0.45
     font: Theme.button
     Accessible.name: text
@@ -26,7 +29,8 @@ T.Button {
 
     contentItem: ButtonLabel {
         symbol: button.symbol
-        text: button.text
+        text: button.isCompact ? "" : button.text
+        widestText: button.isCompact ? "" : button.widestText
         font: button.font
         ink: button.prominent ? button.prominentInk : button.borderedInk
     }
@@ -50,4 +54,8 @@ T.Button {
     }
 
     FocusRing { target: button }
+    HoverTip {
+        target: button
+        text: button.isCompact ? button.text : ""
+    }
 }

@@ -5,9 +5,11 @@ Item {
     id: label
 
     required property string symbol
-    required property string text
+    required property string text // empty: the symbol alone
+    required property string widestText
     required property font font
     required property color ink
+    readonly property bool reservesRoom: widestText !== text
 
     implicitWidth: row.implicitWidth
     implicitHeight: row.implicitHeight
@@ -27,10 +29,20 @@ Item {
         }
         PlainText {
             anchors.verticalCenter: parent.verticalCenter
+            width: label.reservesRoom ? Math.max(implicitWidth, widest.advanceWidth)
+                                      : implicitWidth
+            visible: label.text !== ""
             text: label.text
             font: label.font
             color: label.ink
             Accessible.ignored: true
         }
+    }
+
+    TextMetrics {
+        id: widest
+
+        text: label.reservesRoom ? label.widestText : ""
+        font: label.font
     }
 }

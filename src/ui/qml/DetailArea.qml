@@ -38,6 +38,15 @@ Item {
             Layout.fillHeight: true
             Layout.topMargin: -6 // rows bring a margin of their own
             presenter: area.presenter.library
+            isCompact: area.Window.width < Theme.compactBelow
+        }
+        MacTVPlaybackDock {
+            Layout.fillWidth: true
+            Layout.leftMargin: Theme.padding
+            Layout.rightMargin: Theme.padding
+            Layout.bottomMargin: Theme.padding
+            visible: presenter.state.isShown
+            presenter: area.presenter.dock
         }
     }
 }

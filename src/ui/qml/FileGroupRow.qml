@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Quiv
@@ -6,15 +8,19 @@ import Quiv
 Item {
     id: row
 
-    required property string title
-    required property string subtitleText
-    required property storageStatusBadge storageBadge
+    required property fileGroupRowState content
     property bool isCurrent: false
+    property bool isCompact: false
+    readonly property int focusPolicy: isCurrent ? Qt.TabFocus : Qt.NoFocus // one row's at a time
 
-    implicitHeight: Math.max(68, titles.implicitHeight) + 18
+    signal playRequested()
+    signal moveRequested()
+    signal deleteRequested()
+
+    implicitHeight: lines.implicitHeight + 18
     Accessible.role: Accessible.ListItem
-    Accessible.name: title
-    Accessible.description: subtitleText
+    Accessible.name: content.title
+    Accessible.description: content.subtitleText
 
     Rectangle {
         anchors.fill: parent
@@ -29,34 +35,68 @@ Item {
             ColorAnimation { duration: Theme.quick }
         }
     }
-    RowLayout {
-        anchors.fill: parent
+    ColumnLayout {
+        id: lines
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
         anchors.leftMargin: 10
         anchors.rightMargin: 10
-        spacing: 12
+        spacing: 0
 
-        Thumbnail {}
-        ColumnLayout {
-            id: titles
+        RowLayout {
+            spacing: 12
 
-            Layout.fillWidth: true
-            spacing: 3
-
-            PlainText {
+            Thumbnail { id: thumbnail }
+            ColumnLayout {
                 Layout.fillWidth: true
-                text: row.title
-                font: Theme.headline
+                spacing: 3
+
+                PlainText {
+                    Layout.fillWidth: true
+                    text: row.content.title
+                    font: Theme.headline
+                }
+                PlainText {
+                    Layout.fillWidth: true
+                    text: row.content.subtitleText
+                    font: Theme.caption
+                    color: Theme.secondaryText
+                }
             }
-            PlainText {
-                Layout.fillWidth: true
-                text: row.subtitleText
-                font: Theme.caption
-                color: Theme.secondaryText
+            Badge {
+                text: row.content.storageBadge.text
+                tone: row.content.storageBadge.tone
+            }
+            PlaybackBadge {
+                visible: text !== ""
+                symbol: row.content.playbackSymbol
+                text: row.content.playbackText
+            }
+            PlaybackIconButton {
+                visible: row.content.hasVideo
+                isRound: true
+                systemName: row.content.playSymbol
+                tint: Theme.accent
+                accessibilityLabel: "Play or pause"
+                focusPolicy: row.focusPolicy
+                onClicked: row.playRequested()
+            }
+            FileGroupActions {
+                content: row.content
+                isCompact: row.isCompact
+                focusPolicy: row.focusPolicy
+                onMoveRequested: row.moveRequested()
+                onDeleteRequested: row.deleteRequested()
             }
         }
-        Badge {
-            text: row.storageBadge.text
-            tone: row.storageBadge.tone
+        Loader {
+            Layout.leftMargin: thumbnail.width + 12
+            active: row.content.isMoving
+            visible: active
+
+            sourceComponent: RowMove { content: row.content }
         }
     }
 

@@ -6,6 +6,7 @@ Item {
     id: area
 
     required property LibraryPresenter presenter
+    property bool isCompact: false
     readonly property int stateWidth: Math.min(width - 2 * Theme.padding, Theme.scaled(460))
 
     LibraryList {
@@ -13,7 +14,8 @@ Item {
         anchors.leftMargin: 10
         anchors.rightMargin: 2
         visible: area.presenter.phase === LibraryPresenter.List
-        model: area.presenter.rows
+        presenter: area.presenter
+        isCompact: area.isCompact
     }
     EmptyState {
         anchors.centerIn: parent

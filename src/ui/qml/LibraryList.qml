@@ -2,11 +2,14 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Templates as T
+import Quiv
 
 // The rows of the selected TV's library.
 ListView {
     id: list
 
+    required property LibraryPresenter presenter
+    property bool isCompact: false
     readonly property int rowsPerPage: Math.max(1, Math.floor(height / Math.max(1, rowHeight)))
     readonly property real rowHeight: currentItem ? currentItem.height : 86
 
@@ -14,6 +17,7 @@ ListView {
         currentIndex = Math.max(0, Math.min(count - 1, row))
     }
 
+    model: presenter.rows
     clip: true
     boundsBehavior: Flickable.StopAtBounds
     reuseItems: true
@@ -36,8 +40,14 @@ ListView {
     delegate: FileGroupRow {
         id: row
 
+        required property string key
+
         width: list.width - 8 // beside the scroll bar
         isCurrent: row.ListView.isCurrentItem && list.activeFocus
+        isCompact: list.isCompact
+        onPlayRequested: list.presenter.playOrPause(key)
+        onMoveRequested: list.presenter.moveStorage(key)
+        onDeleteRequested: list.presenter.requestDelete(key)
         // A row kept for reuse would still be there for assistive technology.
         ListView.onPooled: visible = false
         ListView.onReused: visible = true

@@ -40,5 +40,14 @@ Window {
         }
     }
 
+    Prompt {
+        title: "Delete media from TV?"
+        message: window.presenter.deletePrompt.message
+        confirmText: "Delete"
+        isDestructive: true
+        visible: window.presenter.deletePrompt.isShown
+        onConfirmed: window.presenter.deletePrompt.confirm()
+        onCancelled: window.presenter.deletePrompt.cancel()
+    }
     PairingSheet { presenter: window.presenter.pairingSheet }
 }

@@ -7,7 +7,7 @@ Item {
     id: shadow
 
     required property int cornerRadius
-    readonly property int layers: 14
+    property int layers: 14
 
     Repeater {
         model: shadow.layers

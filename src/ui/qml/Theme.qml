@@ -29,6 +29,11 @@ QtObject {
     readonly property color accentHovered: dark ? "#8fa6ff" : "#2c4ed8"
     readonly property color accentPressed: dark ? "#6f8af0" : "#2442bf"
     readonly property color accentInk: dark ? "#10131c" : "#ffffff"
+    readonly property color accentFill: dark ? "#2e7d98ff" : "#1f3558e6"
+    readonly property color accentFillHovered: dark ? "#4d7d98ff" : "#333558e6"
+    readonly property color track: dark ? "#24ffffff" : "#1a141821"
+    readonly property color knob: dark ? "#eceef2" : "#ffffff"
+    readonly property color knobBorder: dark ? "#00000000" : "#33141821"
     readonly property color disabledFill: dark ? "#24ffffff" : "#1a141821"
     readonly property color destructive: dark ? "#ff8079" : "#b3261e"
     readonly property color selectedTv: dark ? "#2fb36a" : "#1d9a55"
@@ -55,8 +60,10 @@ QtObject {
     readonly property int gap: 14
     readonly property int sidebarWidth: Math.min(scaled(272), 340)
     readonly property int controlHeight: scaled(30)
+    readonly property int compactBelow: scaled(1200) // width of the window with room for fewer words
     readonly property int controlRadius: 8
     readonly property int cardRadius: 12
+    readonly property int dockRadius: 14
     readonly property int overlayRadius: 18
     readonly property int quick: 120   // ms, answers to the pointer
     readonly property int gentle: 180  // ms, what comes and goes

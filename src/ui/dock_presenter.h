@@ -1,0 +1,132 @@
+#pragma once
+
+#include "library/library_content.h"
+#include "net/wire_records.h"
+#include "playback/playback_timeline.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QTimer>
+#include <QtQml/qqmlregistration.h>
+
+#include <optional>
+
+namespace quiv {
+
+class WindowActions;
+
+// The offered speeds.
+const QList<double>& playbackSpeedOptions();
+
+// What the dock shows of the player, but for the time.
+struct DockState {
+    Q_GADGET
+    QML_VALUE_TYPE(dockState)
+    Q_PROPERTY(bool isShown MEMBER isShown)
+    Q_PROPERTY(QString title MEMBER title)
+    Q_PROPERTY(QString stateText MEMBER stateText)
+    Q_PROPERTY(QString playSymbol MEMBER playSymbol)
+    Q_PROPERTY(QStringList subtitles MEMBER subtitles)
+    Q_PROPERTY(int subtitleIndex MEMBER subtitleIndex)
+    Q_PROPERTY(QStringList audioTracks MEMBER audioTracks)
+    Q_PROPERTY(int audioIndex MEMBER audioIndex)
+    Q_PROPERTY(QStringList speeds MEMBER speeds)
+    Q_PROPERTY(int speedIndex MEMBER speedIndex)
+
+public:
+    bool isShown = false;
+    QString title;
+    QString stateText;
+    QString playSymbol;    // what pressing play/pause would do
+    QStringList subtitles; // "Off" first
+    int subtitleIndex = 0;
+    QStringList audioTracks;
+    int audioIndex = 0;
+    QStringList speeds;
+    int speedIndex = 0;
+
+    bool operator==(const DockState&) const = default;
+};
+
+// The dock's timeline at an instant.
+struct DockTimeline {
+    Q_GADGET
+    QML_VALUE_TYPE(dockTimeline)
+    Q_PROPERTY(double fraction MEMBER fraction)
+    Q_PROPERTY(QString positionText MEMBER positionText)
+    Q_PROPERTY(QString durationText MEMBER durationText)
+    Q_PROPERTY(bool canSeek MEMBER canSeek)
+    Q_PROPERTY(int glideMs MEMBER glideMs)
+    Q_PROPERTY(double glideShare MEMBER glideShare)
+
+public:
+    double fraction = 0;
+    QString positionText;
+    QString durationText;
+    bool canSeek = false;
+    int glideMs = 0;       // over which time the knob moves here; 0: it jumps
+    double glideShare = 0; // of the whole timeline, that it moves in that time
+
+    bool operator==(const DockTimeline&) const = default;
+};
+
+// What the TV plays, and what the user can do about it. Shows what the TV reported, never what was
+// clicked.
+class DockPresenter : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("belongs to the window's presenter")
+    Q_PROPERTY(quiv::DockState state READ state NOTIFY stateChanged)
+    Q_PROPERTY(quiv::DockTimeline timeline READ timeline NOTIFY timelineChanged)
+
+public:
+    explicit DockPresenter(WindowActions& actions, QObject* parent = nullptr);
+
+    const DockState& state() const { return m_state; }
+    const DockTimeline& timeline() const { return m_shownTimeline; }
+
+    // To be called for every reading, also one that says the same as the last.
+    void setPlayback(const std::optional<PlaybackResponse>& playback);
+    void setContent(const LibraryContent& content);
+
+    Q_INVOKABLE void playOrPause();
+    Q_INVOKABLE void stop();
+    Q_INVOKABLE void seekBack();
+    Q_INVOKABLE void seekForward();
+    // The knob is held at a place of the timeline, then let go; a drag that is cancelled seeks
+    // nowhere.
+    Q_INVOKABLE void drag(double fraction);
+    Q_INVOKABLE void drop();
+    Q_INVOKABLE void cancelDrag();
+    // By their place in the lists of the state.
+    Q_INVOKABLE void chooseSubtitle(int index);
+    Q_INVOKABLE void chooseAudio(int index);
+    Q_INVOKABLE void chooseSpeed(int index);
+
+Q_SIGNALS:
+    void stateChanged();
+    void timelineChanged();
+
+private:
+    enum class Motion { Jump, Glide };
+
+    void updateState();
+    void showTimeline(Motion motion);
+
+    WindowActions& m_actions;
+    std::optional<PlaybackResponse> m_playback;
+    QList<LibraryRow> m_groups;
+    DockState m_state;
+    PlaybackTimeline m_timeline;
+    DockTimeline m_shownTimeline;
+    QTimer m_tick;
+};
+
+// The title of the library's group with this video, else the name without its extension.
+QString nowPlayingTitle(const QList<LibraryRow>& groups, const QString& videoName);
+
+DockState dockState(const PlaybackResponse& playback, const QList<LibraryRow>& groups);
+
+} // namespace quiv

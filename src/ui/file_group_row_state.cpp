@@ -1,0 +1,59 @@
+#include "ui/file_group_row_state.h"
+
+#include "ui/display_format.h"
+
+namespace quiv {
+
+namespace {
+
+bool isNowOnTV(const FileGroup& group, const RowContext& context) {
+    return group.video && context.playback &&
+           context.playback->currentVideoName == group.video->name;
+}
+
+bool isMoveInProgress(const FileGroup& group, const MoveState& move) {
+    const QString name = group.video ? group.video->name : QString();
+    return move.isMovingFile && name.compare(move.currentMoveFileName, Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
+std::optional<PlaybackResponse> rowPlayback(const std::optional<PlaybackResponse>& playback) {
+    if (!playback)
+        return std::nullopt;
+    PlaybackResponse shown;
+    shown.currentVideoName = playback->currentVideoName;
+    shown.isPlaying = playback->isPlaying;
+    shown.subtitleTracks = playback->subtitleTracks;
+    return shown;
+}
+
+FileGroupRowState fileGroupRowState(const LibraryRow& row, const RowContext& context) {
+    const FileGroup& group = row.group;
+    const bool isOnTV = isNowOnTV(group, context);
+    const bool isPlaying = isOnTV && context.playback->isPlaying;
+    const bool goesToUsb = otherStorage(row.storageLocation) == QLatin1String("USB");
+    FileGroupRowState state;
+    state.title = displayText(group.title);
+    state.subtitleText = subtitleCountText(group, context.playback);
+    state.storageBadge = storageLocationBadge(row.storageLocation);
+    if (isOnTV) {
+        state.playbackText = isPlaying ? QStringLiteral("Playing") : QStringLiteral("Paused");
+        state.playbackSymbol =
+            isPlaying ? QStringLiteral("waveform") : QStringLiteral("pause.circle");
+    }
+    state.hasVideo = group.video.has_value();
+    state.playSymbol = isPlaying ? QStringLiteral("pause.fill") : QStringLiteral("play.fill");
+    state.moveTitle =
+        goesToUsb ? QStringLiteral("Move to USB") : QStringLiteral("Move to Internal");
+    state.canMove =
+        state.hasVideo && !context.move.isMovingFile && (!goesToUsb || context.isUsbConnected);
+    state.isMoving = isMoveInProgress(group, context.move);
+    if (state.isMoving) {
+        state.moveFraction = context.move.moveProgress;
+        state.movePercentText = formatPercent(context.move.moveProgress);
+    }
+    return state;
+}
+
+} // namespace quiv

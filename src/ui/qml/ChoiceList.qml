@@ -1,0 +1,56 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+
+// The entries of a choice menu, for pointer and keyboard.
+ListView {
+    id: list
+
+    required property string label
+    required property var choices // texts
+    required property int markedIndex
+    required property int rowHeight
+
+    signal chosen(index: int)
+
+    function begin() {
+        currentIndex = markedIndex
+        positionViewAtIndex(markedIndex, ListView.Contain)
+        forceActiveFocus()
+    }
+
+    clip: true
+    boundsBehavior: Flickable.StopAtBounds
+    highlightMoveDuration: 0
+    keyNavigationEnabled: true
+    model: choices
+    onVisibleChanged: if (visible) begin()
+    Keys.onReturnPressed: chosen(currentIndex)
+    Keys.onEnterPressed: chosen(currentIndex)
+    Keys.onSpacePressed: chosen(currentIndex)
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_Home)
+            currentIndex = 0
+        else if (event.key === Qt.Key_End)
+            currentIndex = count - 1
+    }
+    Accessible.role: Accessible.PopupMenu
+    Accessible.name: label
+    T.ScrollBar.vertical: AppScrollBar {}
+
+    delegate: ChoiceEntry {
+        id: entry
+
+        required property int index
+        required property string modelData
+
+        width: list.width
+        height: list.rowHeight
+        text: modelData
+        isMarked: index === list.markedIndex
+        isCurrent: entry.ListView.isCurrentItem
+        onHoveredChanged: if (hovered) list.currentIndex = index
+        onClicked: list.chosen(index)
+    }
+}

@@ -1,0 +1,74 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+
+// A button that shows what is chosen of a few and opens the others. What it shows changes when the
+// TV says so, not with the click.
+T.Button {
+    id: menu
+
+    required property string label
+    required property var choices // texts
+    required property int currentIndex
+    readonly property string currentText: choices[currentIndex] ?? ""
+
+    signal chosen(index: int)
+
+    implicitWidth: 190
+    implicitHeight: Theme.controlHeight
+    horizontalPadding: 12
+    text: label
+    Accessible.name: label
+    Accessible.description: currentText
+    Accessible.onPressAction: if (enabled) clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
+    Keys.onDownPressed: popup.open()
+    Keys.onUpPressed: popup.open()
+    onClicked: popup.visible ? popup.close() : popup.open()
+
+    contentItem: RowLayout {
+        spacing: 7
+
+        PlainText {
+            text: menu.label
+            color: Theme.secondaryText
+            Accessible.ignored: true
+        }
+        PlainText {
+            Layout.fillWidth: true
+            text: menu.currentText
+            Accessible.ignored: true
+        }
+        AppIcon {
+            name: "chevron.down"
+            colour: Theme.secondaryText
+            size: Theme.scaled(11)
+        }
+    }
+
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: menu.down || popup.visible ? Theme.surfacePressed
+                                          : menu.hovered ? Theme.surfaceHovered : Theme.surface
+        border.width: 1
+        border.color: Theme.controlBorder
+
+        Behavior on color {
+            ColorAnimation { duration: Theme.quick }
+        }
+    }
+
+    FocusRing { target: menu }
+    ChoicePopup {
+        id: popup
+
+        y: -height - 4
+        width: Math.max(menu.width, Theme.scaled(190))
+        label: menu.label
+        choices: menu.choices
+        currentIndex: menu.currentIndex
+        onChosen: index => menu.chosen(index)
+        onClosed: menu.forceActiveFocus()
+    }
+}

@@ -1,0 +1,52 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// The list of a choice menu. Long ones scroll within the window.
+T.Popup {
+    id: popup
+
+    required property string label
+    required property var choices
+    required property int currentIndex
+    readonly property int rowHeight: Theme.scaled(28)
+
+    signal chosen(index: int)
+
+    function choose(index: int) {
+        close()
+        chosen(index)
+    }
+
+    height: Math.min(choices.length * rowHeight + 2 * padding, Theme.scaled(340))
+    padding: 5
+    margins: 8
+    focus: true
+    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
+
+    enter: Transition {
+        NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.quick }
+    }
+
+    background: Item {
+        Shadow {
+            anchors.fill: parent
+            cornerRadius: 10
+            layers: 11
+        }
+        Rectangle {
+            anchors.fill: parent
+            radius: 10
+            color: Theme.surface
+            border.width: 1
+            border.color: Theme.controlBorder
+        }
+    }
+
+    contentItem: ChoiceList {
+        label: popup.label
+        choices: popup.choices
+        markedIndex: popup.currentIndex
+        rowHeight: popup.rowHeight
+        onChosen: index => popup.choose(index)
+    }
+}

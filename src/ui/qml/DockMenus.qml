@@ -1,0 +1,53 @@
+import QtQuick
+import Quiv
+
+// The tracks and the speed, as the TV reports them.
+Flow {
+    id: menus
+
+    required property DockPresenter presenter
+    readonly property dockState content: presenter.state
+    readonly property bool hasAudio: content.audioTracks.length > 0
+
+    spacing: 8
+
+    ChoiceMenu {
+        label: "Subtitle"
+        choices: menus.content.subtitles
+        currentIndex: menus.content.subtitleIndex
+        onChosen: index => menus.presenter.chooseSubtitle(index)
+    }
+    ChoiceMenu {
+        visible: menus.hasAudio
+        label: "Audio"
+        choices: menus.content.audioTracks
+        currentIndex: menus.content.audioIndex
+        onChosen: index => menus.presenter.chooseAudio(index)
+    }
+    Item {
+        visible: !menus.hasAudio
+        implicitWidth: 190
+        implicitHeight: Theme.controlHeight
+
+        Row {
+            anchors.verticalCenter: parent.verticalCenter
+            x: 13
+            spacing: 7
+
+            PlainText {
+                text: "Audio"
+                color: Theme.secondaryText
+            }
+            PlainText {
+                text: "n/a"
+                color: Theme.tertiaryText
+            }
+        }
+    }
+    ChoiceMenu {
+        label: "Speed"
+        choices: menus.content.speeds
+        currentIndex: menus.content.speedIndex
+        onChosen: index => menus.presenter.chooseSpeed(index)
+    }
+}

@@ -1,0 +1,87 @@
+import QtQuick
+import QtQuick.Layouts
+import Quiv
+
+// What the TV plays, with its controls.
+Item {
+    id: dock
+
+    required property DockPresenter presenter
+    readonly property dockState content: presenter.state
+
+    implicitHeight: lines.implicitHeight + 2 * lines.anchors.margins
+    Accessible.role: Accessible.Grouping
+    Accessible.name: content.stateText
+
+    Shadow {
+        anchors.fill: parent
+        cornerRadius: Theme.dockRadius
+        layers: 10
+        opacity: 0.45
+    }
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.dockRadius
+        color: Theme.surface
+        border.width: 1
+        border.color: Theme.separator
+    }
+    ColumnLayout {
+        id: lines
+
+        anchors.fill: parent
+        anchors.margins: 16
+        spacing: 8
+
+        RowLayout {
+            spacing: 8
+
+            ColumnLayout {
+                Layout.fillWidth: true
+                spacing: 1
+
+                PlainText {
+                    Layout.fillWidth: true
+                    text: dock.content.title
+                    font: Theme.headline
+                    elide: Text.ElideMiddle
+                }
+                PlainText {
+                    Layout.fillWidth: true
+                    text: dock.content.stateText
+                    font: Theme.caption
+                    color: Theme.secondaryText
+                }
+            }
+            PlaybackIconButton {
+                systemName: dock.content.playSymbol
+                tint: Theme.accent
+                accessibilityLabel: "Play or pause"
+                onClicked: dock.presenter.playOrPause()
+            }
+            PlaybackIconButton {
+                systemName: "stop.fill"
+                accessibilityLabel: "Stop"
+                onClicked: dock.presenter.stop()
+            }
+            PlaybackIconButton {
+                systemName: "gobackward.10"
+                accessibilityLabel: "Back 10 seconds"
+                onClicked: dock.presenter.seekBack()
+            }
+            PlaybackIconButton {
+                systemName: "goforward.10"
+                accessibilityLabel: "Forward 10 seconds"
+                onClicked: dock.presenter.seekForward()
+            }
+        }
+        DockTimelineRow {
+            Layout.fillWidth: true
+            presenter: dock.presenter
+        }
+        DockMenus {
+            Layout.fillWidth: true
+            presenter: dock.presenter
+        }
+    }
+}

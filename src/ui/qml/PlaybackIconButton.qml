@@ -1,0 +1,55 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// A small button that is nothing but its symbol.
+T.Button {
+    id: button
+
+    required property string systemName
+    required property string accessibilityLabel
+    property color tint: Theme.primaryText
+    property bool isRound: false // filled with a shade of the tint instead of bordered
+
+    implicitWidth: Theme.scaled(30)
+    implicitHeight: Theme.scaled(30)
+    opacity: enabled ? 1 : 0.45
+    text: accessibilityLabel
+    Accessible.name: text
+    Accessible.onPressAction: if (enabled) clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
+
+    contentItem: Item {
+        AppIcon {
+            anchors.centerIn: parent
+            name: button.systemName
+            colour: button.tint
+            size: Theme.scaled(14)
+        }
+    }
+
+    background: Rectangle {
+        readonly property color bordered: button.down ? Theme.surfacePressed
+                                        : button.hovered ? Theme.surfaceHovered : Theme.surface
+        readonly property color filled: button.down || button.hovered ? Theme.accentFillHovered
+                                                                      : Theme.accentFill
+
+        radius: button.isRound ? height / 2 : Theme.controlRadius
+        color: button.isRound ? filled : bordered
+        border.width: button.isRound ? 0 : 1
+        border.color: Theme.controlBorder
+
+        Behavior on color {
+            ColorAnimation { duration: Theme.quick }
+        }
+    }
+
+    FocusRing {
+        target: button
+        cornerRadius: button.isRound ? button.height / 2 : Theme.controlRadius
+    }
+    HoverTip {
+        target: button
+        text: button.accessibilityLabel
+    }
+}

@@ -1,0 +1,101 @@
+import QtQuick
+import Quiv
+
+// The place in the video: moves with the TV, can be dragged to another place.
+Item {
+    id: slider
+
+    required property dockTimeline timeline
+    property real shown: 0 // the knob's place, 0 to 1
+    property bool glides: false
+    // As assistive technology reads it.
+    readonly property real value: timeline.fraction
+    readonly property real minimumValue: 0
+    readonly property real maximumValue: 1
+
+    signal dragged(fraction: real)
+    signal dropped()
+    signal dragCancelled()
+    signal steppedBack()
+    signal steppedForward()
+
+    // A glide that nobody would see is not animated.
+    function follow() {
+        glides = timeline.glideMs > 0 && timeline.glideShare * groove.width > 1
+        shown = timeline.fraction
+    }
+
+    implicitHeight: Theme.scaled(22)
+    activeFocusOnTab: enabled
+    onTimelineChanged: follow()
+    Component.onCompleted: follow()
+    Keys.onLeftPressed: steppedBack()
+    Keys.onRightPressed: steppedForward()
+    Accessible.role: Accessible.Slider
+    Accessible.name: "Position"
+    Accessible.description: timeline.positionText
+    Accessible.focusable: true
+    Accessible.onDecreaseAction: if (enabled) steppedBack()
+    Accessible.onIncreaseAction: if (enabled) steppedForward()
+
+    Behavior on shown {
+        enabled: slider.glides
+
+        NumberAnimation { duration: slider.timeline.glideMs }
+    }
+
+    Rectangle {
+        id: groove
+
+        anchors.verticalCenter: parent.verticalCenter
+        x: knob.width / 2
+        width: parent.width - knob.width
+        height: 5
+        radius: height / 2
+        color: Theme.track
+
+        Rectangle {
+            width: parent.width * slider.shown
+            height: parent.height
+            radius: parent.radius
+            color: Theme.accent
+        }
+    }
+    Rectangle {
+        id: knob
+
+        anchors.verticalCenter: parent.verticalCenter
+        x: groove.width * slider.shown
+        width: Theme.scaled(15)
+        height: width
+        radius: width / 2
+        visible: slider.enabled
+        color: Theme.knob
+        border.width: 1
+        border.color: Theme.knobBorder
+        scale: area.pressed ? 1.15 : 1
+
+        Behavior on scale {
+            NumberAnimation { duration: Theme.quick }
+        }
+    }
+    FocusRing {
+        target: slider
+        cornerRadius: 4
+        anchors.margins: 0
+    }
+    MouseArea {
+        id: area
+
+        function fractionAt(x: real): real {
+            return Math.max(0, Math.min(1, (x - groove.x) / Math.max(1, groove.width)))
+        }
+
+        anchors.fill: parent
+        preventStealing: true
+        onPressed: event => slider.dragged(fractionAt(event.x))
+        onPositionChanged: event => slider.dragged(fractionAt(event.x))
+        onReleased: slider.dropped()
+        onCanceled: slider.dragCancelled()
+    }
+}
