@@ -83,7 +83,7 @@ class Desktop:
 
     def type(self, text):
         for key in text:
-            self._xdotool("key", {" ": "space", "-": "minus"}.get(key, key))
+            self._xdotool("key", {" ": "space", "-": "minus", ".": "period"}.get(key, key))
 
     def press_key(self, key):
         self._xdotool("key", key)
@@ -91,6 +91,16 @@ class Desktop:
     def click(self, element):
         box = Atspi.Component.get_extents(element, Atspi.CoordType.SCREEN)
         self._xdotool("mousemove", str(box.x + box.width // 2), str(box.y + box.height // 2), "click", "1")
+
+    def drag(self, element, start, end):
+        """Drags within an element, from and to a share of its width."""
+        box = Atspi.Component.get_extents(element, Atspi.CoordType.SCREEN)
+        y = str(box.y + box.height // 2)
+        places = [str(round(box.x + box.width * (start + (end - start) * step / 8))) for step in range(9)]
+        self._xdotool("mousemove", places[0], y, "mousedown", "1")
+        for place in places[1:]:
+            self._xdotool("mousemove", place, y)
+        self._xdotool("mouseup", "1")
 
     def _xdotool(self, *arguments):
         subprocess.run(["xdotool", *arguments], env=self.environment, check=True)

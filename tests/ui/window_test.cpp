@@ -416,6 +416,8 @@ void WindowTest::aRefreshOfThePlayerKeepsTheRows() {
     QObject* row = find(QAccessible::ListItem, "video 3")->object();
     m_presenter->setPlayback(playingVideo("video 3.mkv"));
     QTRY_VERIFY(shows(QStringLiteral("Playing")));
+    m_presenter->setMove({true, 0.5, 1000, QStringLiteral("video 3.mkv")});
+    QTRY_VERIFY(find(QAccessible::ProgressBar, "Move"));
     QCOMPARE(find(QAccessible::ListItem, "video 3")->object(), row);
 }
 

@@ -56,6 +56,6 @@ T.Button {
     FocusRing { target: button }
     HoverTip {
         target: button
-        text: button.isCompact ? button.text : ""
+        isWanted: button.isCompact
     }
 }

@@ -5,9 +5,14 @@ import QtQuick.Templates as T
 T.ToolTip {
     id: tip
 
+    required property T.AbstractButton target
+
+    parent: target
+    text: target.text
+    visible: target.hovered && !target.down
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
-    x: Math.round((parent.width - width) / 2)
+    x: Math.round((target.width - width) / 2)
     y: -height - 6
     margins: 6
     horizontalPadding: 9

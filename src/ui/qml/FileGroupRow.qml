@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import QtQuick.Layouts
 import Quiv
@@ -91,12 +89,10 @@ Item {
                 onDeleteRequested: row.deleteRequested()
             }
         }
-        Loader {
+        RowMove {
             Layout.leftMargin: thumbnail.width + 12
-            active: row.content.isMoving
-            visible: active
-
-            sourceComponent: RowMove { content: row.content }
+            visible: content.isMoving
+            content: row.content
         }
     }
 

@@ -1,21 +1,11 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import QtQuick.Templates as T
 
 // The tool tip of a control, made only once the pointer is there.
 Loader {
-    id: loader
-
     required property T.AbstractButton target
-    required property string text
+    property bool isWanted: true
 
-    anchors.fill: parent
-    active: target.hovered && text !== ""
-
-    sourceComponent: AppToolTip {
-        parent: loader
-        text: loader.text
-        visible: loader.target.hovered && !loader.target.down
-    }
+    active: isWanted && target.hovered
+    Component.onCompleted: setSource("AppToolTip.qml", { target: target })
 }

@@ -48,8 +48,5 @@ T.Button {
         target: button
         cornerRadius: button.isRound ? button.height / 2 : Theme.controlRadius
     }
-    HoverTip {
-        target: button
-        text: button.accessibilityLabel
-    }
+    HoverTip { target: button }
 }

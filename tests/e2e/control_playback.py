@@ -1,0 +1,134 @@
+"""Plays a video on the TV, drags its timeline, changes speed and tracks, moves a file to the USB drive
+and back, deletes a group; looks at the TV's own disk and player."""
+
+import json
+import os
+import sys
+import urllib.request
+
+from desktop import Desktop, element, elements, names, press, wait_for
+
+
+class Tv:
+    def __init__(self, told):
+        self.told = told
+
+    def get(self, path, base="Address"):
+        with urllib.request.urlopen(self.told[base] + path) as reply:
+            return json.load(reply)
+
+    def playback(self):
+        return self.get("/api/playback")
+
+    def commands(self):
+        requests = self.get("/requests", "Control")["requests"]
+        return ["&".join(f"{each['name']}={each['value']}" for each in request["query"])
+                for request in requests
+                if request["path"] == "api/playback" and request["method"] == "POST"]
+
+    def has(self, folder, name):
+        return os.path.exists(os.path.join(self.told[folder], name))
+
+
+def shows(text):
+    return lambda: elements("label", text)
+
+
+def row_button(title, label):
+    """The control of a row: rows and their controls are read out in order."""
+    def find():
+        found = None
+        for each in elements():
+            if each.get_role_name() == "list item":
+                found = each.get_name() == title
+            elif found and each.get_role_name() == "push button" and each.get_name() == label:
+                return each
+        return None
+    return wait_for(f"{label} of {title}", find)
+
+
+def pair(desktop):
+    element("text", "3-digit code")
+    desktop.type("123")
+    press(element("push button", "Verify code"))
+    wait_for("the pairing", shows("Quiv Controller paired successfully."))
+
+
+def play(desktop, tv):
+    desktop.click(row_button("Harbour Tour", "Play or pause"))
+    wait_for("the dock", shows("Playing on TV"))
+    assert tv.playback()["currentVideoName"] == "Harbour Tour.mkv"
+    desktop.drag(element("slider", "Position"), 0.02, 0.5)
+    wait_for("the seek", lambda: 330_000 < tv.playback()["positionMs"] < 400_000)
+    seeks = [each for each in tv.commands() if each.startswith("command=seek_to")]
+    assert len(seeks) == 1, seeks
+
+
+def choose(desktop, menu, entry):
+    desktop.click(element("push button", menu))
+    desktop.click(element("push button", entry))
+
+
+def change(desktop, tv):
+    choose(desktop, "Speed", "1.5x")
+    wait_for("the speed", lambda: tv.playback()["playbackSpeed"] == 1.5)
+    choose(desktop, "Subtitle", "Deutsch")
+    wait_for("the subtitles", lambda: tv.playback()["subtitleTracks"][1]["selected"])
+    choose(desktop, "Audio", "Deutsch")
+    wait_for("the language", lambda: tv.playback()["audioTracks"][1]["selected"])
+    choose(desktop, "Subtitle", "Off")
+    wait_for("no subtitles", lambda: not any(each["selected"] for each in tv.playback()["subtitleTracks"]))
+
+
+def move(desktop, tv, screenshot):
+    desktop.click(element("text", "Search files on this TV"))
+    desktop.type("card.mp4")
+    wait_for("one row", lambda: names("list item") == ["Test Card"])
+    desktop.click(row_button("Test Card", "Move to USB"))
+    wait_for("the move", lambda: "Moving Test Card.mp4" in names("label"))
+    wait_for("its progress", lambda: elements("progress bar", "Move"))
+    if screenshot:
+        desktop.screenshot(screenshot)
+    wait_for("the file on the drive", lambda: tv.has("USB folder", "Test Card.mp4"))
+    assert not tv.has("Media folder", "Test Card.mp4")
+    back = row_button("Test Card", "Move to Internal")
+    wait_for("the end of the move", lambda: not elements("progress bar", "Move"))
+    desktop.click(back)
+    wait_for("the file back", lambda: tv.has("Media folder", "Test Card.mp4"))
+    assert not tv.has("USB folder", "Test Card.mp4")
+
+
+def delete(desktop, tv):
+    press(element("push button", "Clear search"))
+    press(row_button("Colours", "Delete"))
+    element("heading", "Delete media from TV?")
+    desktop.press_key("Escape")
+    wait_for("the prompt to go", lambda: not elements("heading", "Delete media from TV?"))
+    assert tv.has("Media folder", "Colours.webm")
+    press(row_button("Colours", "Delete"))
+    element("heading", "Delete media from TV?")
+    desktop.press_key("Tab")
+    desktop.press_key("Return")
+    wait_for("the deletion", shows("Deleted Colours"))
+    assert not tv.has("Media folder", "Colours.webm") and not tv.has("Media folder", "Colours.srt")
+    wait_for("the row to go", lambda: "Colours" not in names("list item"))
+
+
+def main():
+    with Desktop() as desktop:
+        tv = Tv(desktop.start_simulator("--name", "Living Room", "--code", "123", "--port", "0",
+                                        "--move-seconds", "5"))
+        application = desktop.start_application()
+        pair(desktop)
+        play(desktop, tv)
+        change(desktop, tv)
+        move(desktop, tv, sys.argv[1] if len(sys.argv) > 1 else None)
+        delete(desktop, tv)
+        desktop.click(element("push button", "Stop"))
+        wait_for("the dock to go", lambda: not elements("slider", "Position"))
+        application.terminate()
+        assert application.wait(20) == 0, "the application did not end cleanly"
+    print("played, moved, deleted")
+
+
+main()
