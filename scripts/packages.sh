@@ -8,9 +8,14 @@ packages_build=(
   libavahi-client-dev
   libavahi-common-dev
   libavahi-core-dev
+  libavcodec-dev
+  libavformat-dev
+  libavutil-dev
   libcpp-httplib-dev
   libcurl4-openssl-dev
   libgl-dev
+  libswscale-dev
+  libturbojpeg0-dev
   ninja-build
   pkg-config
   qt6-base-dev

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "stills/ffmpeg_types.h"
+
+namespace quiv {
+
+class LocalMedia;
+class Patience;
+
+// The first frame shown from this time on, in seconds, or up to a quarter of a second before it; in
+// a long stretch without a place to begin at, the latest frame the patience allowed. Throws NoStill
+// when there is none, or it is damaged or encrypted.
+FramePointer findFrame(LocalMedia& media, double time, const Patience& patience);
+
+} // namespace quiv

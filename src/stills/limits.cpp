@@ -1,0 +1,71 @@
+#include "stills/limits.h"
+
+#include <cerrno>
+#include <csignal>
+#include <linux/ioprio.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace quiv {
+
+namespace {
+
+// Sanitizers reserve terabytes of addresses and open files of their own.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool isSanitized = true;
+#else
+constexpr bool isSanitized = false;
+#endif
+
+constexpr rlim_t addressSpace = rlim_t{2} << 30; // 8K with 10 bits needs about half of it
+constexpr rlim_t processorSeconds = 20;
+
+void require(bool done, const char* what) {
+    if (!done)
+        throw std::system_error(errno, std::generic_category(), what);
+}
+
+void limit(__rlimit_resource resource, rlim_t value) {
+    // Never above what was there before, which only a privileged process may do.
+    rlimit limits{};
+    require(getrlimit(resource, &limits) == 0, "getrlimit");
+    if (limits.rlim_max < value)
+        value = limits.rlim_max;
+    limits = {value, value};
+    require(setrlimit(resource, &limits) == 0, "setrlimit");
+}
+
+bool isFile(int descriptor) {
+    struct stat status {};
+    return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+} // namespace
+
+void limitThisProcess() {
+    require(prctl(PR_SET_PDEATHSIG, SIGKILL) == 0, "PR_SET_PDEATHSIG");
+    require(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0, "PR_SET_NO_NEW_PRIVS");
+    require(prctl(PR_SET_DUMPABLE, 0) == 0,
+            "PR_SET_DUMPABLE"); // crash reporters get nothing either
+    limit(RLIMIT_CORE, 0);
+    limit(RLIMIT_CPU, processorSeconds);
+    // Started by hand, the still or the reason may go to a file.
+    if (!isFile(STDOUT_FILENO) && !isFile(STDERR_FILENO))
+        limit(RLIMIT_FSIZE, 0);
+    if (!isSanitized)
+        limit(RLIMIT_AS, addressSpace);
+    // Niceties: a system that refuses them changes nothing but the pace.
+    setpriority(PRIO_PROCESS, 0, 19);
+    syscall(SYS_ioprio_set, IOPRIO_WHO_PROCESS, 0, IOPRIO_PRIO_VALUE(IOPRIO_CLASS_BE, 7));
+}
+
+void forbidFurtherFiles() {
+    if (!isSanitized)
+        limit(RLIMIT_NOFILE, 0);
+}
+
+} // namespace quiv

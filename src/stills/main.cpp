@@ -1,0 +1,76 @@
+// quiv-still FILE: writes a JPEG still of a video file to the standard output.
+//
+// Ends with 0, or with 1 and a line that says why there is none. Run by the application for files
+// it cannot trust, so everything it may do is bounded before the file is opened.
+#include "stills/candidate_times.h"
+#include "stills/frame_search.h"
+#include "stills/jpeg.h"
+#include "stills/limits.h"
+#include "stills/local_media.h"
+#include "stills/no_still.h"
+#include "stills/upright_picture.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <optional>
+#include <unistd.h>
+
+namespace quiv {
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+Bytes stillAt(double time, LocalMedia& media, const Patience& patience) {
+    const FramePointer frame = findFrame(media, time, patience);
+    return jpegOf(uprightPicture(*frame, media.video(), media.pixelAspect(*frame)));
+}
+
+// Every attempt but the first opens the file anew: a failed one may leave anything behind.
+Bytes makeStill(const LocalFile& file) {
+    Patience patience;
+    std::optional<LocalMedia> media(std::in_place, file, patience);
+    std::optional<NoStill> reason;
+    for (const double time : uploadThumbnailCandidateTimes(media->duration())) {
+        try {
+            if (reason) {
+                patience = {};
+                media.emplace(file, patience);
+            }
+            return stillAt(time, *media, patience);
+        } catch (const NoStill& error) {
+            reason = error;
+        }
+    }
+    throw *reason;
+}
+
+void write(const Bytes& still) {
+    for (std::size_t written = 0; written < still.size();) {
+        const ssize_t count =
+            ::write(STDOUT_FILENO, still.data() + written, still.size() - written);
+        if (count < 0 && errno != EINTR)
+            throw NoStill("the still cannot be written");
+        written += static_cast<std::size_t>(count < 0 ? 0 : count);
+    }
+}
+
+} // namespace
+
+} // namespace quiv
+
+int main(int argc, char** argv) {
+    try {
+        if (argc != 2)
+            throw quiv::NoStill("usage: quiv-still FILE");
+        av_log_set_level(AV_LOG_QUIET);
+        quiv::limitThisProcess();
+        const quiv::LocalFile file(argv[1]);
+        quiv::forbidFurtherFiles();
+        quiv::write(quiv::makeStill(file));
+        return 0;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "quiv-still: %s\n", error.what());
+        return 1;
+    }
+}
