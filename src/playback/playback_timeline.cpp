@@ -61,6 +61,13 @@ PlaybackTimeline timelineDragged(PlaybackTimeline timeline, double fraction) {
     return timeline;
 }
 
+PlaybackTimeline timelineDragCancelled(PlaybackTimeline timeline, TimelineInstant now) {
+    if (!timeline.isSeeking)
+        return timeline;
+    timeline.isSeeking = false;
+    return timelineReported(timeline, timeline.reported, now);
+}
+
 std::int64_t dragTargetMs(const PlaybackTimeline& timeline) {
     const std::int64_t duration = knownDuration(timeline);
     if (timeline.seekFraction >= 1)

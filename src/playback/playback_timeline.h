@@ -52,6 +52,9 @@ PlaybackTimeline timelineReported(PlaybackTimeline timeline, const ReportedPosit
 // A drag began or moved.
 PlaybackTimeline timelineDragged(PlaybackTimeline timeline, double fraction);
 
+// The drag ended without a wish: the timeline goes on from the last report.
+PlaybackTimeline timelineDragCancelled(PlaybackTimeline timeline, TimelineInstant now);
+
 // The position a drag would seek to if it ended now.
 std::int64_t dragTargetMs(const PlaybackTimeline& timeline);
 

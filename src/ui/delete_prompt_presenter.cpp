@@ -18,10 +18,6 @@ QString deleteMessage(const FileGroup& group) {
 DeletePromptPresenter::DeletePromptPresenter(WindowActions& actions, QObject* parent)
     : QObject(parent), m_actions(actions) {}
 
-QString DeletePromptPresenter::message() const {
-    return m_pendingDeleteGroup ? deleteMessage(*m_pendingDeleteGroup) : QString();
-}
-
 void DeletePromptPresenter::setSelectedDevice(const std::optional<TVEndpoint>& device) {
     const QString key = device ? endpointKey(*device) : QString();
     if (std::exchange(m_selectedKey, key) != key)
@@ -29,6 +25,7 @@ void DeletePromptPresenter::setSelectedDevice(const std::optional<TVEndpoint>& d
 }
 
 void DeletePromptPresenter::ask(const FileGroup& group) {
+    m_message = deleteMessage(group);
     publish(this, m_pendingDeleteGroup, std::optional(group), &DeletePromptPresenter::changed);
 }
 

@@ -25,7 +25,8 @@ public:
     explicit DeletePromptPresenter(WindowActions& actions, QObject* parent = nullptr);
 
     bool isShown() const { return m_pendingDeleteGroup.has_value(); }
-    QString message() const;
+    // Stays while the prompt fades.
+    const QString& message() const { return m_message; }
 
     void setSelectedDevice(const std::optional<TVEndpoint>& device);
     void ask(const FileGroup& group);
@@ -40,6 +41,7 @@ private:
     WindowActions& m_actions;
     QString m_selectedKey;
     std::optional<FileGroup> m_pendingDeleteGroup;
+    QString m_message;
 };
 
 // "This will delete 3 file(s) from the TV, including subtitles linked to "Title"."

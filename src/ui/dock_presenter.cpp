@@ -15,14 +15,9 @@ using Clock = std::chrono::steady_clock;
 // What stands for "no subtitles" among the ids of subtitle tracks.
 const auto OffTag = QStringLiteral("off");
 
-const PlaybackTrack* selectedTrack(const QList<PlaybackTrack>& tracks) {
+// -1: none is.
+int selectedIndex(const QList<PlaybackTrack>& tracks) {
     const auto found = std::ranges::find(tracks, true, &PlaybackTrack::selected);
-    return found == tracks.end() ? nullptr : &*found;
-}
-
-// The first track with the id: a TV may give one to several.
-int indexOfTrack(const QList<PlaybackTrack>& tracks, const QString& id) {
-    const auto found = std::ranges::find(tracks, id, &PlaybackTrack::id);
     return found == tracks.end() ? -1 : static_cast<int>(found - tracks.begin());
 }
 
@@ -41,16 +36,10 @@ QStringList trackLabels(const QList<PlaybackTrack>& tracks) {
     return labels;
 }
 
+// In the menu, whose first entry is "Off".
 int subtitleIndex(const QList<PlaybackTrack>& tracks) {
-    const PlaybackTrack* selected = selectedTrack(tracks);
-    if (!selected || selected->id == OffTag)
-        return 0;
-    return indexOfTrack(tracks, selected->id) + 1;
-}
-
-int audioIndex(const QList<PlaybackTrack>& tracks) {
-    const PlaybackTrack* selected = selectedTrack(tracks);
-    return selected ? indexOfTrack(tracks, selected->id) : 0;
+    const int index = selectedIndex(tracks);
+    return index >= 0 && tracks.at(index).id != OffTag ? index + 1 : 0;
 }
 
 QStringList speedLabels() {
@@ -83,10 +72,10 @@ QString nowPlayingTitle(const QList<LibraryRow>& groups, const QString& videoNam
     return displayText(stem.isEmpty() ? videoName : stem);
 }
 
-DockState dockState(const PlaybackResponse& playback, const QList<LibraryRow>& groups) {
+DockState dockState(const PlaybackResponse& playback, const QString& title) {
     DockState state;
     state.isShown = true;
-    state.title = nowPlayingTitle(groups, playback.currentVideoName.value_or(QString()));
+    state.title = title;
     state.stateText =
         playback.isPlaying ? QStringLiteral("Playing on TV") : QStringLiteral("Paused on TV");
     state.playSymbol =
@@ -94,7 +83,7 @@ DockState dockState(const PlaybackResponse& playback, const QList<LibraryRow>& g
     state.subtitles = QStringList(QStringLiteral("Off")) + trackLabels(playback.subtitleTracks);
     state.subtitleIndex = subtitleIndex(playback.subtitleTracks);
     state.audioTracks = trackLabels(playback.audioTracks);
-    state.audioIndex = audioIndex(playback.audioTracks);
+    state.audioIndex = std::max(0, selectedIndex(playback.audioTracks));
     state.speeds = speedLabels();
     const double speed = nearestSpeedOption(playbackSpeedOptions(), playback.playbackSpeed);
     state.speedIndex = static_cast<int>(playbackSpeedOptions().indexOf(speed));
@@ -113,33 +102,41 @@ void DockPresenter::setPlayback(const std::optional<PlaybackResponse>& playback)
         read && m_playback && read->currentVideoName == m_playback->currentVideoName;
     m_playback = read;
     if (!isSameVideo || read->durationMs < 1)
-        m_timeline.isSeeking = false;
+        m_timeline = timelineDragCancelled(m_timeline, Clock::now());
     if (read) {
         const ReportedPosition reported{read->positionMs, read->durationMs, read->isPlaying};
         m_timeline = timelineReported(m_timeline, reported, Clock::now());
     }
+    if (!isSameVideo)
+        updateTitle();
     updateState();
     showTimeline(Motion::Jump);
 }
 
 void DockPresenter::setContent(const LibraryContent& content) {
     m_groups = content.groupedFiles;
+    updateTitle();
     updateState();
 }
 
+void DockPresenter::updateTitle() {
+    m_title = m_playback ? nowPlayingTitle(m_groups, *m_playback->currentVideoName) : QString();
+}
+
 void DockPresenter::updateState() {
-    publish(this, m_state, m_playback ? dockState(*m_playback, m_groups) : DockState(),
+    publish(this, m_state, m_playback ? dockState(*m_playback, m_title) : DockState(),
             &DockPresenter::stateChanged);
 }
 
 void DockPresenter::showTimeline(Motion motion) {
     const auto now = Clock::now();
-    const bool isMoving =
-        m_playback && m_playback->isPlaying && m_playback->durationMs >= 1 && !m_timeline.isSeeking;
+    const double fraction = displayedFraction(m_timeline, now);
+    const bool isMoving = m_playback && m_playback->isPlaying && m_playback->durationMs >= 1 &&
+                          !m_timeline.isSeeking && fraction < 1;
     if (isMoving != m_tick.isActive())
         isMoving ? m_tick.start() : m_tick.stop();
     DockTimeline shown;
-    shown.fraction = displayedFraction(m_timeline, now);
+    shown.fraction = fraction;
     shown.positionText = formatPlaybackTime(displayedPositionMs(m_timeline, now));
     shown.durationText = formatPlaybackTime(m_timeline.reported.durationMs);
     shown.canSeek = m_playback && m_playback->durationMs >= 1;
@@ -167,11 +164,16 @@ void DockPresenter::seekForward() {
     m_actions.sendPlayback(PlaybackCommand::seekBy(SeekStepMs));
 }
 
-void DockPresenter::drag(double fraction) {
+void DockPresenter::beginDrag(double fraction) {
     if (!m_shownTimeline.canSeek)
         return;
     m_timeline = timelineDragged(m_timeline, fraction);
     showTimeline(Motion::Jump);
+}
+
+void DockPresenter::drag(double fraction) {
+    if (m_timeline.isSeeking)
+        beginDrag(fraction);
 }
 
 void DockPresenter::drop() {
@@ -184,7 +186,7 @@ void DockPresenter::drop() {
 }
 
 void DockPresenter::cancelDrag() {
-    m_timeline.isSeeking = false;
+    m_timeline = timelineDragCancelled(m_timeline, Clock::now());
     showTimeline(Motion::Jump);
 }
 

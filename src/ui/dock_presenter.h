@@ -95,8 +95,9 @@ public:
     Q_INVOKABLE void stop();
     Q_INVOKABLE void seekBack();
     Q_INVOKABLE void seekForward();
-    // The knob is held at a place of the timeline, then let go; a drag that is cancelled seeks
-    // nowhere.
+    // The knob is held at a place of the timeline, moved, let go. A drag that is cancelled, also by
+    // what the TV reports meanwhile, seeks nowhere.
+    Q_INVOKABLE void beginDrag(double fraction);
     Q_INVOKABLE void drag(double fraction);
     Q_INVOKABLE void drop();
     Q_INVOKABLE void cancelDrag();
@@ -112,12 +113,14 @@ Q_SIGNALS:
 private:
     enum class Motion { Jump, Glide };
 
+    void updateTitle();
     void updateState();
     void showTimeline(Motion motion);
 
     WindowActions& m_actions;
     std::optional<PlaybackResponse> m_playback;
     QList<LibraryRow> m_groups;
+    QString m_title;
     DockState m_state;
     PlaybackTimeline m_timeline;
     DockTimeline m_shownTimeline;
@@ -127,6 +130,6 @@ private:
 // The title of the library's group with this video, else the name without its extension.
 QString nowPlayingTitle(const QList<LibraryRow>& groups, const QString& videoName);
 
-DockState dockState(const PlaybackResponse& playback, const QList<LibraryRow>& groups);
+DockState dockState(const PlaybackResponse& playback, const QString& title);
 
 } // namespace quiv

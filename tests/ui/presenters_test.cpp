@@ -359,7 +359,7 @@ void PresentersTest::aDragSeeksOnce() {
     DockPresenter dock(m_actions);
     dock.setPlayback(playing("a.mkv"));
     m_actions.calls.clear();
-    dock.drag(0.1);
+    dock.beginDrag(0.1);
     dock.drag(0.5);
     dock.setPlayback(playing("a.mkv", 5000)); // does not move the held knob
     QCOMPARE(dock.timeline().positionText, QStringLiteral("1:00:00"));
@@ -387,8 +387,9 @@ void PresentersTest::aDragThatEndsOtherwiseSeeksNowhere() {
     DockPresenter dock(m_actions);
     dock.setPlayback(playing("a.mkv"));
     m_actions.calls.clear();
-    dock.drag(0.5);
+    dock.beginDrag(0.5);
     end(dock);
+    dock.drag(0.6); // the pointer is still down
     dock.drop();
     QVERIFY(m_actions.calls.isEmpty());
     dock.setPlayback(playing("a.mkv", 9000));
@@ -398,7 +399,7 @@ void PresentersTest::aDragThatEndsOtherwiseSeeksNowhere() {
 void PresentersTest::menusMarkWhatTheTvConfirmed() {
     PlaybackResponse playback = playing("a.mkv");
     playback.playbackSpeed = 1.3;
-    DockState state = dockState(playback, {});
+    DockState state = dockState(playback, QString());
     QCOMPARE(state.subtitles, QStringList(QStringLiteral("Off")));
     QCOMPARE(state.speeds.at(state.speedIndex), QStringLiteral("1.25x"));
     QVERIFY(state.audioTracks.isEmpty());
@@ -406,18 +407,18 @@ void PresentersTest::menusMarkWhatTheTvConfirmed() {
     playback.subtitleTracks = {track("1", "", false), track("1", "Twin", true),
                                track("", "", false)};
     playback.audioTracks = {track("2", "Stereo", false), track("3", "<b>5.1</b>", false)};
-    state = dockState(playback, {});
+    state = dockState(playback, QString());
     QCOMPARE(state.subtitles, QStringList({QStringLiteral("Off"), QStringLiteral("1"),
                                            QStringLiteral("Twin"), QStringLiteral("Track 3")}));
-    QCOMPARE(state.subtitleIndex, 1); // the first of that id
+    QCOMPARE(state.subtitleIndex, 2); // the one of its id that is selected
     QCOMPARE(state.audioIndex, 0);
     playback.audioTracks[1].selected = true;
-    QCOMPARE(dockState(playback, {}).audioIndex, 1);
+    QCOMPARE(dockState(playback, QString()).audioIndex, 1);
     playback.subtitleTracks = {track("off", "None", true)};
-    QCOMPARE(dockState(playback, {}).subtitleIndex, 0);
+    QCOMPARE(dockState(playback, QString()).subtitleIndex, 0);
     playback.subtitleTracks = QList<PlaybackTrack>(500, track("7", "Many", false));
     playback.playbackSpeed = -1e300;
-    state = dockState(playback, {});
+    state = dockState(playback, QString());
     QCOMPARE(state.subtitles.size(), 501);
     QCOMPARE(state.speedIndex, 0);
 }
@@ -464,7 +465,7 @@ void PresentersTest::strangePositionsAreShownWithinBounds() {
     dock.setPlayback(playing("a.mkv", 5000, -60'000));
     QCOMPARE(dock.timeline().positionText, QStringLiteral("00:05"));
     QVERIFY(!dock.timeline().canSeek);
-    dock.drag(0.5);
+    dock.beginDrag(0.5);
     QCOMPARE(dock.timeline().positionText, QStringLiteral("00:05"));
 }
 

@@ -20,8 +20,10 @@ T.Popup {
     height: Math.min(choices.length * rowHeight + 2 * padding, Theme.scaled(340))
     padding: 5
     margins: 8
+    modal: true // a click outside only closes it
+    dim: false
     focus: true
-    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
+    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
 
     enter: Transition {
         NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.quick }

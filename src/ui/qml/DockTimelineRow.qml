@@ -21,6 +21,7 @@ RowLayout {
         Layout.fillWidth: true
         enabled: row.timeline.canSeek
         timeline: row.timeline
+        onDragBegun: fraction => row.presenter.beginDrag(fraction)
         onDragged: fraction => row.presenter.drag(fraction)
         onDropped: row.presenter.drop()
         onDragCancelled: row.presenter.cancelDrag()

@@ -73,7 +73,10 @@ Item {
                 text: row.content.playbackText
             }
             PlaybackIconButton {
-                visible: row.content.hasVideo
+                // Keeps its place, so that the columns line up.
+                opacity: row.content.hasVideo ? 1 : 0
+                enabled: row.content.hasVideo
+                Accessible.ignored: !row.content.hasVideo
                 isRound: true
                 systemName: row.content.playSymbol
                 tint: Theme.accent

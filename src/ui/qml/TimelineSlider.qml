@@ -13,6 +13,7 @@ Item {
     readonly property real minimumValue: 0
     readonly property real maximumValue: 1
 
+    signal dragBegun(fraction: real)
     signal dragged(fraction: real)
     signal dropped()
     signal dragCancelled()
@@ -29,8 +30,9 @@ Item {
     activeFocusOnTab: enabled
     onTimelineChanged: follow()
     Component.onCompleted: follow()
-    Keys.onLeftPressed: steppedBack()
-    Keys.onRightPressed: steppedForward()
+    // A held key is one step: each asks the TV.
+    Keys.onLeftPressed: event => { if (!event.isAutoRepeat) steppedBack() }
+    Keys.onRightPressed: event => { if (!event.isAutoRepeat) steppedForward() }
     Accessible.role: Accessible.Slider
     Accessible.name: "Position"
     Accessible.description: timeline.positionText
@@ -93,7 +95,7 @@ Item {
 
         anchors.fill: parent
         preventStealing: true
-        onPressed: event => slider.dragged(fractionAt(event.x))
+        onPressed: event => slider.dragBegun(fractionAt(event.x))
         onPositionChanged: event => slider.dragged(fractionAt(event.x))
         onReleased: slider.dropped()
         onCanceled: slider.dragCancelled()
