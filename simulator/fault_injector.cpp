@@ -55,8 +55,9 @@ FaultInjector::Outcome FaultInjector::hang(const httplib::Request& request) {
 
 FaultInjector::Outcome FaultInjector::beforeReply(const httplib::Request& request,
                                                   httplib::Response& response) {
-    const auto fault = m_faults.take(QString::fromStdString(request.method),
-                                     QString::fromStdString(request.path), true);
+    const auto fault =
+        m_faults.take(QString::fromStdString(request.method), QString::fromStdString(request.path),
+                      Fault::Phase::BeforeReply);
     if (!fault)
         return Outcome::Continue;
     switch (fault->kind) {
@@ -79,7 +80,7 @@ FaultInjector::Outcome FaultInjector::beforeReply(const httplib::Request& reques
 
 void FaultInjector::alterReply(const httplib::Request& request, httplib::Response& response) {
     const auto fault = m_faults.take(QString::fromStdString(request.method),
-                                     QString::fromStdString(request.path), false);
+                                     QString::fromStdString(request.path), Fault::Phase::Replying);
     if (!fault)
         return;
     switch (fault->kind) {

@@ -21,6 +21,12 @@ constexpr std::array kindTable{
     KindRow{Fault::Kind::Body, "body", nullptr, "body"},
     KindRow{Fault::Kind::BrokenJson, "broken-json", nullptr, nullptr},
     KindRow{Fault::Kind::OversizedJson, "oversized-json", nullptr, nullptr},
+    KindRow{Fault::Kind::ReadThenReset, "read-then-reset", "bytes", nullptr},
+    KindRow{Fault::Kind::StallReading, "stall-reading", "bytes", nullptr},
+    KindRow{Fault::Kind::SlowReading, "slow-reading", "bytesPerSecond", nullptr},
+    KindRow{Fault::Kind::FillUp, "fill-up", "bytes", nullptr},
+    KindRow{Fault::Kind::Vanish, "vanish", "milliseconds", nullptr},
+    KindRow{Fault::Kind::StoreThenHang, "store-then-hang", nullptr, nullptr},
     KindRow{Fault::Kind::MistypedJson, "mistyped-json", nullptr, nullptr},
     KindRow{Fault::Kind::OneAuthHeader, "one-auth-header", nullptr, nullptr},
     KindRow{Fault::Kind::Trickle, "trickle", "bytesPerSecond", nullptr},
@@ -101,10 +107,11 @@ static bool concerns(const Fault& fault, const QString& method, const QString& p
            (fault.method.isEmpty() || fault.method == method);
 }
 
-std::optional<Fault> FaultList::take(const QString& method, const QString& path, bool beforeReply) {
+std::optional<Fault> FaultList::take(const QString& method, const QString& path,
+                                     Fault::Phase phase) {
     const std::scoped_lock lock(m_mutex);
     for (Fault& fault : m_faults) {
-        if (fault.actsBeforeReply() != beforeReply || fault.timesLeft == 0 ||
+        if (fault.phase() != phase || fault.timesLeft == 0 ||
             !concerns(fault, method, withoutLeadingSlash(path)))
             continue;
         if (fault.skip > 0) {

@@ -12,6 +12,9 @@ namespace quiv::simulator {
 
 // Something that shall go wrong with requests to one path.
 struct Fault {
+    // When it shall happen.
+    enum class Phase { BeforeReply, Receiving, Replying };
+
     enum class Kind {
         // Before the reply
         Delay,            // milliseconds
@@ -21,6 +24,13 @@ struct Fault {
         Body,             // body, status, contentType
         BrokenJson,       // cut off in the middle
         OversizedJson,    // bytes, chunked
+        // While a file arrives
+        ReadThenReset, // bytes
+        StallReading,  // bytes
+        SlowReading,   // bytesPerSecond
+        FillUp,        // bytes
+        Vanish,        // bytes, milliseconds
+        StoreThenHang,
         // To the reply
         MistypedJson,    // field
         OneAuthHeader,   // header: "token" or "lifetime"
@@ -36,7 +46,11 @@ struct Fault {
     int skip = 0;                 // requests to leave alone first
     int fired = 0;
 
-    bool actsBeforeReply() const { return kind <= Kind::OversizedJson; }
+    Phase phase() const {
+        if (kind <= Kind::OversizedJson)
+            return Phase::BeforeReply;
+        return kind <= Kind::StoreThenHang ? Phase::Receiving : Phase::Replying;
+    }
     qint64 number(const char* parameter, qint64 otherwise = 0) const;
     QString text(const char* parameter) const;
 };
@@ -49,8 +63,8 @@ public:
     void clear();
     QJsonArray toJson() const;
 
-    // The first fault that applies to a request, counted as fired; `beforeReply` says which sort.
-    std::optional<Fault> take(const QString& method, const QString& path, bool beforeReply);
+    // The first fault of this phase that applies to a request, counted as fired.
+    std::optional<Fault> take(const QString& method, const QString& path, Fault::Phase phase);
 
 private:
     mutable std::mutex m_mutex;

@@ -181,6 +181,10 @@ bool MediaLibrary::isUsbConnected() {
     return m_usbConnected && !m_usbFolder.isEmpty();
 }
 
+QString MediaLibrary::uploadFolder() {
+    return isUsbConnected() ? m_usbFolder : m_mediaFolder;
+}
+
 std::optional<MediaEntry> MediaLibrary::find(const QString& name) {
     const std::scoped_lock lock(m_mutex);
     const State state = readState();

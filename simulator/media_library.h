@@ -34,6 +34,9 @@ public:
     void setUsbConnected(bool connected);
     bool isUsbConnected();
 
+    // Where uploads go.
+    QString uploadFolder();
+
     // As it is listed now; none: not listed.
     std::optional<MediaEntry> find(const QString& name);
     // Where a listed file lies; empty for a generated entry.

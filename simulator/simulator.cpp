@@ -20,6 +20,7 @@ Simulator::Simulator(Options options)
           .pairing = {m_options.pairing, printCode},
           .player = Player(),
           .mover = {m_television.library, m_options.moveDuration},
+          .uploads = UploadStore(m_television.library),
           .browsingNeedsPairing = m_options.browsingNeedsPairing},
       m_server(m_television, m_faults, m_log, !m_options.quiet),
       m_control(m_television, m_faults, m_log, m_announcement) {}

@@ -5,6 +5,7 @@
 #include "simulator/pairing.h"
 #include "simulator/player.h"
 #include "simulator/storage_mover.h"
+#include "simulator/upload_store.h"
 
 namespace quiv::simulator {
 
@@ -15,6 +16,7 @@ struct Television {
     Pairing pairing;
     Player player;
     StorageMover mover;
+    UploadStore uploads;
     const bool browsingNeedsPairing;
 };
 

@@ -8,6 +8,7 @@
 #include "simulator/endpoints/playback_endpoints.h"
 #include "simulator/endpoints/reply.h"
 #include "simulator/endpoints/storage_endpoints.h"
+#include "simulator/endpoints/upload_endpoints.h"
 
 namespace quiv::simulator {
 
@@ -32,6 +33,7 @@ TvServer::TvServer(Television& television, FaultList& faults, RequestLog& log, b
     addPairingEndpoints(server, television);
     addPlaybackEndpoints(server, television);
     addStorageEndpoints(server, television);
+    addUploadEndpoints(server, television, faults, m_absence, m_stop);
     addNotFound(server);
 }
 
@@ -56,7 +58,7 @@ static bool cameByIpv4(const httplib::Request& request) {
 }
 
 HandlerResponse TvServer::received(const httplib::Request& request, httplib::Response& response) {
-    if (m_protocol == Protocol::Ipv6Only && cameByIpv4(request)) {
+    if (m_absence.isGone() || (m_protocol == Protocol::Ipv6Only && cameByIpv4(request))) {
         Connection(request).reset();
         return HandlerResponse::Handled;
     }

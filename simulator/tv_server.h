@@ -1,5 +1,6 @@
 #pragma once
 
+#include "simulator/absence.h"
 #include "simulator/fault_injector.h"
 #include "simulator/http_listener.h"
 #include "simulator/request_log.h"
@@ -34,6 +35,7 @@ private:
     const bool m_printsRequests;
     Protocol m_protocol = Protocol::AnyIp;
     StopSignal m_stop;
+    Absence m_absence;
     FaultInjector m_injector;
     HttpListener m_listener;
 };
