@@ -6,7 +6,9 @@
 #include "platform/avahi_service_browser.h"
 #include "platform/clock.h"
 #include "platform/curl_http_session.h"
+#include "platform/process_still_extractor.h"
 #include "platform/settings_store.h"
+#include "platform/system_log.h"
 
 #include <memory>
 
@@ -28,7 +30,9 @@ private:
     AvahiHostResolver m_hostResolver{m_avahi};
     AvahiServiceBrowser m_browser{m_avahi};
     CurlHttpSession m_http{&m_hostResolver};
-    OmbraMacModel m_model{{m_http, m_browser, m_settings, m_clock}};
+    ProcessStillExtractor m_stills;
+    SyslogSystemLog m_log;
+    OmbraMacModel m_model{{m_http, m_browser, m_settings, m_clock, m_stills, m_log}};
 };
 
 } // namespace quiv

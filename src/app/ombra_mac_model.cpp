@@ -14,6 +14,8 @@ OmbraMacModel::OmbraMacModel(const PlatformPorts& ports, QObject* parent)
       m_playback(m_requests, m_pairing, m_selected, m_status),
       m_storageMove(m_requests, m_library, m_selected, m_status),
       m_deletion(m_requests, m_pairing, m_library, m_selected, m_status),
+      m_uploads({m_requests, m_pairing, m_library, m_selected, m_status}, ports.stills, ports.log,
+                ports.clock),
       m_discovery(ports.browser, m_requests, ports.settings, *this, m_status),
       m_refreshCycle(m_selected, {m_library, m_playback, m_storageMove, m_pairing}, ports.clock) {
     m_restart.setSingleShot(true);

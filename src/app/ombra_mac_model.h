@@ -11,6 +11,7 @@
 #include "playback/remote_playback.h"
 #include "transfer/deletion.h"
 #include "transfer/storage_move.h"
+#include "transfer/uploads.h"
 
 #include <QObject>
 #include <QTimer>
@@ -23,6 +24,8 @@ struct PlatformPorts {
     ServiceBrowser& browser;
     SettingsStore& settings;
     Clock& clock;
+    StillExtractor& stills;
+    SystemLog& log;
 };
 
 // The one object the window knows. It holds the parts, wires them and selects the TV; each part
@@ -37,6 +40,7 @@ class OmbraMacModel : public QObject, private Discovery::Selector {
     Q_PROPERTY(quiv::RemotePlayback* playback READ playback CONSTANT)
     Q_PROPERTY(quiv::StorageMove* storageMove READ storageMove CONSTANT)
     Q_PROPERTY(quiv::Deletion* deletion READ deletion CONSTANT)
+    Q_PROPERTY(quiv::Uploads* uploads READ uploads CONSTANT)
 
 public:
     explicit OmbraMacModel(const PlatformPorts& ports, QObject* parent = nullptr);
@@ -50,6 +54,7 @@ public:
     RemotePlayback* playback() { return &m_playback; }
     StorageMove* storageMove() { return &m_storageMove; }
     Deletion* deletion() { return &m_deletion; }
+    Uploads* uploads() { return &m_uploads; }
 
     // Makes this TV the selected one; another than before starts from nothing.
     void selectDevice(const TVEndpoint& device) override;
@@ -77,6 +82,7 @@ private:
     RemotePlayback m_playback;
     StorageMove m_storageMove;
     Deletion m_deletion;
+    Uploads m_uploads;
     Discovery m_discovery;
     RefreshCycle m_refreshCycle;
     // Restarts come from the event loop: once for several changes, and after what caused them has

@@ -63,14 +63,15 @@ Task<HttpReply> RequestLayer::send(HttpRequest request, QUrl base) {
 }
 
 Task<QByteArray> RequestLayer::fetchBody(QUrl base, QString path, std::chrono::milliseconds timeout,
-                                         Guard guard) {
+                                         Guard guard, std::stop_token stop) {
     HttpRequest request = tvRequest("GET", base, path);
+    request.stop = std::move(stop);
     request.timeouts.total = timeout;
     auto sending = send(std::move(request), base);
     const HttpReply reply = co_await std::move(sending);
     if (reply.isSuccess())
         co_return reply.body;
-    fail(reply.status, serverErrorMessage(reply.status, reply.body), guard);
+    refuse(reply.status, serverErrorMessage(reply.status, reply.body), guard);
 }
 
 Task<> RequestLayer::post(std::optional<QUrl> base, QString path, QueryItems query, Guard guard,
@@ -82,10 +83,10 @@ Task<> RequestLayer::post(std::optional<QUrl> base, QString path, QueryItems que
     auto sending = send(std::move(request), *base);
     const HttpReply reply = co_await std::move(sending);
     if (!reply.isSuccess())
-        fail(reply.status, failureText(reply.status, reply.body), guard);
+        refuse(reply.status, failureText(reply.status, reply.body), guard);
 }
 
-void RequestLayer::fail(int status, const QString& message, const Guard& guard) {
+void RequestLayer::refuse(int status, const QString& message, const Guard& guard) {
     const bool isAuthFailure = status == 401 || status == 429;
     if (isAuthFailure && m_listener && (!guard || guard->isCurrent()))
         m_listener->handleAuthFailure(status, message);

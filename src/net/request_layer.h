@@ -16,6 +16,7 @@
 #include <chrono>
 #include <cstdint>
 #include <optional>
+#include <stop_token>
 
 namespace quiv {
 
@@ -58,20 +59,21 @@ public:
 
     // Any reply, with its token captured.
     Task<HttpReply> send(HttpRequest request, QUrl base);
-    // GET; the body of a 2xx reply.
+    // GET; the body of a 2xx reply. Asking `stop` to stop cancels.
     Task<QByteArray> fetchBody(QUrl base, QString path, std::chrono::milliseconds timeout,
-                               Guard guard);
+                               Guard guard, std::stop_token stop = {});
     // GET; the record of a 2xx reply.
     template <class Record>
-    Task<Record> fetchJSON(QUrl base, QString path, std::chrono::milliseconds timeout, Guard guard);
+    Task<Record> fetchJSON(QUrl base, QString path, std::chrono::milliseconds timeout, Guard guard,
+                           std::stop_token stop = {});
     // POST without a body, within 60 s; completes when the TV said yes. Without a base the address
     // was bad.
     Task<> post(std::optional<QUrl> base, QString path, QueryItems query, Guard guard,
                 FailureText failureText = serverErrorMessage);
+    // Throws the message of a failed reply; tells the listener when it is about rights.
+    [[noreturn]] void refuse(int status, const QString& message, const Guard& guard);
 
 private:
-    // Tells the listener when the TV refused for lack of rights, and throws the message.
-    [[noreturn]] void fail(int status, const QString& message, const Guard& guard);
     void captureAuthToken(const HttpReply& reply, const QUrl& base);
 
     HttpSession& m_session;
@@ -83,8 +85,8 @@ inline constexpr qsizetype DecodedInPlaceLimit = 64 << 10; // bytes; larger repl
 
 template <class Record>
 Task<Record> RequestLayer::fetchJSON(QUrl base, QString path, std::chrono::milliseconds timeout,
-                                     Guard guard) {
-    auto fetching = fetchBody(base, path, timeout, guard);
+                                     Guard guard, std::stop_token stop) {
+    auto fetching = fetchBody(base, path, timeout, guard, stop);
     const QByteArray body = co_await std::move(fetching);
     if (body.size() <= DecodedInPlaceLimit)
         co_return decode<Record>(body);

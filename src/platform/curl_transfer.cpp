@@ -2,6 +2,8 @@
 
 #include "platform/http_early_answer.h"
 
+#include <QFileInfo>
+
 #include <fcntl.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -93,7 +95,9 @@ std::optional<HttpError> CurlTransfer::prepare() {
 std::optional<HttpError> CurlTransfer::openFiles() {
     if (!m_request.bodyFile.isEmpty()) {
         m_bodyFile.setFileName(m_request.bodyFile);
-        if (!m_bodyFile.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        // Opening anything but a plain file might block for good.
+        if (!QFileInfo(m_request.bodyFile).isFile() ||
+            !m_bodyFile.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
             return HttpError(HttpErrorCode::CannotReadFile);
         m_bodySize = m_bodyFile.size();
     } else {
@@ -293,9 +297,13 @@ bool CurlTransfer::takeBody(QByteArrayView bytes) {
 }
 
 void CurlTransfer::reportProgress(const HttpProgress& progress, bool isLast) {
+    const HttpProgress before = std::exchange(m_seenProgress, progress);
+    const bool startsOver = progress.sent < before.sent;
+    if (startsOver && before != m_lastProgress)
+        m_progressSink(before); // how far the body had come
     const auto now = std::chrono::steady_clock::now();
     const bool isDue = !m_lastReportAt || now - *m_lastReportAt >= ProgressInterval;
-    if (progress == m_lastProgress || (!isDue && !isLast))
+    if (progress == m_lastProgress || (!isDue && !isLast && !startsOver))
         return;
     m_lastReportAt = now;
     m_lastProgress = progress;

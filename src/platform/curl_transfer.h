@@ -67,7 +67,8 @@ private:
     std::int64_t m_headerBytes = 0;
     HttpReply m_reply;
     std::optional<HttpErrorCode> m_failure; // what one of our callbacks stopped the exchange for
-    HttpProgress m_lastProgress;
+    HttpProgress m_seenProgress;
+    HttpProgress m_lastProgress; // reported
     std::optional<std::chrono::steady_clock::time_point> m_lastReportAt;
     int m_socketCopy = -1; // second descriptor of an upload's socket, to read an early answer from
 };

@@ -74,7 +74,8 @@ struct HttpRequest {
     std::int64_t replyLimit = JsonReplyLimit;
     HttpTimeouts timeouts;
     std::stop_token stop; // asking it to stop ends the exchange as Cancelled
-    // Main thread; the first and last report and about four a second between them.
+    // Main thread; the first and last report and about four a second between them; a body that
+    // starts over is reported at once, after the count it had reached.
     std::function<void(const HttpProgress&)> onProgress;
 };
 

@@ -7,6 +7,7 @@
 #include "platform/avahi_test_daemon.h"
 #include "platform/curl_http_session.h"
 #include "simulator/simulator_process.h"
+#include "support/fake_still_extractor.h"
 #include "support/memory_settings.h"
 
 using namespace quiv;
@@ -36,7 +37,9 @@ struct RealModel {
     AvahiHostResolver resolver{avahi};
     AvahiServiceBrowser browser{avahi};
     CurlHttpSession http{&resolver};
-    OmbraMacModel model{{http, browser, settings, clock}};
+    FakeStillExtractor stills;
+    MemoryLog log;
+    OmbraMacModel model{{http, browser, settings, clock, stills, log}};
     bool ready = false;
 };
 

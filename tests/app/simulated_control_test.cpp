@@ -2,6 +2,7 @@
 #include "platform/curl_http_session.h"
 #include "simulator/simulator_process.h"
 #include "support/fake_service_browser.h"
+#include "support/fake_still_extractor.h"
 #include "support/memory_settings.h"
 
 #include <QDir>
@@ -167,7 +168,9 @@ private:
         SystemClock clock;
         CurlHttpSession http;
         FakeServiceBrowser browser{clock};
-        OmbraMacModel model{{http, browser, settings, clock}};
+        FakeStillExtractor stills;
+        MemoryLog log;
+        OmbraMacModel model{{http, browser, settings, clock, stills, log}};
     };
 
     RemotePlayback& playback() { return *m_real->model.playback(); }

@@ -2,6 +2,7 @@
 #include "platform/curl_http_session.h"
 #include "simulator/simulator_process.h"
 #include "support/fake_service_browser.h"
+#include "support/fake_still_extractor.h"
 #include "support/memory_settings.h"
 
 #include <QElapsedTimer>
@@ -18,7 +19,8 @@ const QString FilesPath = QStringLiteral("api/files");
 
 // The model over real sockets; only the announcements are made by the test.
 struct RealModel {
-    explicit RealModel(SettingsStore& settings) : model({http, browser, settings, clock}) {}
+    explicit RealModel(SettingsStore& settings)
+        : model({http, browser, settings, clock, stills, log}) {}
 
     void find(const SimulatorProcess& tv) {
         model.appear();
@@ -31,6 +33,8 @@ struct RealModel {
     SystemClock clock;
     CurlHttpSession http;
     FakeServiceBrowser browser{clock};
+    FakeStillExtractor stills;
+    MemoryLog log;
     OmbraMacModel model;
 };
 

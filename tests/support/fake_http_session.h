@@ -2,12 +2,16 @@
 
 #include "platform/http_session.h"
 
+#include <QObject>
 #include <QUrl>
 
 #include <algorithm>
 #include <coroutine>
 #include <functional>
 #include <list>
+#include <memory>
+#include <optional>
+#include <stop_token>
 #include <variant>
 
 namespace quiv {
@@ -21,7 +25,7 @@ public:
         const QUrl url = QUrl::fromEncoded(request.url);
         sent.append(request);
         paths.append(url.path().sliced(1));
-        Pending pending(*this, url);
+        Pending pending(*this, url, request.stop);
         Result result = co_await std::move(pending);
         if (const auto* code = std::get_if<HttpErrorCode>(&result))
             throw HttpError(*code);
@@ -45,6 +49,15 @@ public:
                complete(std::prev(reversed.base()), HttpReply{200, {}, body});
     }
 
+    // The newest request for the path that was sent.
+    HttpRequest latest(const QString& path) const {
+        const auto isFor = [&](const HttpRequest& request) {
+            return QUrl::fromEncoded(request.url).path() == u'/' + path;
+        };
+        const auto found = std::ranges::find_if(sent.rbegin(), sent.rend(), isFor);
+        return found == sent.rend() ? HttpRequest() : *found;
+    }
+
     std::size_t waiting() const { return m_pending.size(); }
     QStringList takePaths() { return std::exchange(paths, {}); }
 
@@ -53,22 +66,35 @@ public:
 
 private:
     struct Pending {
-        Pending(FakeHttpSession& owner, QUrl address) : session(&owner), url(std::move(address)) {}
-        Pending(Pending&&) noexcept = default;
+        Pending(FakeHttpSession& owner, QUrl address, std::stop_token token)
+            : session(&owner), url(std::move(address)), stop(std::move(token)) {}
+        Pending(Pending&& other) noexcept // before it waits
+            : Pending(*other.session, std::move(other.url), std::move(other.stop)) {}
         Pending& operator=(Pending&&) = delete;
         ~Pending() { session->m_pending.remove(this); }
         bool await_ready() const noexcept { return false; }
         void await_suspend(std::coroutine_handle<> handle) {
             waiting = handle;
             session->m_pending.push_back(this);
+            context = std::make_unique<QObject>();
+            onStop.emplace(stop, [this] {
+                const auto cancel = [this] {
+                    session->complete(std::ranges::find(session->m_pending, this),
+                                      HttpErrorCode::Cancelled);
+                };
+                QMetaObject::invokeMethod(context.get(), cancel, Qt::QueuedConnection);
+            });
         }
         static QString path(const Pending* pending) { return pending->url.path(); }
         Result await_resume() { return std::move(*result); }
 
         FakeHttpSession* session;
         QUrl url;
+        std::stop_token stop;
         std::coroutine_handle<> waiting;
         std::optional<Result> result;
+        std::unique_ptr<QObject> context; // of the queued cancellation
+        std::optional<std::stop_callback<std::function<void()>>> onStop;
     };
 
     bool complete(std::list<Pending*>::iterator position, const Result& result) {

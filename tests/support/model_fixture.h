@@ -4,6 +4,7 @@
 #include "support/fake_clock.h"
 #include "support/fake_http_session.h"
 #include "support/fake_service_browser.h"
+#include "support/fake_still_extractor.h"
 #include "support/memory_settings.h"
 
 #include <QCoreApplication>
@@ -32,7 +33,9 @@ struct ModelFixture {
     FakeHttpSession http;
     FakeServiceBrowser browser{clock};
     MemorySettings settings;
-    OmbraMacModel model{{http, browser, settings, clock}};
+    FakeStillExtractor stills;
+    MemoryLog log;
+    OmbraMacModel model{{http, browser, settings, clock, stills, log}};
 
     const QString& status() { return model.status()->statusMessage(); }
     const PairingState& pairing() { return model.pairing()->state(); }

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QUrl>
+
+namespace quiv {
+
+// One file waiting to be uploaded.
+struct UploadJob {
+    QString id; // a UUID in upper-case text form; names the job, its row and its upload
+    QUrl sourceURL;
+    QString remoteName; // what the TV is asked to store it as
+
+    bool operator==(const UploadJob&) const = default;
+};
+
+enum class UploadListItemState { Queued, Uploading };
+
+// One row of the upload list: the current job or a pending one.
+struct UploadListItem {
+    QString id; // the job's
+    QString fileName;
+    UploadListItemState state = UploadListItemState::Queued;
+    double progress = 0; // 0 to 1
+    double speedBytesPerSecond = 0;
+
+    bool operator==(const UploadListItem&) const = default;
+};
+
+// A subtitle whose name does not fit its video: the user is asked whether to rename it.
+struct SubtitleRenamePrompt {
+    QUrl sourceURL;
+    QString targetVideoName;
+    QString proposedRemoteName;
+
+    bool operator==(const SubtitleRenamePrompt&) const = default;
+};
+
+// What is being uploaded, without the progress of it.
+struct UploadState {
+    bool isUploading = false;
+    QString currentUploadFileName; // empty when idle
+    int uploadQueueCount = 0;      // the current one not counted
+
+    bool operator==(const UploadState&) const = default;
+};
+
+} // namespace quiv

@@ -1,0 +1,72 @@
+#include "transfer/upload_queue_rules.h"
+
+#include "platform/uuid.h"
+#include "transfer/upload_names.h"
+
+#include <QFileInfo>
+#include <QStringList>
+
+#include <algorithm>
+
+namespace quiv {
+
+QList<QUrl> droppableFiles(const QList<QUrl>& urls) {
+    QList<QUrl> files;
+    for (const QUrl& url : urls) {
+        if (url.isLocalFile() && !QFileInfo(url.toLocalFile()).isDir())
+            files.append(url);
+    }
+    return files;
+}
+
+PickedFiles pickedFiles(const QList<QUrl>& urls) {
+    PickedFiles picked;
+    for (const QUrl& url : urls) {
+        const QString name = url.fileName();
+        if (hasSupportedVideoExtension(name) || hasSupportedSubtitleExtension(name))
+            picked.jobs.append({randomUuid().toUpper(), url, name});
+        else
+            ++picked.unsupported;
+    }
+    return picked;
+}
+
+QList<UploadJob> filteredDuplicateUploadJobs(const QList<UploadJob>& jobs,
+                                             const QSet<QString>& takenKeys) {
+    QSet<QString> taken = takenKeys;
+    QList<UploadJob> kept;
+    for (const UploadJob& job : jobs) {
+        const QString key = uploadNameKey(job.remoteName);
+        if (key.isEmpty() || taken.contains(key))
+            continue;
+        taken.insert(key);
+        kept.append(job);
+    }
+    return kept;
+}
+
+QString queuedMessage(qsizetype added, qsizetype duplicates, qsizetype unsupported) {
+    QStringList parts;
+    if (added >= 1)
+        parts.append(QStringLiteral("Queued %1 upload(s)").arg(added));
+    if (duplicates >= 1)
+        parts.append(QStringLiteral("%1 duplicate upload(s) skipped").arg(duplicates));
+    if (unsupported >= 1)
+        parts.append(QStringLiteral("skipped %1 unsupported file(s)").arg(unsupported));
+    return parts.isEmpty() ? QStringLiteral("All selected files are already uploading or queued")
+                           : parts.join(QStringLiteral(", "));
+}
+
+QString queueFinishedMessage(int uploaded, int failed) {
+    const QString message = QStringLiteral("Upload queue finished: %1 uploaded").arg(uploaded);
+    return failed == 0 ? message : message + QStringLiteral(", %1 failed").arg(failed);
+}
+
+QList<UploadListItem> orderedItems(QList<UploadListItem> items) {
+    std::ranges::stable_partition(items, [](const UploadListItem& item) {
+        return item.state == UploadListItemState::Uploading;
+    });
+    return items;
+}
+
+} // namespace quiv

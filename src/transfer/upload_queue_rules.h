@@ -1,0 +1,35 @@
+#pragma once
+
+#include "transfer/upload_job.h"
+
+#include <QList>
+#include <QSet>
+#include <QString>
+#include <QUrl>
+
+// What the upload queue decides, without the queue: pure functions but for `droppableFiles`.
+namespace quiv {
+
+// The files among what was dropped; folders and what is on no disk of ours are left out.
+QList<QUrl> droppableFiles(const QList<QUrl>& urls);
+
+struct PickedFiles {
+    QList<UploadJob> jobs; // with fresh ids
+    int unsupported = 0;
+};
+PickedFiles pickedFiles(const QList<QUrl>& urls);
+
+// The jobs whose names are not among these upload name keys, each name once.
+QList<UploadJob> filteredDuplicateUploadJobs(const QList<UploadJob>& jobs,
+                                             const QSet<QString>& takenKeys);
+
+// "Queued 2 upload(s), 1 duplicate upload(s) skipped, skipped 3 unsupported file(s)".
+QString queuedMessage(qsizetype added, qsizetype duplicates, qsizetype unsupported);
+
+// "Upload queue finished: 2 uploaded, 1 failed".
+QString queueFinishedMessage(int uploaded, int failed);
+
+// What uploads before what waits, each in its order.
+QList<UploadListItem> orderedItems(QList<UploadListItem> items);
+
+} // namespace quiv

@@ -1,0 +1,238 @@
+#include "transfer/upload_transport.h"
+
+#include "net/pairing.h"
+#include "transfer/upload_recovery.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <stop_token>
+
+namespace quiv {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+const auto UploadPath = QStringLiteral("api/files/upload");
+constexpr std::chrono::seconds TransferTimeout = 1h;
+constexpr std::chrono::seconds IdleTimeout = 2min;
+// How long a cancelled upload may go on asking the TV whether it has the file after all.
+constexpr auto ConfirmationAfterCancel = 700ms;
+
+// A file as it was when its upload began; one that has changed since was not uploaded as it is.
+struct FileStamp {
+    std::int64_t sizeBytes = 0;
+    QDateTime modified;
+
+    bool operator==(const FileStamp&) const = default;
+};
+
+std::optional<FileStamp> stampOf(const QString& path) {
+    const QFileInfo file(path);
+    if (!file.isFile())
+        return std::nullopt;
+    return FileStamp{file.size(), file.lastModified()};
+}
+
+QString storedName(const HttpReply& reply, const QString& requestedName) {
+    try {
+        const auto payload = decode<UploadSuccessPayload>(reply.body);
+        const QString name = payload.fileName.value_or(QString()).trimmed();
+        return name.isEmpty() ? requestedName : name;
+    } catch (const DecodingError&) {
+        return requestedName;
+    }
+}
+
+} // namespace
+
+// The transfer under way.
+struct UploadTransport::UploadTaskState {
+    UploadTaskState(Upload what, QUrl base, SelectedDevice::Guard deviceGuard, std::int64_t nowMs,
+                    ProgressSink progressSink)
+        : upload(std::move(what)),
+          baseURL(std::move(base)),
+          guard(deviceGuard),
+          file(stampOf(upload.file)),
+          expected{upload.remoteName, file ? std::optional(file->sizeBytes) : std::nullopt, nowMs},
+          onProgress(std::move(progressSink)) {}
+
+    const Upload upload;
+    const QUrl baseURL;
+    const SelectedDevice::Guard guard;
+    const std::optional<FileStamp> file; // none when it cannot be read
+    const ExpectedUpload expected;
+    const ProgressSink onProgress;
+
+    std::int64_t lastTotalBytesSent = 0;
+    std::int64_t lastKnownExpectedBytes = 0;
+    bool completionRecoveryStarted = false;
+    bool isConfirmed = false; // the TV has the file, whatever becomes of the transfer
+    Task<> recovery;
+
+    std::stop_source stop;             // of the transfer
+    std::stop_source stopConfirmation; // of what is asked after it
+    std::unique_ptr<Clock::Timer> confirmationLimit;
+};
+
+// Names a transfer as the one to cancel for as long as it lives.
+class UploadTransport::CurrentTransfer {
+public:
+    CurrentTransfer(UploadTaskState*& slot, UploadTaskState* state) : m_slot(slot) {
+        m_slot = state;
+    }
+    ~CurrentTransfer() { m_slot = nullptr; }
+    Q_DISABLE_COPY_MOVE(CurrentTransfer)
+
+private:
+    UploadTaskState*& m_slot;
+};
+
+UploadTransport::UploadTransport(RequestLayer& requests, Pairing& pairing,
+                                 const SelectedDevice& selected, Clock& clock)
+    : m_requests(requests), m_pairing(pairing), m_selected(selected), m_clock(clock) {}
+
+UploadTransport::~UploadTransport() = default;
+
+Task<QString> UploadTransport::uploadSingle(Upload upload, ProgressSink onProgress) {
+    auto pairing = awaitPairing();
+    co_await std::move(pairing);
+    const std::int64_t nowMs = m_clock.wallTime().time_since_epoch().count();
+    UploadTaskState state(std::move(upload), *m_selected.baseURL(),
+                          SelectedDevice::Guard(m_selected), nowMs, std::move(onProgress));
+    const CurrentTransfer current(m_current, &state);
+    auto transferring = transfer(&state);
+    co_return co_await std::move(transferring);
+}
+
+// Ends when this client may upload to the TV that is selected by then.
+Task<> UploadTransport::awaitPairing() {
+    while (true) {
+        if (!m_selected.baseURL())
+            throw HttpError(HttpErrorCode::BadUrl);
+        const SelectedDevice::Guard guard(m_selected);
+        auto asking = m_pairing.ensureControlPairing(QStringLiteral("upload"));
+        const bool isPaired = co_await std::move(asking);
+        if (!guard.isCurrent())
+            continue;
+        if (isPaired)
+            co_return;
+        throw UploadFailure(
+            QStringLiteral("Pairing required: enter the 3-digit code shown on TV."));
+    }
+}
+
+Task<QString> UploadTransport::transfer(UploadTaskState* state) {
+    std::optional<HttpReply> reply;
+    std::optional<HttpError> error;
+    try {
+        auto sending = m_requests.send(fileRequest(state), state->baseURL);
+        reply = co_await std::move(sending);
+    } catch (const HttpError& failure) {
+        error = failure;
+    }
+    state->recovery.cancel();
+    if (reply && reply->isSuccess() && !state->isConfirmed) {
+        if (stampOf(state->upload.file) != state->file)
+            throw UploadFailure(QStringLiteral("The file changed while it was being uploaded. "
+                                               "Upload it again when it is complete."));
+        co_return storedName(*reply, state->upload.remoteName);
+    }
+    if (!state->isConfirmed) {
+        auto asking = confirmUploadOnServer(state);
+        state->isConfirmed = co_await std::move(asking);
+    }
+    if (state->isConfirmed)
+        co_return state->upload.remoteName;
+    if (reply)
+        m_requests.refuse(reply->status, serverErrorMessage(reply->status, reply->body),
+                          state->guard);
+    if (error->code() == HttpErrorCode::BadServerResponse)
+        throw UploadFailure(QStringLiteral("Upload failed: invalid server response"));
+    throw HttpError(error->code());
+}
+
+HttpRequest UploadTransport::fileRequest(UploadTaskState* state) {
+    QueryItems query{{QStringLiteral("name"), state->upload.remoteName},
+                     {QStringLiteral("uploadId"), state->upload.uploadId}};
+    if (state->upload.expectsClientThumbnail)
+        query.append({QStringLiteral("thumbnailMode"), QStringLiteral("client")});
+    HttpRequest request = tvRequest("PUT", state->baseURL, UploadPath, query);
+    request.bodyFile = state->upload.file;
+    request.timeouts = {TransferTimeout, IdleTimeout};
+    request.stop = state->stop.get_token();
+    request.onProgress = [this, state](const HttpProgress& progress) {
+        transferProgressed(state, progress);
+    };
+    return request;
+}
+
+void UploadTransport::transferProgressed(UploadTaskState* state, const HttpProgress& progress) {
+    if (progress.sentTotal < 1)
+        return;
+    state->lastKnownExpectedBytes = std::max(state->lastKnownExpectedBytes, progress.sentTotal);
+    const bool startedOver = progress.sent < state->lastTotalBytesSent;
+    const bool wasNearEnd =
+        state->lastTotalBytesSent >= nearEndThreshold(state->lastKnownExpectedBytes);
+    if (startedOver && wasNearEnd && !state->completionRecoveryStarted) {
+        state->completionRecoveryStarted = true;
+        state->recovery = recoverRestarted(state, progress);
+        return;
+    }
+    showProgress(state, progress);
+}
+
+void UploadTransport::showProgress(UploadTaskState* state, const HttpProgress& progress) {
+    state->lastTotalBytesSent = std::max(state->lastTotalBytesSent, progress.sent);
+    state->onProgress(progress.sent, progress.sentTotal);
+}
+
+// The body starts over although nearly all of it was sent: the TV may have taken it the first time.
+Task<> UploadTransport::recoverRestarted(UploadTaskState* state, HttpProgress progress) {
+    auto asking = confirmUploadOnServer(state);
+    const bool isConfirmed = co_await std::move(asking);
+    if (isConfirmed) {
+        state->isConfirmed = true;
+        state->stop.request_stop();
+        co_return;
+    }
+    state->completionRecoveryStarted = false;
+    showProgress(state, progress);
+}
+
+Task<bool> UploadTransport::confirmUploadOnServer(UploadTaskState* state) {
+    try {
+        auto fetching = m_requests.fetchJSON<UploadStatusResponse>(
+            state->baseURL, QStringLiteral("api/upload-status"), 3s, state->guard,
+            state->stopConfirmation.get_token());
+        const UploadStatusResponse status = co_await std::move(fetching);
+        if (confirmsUpload(status, state->expected))
+            co_return true;
+    } catch (const Error&) {
+        // The listing may still tell.
+    }
+    try {
+        auto fetching =
+            m_requests.fetchJSON<FilesResponse>(state->baseURL, QStringLiteral("api/files"), 5s,
+                                                state->guard, state->stopConfirmation.get_token());
+        const FilesResponse listing = co_await std::move(fetching);
+        co_return confirmsUpload(listing, state->expected);
+    } catch (const Error&) {
+        co_return false;
+    }
+}
+
+bool UploadTransport::cancel() {
+    if (!m_current)
+        return false;
+    m_current->stop.request_stop();
+    m_current->confirmationLimit = m_clock.after(
+        ConfirmationAfterCancel, [state = m_current] { state->stopConfirmation.request_stop(); });
+    return true;
+}
+
+} // namespace quiv

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "net/request_layer.h"
+#include "platform/clock.h"
+#include "platform/task.h"
+
+#include <QString>
+#include <QUrl>
+
+#include <cstdint>
+#include <functional>
+
+namespace quiv {
+
+class Pairing;
+
+// Moves one local file to the selected TV, and finds out how that ended: whatever seems to have
+// failed is a success when the TV has the file.
+//
+// One upload at a time; destroying its task ends it. Main thread only.
+class UploadTransport {
+public:
+    struct Upload {
+        QString file; // path
+        QString remoteName;
+        bool expectsClientThumbnail = false; // the TV has its still from us
+        QString uploadId;
+    };
+    // Bytes of the body sent and expected, the latter at least 1.
+    using ProgressSink = std::function<void(std::int64_t sent, std::int64_t expected)>;
+
+    UploadTransport(RequestLayer& requests, Pairing& pairing, const SelectedDevice& selected,
+                    Clock& clock);
+    ~UploadTransport();
+
+    // The name under which the TV stored the file. Throws UploadFailure or HttpError.
+    Task<QString> uploadSingle(Upload upload, ProgressSink onProgress);
+
+    // Ends the transfer under way as cancelled, unless the TV says at once that it has the file.
+    // False when there is none.
+    bool cancel();
+
+private:
+    struct UploadTaskState;
+    class CurrentTransfer;
+
+    Task<> awaitPairing();
+    Task<QString> transfer(UploadTaskState* state);
+    HttpRequest fileRequest(UploadTaskState* state);
+    void transferProgressed(UploadTaskState* state, const HttpProgress& progress);
+    void showProgress(UploadTaskState* state, const HttpProgress& progress);
+    Task<> recoverRestarted(UploadTaskState* state, HttpProgress progress);
+    Task<bool> confirmUploadOnServer(UploadTaskState* state);
+
+    RequestLayer& m_requests;
+    Pairing& m_pairing;
+    const SelectedDevice& m_selected;
+    Clock& m_clock;
+    UploadTaskState* m_current = nullptr; // lives in the frame of uploadSingle()
+};
+
+} // namespace quiv

@@ -1,0 +1,252 @@
+#include "app/ombra_mac_model.h"
+#include "platform/curl_http_session.h"
+#include "simulator/simulator_process.h"
+#include "support/fake_service_browser.h"
+#include "support/fake_still_extractor.h"
+#include "support/memory_settings.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTest>
+
+#include <sys/resource.h>
+
+using namespace quiv;
+using quiv::simulator::SimulatorProcess;
+
+namespace {
+
+constexpr qint64 FileSize = 8 << 20;
+
+QByteArray digest(const QString& path) {
+    QFile file(path);
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    return file.open(QIODevice::ReadOnly) && hash.addData(&file) ? hash.result() : QByteArray();
+}
+
+// Every file of a folder by its content.
+QHash<QByteArray, QString> digests(const QString& folder) {
+    QHash<QByteArray, QString> found;
+    for (const QString& name : QDir(folder).entryList(QDir::Files | QDir::Hidden))
+        found.insert(digest(folder + u'/' + name), name);
+    return found;
+}
+
+long peakKilobytes() {
+    rusage usage{};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+} // namespace
+
+// The upload queue over real sockets, with real files and a TV that misbehaves.
+class SimulatedUploadTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() {
+        m_files = std::make_unique<QTemporaryDir>();
+        QVERIFY2(m_tv.start(), qPrintable(m_tv.errorText()));
+        m_real = std::make_unique<Real>();
+        connect(m_real->model.status(), &StatusLine::statusMessageChanged, this,
+                [this] { m_said.append(status()); });
+        m_real->model.appear();
+        m_real->browser.announce(
+            serviceAt(QStringLiteral("Announced"), {127, 0, 0, 1}, m_tv.port()));
+        QTRY_VERIFY(m_real->model.pairing()->state().requiresControlPairing);
+        m_real->model.pairing()->verifyPairingCode(m_tv.pairingCode());
+        QTRY_VERIFY(m_real->model.pairing()->state().isControlPaired);
+        m_said.clear();
+    }
+    void cleanup() {
+        m_real.reset();
+        m_tv.stop();
+        for (const QString& name : stored())
+            QFile::remove(m_tv.mediaFolder() + u'/' + name);
+    }
+
+    void filesArriveWithAllTheirBytes() {
+        const QUrl video = file(QStringLiteral("Ein Film +&ü.mkv"), FileSize);
+        const QUrl subtitle = file(QStringLiteral("Ein Film +&ü.srt"), 100);
+        const QUrl empty = file(QStringLiteral("empty.srt"), 0);
+        upload({video, subtitle, empty});
+        QCOMPARE(status(), QStringLiteral("Upload queue finished: 3 uploaded"));
+        for (const QUrl& url : {video, subtitle, empty})
+            QCOMPARE(digest(m_tv.mediaFolder() + u'/' + url.fileName()), digest(url.toLocalFile()));
+        upload({video}); // once more
+        QCOMPARE(stored().size(), 4);
+        QVERIFY(stored().contains(QStringLiteral("Ein Film +&ü (1).mkv")));
+    }
+
+    // Whatever goes wrong: what is called uploaded is there, whole and once; the next file follows.
+    void noFaultLosesAFile_data() {
+        QTest::addColumn<QJsonObject>("fault");
+        QTest::addColumn<bool>("arrives");
+        const auto row = [](const char* name, const char* kind, bool arrives,
+                            QJsonObject more = {}) {
+            more[QStringLiteral("path")] = QStringLiteral("api/files/upload");
+            more[QStringLiteral("method")] = QStringLiteral("PUT");
+            more[QStringLiteral("kind")] = QString::fromLatin1(kind);
+            more[QStringLiteral("times")] = 1;
+            QTest::newRow(name) << more << arrives;
+        };
+        const auto bytes = [](qint64 count) {
+            return QJsonObject{{QStringLiteral("bytes"), count}};
+        };
+        row("reset at once", "reset-before-reply", false);
+        row("reset half way", "read-then-reset", false, bytes(FileSize / 2));
+        row("reset before the last bytes", "read-then-reset", false, bytes(FileSize - 4096));
+        row("stored, then reset", "reset-after-bytes", true, bytes(0));
+        row("full", "fill-up", false, bytes(1 << 20));
+        row("too large, said at once", "status", false, {{QStringLiteral("status"), 413}});
+        row("500", "status", false, {{QStringLiteral("status"), 500}});
+    }
+    void noFaultLosesAFile() {
+        QFETCH(QJsonObject, fault);
+        QFETCH(bool, arrives);
+        const QUrl first = file(QStringLiteral("First.mkv"), FileSize);
+        const QUrl second = file(QStringLiteral("Second.mkv"), FileSize / 2);
+        QVERIFY(m_tv.setFault(fault));
+        upload({first, second});
+        const QHash<QByteArray, QString> there = digests(m_tv.mediaFolder());
+        QCOMPARE(there.value(digest(second.toLocalFile())), QStringLiteral("Second.mkv"));
+        QCOMPARE(there.contains(digest(first.toLocalFile())), arrives);
+        QCOMPARE(there.size(), arrives ? 2 : 1); // neither parts nor copies
+        QCOMPARE(status(), arrives ? QStringLiteral("Upload queue finished: 2 uploaded")
+                                   : QStringLiteral("Upload queue finished: 1 uploaded, 1 failed"));
+        QCOMPARE(m_said.join(u'\n').contains(QStringLiteral("Upload failed for First.mkv: ")),
+                 !arrives);
+    }
+
+    void aTvThatGoesAndComesBackGetsItsFilesThen() {
+        QVERIFY(m_tv.setFault({{QStringLiteral("path"), QStringLiteral("api/files/upload")},
+                               {QStringLiteral("kind"), QStringLiteral("vanish")},
+                               {QStringLiteral("bytes"), FileSize / 2},
+                               {QStringLiteral("milliseconds"), 1000},
+                               {QStringLiteral("times"), 1}}));
+        const QList<QUrl> urls{file(QStringLiteral("First.mkv"), FileSize),
+                               file(QStringLiteral("Second.mkv"), FileSize)};
+        upload(urls);
+        QCOMPARE(status(), QStringLiteral("Upload queue finished: 0 uploaded, 2 failed"));
+        QCOMPARE(stored(), QStringList());
+        while (stored().isEmpty()) // until it is back
+            upload(urls);
+        for (const QUrl& url : urls)
+            QCOMPARE(digest(m_tv.mediaFolder() + u'/' + url.fileName()), digest(url.toLocalFile()));
+    }
+
+    void aStalledUploadIsCancelledWithinASecond_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<bool>("isSilent"); // the TV answers nothing at all
+        QTest::newRow("stalled") << QStringLiteral("stall-reading") << false;
+        QTest::newRow("stored but silent") << QStringLiteral("store-then-hang") << false;
+        QTest::newRow("stalled, silent TV") << QStringLiteral("stall-reading") << true;
+    }
+    void aStalledUploadIsCancelledWithinASecond() {
+        QFETCH(QString, kind);
+        QFETCH(bool, isSilent);
+        QVERIFY(m_tv.setFault({{QStringLiteral("path"), QStringLiteral("api/files/upload")},
+                               {QStringLiteral("kind"), kind},
+                               {QStringLiteral("bytes"), 1 << 20}}));
+        Uploads& uploads = *m_real->model.uploads();
+        uploads.queueUploadsFromPicker({file(QStringLiteral("First.mkv"), 64 << 20)});
+        QTRY_VERIFY(status().startsWith(QStringLiteral("Uploading First.mkv... ")));
+        if (isSilent)
+            QVERIFY(m_tv.setFault({{QStringLiteral("path"), QStringLiteral("*")},
+                                   {QStringLiteral("kind"), QStringLiteral("hang")}}));
+        if (kind == QLatin1String("store-then-hang"))
+            QTRY_VERIFY(!stored().isEmpty() && !stored().first().startsWith(u'.'));
+        QElapsedTimer since;
+        since.start();
+        uploads.cancelUploadJob(uploads.uploadListItems()[0].id);
+        QTRY_VERIFY(uploads.uploadListItems().isEmpty());
+        QVERIFY2(since.elapsed() < 1000, qPrintable(QString::number(since.elapsed())));
+        const bool isThere = kind == QLatin1String("store-then-hang");
+        QCOMPARE(m_said.contains(QStringLiteral("Canceled First.mkv")), !isThere);
+        m_tv.clearFaults();
+    }
+
+    void aFileThatShrinksOrGoesIsSaid() {
+        QVERIFY(m_tv.setFault({{QStringLiteral("path"), QStringLiteral("api/files/upload")},
+                               {QStringLiteral("kind"), QStringLiteral("slow-reading")},
+                               {QStringLiteral("bytesPerSecond"), 32 << 20},
+                               {QStringLiteral("times"), 1}}));
+        const QUrl shrinking = file(QStringLiteral("Shrinking.mkv"), 64 << 20);
+        const QUrl gone = file(QStringLiteral("Gone.mkv"), 10);
+        m_real->model.uploads()->queueUploadsFromPicker({shrinking, gone});
+        QFile::remove(gone.toLocalFile());
+        QTRY_VERIFY(status().startsWith(QStringLiteral("Uploading Shrinking.mkv (1 queued)... ")));
+        QVERIFY(QFile::resize(shrinking.toLocalFile(), 1000));
+        QTRY_COMPARE_WITH_TIMEOUT(
+            status(), QStringLiteral("Upload queue finished: 0 uploaded, 2 failed"), 20'000);
+        QVERIFY(m_said.join(u'\n').contains(
+            QStringLiteral("Upload failed for Gone.mkv: The file could not be read.")));
+        QCOMPARE(stored(), QStringList());
+    }
+
+    void severalHundredFilesAreQueuedAtOnce() {
+        QList<QUrl> urls;
+        for (int number = 0; number < 300; ++number)
+            urls.append(file(QStringLiteral("Part %1.mkv").arg(number), 10));
+        QElapsedTimer since;
+        since.start();
+        m_real->model.uploads()->queueUploadsFromPicker(urls);
+        QVERIFY2(since.elapsed() < 200, qPrintable(QString::number(since.elapsed())));
+        QTRY_COMPARE_WITH_TIMEOUT(status(), QStringLiteral("Upload queue finished: 300 uploaded"),
+                                  60'000);
+        QCOMPARE(stored().size(), 300);
+    }
+
+    void memoryDoesNotGrowWithTheFile() {
+        QFile sparse(m_files->filePath(QStringLiteral("Huge.mkv")));
+        QVERIFY(sparse.open(QIODevice::WriteOnly) && sparse.resize(qint64(4) << 30));
+        sparse.close();
+        const long before = peakKilobytes();
+        QVERIFY(m_tv.setFault({{QStringLiteral("path"), QStringLiteral("api/files/upload")},
+                               {QStringLiteral("kind"), QStringLiteral("fill-up")},
+                               {QStringLiteral("bytes"), qint64(4) << 30}}));
+        m_real->model.uploads()->queueUploadsFromPicker({QUrl::fromLocalFile(sparse.fileName())});
+        QTRY_VERIFY_WITH_TIMEOUT(status().startsWith(QStringLiteral("Upload queue finished")),
+                                 100'000);
+        const long grown = peakKilobytes() - before;
+        QVERIFY2(grown < 16 << 10, qPrintable(QString::number(grown)));
+    }
+
+private:
+    struct Real {
+        MemorySettings settings;
+        SystemClock clock;
+        CurlHttpSession http;
+        FakeServiceBrowser browser{clock};
+        FakeStillExtractor stills;
+        MemoryLog log;
+        OmbraMacModel model{{http, browser, settings, clock, stills, log}};
+    };
+
+    const QString& status() { return m_real->model.status()->statusMessage(); }
+    QStringList stored() { return QDir(m_tv.mediaFolder()).entryList(QDir::Files | QDir::Hidden); }
+    QUrl file(const QString& name, qint64 size) {
+        QFile file(m_files->filePath(name));
+        if (file.open(QIODevice::WriteOnly))
+            file.write((name.toUtf8() + QByteArray(size, 'x')).first(size));
+        return QUrl::fromLocalFile(file.fileName());
+    }
+    void upload(const QList<QUrl>& urls) {
+        m_real->model.uploads()->queueUploadsFromPicker(urls);
+        QTRY_VERIFY_WITH_TIMEOUT(m_said.join(u'\n').contains(QStringLiteral("queue finished")) &&
+                                     status().startsWith(QStringLiteral("Upload queue finished")),
+                                 30'000);
+        m_said.append(QString());
+    }
+
+    SimulatorProcess m_tv;
+    std::unique_ptr<QTemporaryDir> m_files;
+    std::unique_ptr<Real> m_real;
+    QStringList m_said;
+};
+
+QTEST_GUILESS_MAIN(SimulatedUploadTest)
+#include "simulated_upload_test.moc"

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/still_extractor.h"
+#include "platform/system_log.h"
+
+#include <QStringList>
+
+namespace quiv {
+
+// Gives every video the same still, at once.
+class FakeStillExtractor final : public StillExtractor {
+public:
+    Task<std::optional<QByteArray>> makeUploadThumbnail(QString path) override {
+        paths.append(path);
+        co_return still;
+    }
+
+    std::optional<QByteArray> still = QByteArray("\xff\xd8 a still");
+    QStringList paths;
+};
+
+class MemoryLog final : public SystemLog {
+public:
+    void write(const QString& line) override { lines.append(line); }
+    QStringList lines;
+};
+
+} // namespace quiv

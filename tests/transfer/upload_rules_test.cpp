@@ -1,0 +1,165 @@
+#include <QTest>
+
+#include "transfer/upload_names.h"
+#include "transfer/upload_progress.h"
+#include "transfer/upload_queue_rules.h"
+#include "transfer/upload_recovery.h"
+
+#include <limits>
+
+using namespace quiv;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto Huge = std::numeric_limits<std::int64_t>::max();
+
+QList<QUrl> files(const QStringList& names) {
+    QList<QUrl> urls;
+    for (const QString& name : names)
+        urls.append(QUrl::fromLocalFile(QStringLiteral("/videos/") + name));
+    return urls;
+}
+
+ExpectedUpload expectedUpload(std::optional<std::int64_t> size) {
+    return {QStringLiteral(" Movie.mkv"), size, 100'000};
+}
+
+UploadStatusResponse status(const QString& name, std::int64_t total, std::int64_t updatedAtMs) {
+    UploadStatusResponse response;
+    response.state = QStringLiteral(" completed\n");
+    response.fileName = name;
+    response.totalBytes = total;
+    response.updatedAtMs = updatedAtMs;
+    return response;
+}
+
+FilesResponse listing(const QString& name, std::int64_t size) {
+    FilesResponse response;
+    response.files.append({name, QStringLiteral("VIDEO"), size, std::nullopt});
+    return response;
+}
+
+} // namespace
+
+class UploadRulesTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void pickedFilesAreCountedAndTold() {
+        const PickedFiles picked =
+            pickedFiles(files({QStringLiteral("a.MP4"), QStringLiteral("b.srt"),
+                               QStringLiteral("notes.pdf"), QStringLiteral("mp4")}));
+        QCOMPARE(picked.jobs.size(), 2);
+        QCOMPARE(picked.unsupported, 2);
+        QVERIFY(picked.jobs[0].id != picked.jobs[1].id);
+        QCOMPARE(picked.jobs[0].id, picked.jobs[0].id.toUpper());
+
+        QCOMPARE(queuedMessage(2, 1, 3),
+                 QStringLiteral("Queued 2 upload(s), 1 duplicate upload(s) skipped, "
+                                "skipped 3 unsupported file(s)"));
+        QCOMPARE(queuedMessage(0, 0, 0),
+                 QStringLiteral("All selected files are already uploading or queued"));
+        QCOMPARE(queueFinishedMessage(2, 1),
+                 QStringLiteral("Upload queue finished: 2 uploaded, 1 failed"));
+        QCOMPARE(queueFinishedMessage(3, 0), QStringLiteral("Upload queue finished: 3 uploaded"));
+    }
+
+    void eachNameIsQueuedOnce() {
+        QList<UploadJob> jobs;
+        for (const char* name : {"x.mp4", "X.MP4", "  ", "movie.mkv", "x (1).mp4"})
+            jobs.append({QString(), QUrl(), QString::fromLatin1(name)});
+        const auto kept =
+            filteredDuplicateUploadJobs(jobs, {uploadNameKey(QStringLiteral(" Movie.MKV"))});
+        QCOMPARE(kept.size(), 2);
+        QCOMPARE(kept[0].remoteName, QStringLiteral("x.mp4"));
+        QCOMPARE(kept[1].remoteName, QStringLiteral("x (1).mp4"));
+    }
+
+    void attachedSubtitlesTakeTheVideosName_data() {
+        QTest::addColumn<QString>("video");
+        QTest::addColumn<QString>("subtitle");
+        QTest::addColumn<QString>("proposed");
+        QTest::newRow("another name")
+            << QStringLiteral("Movie.Name.2019.mkv") << QStringLiteral("movie.EN.SRT")
+            << QStringLiteral("Movie.Name.2019.srt");
+        QTest::newRow("letter case") << QStringLiteral("Show.mp4") << QStringLiteral("Subs.ASS")
+                                     << QStringLiteral("Show.ass");
+        QTest::newRow("the same name") << QStringLiteral("Show.mkv") << QStringLiteral("Show.srt")
+                                       << QStringLiteral("Show.srt");
+        QTest::newRow("no extension")
+            << QStringLiteral("Show") << QStringLiteral("subs") << QStringLiteral("Show.srt");
+    }
+    void attachedSubtitlesTakeTheVideosName() {
+        QFETCH(QString, video);
+        QFETCH(QString, subtitle);
+        QFETCH(QString, proposed);
+        QCOMPARE(proposedSubtitleRemoteName(video, files({subtitle})[0]), proposed);
+    }
+
+    void copiesOnTheTvMatchTheirUpload() {
+        const QString name = QStringLiteral("movie.mkv");
+        QVERIFY(uploadNamesMatch(name, QStringLiteral("Movie (2).mkv ")));
+        QVERIFY(!uploadNamesMatch(name, QStringLiteral("movie (2).mp4")));
+        QVERIFY(!uploadNamesMatch(name, QStringLiteral("movie (a).mkv")));
+        QVERIFY(!uploadNamesMatch(name, QStringLiteral("movie(2).mkv")));
+        QVERIFY(!uploadNamesMatch(QString(), QStringLiteral(" ")));
+    }
+
+    void speedIsSampledAndSmoothed() {
+        const auto start = std::chrono::steady_clock::time_point() + 1h;
+        UploadProgress progress = progressReported({}, 0, 100'000'000, start);
+        QCOMPARE(progress.speedBytesPerSecond, 0.0);
+        progress = progressReported(progress, 3'000'000, 100'000'000, start + 300ms);
+        QCOMPARE(progress.speedBytesPerSecond, 10'000'000.0);
+        progress = progressReported(progress, 9'000'000, 100'000'000, start + 600ms);
+        QCOMPARE(progress.speedBytesPerSecond, 0.65 * 10'000'000 + 0.35 * 20'000'000);
+        const UploadProgress tooSoon =
+            progressReported(progress, 10'000'000, 100'000'000, start + 700ms);
+        QCOMPARE(tooSoon.speedBytesPerSecond, progress.speedBytesPerSecond);
+        QCOMPARE(tooSoon.lastSentBytes, 10'000'000); // yet the sample point moves
+        const UploadProgress back = progressReported(tooSoon, 5, 100'000'000, start + 2s);
+        QCOMPARE(back.speedBytesPerSecond, progress.speedBytesPerSecond);
+        QCOMPARE(progressReported({}, 200, 100, start).fraction, 1.0);
+        QCOMPARE(uploadingMessage(QStringLiteral("a.mp4"), 2, 0.379),
+                 QStringLiteral("Uploading a.mp4 (2 queued)... 37%"));
+        QCOMPARE(uploadingMessage(QStringLiteral("a.mp4"), 0, 1),
+                 QStringLiteral("Uploading a.mp4... 100%"));
+    }
+
+    void theEndIsNear() {
+        QCOMPARE(nearEndThreshold(100'000'000), 99'737'856);
+        QCOMPARE(nearEndThreshold(1'000'000), 985'000);
+        QCOMPARE(nearEndThreshold(1), 0);
+        QVERIFY(nearEndThreshold(Huge) > 0);
+    }
+
+    void theTvConfirmsByNameOrBySize() {
+        const QString other = QStringLiteral("other.mkv");
+        const QString copy = QStringLiteral("Movie (1).MKV");
+        QVERIFY(confirmsUpload(status(copy, 0, 95'000), expectedUpload(std::nullopt)));
+        QVERIFY(!confirmsUpload(status(copy, 0, 94'999), expectedUpload(std::nullopt)));
+        QVERIFY(confirmsUpload(status(other, 10'009'000, 100'000), expectedUpload(10'000'000)));
+        QVERIFY(!confirmsUpload(status(other, 10'011'000, 100'000), expectedUpload(10'000'000)));
+        QVERIFY(!confirmsUpload(status(other, 1'004'097, 100'000), expectedUpload(1'000'000)));
+        QVERIFY(confirmsUpload(status(other, 1'004'096, 100'000), expectedUpload(1'000'000)));
+        QVERIFY(!confirmsUpload(status(other, -Huge, 100'000), expectedUpload(Huge)));
+        QVERIFY(!confirmsUpload(status(other, 0, 100'000), expectedUpload(0)));
+        UploadStatusResponse receiving = status(copy, 10, 100'000);
+        receiving.state = QStringLiteral("RECEIVING");
+        QVERIFY(!confirmsUpload(receiving, expectedUpload(10)));
+    }
+
+    void theListingConfirmsNameAndSize() {
+        const QString copy = QStringLiteral("movie (12).mkv");
+        QVERIFY(confirmsUpload(listing(copy, 1'004'096), expectedUpload(1'000'000)));
+        QVERIFY(!confirmsUpload(listing(copy, 1'004'097), expectedUpload(1'000'000)));
+        QVERIFY(!confirmsUpload(listing(copy, 0), expectedUpload(3000)));
+        QVERIFY(confirmsUpload(listing(copy, 1), expectedUpload(std::nullopt)));
+        QVERIFY(!confirmsUpload(listing(QStringLiteral("movie.mp4"), 1'000'000),
+                                expectedUpload(1'000'000)));
+    }
+};
+
+QTEST_GUILESS_MAIN(UploadRulesTest)
+#include "upload_rules_test.moc"

@@ -1,0 +1,298 @@
+#include "support/model_fixture.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace quiv;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QString PreflightPath = QStringLiteral("api/files/upload-preflight");
+const QString UploadPath = QStringLiteral("api/files/upload");
+const QString ThumbnailPath = QStringLiteral("api/files/thumbnail");
+const QString UploadStatusPath = QStringLiteral("api/upload-status");
+const TVEndpoint Tv = tvNamed(QStringLiteral("TV"), QStringLiteral("tv.local"));
+const TVEndpoint OtherTv = tvNamed(QStringLiteral("Other"), QStringLiteral("other.local"));
+const QByteArray Empty = R"({"files":[],"videos":[]})";
+
+// The queue over a paired TV, fed with files of 1000 bytes.
+struct Fixture : ModelFixture {
+    Fixture() { selectPaired(Tv); }
+
+    Uploads& uploads() { return *model.uploads(); }
+    QUrl file(const QString& name, int size = 1000) {
+        QFile file(folder.filePath(name));
+        if (file.open(QIODevice::WriteOnly))
+            file.write(QByteArray(size, 'x'));
+        return QUrl::fromLocalFile(file.fileName());
+    }
+    void queue(const QStringList& names) {
+        QList<QUrl> urls;
+        for (const QString& name : names)
+            urls.append(file(name));
+        uploads().queueUploadsFromPicker(urls);
+        turn();
+    }
+    QStringList rows() {
+        QStringList rows;
+        for (const UploadListItem& item : uploads().uploadListItems())
+            rows.append((item.state == UploadListItemState::Uploading ? u'>' : u' ') +
+                        item.fileName);
+        return rows;
+    }
+    void progress(std::int64_t sent, std::int64_t total = 1000) {
+        http.latest(UploadPath).onProgress({sent, total, 0, -1});
+    }
+    // The TV knows nothing of the upload.
+    void denyCompletion() {
+        http.answer(UploadStatusPath, "null");
+        http.answer(FilesPath, Empty);
+    }
+
+    QTemporaryDir folder;
+};
+
+QString text(const char* latin) {
+    return QString::fromLatin1(latin);
+}
+
+} // namespace
+
+class UploadsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void filesGoOneAfterTheOther() {
+        Fixture fixture;
+        fixture.queue({text("a.srt"), text("b.srt"), text("notes.pdf")});
+        QCOMPARE(fixture.rows(), QStringList({text(">a.srt"), text(" b.srt")}));
+        QCOMPARE(fixture.uploads().state(), (UploadState{true, text("a.srt"), 1}));
+        QCOMPARE(fixture.status(), text("Uploading a.srt"));
+        const HttpRequest request = fixture.http.latest(UploadPath);
+        QCOMPARE(request.method, "PUT");
+        QCOMPARE(request.bodyFile, fixture.folder.filePath(text("a.srt")));
+        QCOMPARE(request.timeouts.total, 1h);
+        QVERIFY(request.url.endsWith("/api/files/upload?name=a.srt&uploadId=" +
+                                     fixture.uploads().uploadListItems()[0].id.toLatin1()));
+        fixture.progress(0);
+        fixture.clock.advance(250ms);
+        fixture.progress(500);
+        QCOMPARE(fixture.status(), text("Uploading a.srt (1 queued)... 50%"));
+        QCOMPARE(fixture.uploads().uploadListItems()[0].speedBytesPerSecond, 2000.0);
+
+        fixture.http.answer(UploadPath, R"({"fileName":" a (1).srt "})");
+        QCOMPARE(fixture.rows(), QStringList(text(">b.srt")));
+        fixture.http.answer(UploadPath, "not JSON");
+        QCOMPARE(fixture.status(), text("Upload queue finished: 2 uploaded"));
+        QCOMPARE(fixture.uploads().state(), UploadState());
+        QVERIFY(fixture.http.answer(FilesPath, Empty)); // the new files show
+    }
+
+    void aVideoIsAnnouncedWithItsStill() {
+        Fixture fixture;
+        fixture.queue({text("a.mkv")});
+        const HttpRequest preflight = fixture.http.latest(PreflightPath);
+        QVERIFY(preflight.url.endsWith("?name=a.mkv&sizeBytes=1000"));
+        QCOMPARE(preflight.body, *fixture.stills.still);
+        QVERIFY(preflight.headers.contains(
+            std::pair(QByteArray("Content-Type"), QByteArray("image/jpeg"))));
+        QVERIFY(fixture.http.latest(UploadPath).url.isEmpty()); // waits for it
+        fixture.http.answer(PreflightPath, QByteArray());
+        QVERIFY(fixture.http.latest(UploadPath).url.endsWith("&thumbnailMode=client"));
+        fixture.http.answer(UploadPath, QByteArray());
+        QCOMPARE(fixture.status(), text("Upload queue finished: 1 uploaded"));
+        QVERIFY(fixture.http.latest(ThumbnailPath).url.isEmpty());
+    }
+
+    void aStillThatWasNotAnnouncedFollowsTheFile() {
+        Fixture fixture;
+        fixture.queue({text("a.mkv")});
+        fixture.http.answer(PreflightPath, "No such thing", 404);
+        QCOMPARE(
+            fixture.log.lines,
+            QStringList(text("QuivController upload preflight failed for a.mkv: No such thing")));
+        QVERIFY(!fixture.http.latest(UploadPath).url.contains("thumbnailMode"));
+        fixture.http.answer(UploadPath, R"({"fileName":"a (1).mkv"})");
+        QVERIFY(fixture.http.latest(ThumbnailPath).url.endsWith("?name=a%20%281%29.mkv"));
+        QCOMPARE(fixture.http.latest(ThumbnailPath).body, *fixture.stills.still);
+        fixture.http.answer(ThumbnailPath, QByteArray(), 500);
+        QCOMPARE(fixture.log.lines.size(), 2);
+        QCOMPARE(fixture.status(), text("Upload queue finished: 1 uploaded"));
+    }
+
+    void withoutAStillTheFileIsAnnouncedAlone() {
+        Fixture fixture;
+        fixture.stills.still.reset();
+        fixture.uploads().queueUploadsFromPicker({fixture.file(text("empty.mkv"), 0)});
+        ModelFixture::turn();
+        const HttpRequest preflight = fixture.http.latest(PreflightPath);
+        QVERIFY(preflight.url.endsWith("?name=empty.mkv"));
+        QVERIFY(preflight.body.isEmpty());
+        fixture.http.answer(PreflightPath, QByteArray());
+        QVERIFY(!fixture.http.latest(UploadPath).url.contains("thumbnailMode"));
+    }
+
+    void failuresAreSaidAndTheQueueGoesOn_data() {
+        QTest::addColumn<int>("status"); // or an error code
+        QTest::addColumn<QString>("message");
+        QTest::newRow("full") << 507
+                              << text("Upload failed: not enough free space on target storage.");
+        QTest::newRow("too large")
+            << 413 << text("Upload failed: file is too large for the current upload target.");
+        QTest::newRow("unpaired") << 401
+                                  << text("Pairing required: enter the 3-digit code shown on TV.");
+        QTest::newRow("lost") << -1005 << HttpError(HttpErrorCode::ConnectionLost).description();
+        QTest::newRow("no HTTP") << -1011 << text("Upload failed: invalid server response");
+        QTest::newRow("unreadable")
+            << -1102 << HttpError(HttpErrorCode::CannotReadFile).description();
+    }
+    void failuresAreSaidAndTheQueueGoesOn() {
+        QFETCH(int, status);
+        QFETCH(QString, message);
+        Fixture fixture;
+        fixture.queue({text("a.srt"), text("b.srt")});
+        QStringList said;
+        connect(fixture.model.status(), &StatusLine::statusMessageChanged, this,
+                [&] { said.append(fixture.status()); });
+        if (status > 0)
+            fixture.http.answer(UploadPath, QByteArray(), status);
+        else
+            fixture.http.answer(UploadPath, HttpErrorCode(status));
+        fixture.denyCompletion();
+        QVERIFY2(said.contains(text("Upload failed for a.srt: ") + message),
+                 qPrintable(said.join(u'\n')));
+        if (status == 401)
+            fixture.http.answer(StatusPath, R"({"authorized":true,"expiresInSec":86400})");
+        fixture.http.answer(UploadPath, QByteArray());
+        QCOMPARE(fixture.status(), text("Upload queue finished: 1 uploaded, 1 failed"));
+    }
+
+    void whatTheTvHasAfterAllIsASuccess_data() {
+        QTest::addColumn<QByteArray>("uploadStatus");
+        QTest::addColumn<QByteArray>("listing");
+        QTest::newRow("status")
+            << QByteArray(
+                   R"({"state":"COMPLETED","fileName":"a.srt","receivedBytes":0,"totalBytes":1000,"message":"","updatedAtMs":1700000000000})")
+            << QByteArray();
+        QTest::newRow("listing")
+            << QByteArray("null")
+            << QByteArray(
+                   R"({"files":[{"name":"A (1).srt","kind":"SUBTITLE","sizeBytes":1000}],"videos":[]})");
+    }
+    void whatTheTvHasAfterAllIsASuccess() {
+        QFETCH(QByteArray, uploadStatus);
+        QFETCH(QByteArray, listing);
+        for (const bool isRefused : {true, false}) {
+            Fixture fixture;
+            fixture.queue({text("a.srt")});
+            if (isRefused)
+                fixture.http.answer(UploadPath, QByteArray(), 500);
+            else
+                fixture.http.answer(UploadPath, HttpErrorCode::ConnectionLost);
+            fixture.http.answer(UploadStatusPath, uploadStatus);
+            if (!listing.isEmpty())
+                fixture.http.answer(FilesPath, listing);
+            QCOMPARE(fixture.status(), text("Upload queue finished: 1 uploaded"));
+        }
+    }
+
+    void aBodyThatStartsOverNearItsEndMayBeThere() {
+        Fixture fixture;
+        fixture.queue({text("a.srt")});
+        fixture.progress(600);
+        fixture.progress(10); // not near the end
+        QCOMPARE(fixture.http.waiting(), 1u);
+        fixture.progress(990);
+        fixture.progress(20);
+        fixture.denyCompletion();
+        QCOMPARE(fixture.status(), text("Uploading a.srt... 2%"));
+        fixture.progress(30);
+        QVERIFY(fixture.http.answer(
+            UploadStatusPath,
+            R"({"state":"COMPLETED","fileName":"a.srt","receivedBytes":0,"totalBytes":1000,"message":"","updatedAtMs":1700000000000})"));
+        QTRY_COMPARE(fixture.status(), text("Upload queue finished: 1 uploaded"));
+    }
+
+    void aFileThatChangesMeanwhileIsNotUploaded() {
+        Fixture fixture;
+        fixture.queue({text("a.srt"), text("b.srt")});
+        fixture.file(text("a.srt"), 1001);
+        fixture.http.answer(UploadPath, QByteArray());
+        fixture.http.answer(UploadPath, QByteArray());
+        QCOMPARE(fixture.status(), text("Upload queue finished: 1 uploaded, 1 failed"));
+    }
+
+    void cancellingEndsTheTransferAndSaysSo() {
+        Fixture fixture;
+        fixture.queue({text("a.srt"), text("b.srt"), text("c.mkv")});
+        const auto rows = fixture.uploads().uploadListItems();
+        fixture.uploads().cancelUploadJob(rows[2].id);
+        QCOMPARE(fixture.status(), text("Removed c.mkv from upload queue"));
+        fixture.uploads().cancelUploadJob(rows[0].id);
+        QCOMPARE(fixture.status(), text("Canceling a.srt..."));
+        QCOMPARE(fixture.rows().size(), 2); // until the transfer has ended
+        QTRY_VERIFY(fixture.http.paths.last() == UploadStatusPath);
+        fixture.clock.advance(1s); // a TV that says nothing is not waited for
+        QTRY_COMPARE(fixture.rows(), QStringList(text(">b.srt")));
+        fixture.http.answer(UploadPath, QByteArray());
+        QCOMPARE(fixture.status(), text("Upload queue finished: 1 uploaded"));
+        fixture.uploads().cancelUploadJob(rows[0].id);
+        QCOMPARE(fixture.status(), text("Upload queue finished: 1 uploaded"));
+    }
+
+    void anAnnouncementIsNotATransferToCancel() {
+        Fixture fixture;
+        fixture.queue({text("a.mkv")});
+        fixture.uploads().cancelUploadJob(fixture.uploads().uploadListItems()[0].id);
+        QCOMPARE(fixture.status(), text("Canceling a.mkv..."));
+        fixture.http.answer(PreflightPath, QByteArray());
+        fixture.http.answer(UploadPath, QByteArray());
+        QCOMPARE(fixture.status(), text("Upload queue finished: 1 uploaded"));
+    }
+
+    void aJobGoesToTheTvSelectedWhenItStarts() {
+        Fixture fixture;
+        fixture.queue({text("a.srt"), text("b.mkv")});
+        fixture.http.answer(PreflightPath, QByteArray());
+        fixture.selectPaired(OtherTv);
+        fixture.http.answer(UploadPath, QByteArray());
+        const QByteArray url = fixture.http.latest(UploadPath).url;
+        QVERIFY(url.startsWith("http://other.local:8080/"));
+        QVERIFY(!url.contains("thumbnailMode")); // the still went to the TV before
+        fixture.http.answer(UploadPath, QByteArray());
+        QVERIFY(fixture.http.latest(ThumbnailPath).url.startsWith("http://other.local:8080/"));
+    }
+
+    void subtitlesAreQueuedUnderTheVideosName() {
+        Fixture fixture;
+        fixture.uploads().queueSubtitleUpload(fixture.file(text("x.srt")), text("Movie.doc"));
+        QCOMPARE(fixture.status(), text("Selected file is not a supported subtitle type"));
+        fixture.uploads().queueSubtitleUpload(fixture.file(text("x.srt")), text("Movie.srt"));
+        QCOMPARE(fixture.status(), text("Queued subtitle upload: Movie.srt"));
+        fixture.uploads().queueSubtitleUpload(fixture.file(text("y.srt")), text("movie.SRT"));
+        QCOMPARE(fixture.status(), text("Subtitle is already uploading or queued: movie.SRT"));
+        ModelFixture::turn();
+        QVERIFY(fixture.http.latest(UploadPath).url.contains("name=Movie.srt&"));
+    }
+
+    void quittingAtAnyPointIsHarmless() {
+        for (int steps = 0; steps < 5; ++steps) {
+            auto fixture = std::make_unique<Fixture>();
+            fixture->uploads().queueUploadsFromPicker({fixture->file(text("a.mkv"))});
+            if (steps > 0)
+                ModelFixture::turn();
+            if (steps > 1)
+                fixture->http.answer(PreflightPath, QByteArray(), 500);
+            if (steps > 2)
+                fixture->http.answer(UploadPath, QByteArray());
+            if (steps > 3)
+                fixture->http.answer(ThumbnailPath, QByteArray());
+            fixture.reset();
+            ModelFixture::turn();
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(UploadsTest)
+#include "uploads_test.moc"
