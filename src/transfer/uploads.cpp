@@ -45,6 +45,15 @@ QSet<QString> Uploads::uploadMatchKeys() const {
     return keys;
 }
 
+bool Uploads::queueDroppedFiles(const QList<QUrl>& urls) {
+    const QList<QUrl> files = droppableFiles(urls);
+    if (files.isEmpty())
+        m_status.post(QStringLiteral("Drop one or more video files to upload"));
+    else
+        queueUploadsFromPicker(files);
+    return !files.isEmpty();
+}
+
 void Uploads::queueUploadsFromPicker(const QList<QUrl>& urls) {
     if (!m_selected.baseURL()) {
         m_status.post(QStringLiteral("Select a TV first"));

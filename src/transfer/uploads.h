@@ -43,6 +43,9 @@ public:
     // The current job, then the pending ones.
     const QList<UploadListItem>& uploadListItems() const { return m_items; }
 
+    // Queues the files of a drop; false, and says why, when there are none.
+    bool queueDroppedFiles(const QList<QUrl>& urls);
+
     // The match keys of every name that is being uploaded or waits for it.
     QSet<QString> uploadMatchKeys() const;
 

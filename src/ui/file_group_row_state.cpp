@@ -1,6 +1,10 @@
 #include "ui/file_group_row_state.h"
 
+#include "transfer/deletion.h"
+#include "transfer/upload_names.h"
 #include "ui/display_format.h"
+
+#include <algorithm>
 
 namespace quiv {
 
@@ -14,6 +18,12 @@ bool isNowOnTV(const FileGroup& group, const RowContext& context) {
 bool isMoveInProgress(const FileGroup& group, const MoveState& move) {
     const QString name = group.video ? group.video->name : QString();
     return move.isMovingFile && name.compare(move.currentMoveFileName, Qt::CaseInsensitive) == 0;
+}
+
+bool isUploadInProgress(const FileGroup& group, const QSet<QString>& matchKeys) {
+    return !matchKeys.isEmpty() && std::ranges::any_of(filesOf(group), [&](const RemoteFile& file) {
+        return matchKeys.contains(uploadMatchKey(file.name));
+    });
 }
 
 } // namespace
@@ -48,6 +58,7 @@ FileGroupRowState fileGroupRowState(const LibraryRow& row, const RowContext& con
         goesToUsb ? QStringLiteral("Move to USB") : QStringLiteral("Move to Internal");
     state.canMove =
         state.hasVideo && !context.move.isMovingFile && (!goesToUsb || context.isUsbConnected);
+    state.isUploading = isUploadInProgress(group, context.uploadMatchKeys);
     state.isMoving = isMoveInProgress(group, context.move);
     if (state.isMoving) {
         state.moveFraction = context.move.moveProgress;

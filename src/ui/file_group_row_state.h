@@ -5,6 +5,7 @@
 #include "ui/storage_badges.h"
 
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
@@ -17,6 +18,7 @@ struct RowContext {
     std::optional<PlaybackResponse> playback; // as rowPlayback() leaves it
     MoveState move;
     bool isUsbConnected = false;
+    QSet<QString> uploadMatchKeys; // of the names that are being uploaded or wait for it
 
     bool operator==(const RowContext&) const = default;
 };
@@ -37,6 +39,7 @@ struct FileGroupRowState {
     Q_PROPERTY(QString playSymbol MEMBER playSymbol)
     Q_PROPERTY(QString moveTitle MEMBER moveTitle)
     Q_PROPERTY(bool canMove MEMBER canMove)
+    Q_PROPERTY(bool isUploading MEMBER isUploading)
     Q_PROPERTY(bool isMoving MEMBER isMoving)
     Q_PROPERTY(double moveFraction MEMBER moveFraction)
     Q_PROPERTY(QString movePercentText MEMBER movePercentText)
@@ -51,7 +54,8 @@ public:
     QString playSymbol; // of the play control: what pressing it would do
     QString moveTitle;
     bool canMove = false;
-    bool isMoving = false; // this video
+    bool isUploading = false; // some file of the group, or it waits for that
+    bool isMoving = false;    // this video
     double moveFraction = 0;
     QString movePercentText;
 

@@ -40,6 +40,8 @@ LibraryPresenter::Phase libraryPhase(const LibraryCounts& counts) {
     using Phase = LibraryPresenter::Phase;
     if (!counts.hasTv)
         return Phase::NoTv;
+    if (counts.visibleGroups == 0 && counts.hasUploads)
+        return Phase::List;
     if (counts.isLoading && counts.groups == 0)
         return Phase::Loading;
     if (counts.visibleGroups > 0)
@@ -90,6 +92,13 @@ void LibraryPresenter::setMove(const MoveState& move) {
     setContext(std::move(context));
 }
 
+void LibraryPresenter::setUploads(const QSet<QString>& matchKeys) {
+    RowContext context = m_context;
+    context.uploadMatchKeys = matchKeys;
+    setContext(std::move(context));
+    update();
+}
+
 void LibraryPresenter::setContext(RowContext context) {
     if (context == m_context)
         return;
@@ -98,7 +107,8 @@ void LibraryPresenter::setContext(RowContext context) {
 }
 
 void LibraryPresenter::playOrPause(const QString& key) {
-    if (const LibraryRow* row = rowOf(key); row && row->group.video)
+    const LibraryRow* row = rowOf(key);
+    if (row && row->group.video && !fileGroupRowState(*row, m_context).isUploading)
         m_actions.togglePlayback(row->group.video->name);
 }
 
@@ -130,9 +140,9 @@ void LibraryPresenter::search(const QString& text) {
 
 void LibraryPresenter::update() {
     m_rows.assign(filteredRows(m_groups, m_searchText));
-    const LibraryCounts counts{m_selected.has_value(), m_isLoading,
-                               !m_searchText.trimmed().isEmpty(), m_groups.size(),
-                               m_rows.rows().size()};
+    const LibraryCounts counts{
+        m_selected.has_value(), m_isLoading,          !m_searchText.trimmed().isEmpty(),
+        m_groups.size(),        m_rows.rows().size(), !m_context.uploadMatchKeys.isEmpty()};
     publish(this, m_phase, libraryPhase(counts), &LibraryPresenter::phaseChanged);
 }
 

@@ -49,6 +49,7 @@ public:
     void setLoadInProgress(bool isLoading);
     void setPlayback(const std::optional<PlaybackResponse>& playback);
     void setMove(const MoveState& move);
+    void setUploads(const QSet<QString>& matchKeys);
 
     Q_INVOKABLE void search(const QString& text);
     // Of the row with this key; nothing without a video.
@@ -85,6 +86,7 @@ struct LibraryCounts {
     bool hasQuery = false;
     qsizetype groups = 0;
     qsizetype visibleGroups = 0;
+    bool hasUploads = false;
 };
 
 LibraryPresenter::Phase libraryPhase(const LibraryCounts& counts);

@@ -32,6 +32,10 @@ public:
         m_model.storageMove()->startMove(videoName, target);
     }
     void deleteGroup(const FileGroup& group) override { m_model.deletion()->deleteGroup(group); }
+    bool queueDroppedFiles(const QList<QUrl>& urls) override {
+        return m_model.uploads()->queueDroppedFiles(urls);
+    }
+    void cancelUploadJob(const QString& id) override { m_model.uploads()->cancelUploadJob(id); }
 
 private:
     OmbraMacModel& m_model;
@@ -59,6 +63,12 @@ void followModel(OmbraMacModel& model, WindowPresenter& presenter) {
            [&] { presenter.setPlayback(model.playback()->playback()); });
     follow(model.storageMove(), &StorageMove::stateChanged, presenter,
            [&] { presenter.setMove(model.storageMove()->state()); });
+    follow(model.uploads(), &Uploads::itemsChanged, presenter, [&] {
+        presenter.setUploads(model.uploads()->uploadListItems(),
+                             model.uploads()->uploadMatchKeys());
+    });
+    follow(model.uploads(), &Uploads::progressChanged, presenter,
+           [&] { presenter.setUploadProgress(model.uploads()->uploadListItems()); });
     follow(model.status(), &StatusLine::statusMessageChanged, presenter,
            [&] { presenter.setStatusMessage(model.status()->statusMessage()); });
 }

@@ -3,7 +3,9 @@
 #include "library/library_content.h"
 #include "playback/playback_command.h"
 
+#include <QList>
 #include <QString>
+#include <QUrl>
 
 namespace quiv {
 
@@ -21,6 +23,9 @@ public:
     // To "USB" or "INTERNAL".
     virtual void startMove(const QString& videoName, const QString& target) = 0;
     virtual void deleteGroup(const FileGroup& group) = 0;
+    // False when there is no file among them.
+    virtual bool queueDroppedFiles(const QList<QUrl>& urls) = 0;
+    virtual void cancelUploadJob(const QString& id) = 0;
 };
 
 } // namespace quiv

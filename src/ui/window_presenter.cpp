@@ -8,6 +8,7 @@ WindowPresenter::WindowPresenter(WindowActions& actions, QObject* parent)
       m_header(actions),
       m_library(actions),
       m_dock(actions),
+      m_uploads(actions),
       m_deletePrompt(actions),
       m_pairingSheet(actions) {
     connect(&m_library, &LibraryPresenter::deleteRequested, &m_deletePrompt,
@@ -21,6 +22,7 @@ void WindowPresenter::setDiscoveredDevices(const QList<TVEndpoint>& devices) {
 void WindowPresenter::setSelectedDevice(const std::optional<TVEndpoint>& device) {
     m_sidebar.setSelectedDevice(device);
     m_library.setSelectedDevice(device);
+    m_uploads.setSelectedDevice(device);
     m_deletePrompt.setSelectedDevice(device);
     m_pairingSheet.setSelectedDevice(device);
 }
@@ -54,6 +56,16 @@ void WindowPresenter::setPlayback(const std::optional<PlaybackResponse>& playbac
 void WindowPresenter::setMove(const MoveState& move) {
     m_header.setMove(move);
     m_library.setMove(move);
+}
+
+void WindowPresenter::setUploads(const QList<UploadListItem>& items,
+                                 const QSet<QString>& matchKeys) {
+    m_uploads.setItems(items);
+    m_library.setUploads(matchKeys);
+}
+
+void WindowPresenter::setUploadProgress(const QList<UploadListItem>& items) {
+    m_uploads.setItems(items);
 }
 
 } // namespace quiv

@@ -6,6 +6,7 @@
 #include "ui/library_presenter.h"
 #include "ui/pairing_sheet_presenter.h"
 #include "ui/sidebar_presenter.h"
+#include "ui/uploads_presenter.h"
 
 namespace quiv {
 
@@ -19,6 +20,7 @@ class WindowPresenter : public QObject {
     Q_PROPERTY(quiv::HeaderPresenter* header READ header CONSTANT)
     Q_PROPERTY(quiv::LibraryPresenter* library READ library CONSTANT)
     Q_PROPERTY(quiv::DockPresenter* dock READ dock CONSTANT)
+    Q_PROPERTY(quiv::UploadsPresenter* uploads READ uploads CONSTANT)
     Q_PROPERTY(quiv::DeletePromptPresenter* deletePrompt READ deletePrompt CONSTANT)
     Q_PROPERTY(quiv::PairingSheetPresenter* pairingSheet READ pairingSheet CONSTANT)
 
@@ -29,6 +31,7 @@ public:
     HeaderPresenter* header() { return &m_header; }
     LibraryPresenter* library() { return &m_library; }
     DockPresenter* dock() { return &m_dock; }
+    UploadsPresenter* uploads() { return &m_uploads; }
     DeletePromptPresenter* deletePrompt() { return &m_deletePrompt; }
     PairingSheetPresenter* pairingSheet() { return &m_pairingSheet; }
 
@@ -41,12 +44,15 @@ public:
     // To be called for every reading, also one that says the same as the last.
     void setPlayback(const std::optional<PlaybackResponse>& playback);
     void setMove(const MoveState& move);
+    void setUploads(const QList<UploadListItem>& items, const QSet<QString>& matchKeys);
+    void setUploadProgress(const QList<UploadListItem>& items);
 
 private:
     SidebarPresenter m_sidebar;
     HeaderPresenter m_header;
     LibraryPresenter m_library;
     DockPresenter m_dock;
+    UploadsPresenter m_uploads;
     DeletePromptPresenter m_deletePrompt;
     PairingSheetPresenter m_pairingSheet;
 };

@@ -1,6 +1,7 @@
 #include "recording_actions.h"
 #include "sample_state.h"
 
+#include "transfer/upload_names.h"
 #include "ui/window_presenter.h"
 
 #include <QSignalSpy>
@@ -95,6 +96,8 @@ private Q_SLOTS:
     void theDockIsNamedByTheLibrary();
     void strangePositionsAreShownWithinBounds();
     void deletingIsAskedFirst();
+    void uploadsAreListedAndMarkTheirRows();
+    void dropsAreTakenWhenThereAreFiles();
     void verifyAsksTheModelAndKeepsTheSheet();
     void cancellingClosesTheSheet();
 
@@ -491,6 +494,41 @@ void PresentersTest::deletingIsAskedFirst() {
     prompt.confirm();
     QCOMPARE(m_actions.calls, QStringList(QStringLiteral("delete a.mkv")));
     QVERIFY(!prompt.isShown());
+}
+
+void PresentersTest::uploadsAreListedAndMarkTheirRows() {
+    UploadListItem item{QStringLiteral("1"), QStringLiteral("a.mkv"), UploadListItemState::Queued};
+    QCOMPARE(uploadStatusText(item), QStringLiteral("Queued"));
+    item.state = UploadListItemState::Uploading;
+    item.progress = 0.379;
+    QCOMPARE(uploadStatusText(item), QStringLiteral("Uploading  37%  -- B/s"));
+
+    WindowPresenter presenter(m_actions);
+    presenter.setSelectedDevice(bedroom);
+    presenter.setUploads({item}, {uploadMatchKey(item.fileName)});
+    QCOMPARE(presenter.library()->phase(), Phase::List); // also without a library
+    QCOMPARE(presenter.uploads()->count(), 1);
+    presenter.setContent(library({QStringLiteral("A (2).mkv"), QStringLiteral("b.mkv")}));
+    m_actions.calls.clear();
+    presenter.library()->playOrPause(QStringLiteral("A (2).mkv")); // not there yet
+    presenter.library()->playOrPause(QStringLiteral("b.mkv"));
+    presenter.uploads()->cancel(item.id);
+    QCOMPARE(m_actions.calls,
+             QStringList({QStringLiteral("toggle b.mkv"), QStringLiteral("cancel upload 1")}));
+    presenter.setContent({});
+    presenter.setUploads({}, {});
+    QCOMPARE(presenter.library()->phase(), Phase::Empty);
+}
+
+void PresentersTest::dropsAreTakenWhenThereAreFiles() {
+    UploadsPresenter uploads(m_actions);
+    QCOMPARE(uploads.dropHint(), QStringLiteral("Select a TV first"));
+    uploads.setSelectedDevice(bedroom);
+    QCOMPARE(uploads.dropHint(), QStringLiteral("Files will be added to the upload queue"));
+    uploads.setDropTargeted(true);
+    QVERIFY(uploads.drop({QUrl(QStringLiteral("file:///a.mkv"))}));
+    QVERIFY(!uploads.isUploadDropTargeted());
+    QVERIFY(!uploads.drop({}));
 }
 
 void PresentersTest::verifyAsksTheModelAndKeepsTheSheet() {

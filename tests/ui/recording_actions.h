@@ -32,6 +32,14 @@ public:
     void deleteGroup(const FileGroup& group) override {
         calls.append(QStringLiteral("delete ") + group.title);
     }
+    bool queueDroppedFiles(const QList<QUrl>& urls) override {
+        for (const QUrl& url : urls)
+            calls.append(QStringLiteral("upload ") + url.fileName());
+        return !urls.isEmpty();
+    }
+    void cancelUploadJob(const QString& id) override {
+        calls.append(QStringLiteral("cancel upload ") + id);
+    }
 
     QStringList calls;
 };

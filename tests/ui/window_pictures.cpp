@@ -4,6 +4,7 @@
 #include "recording_actions.h"
 #include "sample_state.h"
 
+#include "transfer/upload_names.h"
 #include "ui/graphics_choice.h"
 #include "ui/window_presenter.h"
 #include "ui/window_view.h"
@@ -97,6 +98,7 @@ public:
         pressAccessible(m_view.window(), QAccessible::Button, QString::fromLatin1(name));
     }
     void takeControls(const QString& prefix);
+    void takeUploads(const QString& prefix);
 
     void showPairing() {
         PairingState pairing;
@@ -114,6 +116,19 @@ private:
     WindowPresenter m_presenter;
     WindowView m_view;
 };
+
+void Pictures::takeUploads(const QString& prefix) {
+    const QList<UploadListItem> items{
+        {QStringLiteral("1"), QStringLiteral("Northern Lights 2024 - Director's Cut.mkv"),
+         UploadListItemState::Uploading, 0.37, 48'200'000},
+        {QStringLiteral("2"), QStringLiteral("Northern Lights 2024.srt")}};
+    m_presenter.setUploads(items, {uploadMatchKey(QStringLiteral("c.mkv"))});
+    take(prefix + QStringLiteral("uploads"));
+    m_presenter.uploads()->setDropTargeted(true);
+    take(prefix + QStringLiteral("drop"), {1040, 700});
+    m_presenter.uploads()->setDropTargeted(false);
+    m_presenter.setUploads({}, {});
+}
 
 void Pictures::takeControls(const QString& prefix) {
     m_presenter.setPlayback(samplePlayback());
@@ -143,6 +158,7 @@ void Pictures::takeAll(const QString& prefix) {
     showTv();
     take(prefix + QStringLiteral("library"));
     takeControls(prefix);
+    takeUploads(prefix);
     for (int step = 0; step < 4; ++step)
         QTest::keyClick(m_view.window(), Qt::Key_Tab);
     QTest::keyClick(m_view.window(), Qt::Key_Down);

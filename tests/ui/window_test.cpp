@@ -7,7 +7,9 @@
 #include "ui/window_view.h"
 
 #include <QDesktopServices>
+#include <QDropEvent>
 #include <QGuiApplication>
+#include <QMimeData>
 #include <QPalette>
 #include <QQuickItem>
 #include <QQuickWindow>
@@ -72,6 +74,7 @@ private Q_SLOTS:
     void menusTakeTheKeyboard();
     void aRowsControlsAskForIt();
     void aRefreshOfThePlayerKeepsTheRows();
+    void filesDroppedOnTheWindowAreUploaded();
     void coloursFollowTheDesktop();
     void anEmulatedOpenGlIsNotUsed();
 
@@ -419,6 +422,35 @@ void WindowTest::aRefreshOfThePlayerKeepsTheRows() {
     m_presenter->setMove({true, 0.5, 1000, QStringLiteral("video 3.mkv")});
     QTRY_VERIFY(find(QAccessible::ProgressBar, "Move"));
     QCOMPARE(find(QAccessible::ListItem, "video 3")->object(), row);
+}
+
+void WindowTest::filesDroppedOnTheWindowAreUploaded() {
+    m_presenter->setSelectedDevice(bedroom);
+    QMimeData files;
+    files.setUrls(
+        {QUrl(QStringLiteral("file:///v/a.mkv")), QUrl(QStringLiteral("file:///v/b.srt"))});
+    const QPoint place(800, 400);
+    QDragEnterEvent enter(place, Qt::CopyAction, &files, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(window(), &enter);
+    QTRY_VERIFY(shows(QStringLiteral("Drop video files to upload")));
+    QDropEvent drop(place, Qt::CopyAction, &files, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(window(), &drop);
+    QVERIFY(drop.isAccepted());
+    QCOMPARE(m_actions.calls,
+             QStringList({QStringLiteral("upload a.mkv"), QStringLiteral("upload b.srt")}));
+    QTRY_VERIFY(!shows(QStringLiteral("Drop video files to upload")));
+
+    m_presenter->setUploads({{QStringLiteral("1"), QStringLiteral("a.mkv"),
+                              UploadListItemState::Uploading, 0.5, 1'000'000},
+                             {QStringLiteral("2"), QStringLiteral("b.srt")}},
+                            {});
+    QTRY_VERIFY(find(QAccessible::ListItem, "b.srt"));
+    QVERIFY(shows(QStringLiteral("Uploading  50%  1 MB/s")));
+    m_actions.calls.clear();
+    QVERIFY(press(QAccessible::Button, "Remove"));
+    QVERIFY(press(QAccessible::Button, "Cancel"));
+    QCOMPARE(m_actions.calls,
+             QStringList({QStringLiteral("cancel upload 2"), QStringLiteral("cancel upload 1")}));
 }
 
 void WindowTest::coloursFollowTheDesktop() {

@@ -38,6 +38,7 @@ Item {
             Layout.fillHeight: true
             Layout.topMargin: -6 // rows bring a margin of their own
             presenter: area.presenter.library
+            uploads: area.presenter.uploads
             isCompact: area.Window.width < Theme.compactBelow
         }
         MacTVPlaybackDock {
@@ -48,5 +49,10 @@ Item {
             visible: presenter.state.isShown
             presenter: area.presenter.dock
         }
+    }
+
+    UploadDropArea {
+        anchors.fill: parent
+        presenter: area.presenter.uploads
     }
 }

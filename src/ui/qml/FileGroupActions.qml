@@ -28,6 +28,7 @@ Row {
         symbol: "trash"
         text: "Delete"
         isCompact: actions.isCompact
+        enabled: !actions.content.isUploading
         focusPolicy: actions.focusPolicy
         onClicked: actions.deleteRequested()
     }

@@ -62,6 +62,13 @@ Item {
                     font: Theme.caption
                     color: Theme.secondaryText
                 }
+                PlainText {
+                    Layout.fillWidth: true
+                    visible: row.content.isUploading
+                    text: "Uploading - not ready yet"
+                    font: Theme.caption
+                    color: Theme.notReady
+                }
             }
             Badge {
                 text: row.content.storageBadge.text
@@ -74,8 +81,8 @@ Item {
             }
             PlaybackIconButton {
                 // Keeps its place, so that the columns line up.
-                opacity: row.content.hasVideo ? 1 : 0
-                enabled: row.content.hasVideo
+                opacity: !row.content.hasVideo ? 0 : enabled ? 1 : 0.45
+                enabled: row.content.hasVideo && !row.content.isUploading
                 Accessible.ignored: !row.content.hasVideo
                 isRound: true
                 systemName: row.content.playSymbol

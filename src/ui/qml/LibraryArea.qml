@@ -6,11 +6,26 @@ Item {
     id: area
 
     required property LibraryPresenter presenter
+    required property UploadsPresenter uploads
     property bool isCompact: false
     readonly property int stateWidth: Math.min(width - 2 * Theme.padding, Theme.scaled(460))
 
+    UploadQueue {
+        id: queue
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.leftMargin: Theme.padding
+        anchors.rightMargin: Theme.padding
+        anchors.top: parent.top
+        anchors.topMargin: 6
+        height: Math.min(contentHeight + 2, Math.round(area.height * 0.45))
+        visible: area.uploads.count > 0
+        presenter: area.uploads
+    }
     LibraryList {
         anchors.fill: parent
+        anchors.topMargin: queue.visible ? queue.height + 14 : 0
         anchors.leftMargin: 10
         anchors.rightMargin: 2
         visible: area.presenter.phase === LibraryPresenter.List

@@ -6,6 +6,7 @@ Rectangle {
 
     required property real fraction // 0 to 1
     required property string label  // what is under way, for assistive technology
+    property bool isIndeterminate: false    // nothing has begun yet
     readonly property real value: fraction
     readonly property real minimumValue: 0
     readonly property real maximumValue: 1
@@ -17,6 +18,7 @@ Rectangle {
     Accessible.name: label
 
     Rectangle {
+        visible: !line.isIndeterminate
         width: parent.width * Math.max(0, Math.min(1, line.fraction))
         height: parent.height
         radius: parent.radius
@@ -24,6 +26,34 @@ Rectangle {
 
         Behavior on width {
             NumberAnimation { duration: Theme.gentle }
+        }
+    }
+    Item {
+        anchors.fill: parent
+        visible: line.isIndeterminate
+        clip: true
+
+        Rectangle {
+            id: segment
+
+            width: parent.width * 0.28
+            height: parent.height
+            radius: line.radius
+            color: Theme.accent
+            opacity: 0.55
+
+            SequentialAnimation on x {
+                running: segment.visible
+                loops: Animation.Infinite
+
+                NumberAnimation {
+                    from: -segment.width
+                    to: line.width
+                    duration: 1800
+                    easing.type: Easing.InOutSine
+                }
+                PauseAnimation { duration: 300 }
+            }
         }
     }
 }

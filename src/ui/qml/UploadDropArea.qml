@@ -1,0 +1,20 @@
+import QtQuick
+import Quiv
+
+// Takes files that are dragged here from elsewhere.
+DropArea {
+    id: area
+
+    required property UploadsPresenter presenter
+
+    keys: ["text/uri-list"]
+    onEntered: presenter.setDropTargeted(true)
+    onExited: presenter.setDropTargeted(false)
+    onDropped: event => event.accepted = presenter.drop(event.urls)
+
+    DropOverlay {
+        anchors.fill: parent
+        visible: area.presenter.isUploadDropTargeted
+        hint: area.presenter.dropHint
+    }
+}

@@ -1,0 +1,63 @@
+import QtQuick
+import QtQuick.Layouts
+
+// One file that is being uploaded or waits for it.
+Item {
+    id: row
+
+    required property string fileName
+    required property bool isUploading
+    required property real progress
+    required property string statusText
+
+    signal cancelRequested()
+
+    implicitHeight: lines.implicitHeight + 22
+    Accessible.role: Accessible.ListItem
+    Accessible.name: fileName
+    Accessible.description: statusText
+
+    RowLayout {
+        anchors.fill: parent
+        anchors.leftMargin: 16
+        anchors.rightMargin: 14
+        spacing: 14
+
+        AppIcon {
+            name: row.isUploading ? "arrow.up.circle.fill" : "clock"
+            colour: row.isUploading ? Theme.accent : Theme.secondaryText
+            size: Theme.scaled(20)
+        }
+        ColumnLayout {
+            id: lines
+
+            Layout.fillWidth: true
+            spacing: 5
+
+            PlainText {
+                Layout.fillWidth: true
+                text: row.fileName
+                font: Theme.headline
+                elide: Text.ElideMiddle
+            }
+            ProgressLine {
+                Layout.fillWidth: true
+                Layout.maximumWidth: 360
+                fraction: row.progress
+                isIndeterminate: !row.isUploading
+                label: row.fileName
+            }
+            PlainText {
+                Layout.fillWidth: true
+                text: row.statusText
+                font: Theme.caption
+                color: Theme.secondaryText
+            }
+        }
+        AppButton {
+            kind: AppButton.Destructive
+            text: row.isUploading ? "Cancel" : "Remove"
+            onClicked: row.cancelRequested()
+        }
+    }
+}
