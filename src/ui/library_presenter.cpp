@@ -117,6 +117,11 @@ void LibraryPresenter::moveStorage(const QString& key) {
         m_actions.startMove(row->group.video->name, otherStorage(row->storageLocation));
 }
 
+void LibraryPresenter::attachSubtitle(const QString& key) {
+    if (const LibraryRow* row = rowOf(key); row && row->group.video)
+        Q_EMIT subtitleRequested(row->group.video->name);
+}
+
 void LibraryPresenter::requestDelete(const QString& key) {
     if (const LibraryRow* row = rowOf(key))
         Q_EMIT deleteRequested(row->group);

@@ -55,6 +55,8 @@ public:
     // Of the row with this key; nothing without a video.
     Q_INVOKABLE void playOrPause(const QString& key);
     Q_INVOKABLE void moveStorage(const QString& key);
+    // Lets the user choose a subtitle for the row's video.
+    Q_INVOKABLE void attachSubtitle(const QString& key);
     // Asks the user first.
     Q_INVOKABLE void requestDelete(const QString& key);
 
@@ -63,6 +65,7 @@ Q_SIGNALS:
     void searchTextChanged();
     void selectedDeviceChanged();
     void deleteRequested(const quiv::FileGroup& group);
+    void subtitleRequested(const QString& videoName);
 
 private:
     void update();

@@ -32,6 +32,12 @@ public:
         m_model.storageMove()->startMove(videoName, target);
     }
     void deleteGroup(const FileGroup& group) override { m_model.deletion()->deleteGroup(group); }
+    void queueUploadsFromPicker(const QList<QUrl>& urls) override {
+        m_model.uploads()->queueUploadsFromPicker(urls);
+    }
+    void queueSubtitleUpload(const QUrl& sourceURL, const QString& remoteName) override {
+        m_model.uploads()->queueSubtitleUpload(sourceURL, remoteName);
+    }
     bool queueDroppedFiles(const QList<QUrl>& urls) override {
         return m_model.uploads()->queueDroppedFiles(urls);
     }

@@ -23,6 +23,8 @@ public:
     // To "USB" or "INTERNAL".
     virtual void startMove(const QString& videoName, const QString& target) = 0;
     virtual void deleteGroup(const FileGroup& group) = 0;
+    virtual void queueUploadsFromPicker(const QList<QUrl>& urls) = 0;
+    virtual void queueSubtitleUpload(const QUrl& sourceURL, const QString& remoteName) = 0;
     // False when there is no file among them.
     virtual bool queueDroppedFiles(const QList<QUrl>& urls) = 0;
     virtual void cancelUploadJob(const QString& id) = 0;

@@ -1,18 +1,42 @@
 #include "ui/window_presenter.h"
 
+#include "ui/window_actions.h"
+
 namespace quiv {
 
 WindowPresenter::WindowPresenter(WindowActions& actions, QObject* parent)
     : QObject(parent),
+      m_actions(actions),
       m_sidebar(actions),
       m_header(actions),
       m_library(actions),
       m_dock(actions),
       m_uploads(actions),
+      m_subtitleRename(actions),
       m_deletePrompt(actions),
       m_pairingSheet(actions) {
     connect(&m_library, &LibraryPresenter::deleteRequested, &m_deletePrompt,
             &DeletePromptPresenter::ask);
+    connect(&m_library, &LibraryPresenter::subtitleRequested, this, &WindowPresenter::pickSubtitle);
+}
+
+void WindowPresenter::pickUploads() {
+    m_fileChooser.ask({.title = QStringLiteral("Upload to the TV"),
+                       .allowsSeveral = true,
+                       .accepts = [](const QString&) { return true; },
+                       .chosen =
+                           [this](const QList<QUrl>& files) {
+                               m_actions.queueUploadsFromPicker(files);
+                           }});
+}
+
+void WindowPresenter::pickSubtitle(const QString& videoName) {
+    m_fileChooser.ask({.title = QStringLiteral("Attach Subtitle"),
+                       .accepts = [](const QString&) { return true; },
+                       .chosen =
+                           [this, videoName](const QList<QUrl>& files) {
+                               m_subtitleRename.attach(files.constFirst(), videoName);
+                           }});
 }
 
 void WindowPresenter::setDiscoveredDevices(const QList<TVEndpoint>& devices) {
@@ -23,6 +47,7 @@ void WindowPresenter::setSelectedDevice(const std::optional<TVEndpoint>& device)
     m_sidebar.setSelectedDevice(device);
     m_library.setSelectedDevice(device);
     m_uploads.setSelectedDevice(device);
+    m_subtitleRename.setSelectedDevice(device);
     m_deletePrompt.setSelectedDevice(device);
     m_pairingSheet.setSelectedDevice(device);
 }

@@ -2,10 +2,12 @@
 
 #include "ui/delete_prompt_presenter.h"
 #include "ui/dock_presenter.h"
+#include "ui/file_chooser_presenter.h"
 #include "ui/header_presenter.h"
 #include "ui/library_presenter.h"
 #include "ui/pairing_sheet_presenter.h"
 #include "ui/sidebar_presenter.h"
+#include "ui/subtitle_rename_presenter.h"
 #include "ui/uploads_presenter.h"
 
 namespace quiv {
@@ -21,6 +23,8 @@ class WindowPresenter : public QObject {
     Q_PROPERTY(quiv::LibraryPresenter* library READ library CONSTANT)
     Q_PROPERTY(quiv::DockPresenter* dock READ dock CONSTANT)
     Q_PROPERTY(quiv::UploadsPresenter* uploads READ uploads CONSTANT)
+    Q_PROPERTY(quiv::FileChooserPresenter* fileChooser READ fileChooser CONSTANT)
+    Q_PROPERTY(quiv::SubtitleRenamePresenter* subtitleRename READ subtitleRename CONSTANT)
     Q_PROPERTY(quiv::DeletePromptPresenter* deletePrompt READ deletePrompt CONSTANT)
     Q_PROPERTY(quiv::PairingSheetPresenter* pairingSheet READ pairingSheet CONSTANT)
 
@@ -32,6 +36,8 @@ public:
     LibraryPresenter* library() { return &m_library; }
     DockPresenter* dock() { return &m_dock; }
     UploadsPresenter* uploads() { return &m_uploads; }
+    FileChooserPresenter* fileChooser() { return &m_fileChooser; }
+    SubtitleRenamePresenter* subtitleRename() { return &m_subtitleRename; }
     DeletePromptPresenter* deletePrompt() { return &m_deletePrompt; }
     PairingSheetPresenter* pairingSheet() { return &m_pairingSheet; }
 
@@ -45,14 +51,21 @@ public:
     void setPlayback(const std::optional<PlaybackResponse>& playback);
     void setMove(const MoveState& move);
     void setUploads(const QList<UploadListItem>& items, const QSet<QString>& matchKeys);
+    // Lets the user choose files to upload.
+    Q_INVOKABLE void pickUploads();
     void setUploadProgress(const QList<UploadListItem>& items);
 
 private:
+    void pickSubtitle(const QString& videoName);
+
+    WindowActions& m_actions;
     SidebarPresenter m_sidebar;
     HeaderPresenter m_header;
     LibraryPresenter m_library;
     DockPresenter m_dock;
     UploadsPresenter m_uploads;
+    FileChooserPresenter m_fileChooser;
+    SubtitleRenamePresenter m_subtitleRename;
     DeletePromptPresenter m_deletePrompt;
     PairingSheetPresenter m_pairingSheet;
 };

@@ -34,10 +34,13 @@ class Desktop:
         self._directory = tempfile.TemporaryDirectory()
         self._processes = []
         path = self._directory.name
+        self.videos = os.path.join(path, "home", "Videos")
+        os.makedirs(self.videos)
         runtime = os.path.join(path, "runtime")
         os.mkdir(runtime, 0o700)
         self.environment = dict(
             os.environ,
+            HOME=os.path.join(path, "home"),
             XDG_CONFIG_HOME=os.path.join(path, "config"),
             XDG_DATA_HOME=os.path.join(path, "data"),
             XDG_RUNTIME_DIR=runtime,

@@ -4,7 +4,10 @@
 #include "transfer/upload_names.h"
 #include "ui/window_presenter.h"
 
+#include <QDir>
+#include <QFile>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <functional>
@@ -98,6 +101,8 @@ private Q_SLOTS:
     void deletingIsAskedFirst();
     void uploadsAreListedAndMarkTheirRows();
     void dropsAreTakenWhenThereAreFiles();
+    void filesAreChosenFromFolders();
+    void aSubtitleOfAnotherNameIsAskedAbout();
     void verifyAsksTheModelAndKeepsTheSheet();
     void cancellingClosesTheSheet();
 
@@ -529,6 +534,67 @@ void PresentersTest::dropsAreTakenWhenThereAreFiles() {
     QVERIFY(uploads.drop({QUrl(QStringLiteral("file:///a.mkv"))}));
     QVERIFY(!uploads.isUploadDropTargeted());
     QVERIFY(!uploads.drop({}));
+}
+
+void PresentersTest::filesAreChosenFromFolders() {
+    QTemporaryDir home;
+    qputenv("HOME", home.path().toUtf8());
+    const QDir videos(home.path());
+    QVERIFY(videos.mkpath(QStringLiteral("Videos/Old")));
+    for (const char* name : {"Videos/b 10.mkv", "Videos/a 10.mkv", "Videos/Old/c.mkv"}) {
+        QFile file(videos.filePath(QString::fromLatin1(name)));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    }
+    QList<QUrl> chosen;
+    FileChooserPresenter chooser;
+    const auto ask = [&](bool allowsSeveral) {
+        chooser.ask({QStringLiteral("Files"), allowsSeveral, [](const QString&) { return true; },
+                     [&](const QList<QUrl>& files) {
+                         chosen = files;
+                     }});
+    };
+    const auto name = [&](int row) {
+        return chooser.rows()->index(row, 0).data(Qt::UserRole);
+    };
+    ask(true);
+    QCOMPARE(name(0).toString(), QStringLiteral("Old"));
+    QCOMPARE(name(1).toString(), QStringLiteral("a 10.mkv"));
+    chooser.confirm(); // nothing is chosen yet
+    QVERIFY(chooser.isShown());
+    chooser.select(QStringLiteral("b 10.mkv"));
+    chooser.select(QStringLiteral("a 10.mkv"));
+    chooser.select(QStringLiteral("not there"));
+    chooser.confirm();
+    QCOMPARE(chosen.size(), 2);
+    QCOMPARE(chosen[0].fileName(), QStringLiteral("a 10.mkv"));
+    QVERIFY(!chooser.isShown());
+
+    ask(false);
+    chooser.select(QStringLiteral("a 10.mkv"));
+    chooser.select(QStringLiteral("Old")); // what was chosen stays behind
+    QVERIFY(!chooser.canOpen());
+    chooser.goUp();
+    chooser.select(QStringLiteral("a 10.mkv"));
+    chooser.activate(QStringLiteral("b 10.mkv"));
+    QCOMPARE(chosen.size(), 1);
+    QCOMPARE(chosen[0].fileName(), QStringLiteral("b 10.mkv"));
+}
+
+void PresentersTest::aSubtitleOfAnotherNameIsAskedAbout() {
+    SubtitleRenamePresenter rename(m_actions);
+    rename.setSelectedDevice(bedroom);
+    m_actions.calls.clear();
+    rename.attach(QUrl(QStringLiteral("file:///SHOW.srt")), QStringLiteral("Show.mkv"));
+    QCOMPARE(m_actions.calls, QStringList(QStringLiteral("attach SHOW.srt as Show.srt")));
+    rename.attach(QUrl(QStringLiteral("file:///x.ASS")), QStringLiteral("Show.mkv"));
+    QVERIFY(rename.message().contains(QStringLiteral("\"Show.ass\"")));
+    rename.setSelectedDevice(kitchen);
+    rename.confirm();
+    QCOMPARE(m_actions.calls.size(), 1);
+    rename.attach(QUrl(QStringLiteral("file:///x.ASS")), QStringLiteral("Show.mkv"));
+    rename.confirm();
+    QCOMPARE(m_actions.calls.last(), QStringLiteral("attach x.ASS as Show.ass"));
+    QVERIFY(!rename.isShown());
 }
 
 void PresentersTest::verifyAsksTheModelAndKeepsTheSheet() {

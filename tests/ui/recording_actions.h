@@ -32,6 +32,13 @@ public:
     void deleteGroup(const FileGroup& group) override {
         calls.append(QStringLiteral("delete ") + group.title);
     }
+    void queueUploadsFromPicker(const QList<QUrl>& urls) override {
+        for (const QUrl& url : urls)
+            calls.append(QStringLiteral("pick ") + url.fileName());
+    }
+    void queueSubtitleUpload(const QUrl& sourceURL, const QString& remoteName) override {
+        calls.append(QStringLiteral("attach %1 as %2").arg(sourceURL.fileName(), remoteName));
+    }
     bool queueDroppedFiles(const QList<QUrl>& urls) override {
         for (const QUrl& url : urls)
             calls.append(QStringLiteral("upload ") + url.fileName());

@@ -127,6 +127,9 @@ void Pictures::takeUploads(const QString& prefix) {
     m_presenter.uploads()->setDropTargeted(true);
     take(prefix + QStringLiteral("drop"), {1040, 700});
     m_presenter.uploads()->setDropTargeted(false);
+    m_presenter.pickUploads();
+    take(prefix + QStringLiteral("chooser"), {1040, 700});
+    m_presenter.fileChooser()->cancel();
     m_presenter.setUploads({}, {});
 }
 

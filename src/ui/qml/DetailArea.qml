@@ -26,6 +26,7 @@ Item {
             Layout.leftMargin: Theme.padding
             Layout.rightMargin: Theme.padding
             presenter: area.presenter.header
+            onUploadRequested: area.presenter.pickUploads()
             onPairRequested: area.presenter.pairingSheet.present()
         }
         Divider {

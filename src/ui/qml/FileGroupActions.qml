@@ -10,6 +10,7 @@ Row {
     required property int focusPolicy
 
     signal moveRequested()
+    signal attachRequested()
     signal deleteRequested()
 
     spacing: 6
@@ -22,6 +23,14 @@ Row {
         enabled: actions.content.canMove
         focusPolicy: actions.focusPolicy
         onClicked: actions.moveRequested()
+    }
+    AppButton {
+        symbol: "captions.bubble.fill"
+        text: "Subtitle"
+        isCompact: actions.isCompact
+        enabled: actions.content.hasVideo
+        focusPolicy: actions.focusPolicy
+        onClicked: actions.attachRequested()
     }
     AppButton {
         kind: AppButton.Destructive

@@ -13,6 +13,7 @@ Item {
 
     signal playRequested()
     signal moveRequested()
+    signal attachRequested()
     signal deleteRequested()
 
     implicitHeight: lines.implicitHeight + 18
@@ -96,6 +97,7 @@ Item {
                 isCompact: row.isCompact
                 focusPolicy: row.focusPolicy
                 onMoveRequested: row.moveRequested()
+                onAttachRequested: row.attachRequested()
                 onDeleteRequested: row.deleteRequested()
             }
         }

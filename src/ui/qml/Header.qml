@@ -9,12 +9,23 @@ ColumnLayout {
     required property HeaderPresenter presenter
 
     signal pairRequested()
+    signal uploadRequested()
 
     spacing: Theme.gap
 
-    StatusRow {
-        Layout.fillWidth: true
-        presenter: header.presenter
+    RowLayout {
+        spacing: Theme.gap
+
+        StatusRow {
+            Layout.fillWidth: true
+            presenter: header.presenter
+        }
+        AppButton {
+            kind: AppButton.Prominent
+            symbol: "square.and.arrow.up"
+            text: "Upload to the TV"
+            onClicked: header.uploadRequested()
+        }
     }
     PlainText {
         Layout.fillWidth: true

@@ -47,6 +47,7 @@ ListView {
         isCompact: list.isCompact
         onPlayRequested: list.presenter.playOrPause(key)
         onMoveRequested: list.presenter.moveStorage(key)
+        onAttachRequested: list.presenter.attachSubtitle(key)
         onDeleteRequested: list.presenter.requestDelete(key)
         // A row kept for reuse would still be there for assistive technology.
         ListView.onPooled: visible = false

@@ -49,5 +49,14 @@ Window {
         onConfirmed: window.presenter.deletePrompt.confirm()
         onCancelled: window.presenter.deletePrompt.cancel()
     }
+    Prompt {
+        title: "Subtitle name mismatch"
+        message: window.presenter.subtitleRename.message
+        confirmText: "Attach & Rename"
+        visible: window.presenter.subtitleRename.isShown
+        onConfirmed: window.presenter.subtitleRename.confirm()
+        onCancelled: window.presenter.subtitleRename.cancel()
+    }
+    FileChooserSheet { presenter: window.presenter.fileChooser }
     PairingSheet { presenter: window.presenter.pairingSheet }
 }

@@ -1,0 +1,24 @@
+#include "platform/folder_listing.h"
+
+#include <QCollator>
+#include <QDir>
+
+#include <algorithm>
+
+namespace quiv {
+
+QList<FolderEntry> folderListing(const QString& path) {
+    QList<FolderEntry> entries;
+    const auto found = QDir(path).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    for (const QFileInfo& each : found)
+        entries.append({each.fileName(), each.isDir()});
+    QCollator order;
+    order.setCaseSensitivity(Qt::CaseInsensitive);
+    order.setNumericMode(true);
+    std::ranges::sort(entries, [&](const FolderEntry& a, const FolderEntry& b) {
+        return a.isFolder != b.isFolder ? a.isFolder : order.compare(a.name, b.name) < 0;
+    });
+    return entries;
+}
+
+} // namespace quiv

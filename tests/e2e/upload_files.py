@@ -1,0 +1,74 @@
+"""Uploads a video and a subtitle that are chosen in the window, then attaches a subtitle to the video;
+compares what the TV has with what was sent."""
+
+import os
+import subprocess
+import sys
+import urllib.request
+
+from desktop import Desktop, element, elements, names, press, wait_for
+
+
+def shows(text):
+    return lambda: elements("label", text)
+
+
+def make_video(path):
+    subprocess.run(["ffmpeg", "-v", "error", "-f", "lavfi", "-i", "testsrc2=s=640x360:d=3",
+                    "-c:v", "libx264", "-preset", "ultrafast", path], check=True)
+
+
+def same(one, other):
+    with open(one, "rb") as first, open(other, "rb") as second:
+        return first.read() == second.read()
+
+
+def pair(desktop):
+    element("text", "3-digit code")
+    desktop.type("123")
+    press(element("push button", "Verify code"))
+    wait_for("the pairing", shows("Quiv Controller paired successfully."))
+
+
+def choose(desktop, *files):
+    for name in files:
+        desktop.click(element("push button", name))
+    desktop.click(element("push button", "Open"))
+
+
+def main():
+    with Desktop() as desktop:
+        video = os.path.join(desktop.videos, "My Film.mp4")
+        make_video(video)
+        for name in ("My Film.srt", "other.srt"):
+            with open(os.path.join(desktop.videos, name), "w", encoding="utf-8") as subtitle:
+                subtitle.write("1\n00:00:00,000 --> 00:00:01,000\n" + name + "\n")
+        tv = desktop.start_simulator("--name", "Den", "--code", "123", "--port", "0", "--no-samples",
+                                     "--no-usb")
+        application = desktop.start_application()
+        pair(desktop)
+        desktop.click(element("push button", "Upload to the TV"))
+        element("heading", "Upload to the TV")
+        if len(sys.argv) > 1:
+            desktop.screenshot(sys.argv[1])
+        choose(desktop, "My Film.mp4", "My Film.srt")
+        wait_for("the uploads", shows("Upload queue finished: 2 uploaded"))
+        for name in ("My Film.mp4", "My Film.srt"):
+            assert same(os.path.join(desktop.videos, name), os.path.join(tv["Media folder"], name))
+        with urllib.request.urlopen(tv["Address"] + "/api/thumbnail?name=My%20Film.mp4") as still:
+            assert still.read(2) == b"\xff\xd8", "the TV has no still"
+        wait_for("the row", lambda: names("list item") == ["My Film"])
+
+        desktop.click(element("push button", "Subtitle"))
+        choose(desktop, "other.srt")
+        element("heading", "Subtitle name mismatch")
+        press(element("push button", "Attach & Rename"))
+        wait_for("the subtitle", shows("Upload queue finished: 1 uploaded"))
+        assert same(os.path.join(desktop.videos, "other.srt"),
+                    os.path.join(tv["Media folder"], "My Film (1).srt"))
+        application.terminate()
+        assert application.wait(20) == 0, "the application did not end cleanly"
+    print("uploaded, attached")
+
+
+main()
