@@ -105,6 +105,25 @@ class Desktop:
             self._xdotool("mousemove", place, y)
         self._xdotool("mouseup", "1")
 
+    def drop_files(self, target, *paths, held, taken):
+        """Drags files from another program onto an element. `held` runs while they are over it, `taken`
+        waits until they are there: the other program hands them over and must not end before."""
+        source = self.start(os.path.join(BIN, "drag_source"), *paths, stderr=subprocess.DEVNULL)
+        wait_for("the other program", lambda: subprocess.run(
+            ["xdotool", "search", "--name", "drag source"], env=self.environment,
+            capture_output=True).returncode == 0)
+        box = Atspi.Component.get_extents(target, Atspi.CoordType.SCREEN)
+        x, y = box.x + box.width // 2, box.y + box.height // 2
+        self._xdotool("mousemove", "30", "30", "mousedown", "1")
+        for step in range(1, 9):  # a drag begins with a movement, and is followed move by move
+            self._xdotool("mousemove", str(30 + (x - 30) * step // 8), str(30 + (y - 30) * step // 8))
+        held()
+        self._xdotool("mouseup", "1")
+        taken()
+        source.terminate()
+        source.wait(20)
+        self._processes.remove(source)
+
     def _xdotool(self, *arguments):
         subprocess.run(["xdotool", *arguments], env=self.environment, check=True)
 

@@ -1,5 +1,5 @@
-"""Uploads a video and a subtitle that are chosen in the window, then attaches a subtitle to the video;
-compares what the TV has with what was sent."""
+"""Uploads a video and a subtitle that are chosen in the window, attaches a subtitle to the video, drops
+another video on the window; compares what the TV has with what was sent."""
 
 import os
 import subprocess
@@ -66,9 +66,19 @@ def main():
         wait_for("the subtitle", shows("Upload queue finished: 1 uploaded"))
         assert same(os.path.join(desktop.videos, "other.srt"),
                     os.path.join(tv["Media folder"], "My Film (1).srt"))
+
+        dropped = os.path.join(desktop.videos, "Dropped Film.mp4")
+        make_video(dropped)
+        stored = os.path.join(tv["Media folder"], "Dropped Film.mp4")
+        desktop.drop_files(
+            element("list", "Library"), dropped,
+            held=lambda: wait_for("the overlay", shows("Drop video files to upload")),
+            taken=lambda: wait_for("the dropped film", lambda: os.path.exists(stored)))
+        assert same(dropped, stored)
+        assert not elements("label", "Drop video files to upload"), "the overlay stays"
         application.terminate()
         assert application.wait(20) == 0, "the application did not end cleanly"
-    print("uploaded, attached")
+    print("uploaded, attached, dropped")
 
 
 main()
