@@ -1,9 +1,5 @@
-#include "app/ombra_mac_model.h"
-#include "platform/curl_http_session.h"
 #include "simulator/simulator_process.h"
-#include "support/fake_service_browser.h"
-#include "support/fake_still_extractor.h"
-#include "support/memory_settings.h"
+#include "support/real_model.h"
 
 #include <QDir>
 #include <QFile>
@@ -40,10 +36,8 @@ private Q_SLOTS:
                              QStringLiteral("--move-seconds"), QStringLiteral("1"),
                              QStringLiteral("--usb"), m_usb->path()}),
                  qPrintable(m_tv.errorText()));
-        m_real = std::make_unique<Real>();
-        m_real->model.appear();
-        m_real->browser.announce(
-            serviceAt(QStringLiteral("Announced"), {127, 0, 0, 1}, m_tv.port()));
+        m_real = std::make_unique<RealModel>();
+        m_real->find(m_tv.port());
         QTRY_VERIFY(pairing().requiresControlPairing);
         m_real->model.pairing()->verifyPairingCode(m_tv.pairingCode());
         QTRY_VERIFY(pairing().isControlPaired);
@@ -163,20 +157,10 @@ private Q_SLOTS:
     }
 
 private:
-    struct Real {
-        MemorySettings settings;
-        SystemClock clock;
-        CurlHttpSession http;
-        FakeServiceBrowser browser{clock};
-        FakeStillExtractor stills;
-        MemoryLog log;
-        OmbraMacModel model{{http, browser, settings, clock, stills, log}};
-    };
-
     RemotePlayback& playback() { return *m_real->model.playback(); }
     PlaybackResponse shown() { return playback().playback().value_or(PlaybackResponse()); }
-    const PairingState& pairing() { return m_real->model.pairing()->state(); }
-    const QString& status() { return m_real->model.status()->statusMessage(); }
+    const PairingState& pairing() { return m_real->pairing(); }
+    const QString& status() { return m_real->status(); }
     const LibraryContent& library() { return m_real->model.library()->content(); }
     void write(const QString& name) {
         QFile file(m_tv.mediaFolder() + u'/' + name);
@@ -197,7 +181,7 @@ private:
 
     SimulatorProcess m_tv;
     std::unique_ptr<QTemporaryDir> m_usb;
-    std::unique_ptr<Real> m_real;
+    std::unique_ptr<RealModel> m_real;
 };
 
 QTEST_GUILESS_MAIN(SimulatedControlTest)

@@ -1,9 +1,5 @@
-#include "app/ombra_mac_model.h"
-#include "platform/curl_http_session.h"
 #include "simulator/simulator_process.h"
-#include "support/fake_service_browser.h"
-#include "support/fake_still_extractor.h"
-#include "support/memory_settings.h"
+#include "support/real_model.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -50,15 +46,13 @@ private Q_SLOTS:
     void init() {
         m_files = std::make_unique<QTemporaryDir>();
         QVERIFY2(m_tv.start(), qPrintable(m_tv.errorText()));
-        m_real = std::make_unique<Real>();
+        m_real = std::make_unique<RealModel>();
         connect(m_real->model.status(), &StatusLine::statusMessageChanged, this,
                 [this] { m_said.append(status()); });
-        m_real->model.appear();
-        m_real->browser.announce(
-            serviceAt(QStringLiteral("Announced"), {127, 0, 0, 1}, m_tv.port()));
-        QTRY_VERIFY(m_real->model.pairing()->state().requiresControlPairing);
+        m_real->find(m_tv.port());
+        QTRY_VERIFY(m_real->pairing().requiresControlPairing);
         m_real->model.pairing()->verifyPairingCode(m_tv.pairingCode());
-        QTRY_VERIFY(m_real->model.pairing()->state().isControlPaired);
+        QTRY_VERIFY(m_real->pairing().isControlPaired);
         m_said.clear();
     }
     void cleanup() {
@@ -216,17 +210,7 @@ private Q_SLOTS:
     }
 
 private:
-    struct Real {
-        MemorySettings settings;
-        SystemClock clock;
-        CurlHttpSession http;
-        FakeServiceBrowser browser{clock};
-        FakeStillExtractor stills;
-        MemoryLog log;
-        OmbraMacModel model{{http, browser, settings, clock, stills, log}};
-    };
-
-    const QString& status() { return m_real->model.status()->statusMessage(); }
+    const QString& status() { return m_real->status(); }
     QStringList stored() { return QDir(m_tv.mediaFolder()).entryList(QDir::Files | QDir::Hidden); }
     QUrl file(const QString& name, qint64 size) {
         QFile file(m_files->filePath(name));
@@ -244,7 +228,7 @@ private:
 
     SimulatorProcess m_tv;
     std::unique_ptr<QTemporaryDir> m_files;
-    std::unique_ptr<Real> m_real;
+    std::unique_ptr<RealModel> m_real;
     QStringList m_said;
 };
 
