@@ -52,6 +52,7 @@ def pair(desktop):
     desktop.type("123")
     press(element("push button", "Verify code"))
     wait_for("the pairing", shows("Quiv Controller paired successfully."))
+    wait_for("the sheet to close", lambda: not elements("text", "3-digit code"))
 
 
 def play(desktop, tv):
@@ -65,7 +66,8 @@ def play(desktop, tv):
 
 
 def choose(desktop, menu, entry):
-    desktop.click(element("push button", menu))
+    element("push button", menu)
+    desktop.click(elements("push button", menu)[-1])  # the dock's; rows have a button of that name, too
     desktop.click(element("push button", entry))
 
 

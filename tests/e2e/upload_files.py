@@ -28,6 +28,7 @@ def pair(desktop):
     desktop.type("123")
     press(element("push button", "Verify code"))
     wait_for("the pairing", shows("Quiv Controller paired successfully."))
+    wait_for("the sheet to close", lambda: not elements("text", "3-digit code"))
 
 
 def choose(desktop, *files):
