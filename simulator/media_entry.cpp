@@ -1,5 +1,6 @@
 #include "simulator/media_entry.h"
 
+#include <QLatin1String>
 #include <QStringList>
 
 namespace quiv::simulator {
@@ -18,6 +19,11 @@ MediaEntry::Kind kindOfName(const QString& name) {
     if (videos.contains(extension))
         return MediaEntry::Kind::Video;
     return subtitles.contains(extension) ? MediaEntry::Kind::Subtitle : MediaEntry::Kind::Other;
+}
+
+bool isPartial(const QString& name) {
+    return name.endsWith(QLatin1String(movingSuffix)) ||
+           name.startsWith(QLatin1String(uploadingPrefix));
 }
 
 static QString withoutExtension(const QString& name) {

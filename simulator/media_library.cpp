@@ -33,7 +33,7 @@ static void readFolder(const QString& folder, bool onUsb, std::vector<MediaEntry
         seen.insert(entry.name);
     const auto files = QDir(folder).entryInfoList(QDir::Files | QDir::Hidden, QDir::Name);
     for (const QFileInfo& file : files) {
-        if (!seen.contains(file.fileName()))
+        if (!seen.contains(file.fileName()) && !isPartial(file.fileName()))
             entries.push_back(entryOf(file, onUsb));
     }
 }
@@ -206,7 +206,18 @@ MediaDetails MediaLibrary::detailsOf(const MediaEntry& entry) {
     const QString path = pathOf(entry);
     if (path.isEmpty())
         return madeUpDetails();
-    const QString key = path + u'|' + QString::number(entry.lastModifiedMs);
+    MediaDetails details = probed(path, entry.lastModifiedMs);
+    const std::scoped_lock lock(m_mutex);
+    const QString base = baseNameOf(entry.name);
+    for (const MediaEntry& other : readState().onDisk) {
+        if (other.kind == MediaEntry::Kind::Subtitle && belongsTo(other, base))
+            details.subtitles.push_back(sideTrack(other.name, base, details.subtitles.size() + 1));
+    }
+    return details;
+}
+
+MediaDetails MediaLibrary::probed(const QString& path, qint64 lastModifiedMs) {
+    const QString key = path + u'|' + QString::number(lastModifiedMs);
     {
         const std::scoped_lock lock(m_mutex);
         if (const auto known = m_details.constFind(key); known != m_details.cend())
@@ -230,7 +241,8 @@ MediaLibrary::Moving::Moving(MediaEntry entry, bool toUsb, const QString& from, 
     if (from.isEmpty())
         return;
     m_source = std::make_unique<QFile>(from);
-    m_copy = std::make_unique<QTemporaryFile>(to + QStringLiteral(".XXXXXX.moving"));
+    m_copy = std::make_unique<QTemporaryFile>(to + QStringLiteral(".XXXXXX") +
+                                              QLatin1String(movingSuffix));
 }
 
 bool MediaLibrary::Moving::copyUpTo(qint64 end) {

@@ -41,6 +41,7 @@ public:
     std::optional<MediaEntry> find(const QString& name);
     // Where a listed file lies; empty for a generated entry.
     QString pathOf(const MediaEntry& entry) const;
+    // With the subtitle files that belong to it.
     MediaDetails detailsOf(const MediaEntry& entry);
     // From disk or from the generated entries.
     bool remove(const MediaEntry& entry);
@@ -53,7 +54,6 @@ public:
 
         const QString& name() const { return m_entry.name; }
         qint64 sizeBytes() const { return m_entry.sizeBytes; }
-        bool toUsb() const { return m_toUsb; }
         // False: the disks did not play along.
         bool copyUpTo(qint64 end);
 
@@ -80,6 +80,8 @@ private:
         bool operator==(const State&) const = default;
     };
 
+    // What the file itself tells; asked once.
+    MediaDetails probed(const QString& path, qint64 lastModifiedMs);
     State readState() const;
     QByteArray makeListing(const State& state) const;
     QByteArray storageJson(const State& state) const;

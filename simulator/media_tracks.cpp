@@ -1,5 +1,7 @@
 #include "simulator/media_tracks.h"
 
+#include "simulator/media_entry.h"
+
 #include <QHash>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -10,10 +12,16 @@ namespace quiv::simulator {
 static constexpr int probeTimeoutMs = 5000;
 
 static QString labelOf(const QString& title, const QString& language, size_t number) {
-    static const QHash<QString, QString> names{{QStringLiteral("eng"), QStringLiteral("English")},
-                                               {QStringLiteral("deu"), QStringLiteral("Deutsch")},
-                                               {QStringLiteral("ger"), QStringLiteral("Deutsch")},
-                                               {QStringLiteral("fra"), QStringLiteral("Français")}};
+    static const QHash<QString, QString> names{
+        {QStringLiteral("eng"), QStringLiteral("English")},
+        {QStringLiteral("en"), QStringLiteral("English")},
+        {QStringLiteral("deu"), QStringLiteral("Deutsch")},
+        {QStringLiteral("ger"), QStringLiteral("Deutsch")},
+        {QStringLiteral("de"), QStringLiteral("Deutsch")},
+        {QStringLiteral("fra"), QStringLiteral("Français")},
+        {QStringLiteral("fre"), QStringLiteral("Français")},
+        {QStringLiteral("fr"), QStringLiteral("Français")},
+    };
     if (!title.isEmpty())
         return title;
     return names.value(language, QStringLiteral("Track %1").arg(number));
@@ -55,6 +63,12 @@ MediaDetails detailsOfFile(const QString& path) {
             details.subtitles.push_back(trackOf(stream.toObject(), details.subtitles.size() + 1));
     }
     return details;
+}
+
+// "Movie.en.srt" beside "Movie.mkv" is in English.
+MediaTrack sideTrack(const QString& fileName, const QString& videoBase, size_t number) {
+    const QString language = baseNameOf(fileName).mid(videoBase.size() + 1);
+    return {.id = fileName, .label = labelOf({}, language, number), .language = language};
 }
 
 MediaDetails madeUpDetails() {

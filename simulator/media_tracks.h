@@ -26,6 +26,9 @@ struct MediaDetails {
 // Asks ffprobe; nothing is known of a file that it does not understand, or without it.
 MediaDetails detailsOfFile(const QString& path);
 
+// A subtitle file beside the video whose base name its own begins with.
+MediaTrack sideTrack(const QString& fileName, const QString& videoBase, size_t number);
+
 // Of a video that is no file: an hour and a half, two languages, three subtitles.
 MediaDetails madeUpDetails();
 

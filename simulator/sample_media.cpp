@@ -66,10 +66,11 @@ static Samples mediaSamples() {
              {"Harbour Tour.mkv",
               "-f lavfi -i testsrc2=s=320x180:r=1/2:d=720 "
               "-f lavfi -i sine=f=300:r=8000:d=720 -i Test%20Card.en.srt -i Test%20Card.de.srt "
-              "-map 0 -map 1 -map 1 -map 2 -map 3 -c:v libx264 -preset ultrafast "
+              "-map 0 -map 1 -map 1 -map 2 -map 3 -map 2 -c:v libx264 -preset ultrafast "
               "-pix_fmt yuv420p -c:a adpcm_ima_wav -c:s srt "
               "-metadata:s:a:0 language=eng -metadata:s:a:1 language=deu "
-              "-metadata:s:s:0 language=eng -metadata:s:s:1 language=deu"},
+              "-metadata:s:s:0 language=eng -metadata:s:s:1 language=deu "
+              "-metadata:s:s:2 language=fra"},
              // Only copying lets ffmpeg write the turn into the file instead of turning the
              // pictures.
              {"Upright Phone.mp4", "-i Test%20Card.mp4 -map 0:v -c copy -t 2 "

@@ -10,7 +10,11 @@ StorageMover::StorageMover(MediaLibrary& library, Duration duration)
     : m_library(library), m_duration(duration) {}
 
 StorageMover::~StorageMover() {
-    m_stops = true;
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_stops = true;
+    }
+    m_ending.notify_all();
     if (m_thread.joinable())
         m_thread.join();
 }
@@ -33,8 +37,7 @@ std::optional<StorageMover::Refusal> StorageMover::start(const QString& name, bo
                 .message = QStringLiteral("Moving %1.").arg(name),
                 .totalBytes = entry->sizeBytes,
                 .updatedAtMs = QDateTime::currentMSecsSinceEpoch()};
-    m_thread =
-        std::thread([this, entry = *entry, toUsb] { move(m_library.beginMove(entry, toUsb)); });
+    m_thread = std::thread([this, entry = *entry, toUsb] { move(entry, toUsb); });
     return std::nullopt;
 }
 
@@ -64,24 +67,30 @@ QJsonObject StorageMover::status() {
             {QStringLiteral("updatedAtMs"), m_status.updatedAtMs}};
 }
 
-void StorageMover::move(MediaLibrary::Moving moving) {
-    const QString name = moving.name();
-    const bool isDone = copyInSlices(moving) && m_library.finishMove(moving);
-    if (isDone)
-        tell(QStringLiteral("COMPLETED"), moving.sizeBytes(),
+bool StorageMover::moveFile(MediaLibrary::Moving moving) {
+    return copyInSlices(moving) && m_library.finishMove(moving);
+}
+
+void StorageMover::move(const MediaEntry& entry, bool toUsb) {
+    const QString& name = entry.name;
+    if (moveFile(m_library.beginMove(entry, toUsb)))
+        tell(QStringLiteral("COMPLETED"), entry.sizeBytes,
              QStringLiteral("Moved %1 to %2.")
-                 .arg(name,
-                      moving.toUsb() ? QStringLiteral("USB") : QStringLiteral("internal storage")));
+                 .arg(name, toUsb ? QStringLiteral("USB") : QStringLiteral("internal storage")));
     else
         tell(QStringLiteral("FAILED"), 0,
              QStringLiteral("%1 could not be moved and stays where it was.").arg(name));
 }
 
+bool StorageMover::waitForNextSlice() {
+    std::unique_lock lock(m_mutex);
+    return !m_ending.wait_for(lock, m_duration / slices, [this] { return m_stops; });
+}
+
 bool StorageMover::copyInSlices(MediaLibrary::Moving& moving) {
     const bool fails = m_failsNext.exchange(false);
     for (int slice = 1; slice <= slices; ++slice) {
-        std::this_thread::sleep_for(m_duration / slices);
-        const bool isInterrupted = m_stops || !m_library.isUsbConnected();
+        const bool isInterrupted = !waitForNextSlice() || !m_library.isUsbConnected();
         if (isInterrupted || (fails && slice > slices / 2))
             return false;
         const qint64 end = moving.sizeBytes() * slice / slices;

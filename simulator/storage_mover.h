@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -46,15 +47,20 @@ private:
         qint64 updatedAtMs = 0;
     };
 
-    void move(MediaLibrary::Moving moving);
+    void move(const MediaEntry& entry, bool toUsb);
+    // Leaves nothing but the file where it was when it fails.
+    bool moveFile(MediaLibrary::Moving moving);
     bool copyInSlices(MediaLibrary::Moving& moving);
+    // False: the program ends.
+    bool waitForNextSlice();
     void tell(const QString& state, qint64 movedBytes, const QString& message);
 
     MediaLibrary& m_library;
     const Duration m_duration;
     std::mutex m_mutex;
     Status m_status;
-    std::atomic<bool> m_stops = false;
+    std::condition_variable m_ending;
+    bool m_stops = false;
     std::atomic<bool> m_failsNext = false;
     std::thread m_thread;
 };

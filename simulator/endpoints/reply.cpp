@@ -41,6 +41,11 @@ std::optional<QString> parameterOf(const httplib::Request& request, const char* 
     return QString::fromStdString(request.get_param_value(name));
 }
 
+bool isFileName(const QString& name) {
+    return !name.isEmpty() && !name.contains(u'/') && name != QLatin1String(".") &&
+           name != QLatin1String("..");
+}
+
 void addNotFound(httplib::Server& server) {
     const auto notFound = ignoringBody(
         [](const httplib::Request&, httplib::Response& response) { response.status = 404; });

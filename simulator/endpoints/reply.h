@@ -25,6 +25,8 @@ void addPairedPost(httplib::Server& server, const std::string& pattern, Pairing&
                    httplib::Server::Handler handler);
 // A query parameter; none when it is absent.
 std::optional<QString> parameterOf(const httplib::Request& request, const char* name);
+// A name as files have it, without a way to another folder.
+bool isFileName(const QString& name);
 // Everything that no other endpoint takes; to be added last.
 void addNotFound(httplib::Server& server);
 

@@ -19,6 +19,8 @@ static void move(Television& television, const httplib::Request& request,
 static void remove(Television& television, const httplib::Request& request,
                    httplib::Response& response) {
     const QString name = parameterOf(request, "name").value_or(QString());
+    if (!isFileName(name))
+        return replyError(response, 400, QStringLiteral("The name is missing or wrong."));
     const auto entry = television.library.find(name); // what is not listed is not deleted
     if (!entry)
         return replyError(response, 404, QStringLiteral("File not found"));

@@ -108,11 +108,6 @@ void Reception::run(UploadStore& store, Absence& absence, const StopSignal& stop
         answer(file, stop);
 }
 
-static bool isFileName(const QString& name) {
-    return !name.isEmpty() && !name.contains(u'/') && name != QLatin1String(".") &&
-           name != QLatin1String("..");
-}
-
 static QByteArray readBody(const ContentReader& reader) {
     QByteArray body;
     reader([&](const char* bytes, size_t count) {
