@@ -12,6 +12,8 @@
 
 namespace quiv::simulator {
 
+static constexpr std::chrono::milliseconds leavingTime{2000};
+
 namespace {
 
 using Address = sockaddr_storage;
@@ -60,12 +62,22 @@ Connection::Connection(const httplib::Request& request)
                  endPointOf(descriptor, getsockname).port == request.local_port;
       })) {}
 
-void Connection::reset() {
-    // Dissolving the association resets a connection immediately and leaves the descriptor to the
-    // server library, which closes it as usual.
+// Dissolving the association resets a connection immediately and leaves the descriptor to the
+// server library, which closes it as usual.
+static void dissolve(int descriptor) {
     sockaddr address{};
     address.sa_family = AF_UNSPEC;
-    static_cast<void>(connect(m_descriptor, &address, sizeof(address)));
+    static_cast<void>(connect(descriptor, &address, sizeof(address)));
+}
+
+void Connection::reset() {
+    dissolve(m_descriptor);
+}
+
+void Connection::end(const StopSignal& stop) {
+    shutdown(m_descriptor, SHUT_WR);
+    waitFor(leavingTime, stop);
+    reset();
 }
 
 void Connection::waitUntilDelivered() const {
@@ -90,6 +102,15 @@ bool Connection::waitFor(std::chrono::milliseconds time, const StopSignal& stop)
 void Connection::waitUntilGone(const StopSignal& stop) const {
     if (m_descriptor >= 0)
         waitForEnd(m_descriptor, stop, -1);
+}
+
+void resetConnections(quint16 localPort) {
+    findDescriptor([&](int descriptor) {
+        const bool isConnected = endPointOf(descriptor, getpeername).port != 0;
+        if (isConnected && endPointOf(descriptor, getsockname).port == localPort)
+            dissolve(descriptor);
+        return false;
+    });
 }
 
 void shutDownConnections(quint16 localPort) {

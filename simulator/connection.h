@@ -17,6 +17,9 @@ public:
 
     // Breaks the connection at once: the peer gets a reset, not an end of stream.
     void reset();
+    // Ends the connection without reading what the peer is still sending; waits two seconds for the
+    // peer to take the reply and leave.
+    void end(const StopSignal& stop);
     // Waits until the peer has received what was written, at most two seconds.
     void waitUntilDelivered() const;
     // True when the whole time passed; false when the peer left or the program ends.
@@ -28,6 +31,8 @@ private:
     int m_descriptor; // -1: the peer is gone already
 };
 
+// Breaks every connection accepted on a port.
+void resetConnections(quint16 localPort);
 // Shuts down every connection accepted on a port, which wakes the threads reading from them.
 void shutDownConnections(quint16 localPort);
 

@@ -132,6 +132,11 @@ void ControlServer::addLibraryRoutes(MediaLibrary& library) {
             library.setUsbConnected(connected.toBool());
             return replyOk(response);
         }
+        if (const QJsonValue bytes = change[QLatin1String("freeBytes")]; !bytes.isUndefined()) {
+            library.setFreeBytes(bytes.isDouble() ? std::optional(bytes.toInteger())
+                                                  : std::nullopt);
+            return replyOk(response);
+        }
         replyOutcome(response, library.changeGenerated([&](GeneratedEntries& entries) {
             return changeEntries(entries, change);
         }));

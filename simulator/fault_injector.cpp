@@ -2,6 +2,7 @@
 
 #include "simulator/altered_reply.h"
 #include "simulator/connection.h"
+#include "simulator/endpoints/reply.h"
 
 namespace quiv::simulator {
 
@@ -60,6 +61,8 @@ FaultInjector::Outcome FaultInjector::beforeReply(const httplib::Request& reques
                       Fault::Phase::BeforeReply);
     if (!fault)
         return Outcome::Continue;
+    if (fault->kind != Fault::Kind::Delay && hasBody(request))
+        closeAfterReply(response); // the body is not read
     switch (fault->kind) {
     case Fault::Kind::Delay:
         Connection(request).waitFor(std::chrono::milliseconds(fault->number("milliseconds")),

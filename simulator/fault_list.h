@@ -31,6 +31,9 @@ struct Fault {
         FillUp,        // bytes
         Vanish,        // bytes, milliseconds
         StoreThenHang,
+        StoreThenReset,
+        TruncateStore, // bytes
+        RenameStore,
         // To the reply
         MistypedJson,    // field
         OneAuthHeader,   // header: "token" or "lifetime"
@@ -49,7 +52,7 @@ struct Fault {
     Phase phase() const {
         if (kind <= Kind::OversizedJson)
             return Phase::BeforeReply;
-        return kind <= Kind::StoreThenHang ? Phase::Receiving : Phase::Replying;
+        return kind <= Kind::RenameStore ? Phase::Receiving : Phase::Replying;
     }
     qint64 number(const char* parameter, qint64 otherwise = 0) const;
     QString text(const char* parameter) const;

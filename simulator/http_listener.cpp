@@ -52,6 +52,9 @@ HttpListener::HttpListener() {
     m_server.set_keep_alive_max_count(1'000'000);
     m_server.set_keep_alive_timeout(30);
     m_server.set_tcp_nodelay(true);
+    // A client that pauses for a while is still there.
+    m_server.set_read_timeout(30);
+    m_server.set_write_timeout(30);
     // Not the library's own choice, which lets two programs share a port.
     m_server.set_socket_options([](int descriptor) {
         const int yes = 1;

@@ -63,6 +63,7 @@ MediaLibrary::State MediaLibrary::readState() const {
     countSubtitles(state.onDisk);
     state.generatedRevision = m_generated.revision();
     state.usbConnected = m_usbConnected;
+    state.freeBytes = m_freeBytes;
     return state;
 }
 
@@ -114,7 +115,12 @@ struct Usage {
     int videos = 0;
     qint64 videoBytes = 0;
 
+    std::optional<qint64> toldFreeBytes;
+
+    qint64 freeBytes() const { return totalBytes() - bytes; }
     qint64 totalBytes() const {
+        if (toldFreeBytes)
+            return bytes + *toldFreeBytes;
         qint64 total = smallestStorageBytes;
         while (total <= bytes)
             total *= 2;
@@ -137,21 +143,21 @@ struct Usage {
 static QByteArray internalJson(const Usage& usage) {
     return "{\"usedBytes\":" + QByteArray::number(usage.bytes) +
            ",\"totalBytes\":" + QByteArray::number(usage.totalBytes()) +
-           ",\"freeBytes\":" + QByteArray::number(usage.totalBytes() - usage.bytes) + '}';
+           ",\"freeBytes\":" + QByteArray::number(usage.freeBytes()) + '}';
 }
 
 static QByteArray usbJson(const Usage& usage, bool connected) {
     return QByteArray("{\"driveId\":\"usb-1\",\"driveName\":\"USB drive\",\"isConnected\":") +
            (connected ? "true" : "false") +
-           ",\"freeBytes\":" + QByteArray::number(usage.totalBytes() - usage.bytes) +
+           ",\"freeBytes\":" + QByteArray::number(usage.freeBytes()) +
            ",\"totalBytes\":" + QByteArray::number(usage.totalBytes()) +
            ",\"cachedVideoCount\":" + QByteArray::number(usage.videos) +
            ",\"cachedVideoBytes\":" + QByteArray::number(usage.videoBytes) + '}';
 }
 
 QByteArray MediaLibrary::storageJson(const State& state) const {
-    Usage internal;
-    Usage usb;
+    Usage internal{.toldFreeBytes = state.freeBytes};
+    Usage usb{.toldFreeBytes = state.freeBytes};
     for (const std::span<const MediaEntry> entries :
          {std::span(state.onDisk), std::span(m_generated.entries())}) {
         internal.add(entries, false);
@@ -183,6 +189,21 @@ bool MediaLibrary::isUsbConnected() {
 
 QString MediaLibrary::uploadFolder() {
     return isUsbConnected() ? m_usbFolder : m_mediaFolder;
+}
+
+qint64 MediaLibrary::freeBytes() {
+    const bool onUsb = isUsbConnected();
+    const std::scoped_lock lock(m_mutex);
+    const State state = readState();
+    Usage usage{.toldFreeBytes = state.freeBytes};
+    usage.add(state.onDisk, onUsb);
+    usage.add(m_generated.entries(), onUsb);
+    return usage.freeBytes();
+}
+
+void MediaLibrary::setFreeBytes(std::optional<qint64> bytes) {
+    const std::scoped_lock lock(m_mutex);
+    m_freeBytes = bytes;
 }
 
 std::optional<MediaEntry> MediaLibrary::find(const QString& name) {

@@ -34,8 +34,11 @@ public:
     void setUsbConnected(bool connected);
     bool isUsbConnected();
 
-    // Where uploads go.
+    // Where uploads go, and how much fits there.
     QString uploadFolder();
+    qint64 freeBytes();
+    // How much is left on each storage, whatever lies on it; none: a lot.
+    void setFreeBytes(std::optional<qint64> bytes);
 
     // As it is listed now; none: not listed.
     std::optional<MediaEntry> find(const QString& name);
@@ -76,6 +79,7 @@ private:
         std::vector<MediaEntry> onDisk;
         int generatedRevision = 0;
         bool usbConnected = true;
+        std::optional<qint64> freeBytes;
 
         bool operator==(const State&) const = default;
     };
@@ -91,6 +95,7 @@ private:
     const QString m_usbFolder;
     GeneratedEntries m_generated;
     bool m_usbConnected = true;
+    std::optional<qint64> m_freeBytes;
     State m_listedState;
     QByteArray m_listing;
     QHash<QString, MediaDetails> m_details; // by path and time of modification

@@ -19,6 +19,7 @@ public:
     QString text(const char* name, const QString& otherwise) const;
     int number(const char* name, int otherwise, int smallest, int largest);
     std::optional<quint16> port(const char* name);
+    std::optional<qint64> bytes(const char* name);
     std::chrono::seconds seconds(const char* name, int otherwise);
     QString code();
     Announcer::Way announceWay();
@@ -68,6 +69,7 @@ void OptionReader::addOptions() {
     add("no-samples", "Do not make sample media in an empty media folder.");
     add("generate", "List that many made-up files besides the real ones.", "count");
     add("move-seconds", "How long a move between storages takes, default 4.", "seconds");
+    add("free-bytes", "How much is left on each storage. Default: a lot.", "bytes");
     add("code", "Pairing code, three digits. Default: random.", "code");
     add("code-lifetime", "Life of a code, default 300.", "seconds");
     add("token-lifetime", "Life of a token, default 86400.", "seconds");
@@ -107,6 +109,16 @@ std::optional<quint16> OptionReader::port(const char* name) {
     if (!isSet(name))
         return std::nullopt;
     return static_cast<quint16>(number(name, 0, 0, 65535));
+}
+
+std::optional<qint64> OptionReader::bytes(const char* name) {
+    if (!isSet(name))
+        return std::nullopt;
+    bool isNumber = false;
+    const qint64 value = text(name).toLongLong(&isNumber);
+    if (!isNumber || value < 0)
+        complain(QStringLiteral("--%1 takes a number of bytes.").arg(QLatin1String(name)));
+    return value;
 }
 
 std::chrono::seconds OptionReader::seconds(const char* name, int otherwise) {
@@ -152,6 +164,7 @@ static void readPlaces(OptionReader& reader, Options& options) {
         options.usbFolder = reader.text("usb", defaultFolder("usb"));
     options.makesSamples = !reader.isSet("no-samples");
     options.moveDuration = reader.seconds("move-seconds", 4);
+    options.freeBytes = reader.bytes("free-bytes");
     options.generatedCount = reader.number("generate", 0, 0, 10'000'000);
 }
 

@@ -23,6 +23,7 @@ struct Options {
     bool makesSamples = true;
     int generatedCount = 0;
     std::chrono::milliseconds moveDuration{4000};
+    std::optional<qint64> freeBytes; // none: a lot
 
     Pairing::Settings pairing;
     bool browsingNeedsPairing = false;

@@ -21,9 +21,12 @@ Simulator::Simulator(Options options)
           .player = Player(),
           .mover = {m_television.library, m_options.moveDuration},
           .uploads = UploadStore(m_television.library),
+          .thumbnails = Thumbnails(m_television.library),
           .browsingNeedsPairing = m_options.browsingNeedsPairing},
       m_server(m_television, m_faults, m_log, !m_options.quiet),
-      m_control(m_television, m_faults, m_log, m_announcement) {}
+      m_control(m_television, m_faults, m_log, m_announcement) {
+    m_television.library.setFreeBytes(m_options.freeBytes);
+}
 
 Simulator::~Simulator() {
     m_announcement.stop();

@@ -5,6 +5,7 @@
 #include "simulator/pairing.h"
 #include "simulator/player.h"
 #include "simulator/storage_mover.h"
+#include "simulator/thumbnails.h"
 #include "simulator/upload_store.h"
 
 namespace quiv::simulator {
@@ -17,6 +18,7 @@ struct Television {
     Player player;
     StorageMover mover;
     UploadStore uploads;
+    Thumbnails thumbnails;
     const bool browsingNeedsPairing;
 };
 

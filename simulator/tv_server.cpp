@@ -8,6 +8,7 @@
 #include "simulator/endpoints/playback_endpoints.h"
 #include "simulator/endpoints/reply.h"
 #include "simulator/endpoints/storage_endpoints.h"
+#include "simulator/endpoints/thumbnail_endpoints.h"
 #include "simulator/endpoints/upload_endpoints.h"
 
 namespace quiv::simulator {
@@ -33,6 +34,7 @@ TvServer::TvServer(Television& television, FaultList& faults, RequestLog& log, b
     addPairingEndpoints(server, television);
     addPlaybackEndpoints(server, television);
     addStorageEndpoints(server, television);
+    addThumbnailEndpoints(server, television);
     addUploadEndpoints(server, television, faults, m_absence, m_stop);
     addNotFound(server);
 }
@@ -80,6 +82,11 @@ void TvServer::replying(const httplib::Request& request, httplib::Response& resp
         grant && !response.has_header(tokenHeader))
         addToken(response, *grant);
     m_injector.alterReply(request, response);
+    if (closesAfter(response)) // which the server library only announces
+        response.content_provider_resource_releaser_ =
+            [this, connection = Connection(request)](bool) mutable {
+                connection.end(m_stop);
+            };
     m_log.answered(request, response.status);
     if (m_printsRequests)
         printLine(

@@ -3,7 +3,6 @@
 #include "simulator/media_library.h"
 
 #include <QByteArray>
-#include <QHash>
 #include <QString>
 #include <QTemporaryFile>
 
@@ -13,8 +12,7 @@
 
 namespace quiv::simulator {
 
-// What clients bring: files on their way to the disk, and the stills that came with them.
-// Thread-safe.
+// The files that clients bring, on their way to the disk. Thread-safe.
 class UploadStore {
 public:
     explicit UploadStore(MediaLibrary& library) : m_library(library) {}
@@ -26,35 +24,51 @@ public:
         Incoming(UploadStore& store, const QString& name, qint64 totalBytes);
         ~Incoming();
 
-        bool write(const char* bytes, size_t count);
+        Q_DISABLE_COPY_MOVE(Incoming)
+
+        // What comes after so many bytes is counted, and not stored.
+        void keepOnly(qint64 bytes) { m_keptBytes = bytes; }
+        // False: the disk did not play along.
+        bool write(const char* bytes, qint64 count);
         qint64 receivedBytes() const { return m_receivedBytes; }
-        // The name it is stored under: another than asked for if there is one of that name already.
-        // None: it is not whole, or the disk did not play along.
-        std::optional<QString> finish();
+
+        enum class Naming {
+            Asked,  // as a copy only if there is one of that name already
+            AsCopy, // "Movie (1).mkv"
+        };
+        // The name it is stored under. None: it is not whole, or the disk did not play along.
+        std::optional<QString> finish(Naming naming);
 
     private:
+        QString freeName(Naming naming) const;
         void tell(const QString& state, const QString& message);
 
         UploadStore& m_store;
         const QString m_name;
         const qint64 m_totalBytes;
         qint64 m_receivedBytes = 0;
+        qint64 m_keptBytes;
         QString m_folder;
         std::unique_ptr<QTemporaryFile> m_file;
+        bool m_isStored = false;
     };
 
     // The reply of "api/upload-status"; "null" before the first upload.
     QByteArray status();
 
-    void setThumbnail(const QString& name, const QByteArray& jpeg);
-    // Empty: none.
-    QByteArray thumbnail(const QString& name);
-
 private:
+    struct Status {
+        QString state;
+        QString fileName;
+        QString message;
+        qint64 receivedBytes = 0;
+        qint64 totalBytes = 0;
+        qint64 updatedAtMs = 0;
+    };
+
     MediaLibrary& m_library;
     std::mutex m_mutex;
-    QByteArray m_status = "null";
-    QHash<QString, QByteArray> m_thumbnails;
+    std::optional<Status> m_status;
 };
 
 } // namespace quiv::simulator

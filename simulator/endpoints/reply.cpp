@@ -4,8 +4,12 @@
 
 namespace quiv::simulator {
 
+bool hasBody(const httplib::Request& request) {
+    return request.has_header("Content-Length") || request.has_header("Transfer-Encoding");
+}
+
 static void ignoreBody(const httplib::Request& request, const httplib::ContentReader& reader) {
-    if (request.has_header("Content-Length") || request.has_header("Transfer-Encoding"))
+    if (hasBody(request))
         reader([](const char*, size_t) { return true; });
 }
 
@@ -23,16 +27,49 @@ void addPost(httplib::Server& server, const std::string& pattern,
     server.Post(pattern, ignoringBody(std::move(handler)));
 }
 
+static httplib::Server::Handler whenPaired(Pairing& pairing, httplib::Server::Handler handler) {
+    return [&pairing, handler = std::move(handler)](const httplib::Request& request,
+                                                    httplib::Response& response) {
+        if (pairing.isPaired(credentialsOf(request)))
+            handler(request, response);
+        else
+            replyPairingRequired(response);
+    };
+}
+
 void addPairedPost(httplib::Server& server, const std::string& pattern, Pairing& pairing,
                    httplib::Server::Handler handler) {
-    addPost(server, pattern,
-            [&pairing, handler = std::move(handler)](const httplib::Request& request,
-                                                     httplib::Response& response) {
-                if (pairing.isPaired(credentialsOf(request)))
-                    handler(request, response);
-                else
-                    replyPairingRequired(response);
-            });
+    addPost(server, pattern, whenPaired(pairing, std::move(handler)));
+}
+
+void addPairedGet(httplib::Server& server, const std::string& pattern, Pairing& pairing,
+                  httplib::Server::Handler handler) {
+    server.Get(pattern, whenPaired(pairing, std::move(handler)));
+}
+
+void addPairedPut(httplib::Server& server, const std::string& pattern, Pairing& pairing,
+                  httplib::Server::HandlerWithContentReader handler) {
+    server.Put(pattern, [&pairing, handler = std::move(handler)](
+                            const httplib::Request& request, httplib::Response& response,
+                            const httplib::ContentReader& reader) {
+        const bool isPaired = pairing.isPaired(credentialsOf(request));
+        if (isPaired && isFileName(parameterOf(request, "name").value_or(QString())))
+            return handler(request, response, reader);
+        closeAfterReply(response);
+        if (isPaired)
+            replyError(response, 400, QStringLiteral("The name is missing or wrong."));
+        else
+            replyPairingRequired(response);
+    });
+}
+
+QByteArray readBody(const httplib::ContentReader& reader) {
+    QByteArray body;
+    reader([&](const char* bytes, size_t count) {
+        body.append(bytes, static_cast<qsizetype>(count));
+        return true;
+    });
+    return body;
 }
 
 std::optional<QString> parameterOf(const httplib::Request& request, const char* name) {
@@ -54,6 +91,8 @@ void addNotFound(httplib::Server& server) {
 }
 
 Credentials credentialsOf(const httplib::Request& request) {
+    if (const auto token = parameterOf(request, "authToken"))
+        return {parameterOf(request, "clientId").value_or(QString()), *token};
     return {QString::fromStdString(request.get_header_value(clientIdHeader)),
             QString::fromStdString(request.get_header_value(tokenHeader))};
 }
@@ -70,6 +109,19 @@ void replyJson(httplib::Response& response, const QJsonObject& json, int status)
 
 void replyError(httplib::Response& response, int status, const QString& error) {
     replyJson(response, {{QStringLiteral("ok"), false}, {QStringLiteral("error"), error}}, status);
+}
+
+void replyFull(httplib::Response& response) {
+    closeAfterReply(response);
+    replyError(response, 507, QStringLiteral("Not enough free space on target storage."));
+}
+
+void closeAfterReply(httplib::Response& response) {
+    response.set_header("Connection", "close");
+}
+
+bool closesAfter(const httplib::Response& response) {
+    return response.get_header_value("Connection") == "close";
 }
 
 void replyPairingRequired(httplib::Response& response) {

@@ -29,6 +29,7 @@ static void remove(Television& television, const httplib::Request& request,
     television.player.close(name);
     if (!television.library.remove(*entry))
         return replyError(response, 500, QStringLiteral("The file could not be deleted."));
+    television.thumbnails.forget(name);
     replyJson(response, {{QStringLiteral("ok"), true}});
 }
 

@@ -10,7 +10,7 @@ namespace quiv::simulator {
 class Absence;
 class StopSignal;
 
-// Receiving files and the stills that come with them, and what can go wrong while they arrive.
+// Receiving files, and what can go wrong while they arrive.
 void addUploadEndpoints(httplib::Server& server, Television& television, FaultList& faults,
                         Absence& absence, StopSignal& stop);
 

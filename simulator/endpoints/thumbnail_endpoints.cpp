@@ -1,0 +1,37 @@
+#include "simulator/endpoints/thumbnail_endpoints.h"
+
+#include "simulator/endpoints/reply.h"
+
+namespace quiv::simulator {
+
+using httplib::ContentReader;
+using httplib::Request;
+using httplib::Response;
+
+static void bring(Television& television, const Request& request, Response& response,
+                  const QByteArray& jpeg) {
+    if (jpeg.isEmpty())
+        return replyError(response, 400, QStringLiteral("The picture is missing."));
+    television.thumbnails.bring(*parameterOf(request, "name"), jpeg);
+    replyJson(response, {{QStringLiteral("ok"), true}});
+}
+
+static void show(Television& television, const Request& request, Response& response) {
+    const QByteArray jpeg =
+        television.thumbnails.find(parameterOf(request, "name").value_or(QString()));
+    if (jpeg.isEmpty())
+        return replyError(response, 404, QStringLiteral("There is no picture yet."));
+    response.set_content(jpeg.constData(), static_cast<size_t>(jpeg.size()), "image/jpeg");
+}
+
+void addThumbnailEndpoints(httplib::Server& server, Television& television) {
+    addPairedPut(server, "/api/files/thumbnail", television.pairing,
+                 [&](const Request& request, Response& response, const ContentReader& reader) {
+                     bring(television, request, response, readBody(reader));
+                 });
+    addPairedGet(
+        server, "/api/thumbnail", television.pairing,
+        [&](const Request& request, Response& response) { show(television, request, response); });
+}
+
+} // namespace quiv::simulator

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "simulator/television.h"
+
+#include <httplib.h>
+
+namespace quiv::simulator {
+
+// The pictures of videos, brought and shown.
+void addThumbnailEndpoints(httplib::Server& server, Television& television);
+
+} // namespace quiv::simulator
