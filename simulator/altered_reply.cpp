@@ -65,6 +65,14 @@ void trickle(httplib::Response& response, const Connection& connection, qint64 b
     };
 }
 
+void announceMore(httplib::Response& response, qint64 bytes) {
+    const std::string announced = response.get_header_value("Content-Length");
+    response.headers.erase("Content-Length");
+    response.set_header("Content-Length",
+                        std::to_string(QByteArray::fromStdString(announced).toLongLong() + bytes));
+    closeAfterReply(response);
+}
+
 void resetAfter(httplib::Response& response, const Connection& connection, qint64 bytes) {
     response.content_provider_ =
         [body = takeBody(response), breaking = connection,

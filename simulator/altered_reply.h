@@ -18,6 +18,8 @@ void sendOneAuthHeader(httplib::Response& response, const QString& header);
 // Sends the body slowly.
 void trickle(httplib::Response& response, const Connection& connection, qint64 bytesPerSecond,
              const StopSignal& stop);
+// Announces more bytes than come, and ends the connection after those.
+void announceMore(httplib::Response& response, qint64 bytes);
 // Breaks the connection once the peer has received that much of the body.
 void resetAfter(httplib::Response& response, const Connection& connection, qint64 bytes);
 

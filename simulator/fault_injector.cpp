@@ -93,6 +93,8 @@ void FaultInjector::alterReply(const httplib::Request& request, httplib::Respons
         return sendOneAuthHeader(response, fault->text("header"));
     case Fault::Kind::Trickle:
         return trickle(response, Connection(request), fault->number("bytesPerSecond"), m_stop);
+    case Fault::Kind::AnnounceMore:
+        return announceMore(response, fault->number("bytes"));
     default:
         return resetAfter(response, Connection(request), fault->number("bytes"));
     }

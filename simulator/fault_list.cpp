@@ -34,6 +34,7 @@ constexpr std::array kindTable{
     KindRow{Fault::Kind::OneAuthHeader, "one-auth-header", nullptr, nullptr},
     KindRow{Fault::Kind::Trickle, "trickle", "bytesPerSecond", nullptr},
     KindRow{Fault::Kind::ResetAfterBytes, "reset-after-bytes", "bytes", nullptr},
+    KindRow{Fault::Kind::AnnounceMore, "announce-more", "bytes", nullptr},
 };
 
 } // namespace

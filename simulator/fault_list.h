@@ -39,6 +39,7 @@ struct Fault {
         OneAuthHeader,   // header: "token" or "lifetime"
         Trickle,         // bytesPerSecond
         ResetAfterBytes, // bytes of the body
+        AnnounceMore,    // bytes
     };
 
     Kind kind = Kind::Status;

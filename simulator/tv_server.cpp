@@ -2,6 +2,7 @@
 
 #include "simulator/connection.h"
 #include "simulator/console.h"
+#include "simulator/endpoints/download_endpoints.h"
 #include "simulator/endpoints/info_endpoint.h"
 #include "simulator/endpoints/library_endpoints.h"
 #include "simulator/endpoints/pairing_endpoints.h"
@@ -34,6 +35,7 @@ TvServer::TvServer(Television& television, FaultList& faults, RequestLog& log, b
     addPairingEndpoints(server, television);
     addPlaybackEndpoints(server, television);
     addStorageEndpoints(server, television);
+    addDownloadEndpoints(server, television);
     addThumbnailEndpoints(server, television);
     addUploadEndpoints(server, television, faults, m_absence, m_stop);
     addNotFound(server);
