@@ -11,15 +11,18 @@
 
 namespace quiv::simulator {
 
-RawExchange::RawExchange(quint16 port, const QByteArray& path)
+RawExchange::RawExchange(quint16 port, const QByteArray& path, qint64 announcedBytes)
     : m_socket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     connect(m_socket, reinterpret_cast<sockaddr*>(&address), sizeof(address));
-    const QByteArray request =
-        "GET /" + path + " HTTP/1.1\r\nHost: tv\r\nConnection: close\r\n\r\n";
+    const QByteArray rest = announcedBytes > 0
+                                ? "Content-Length: " + QByteArray::number(announcedBytes)
+                                : QByteArray("Connection: close");
+    const QByteArray request = (announcedBytes > 0 ? "PUT /" : "GET /") + path +
+                               " HTTP/1.1\r\nHost: tv\r\n" + rest + "\r\n\r\n";
     send(m_socket, request.constData(), static_cast<size_t>(request.size()), MSG_NOSIGNAL);
 }
 

@@ -4,10 +4,11 @@
 
 namespace quiv::simulator {
 
-// One GET over a plain socket, to see what HTTP clients hide.
+// One request over a plain socket, to see what HTTP clients hide.
 class RawExchange {
 public:
-    RawExchange(quint16 port, const QByteArray& path);
+    // A GET, or a PUT whose body is announced and never sent.
+    RawExchange(quint16 port, const QByteArray& path, qint64 announcedBytes = 0);
     ~RawExchange();
     Q_DISABLE_COPY_MOVE(RawExchange)
 

@@ -18,7 +18,6 @@ private Q_SLOTS:
     void badOptionsEndItWithCodeTwo();
     void aTakenPortEndsIt();
     void killingItFreesItsPortForTheNext();
-    void makesSampleMediaInAnEmptyFolder();
     void leavesAFolderThatHoldsAnythingAlone();
     void goesOnWithoutSamplesWhenFfmpegIsMissing();
 
@@ -68,18 +67,6 @@ void TestSimulatorProgram::killingItFreesItsPortForTheNext() {
     QVERIFY(tv.start({QStringLiteral("--port"), QString::number(port)}));
     QCOMPARE(tv.port(), port);
     QVERIFY(client.Get("/api/info"));
-}
-
-void TestSimulatorProgram::makesSampleMediaInAnEmptyFolder() {
-    SimulatorProcess tv;
-    tv.useSampleMedia();
-    QVERIFY(tv.start());
-    const QStringList names = QDir(tv.mediaFolder()).entryList(QDir::Files);
-    QVERIFY(names.contains(QStringLiteral("Test Card.mp4")));
-    QVERIFY(names.contains(QStringLiteral("Colours.webm")));
-    QVERIFY(names.contains(QStringLiteral("Two.Languages.2024.mkv")));
-    QVERIFY(names.contains(QStringLiteral("Upright Phone.mp4")));
-    QVERIFY(!QDir(tv.mediaFolder() + QStringLiteral(".making")).exists());
 }
 
 void TestSimulatorProgram::leavesAFolderThatHoldsAnythingAlone() {
