@@ -28,6 +28,14 @@ static void makeSamples(const Options& options) {
         printError(problem);
 }
 
+#ifdef __SANITIZE_THREAD__
+// Qt forks to start ffprobe and ffmpeg, which the sanitizer by itself does not let a program with
+// several threads do.
+extern "C" const char* __tsan_default_options() {
+    return "die_after_fork=0";
+}
+#endif
+
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Quiv TV Simulator"));
