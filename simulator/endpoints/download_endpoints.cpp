@@ -15,7 +15,7 @@ using httplib::DataSink;
 using httplib::Request;
 using httplib::Response;
 
-static constexpr size_t sliceBytes = 64 * 1024;
+static constexpr size_t sliceBytes = 65'536;
 
 static ContentProvider bytesOf(std::shared_ptr<QFile> file) {
     return [file = std::move(file)](size_t offset, size_t length, DataSink& sink) {

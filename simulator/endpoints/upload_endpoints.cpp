@@ -26,8 +26,12 @@ static void announceUpload(Television& television, const Request& request, Respo
     replyJson(response, {{QStringLiteral("ok"), true}});
 }
 
+static std::optional<qint64> announcedBytes(const Request& request) {
+    return number(QString::fromStdString(request.get_header_value("Content-Length")));
+}
+
 static bool isRefused(Television& television, const Request& request, Response& response) {
-    const auto bytes = number(QString::fromStdString(request.get_header_value("Content-Length")));
+    const auto bytes = announcedBytes(request);
     if (!bytes)
         replyError(response, 411, QStringLiteral("The length is missing."));
     else if (*bytes > television.library.freeBytes())
@@ -52,8 +56,7 @@ void addUploadEndpoints(httplib::Server& server, Television& television, FaultLi
                          faults.take(QStringLiteral("PUT"), QStringLiteral("api/files/upload"),
                                      Fault::Phase::Receiving);
                      Reception(request, response, fault, absence, stop)
-                         .run(television.uploads,
-                              request.get_header_value<uint64_t>("Content-Length"), reader);
+                         .run(television.uploads, *announcedBytes(request), reader);
                  });
     server.Get("/api/upload-status", [&](const Request&, Response& response) {
         replyJson(response, television.uploads.status());
