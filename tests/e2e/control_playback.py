@@ -1,37 +1,10 @@
 """Plays a video on the TV, drags its timeline, changes speed and tracks, moves a file to the USB drive
 and back, deletes a group; looks at the TV's own disk and player."""
 
-import json
-import os
 import sys
-import urllib.request
 
 from desktop import Desktop, element, elements, names, press, wait_for
-
-
-class Tv:
-    def __init__(self, told):
-        self.told = told
-
-    def get(self, path, base="Address"):
-        with urllib.request.urlopen(self.told[base] + path) as reply:
-            return json.load(reply)
-
-    def playback(self):
-        return self.get("/api/playback")
-
-    def commands(self):
-        requests = self.get("/requests", "Control")["requests"]
-        return ["&".join(f"{each['name']}={each['value']}" for each in request["query"])
-                for request in requests
-                if request["path"] == "api/playback" and request["method"] == "POST"]
-
-    def has(self, folder, name):
-        return os.path.exists(os.path.join(self.told[folder], name))
-
-
-def shows(text):
-    return lambda: elements("label", text)
+from television import Television, pair, shows
 
 
 def row_button(title, label):
@@ -47,22 +20,14 @@ def row_button(title, label):
     return wait_for(f"{label} of {title}", find)
 
 
-def pair(desktop):
-    element("text", "3-digit code")
-    desktop.type("123")
-    press(element("push button", "Verify code"))
-    wait_for("the pairing", shows("Quiv Controller paired successfully."))
-    wait_for("the sheet to close", lambda: not elements("text", "3-digit code"))
-
-
 def play(desktop, tv):
     desktop.click(row_button("Harbour Tour", "Play or pause"))
     wait_for("the dock", shows("Playing on TV"))
     assert tv.playback()["currentVideoName"] == "Harbour Tour.mkv"
     desktop.drag(element("slider", "Position"), 0.02, 0.5)
     wait_for("the seek", lambda: 330_000 < tv.playback()["positionMs"] < 400_000)
-    seeks = [each for each in tv.commands() if each.startswith("command=seek_to")]
-    assert len(seeks) == 1, seeks
+    commands = [each["command"] for each in tv.requests("POST", "api/playback")]
+    assert commands.count("seek_to") == 1, commands
 
 
 def choose(desktop, menu, entry):
@@ -118,8 +83,7 @@ def delete(desktop, tv):
 
 def main():
     with Desktop() as desktop:
-        tv = Tv(desktop.start_simulator("--name", "Living Room", "--code", "123", "--port", "0",
-                                        "--move-seconds", "5"))
+        tv = Television(desktop, "--name", "Living Room", "--move-seconds", "5")
         application = desktop.start_application()
         pair(desktop)
         play(desktop, tv)

@@ -1,18 +1,13 @@
 """Finds a TV, pairs with it by typing its code, reads its library and searches it."""
 
-import json
 import os
 import sys
-import urllib.request
 
 from desktop import Desktop, element, elements, names, press, wait_for
+from television import Television, pair, shows
 
 
-def shows(text):
-    return lambda: elements("label", text)
-
-
-def pair(desktop):
+def refuse_a_wrong_code(desktop):
     element("push button", "Living Room")
     element("text", "3-digit code")
     verify = element("push button", "Verify code")
@@ -21,13 +16,7 @@ def pair(desktop):
     press(verify)
     wait_for("the TV's refusal", lambda: any("rong" in each for each in names("label")))
     element("text", "3-digit code")  # the sheet stays
-
     desktop.press_key("ctrl+a")
-    desktop.type("123")
-    press(element("push button", "Verify code"))
-    wait_for("the pairing", shows("Quiv Controller paired successfully."))
-    wait_for("the sheet to close", lambda: not elements("text", "3-digit code"))
-    assert not elements("push button", "Enter pairing code"), "the pairing strip stays"
 
 
 def browse():
@@ -47,22 +36,19 @@ def search(desktop):
     wait_for("all rows again", lambda: len(names("list item")) > 5)
 
 
-def codes_seen_by(tv):
-    with urllib.request.urlopen(tv["Control"] + "/requests") as reply:
-        requests = json.load(reply)["requests"]
-    return [each["query"][0]["value"] for each in requests if each["path"] == "api/mac/auth/verify"]
-
-
 def main():
     with Desktop() as desktop:
-        tv = desktop.start_simulator("--name", "Living Room", "--code", "123", "--port", "0")
+        tv = Television(desktop, "--name", "Living Room")
         application = desktop.start_application()
+        refuse_a_wrong_code(desktop)
         pair(desktop)
+        assert not elements("push button", "Enter pairing code"), "the pairing strip stays"
         browse()
         if len(sys.argv) > 1:
             desktop.screenshot(sys.argv[1])
         search(desktop)
-        assert codes_seen_by(tv) == ["999", "123"]
+        codes = [each["code"] for each in tv.requests("POST", "api/mac/auth/verify")]
+        assert codes == ["999", "123"], codes
         application.terminate()
         assert application.wait(20) == 0, "the application did not end cleanly"
         settings = os.path.join(desktop.environment["XDG_CONFIG_HOME"], "quiv-controller/settings.json")

@@ -4,13 +4,9 @@ another video on the window; compares what the TV has with what was sent."""
 import os
 import subprocess
 import sys
-import urllib.request
 
 from desktop import Desktop, element, elements, names, press, wait_for
-
-
-def shows(text):
-    return lambda: elements("label", text)
+from television import Television, pair, shows
 
 
 def make_video(path):
@@ -21,14 +17,6 @@ def make_video(path):
 def same(one, other):
     with open(one, "rb") as first, open(other, "rb") as second:
         return first.read() == second.read()
-
-
-def pair(desktop):
-    element("text", "3-digit code")
-    desktop.type("123")
-    press(element("push button", "Verify code"))
-    wait_for("the pairing", shows("Quiv Controller paired successfully."))
-    wait_for("the sheet to close", lambda: not elements("text", "3-digit code"))
 
 
 def choose(desktop, *files):
@@ -44,8 +32,7 @@ def main():
         for name in ("My Film.srt", "other.srt"):
             with open(os.path.join(desktop.videos, name), "w", encoding="utf-8") as subtitle:
                 subtitle.write("1\n00:00:00,000 --> 00:00:01,000\n" + name + "\n")
-        tv = desktop.start_simulator("--name", "Den", "--code", "123", "--port", "0", "--no-samples",
-                                     "--no-usb")
+        tv = Television(desktop, "--name", "Den", "--no-samples", "--no-usb")
         application = desktop.start_application()
         pair(desktop)
         desktop.click(element("push button", "Upload to the TV"))
@@ -55,9 +42,8 @@ def main():
         choose(desktop, "My Film.mp4", "My Film.srt")
         wait_for("the uploads", shows("Upload queue finished: 2 uploaded"))
         for name in ("My Film.mp4", "My Film.srt"):
-            assert same(os.path.join(desktop.videos, name), os.path.join(tv["Media folder"], name))
-        with urllib.request.urlopen(tv["Address"] + "/api/thumbnail?name=My%20Film.mp4") as still:
-            assert still.read(2) == b"\xff\xd8", "the TV has no still"
+            assert same(os.path.join(desktop.videos, name), tv.path(name))
+        assert tv.thumbnail("My Film.mp4").startswith(b"\xff\xd8"), "the TV has no still"
         wait_for("the row", lambda: names("list item") == ["My Film"])
 
         desktop.click(element("push button", "Subtitle"))
@@ -66,11 +52,11 @@ def main():
         press(element("push button", "Attach & Rename"))
         wait_for("the subtitle", shows("Upload queue finished: 1 uploaded"))
         assert same(os.path.join(desktop.videos, "other.srt"),
-                    os.path.join(tv["Media folder"], "My Film (1).srt"))
+                    tv.path("My Film (1).srt"))
 
         dropped = os.path.join(desktop.videos, "Dropped Film.mp4")
         make_video(dropped)
-        stored = os.path.join(tv["Media folder"], "Dropped Film.mp4")
+        stored = tv.path("Dropped Film.mp4")
         desktop.drop_files(
             element("list", "Library"), dropped,
             held=lambda: wait_for("the overlay", shows("Drop video files to upload")),

@@ -1,0 +1,60 @@
+"""The simulated TV as a test sees it from outside: its requests, its player, its disk, its pictures."""
+
+import json
+import os
+import urllib.parse
+import urllib.request
+
+from desktop import element, elements, press, wait_for
+
+CLIENT = {"X-Quiv-Client-Id": "someone else"}
+
+
+class Television:
+    CODE = "123"
+
+    def __init__(self, desktop, *options):
+        self.told = desktop.start_simulator("--code", self.CODE, "--port", "0", *options)
+
+    def get(self, path, base="Address"):
+        with urllib.request.urlopen(self.told[base] + path) as reply:
+            return json.load(reply)
+
+    def requests(self, method, path):
+        """The query of each such request it received, oldest first."""
+        return [{item["name"]: item["value"] for item in request["query"]}
+                for request in self.get("/requests", "Control")["requests"]
+                if (request["method"], request["path"]) == (method, path)]
+
+    def playback(self):
+        return self.get("/api/playback")
+
+    def thumbnail(self, name):
+        """What any paired client gets to see of a video."""
+        verify = urllib.request.Request(
+            f"{self.told['Address']}/api/mac/auth/verify?code={self.CODE}", method="POST", headers=CLIENT)
+        with urllib.request.urlopen(verify) as reply:
+            token = reply.headers["X-Quiv-Auth-Token"]
+        fetch = urllib.request.Request(
+            f"{self.told['Address']}/api/thumbnail?name={urllib.parse.quote(name)}",
+            headers=dict(CLIENT, **{"X-Quiv-Auth-Token": token}))
+        with urllib.request.urlopen(fetch) as reply:
+            return reply.read()
+
+    def path(self, name, folder="Media folder"):
+        return os.path.join(self.told[folder], name)
+
+    def has(self, folder, name):
+        return os.path.exists(self.path(name, folder))
+
+
+def shows(text):
+    return lambda: elements("label", text)
+
+
+def pair(desktop):
+    element("text", "3-digit code")
+    desktop.type(Television.CODE)
+    press(element("push button", "Verify code"))
+    wait_for("the pairing", shows("Quiv Controller paired successfully."))
+    wait_for("the sheet to close", lambda: not elements("text", "3-digit code"))
