@@ -13,6 +13,9 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto PreflightTimeout = 120s;
+// So that a TV that does not answer is not sent hundreds of requests: the stills of the next ones
+// are made while these are sent.
+constexpr int PreflightsAtOnce = 4;
 
 std::optional<std::int64_t> sizeOf(const QString& path) {
     const QFileInfo file(path);
@@ -30,12 +33,18 @@ void setBody(HttpRequest& request, const QByteArray& thumbnail) {
 
 UploadPreflight::UploadPreflight(RequestLayer& requests, const SelectedDevice& selected,
                                  StillExtractor& stills, SystemLog& log)
-    : m_requests(requests), m_selected(selected), m_stills(stills), m_log(log) {}
+    : m_requests(requests),
+      m_selected(selected),
+      m_stills(stills),
+      m_log(log),
+      m_turnstile(PreflightsAtOnce) {}
 
 Task<UploadPreflightResult> UploadPreflight::prepareUploadPreflight(UploadJob job) {
     UploadPreflightResult result;
     if (!hasSupportedVideoExtension(job.remoteName) || !m_selected.baseURL())
         co_return result;
+    auto entering = m_turnstile.enter();
+    const Turnstile::Pass pass = co_await std::move(entering);
     const QString path = job.sourceURL.toLocalFile();
     auto extracting = m_stills.makeUploadThumbnail(path);
     result.thumbnailPayload = co_await std::move(extracting);

@@ -2,6 +2,7 @@
 
 #include "net/request_layer.h"
 #include "platform/task.h"
+#include "platform/turnstile.h"
 #include "transfer/upload_job.h"
 
 #include <QByteArray>
@@ -40,6 +41,7 @@ private:
     const SelectedDevice& m_selected;
     StillExtractor& m_stills;
     SystemLog& m_log;
+    Turnstile m_turnstile;
 };
 
 } // namespace quiv

@@ -2,6 +2,7 @@
 #include "platform/clock.h"
 #include "platform/task.h"
 #include "platform/task_set.h"
+#include "platform/turnstile.h"
 #include "support/fake_clock.h"
 
 #include <QTest>
@@ -77,6 +78,14 @@ Task<> computeInBackground(QStringList* log) {
     } catch (const std::runtime_error& error) {
         log->append(QString::fromUtf8(error.what()));
     }
+}
+
+Task<> visit(Turnstile& turnstile, Clock& clock, QStringList* log, QString name) {
+    auto entering = turnstile.enter();
+    const Turnstile::Pass pass = co_await std::move(entering);
+    log->append(name);
+    auto sleep = sleepFor(clock, 10ms);
+    co_await std::move(sleep);
 }
 
 } // namespace
@@ -158,6 +167,30 @@ private Q_SLOTS:
         QThreadPool::globalInstance()->waitForDone();
         QCoreApplication::processEvents();
         QVERIFY(log.isEmpty());
+    }
+
+    void aTurnstileLetsAFewInAndTheOthersInOrder() {
+        FakeClock clock;
+        QStringList log;
+        std::vector<Task<>> tasks;
+        {
+            Turnstile turnstile(2);
+            for (const char* name : {"a", "b", "c", "d", "e", "f"})
+                tasks.push_back(visit(turnstile, clock, &log, QString::fromLatin1(name)));
+        }
+        const auto entered = [&] {
+            QCoreApplication::processEvents();
+            return log.join(QString());
+        };
+        QCOMPARE(entered(), QStringLiteral("ab"));
+        tasks[2].cancel(); // waits
+        tasks[0].cancel(); // is inside: lets d in, who goes before being there
+        tasks[3].cancel();
+        QCOMPARE(entered(), QStringLiteral("abe"));
+        clock.advance(10ms);
+        QCOMPARE(entered(), QStringLiteral("abef"));
+        clock.advance(10ms);
+        QVERIFY(tasks[5].isDone());
     }
 
     void theSystemClocksTimerFiresOnceAndNotAfterItsEnd() {

@@ -133,6 +133,20 @@ private Q_SLOTS:
         QVERIFY(!fixture.http.latest(UploadPath).url.contains("thumbnailMode"));
     }
 
+    void aSilentTvIsNotAskedForEveryVideoAtOnce() {
+        Fixture fixture;
+        QStringList names;
+        for (int number = 0; number < 20; ++number)
+            names.append(QStringLiteral("%1.mkv").arg(number));
+        fixture.queue(names);
+        QCOMPARE(fixture.takeTargets(PreflightPath).size(), 4);
+        fixture.http.answer(PreflightPath, QByteArray());
+        ModelFixture::turn();
+        const QStringList next = fixture.takeTargets(PreflightPath);
+        QCOMPARE(next,
+                 QStringList(text("PUT api/files/upload-preflight?name=4.mkv&sizeBytes=1000")));
+    }
+
     void failuresAreSaidAndTheQueueGoesOn_data() {
         QTest::addColumn<int>("status"); // or an error code
         QTest::addColumn<QString>("message");
