@@ -6,6 +6,8 @@
 #include "platform/avahi_service_browser.h"
 #include "platform/clock.h"
 #include "platform/curl_http_session.h"
+#include "platform/file_dialogs.h"
+#include "platform/portal_file_dialogs.h"
 #include "platform/process_still_extractor.h"
 #include "platform/settings_store.h"
 #include "platform/system_log.h"
@@ -18,10 +20,12 @@ namespace quiv {
 // before it and goes before them.
 class Composition {
 public:
-    explicit Composition(const QString& settingsPath = FileSettingsStore::standardPath())
-        : m_settings(settingsPath) {}
+    explicit Composition(PortalFileDialogs::ParentWindow parentWindow,
+                         const QString& settingsPath = FileSettingsStore::standardPath())
+        : m_settings(settingsPath), m_portalDialogs(std::move(parentWindow)) {}
 
     OmbraMacModel& model() { return m_model; }
+    PreferredFileDialogs& fileDialogs() { return m_fileDialogs; }
 
 private:
     SystemClock m_clock;
@@ -32,6 +36,8 @@ private:
     CurlHttpSession m_http{&m_hostResolver};
     ProcessStillExtractor m_stills;
     SyslogSystemLog m_log;
+    PortalFileDialogs m_portalDialogs;
+    PreferredFileDialogs m_fileDialogs{m_portalDialogs};
     OmbraMacModel m_model{{m_http, m_browser, m_settings, m_clock, m_stills, m_log}};
 };
 

@@ -3,6 +3,7 @@
 
 #include <QGuiApplication>
 #include <QSocketNotifier>
+#include <QWindow>
 
 #include <csignal>
 #include <cstdio>
@@ -42,6 +43,14 @@ private:
     QSocketNotifier m_notifier;
 };
 
+// The window a desktop's dialog belongs to; only X11 gives windows a name that others know.
+QString dialogParent() {
+    const QWindow* window = QGuiApplication::focusWindow();
+    if (!window || QGuiApplication::platformName() != QStringLiteral("xcb"))
+        return {};
+    return QStringLiteral("x11:") + QString::number(window->winId(), 16);
+}
+
 } // namespace
 
 // QuivControllerApp: one window on one model.
@@ -52,8 +61,8 @@ int main(int argc, char* argv[]) {
     QGuiApplication::setDesktopFileName(QStringLiteral("quiv-controller"));
     QGuiApplication app(argc, argv);
     const TerminationSignals termination;
-    quiv::Composition composition;
-    quiv::MainWindow window(composition.model());
+    quiv::Composition composition(dialogParent);
+    quiv::MainWindow window(composition.model(), composition.fileDialogs());
     if (!window.show()) {
         std::fputs("quiv-controller: the window could not be loaded\n", stderr);
         return 1;

@@ -7,9 +7,12 @@
 
 namespace quiv {
 
-QList<FolderEntry> folderListing(const QString& path) {
+std::optional<QList<FolderEntry>> folderListing(const QString& path) {
+    const QDir folder(path);
+    if (!folder.isReadable())
+        return std::nullopt;
     QList<FolderEntry> entries;
-    const auto found = QDir(path).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    const auto found = folder.entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot);
     for (const QFileInfo& each : found)
         entries.append({each.fileName(), each.isDir()});
     QCollator order;

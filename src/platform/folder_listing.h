@@ -3,6 +3,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 namespace quiv {
 
 struct FolderEntry {
@@ -13,7 +15,7 @@ struct FolderEntry {
 };
 
 // What a folder shows: folders first, then files, each by name as people sort; nothing hidden.
-// Empty for a folder that cannot be read.
-QList<FolderEntry> folderListing(const QString& path);
+// None for a folder that cannot be read. May be called on any thread.
+std::optional<QList<FolderEntry>> folderListing(const QString& path);
 
 } // namespace quiv

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtGlobal> // first: moc stumbles over <concepts> without it
+
 #include <concepts>
 #include <coroutine>
 #include <exception>

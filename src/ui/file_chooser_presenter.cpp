@@ -1,8 +1,10 @@
 #include "ui/file_chooser_presenter.h"
 
+#include "platform/background.h"
 #include "ui/display_format.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -38,6 +40,12 @@ QString firstFolder() {
     return QDir(videos).exists() ? videos : QDir::homePath();
 }
 
+// A name in a folder, not a way to another one.
+bool isFileName(const QString& name) {
+    return !name.trimmed().isEmpty() && !name.contains(u'/') && !name.contains(QChar::Null) &&
+           name != QStringLiteral(".") && name != QStringLiteral("..");
+}
+
 } // namespace
 
 const QString& fileChooserRowKey(const FileChooserRow& row) {
@@ -46,28 +54,49 @@ const QString& fileChooserRowKey(const FileChooserRow& row) {
 
 FileChooserPresenter::FileChooserPresenter(QObject* parent) : QObject(parent), m_rows(rowRoles()) {}
 
+FileChooserPresenter::~FileChooserPresenter() {
+    m_answer.give(QList<QUrl>());
+}
+
+QString FileChooserPresenter::acceptLabel() const {
+    return m_mayReplace ? QStringLiteral("Replace") : m_request.acceptLabel;
+}
+
 bool FileChooserPresenter::canGoUp() const {
     return !m_folder.isEmpty() && !QDir(m_folder).isRoot();
 }
 
-void FileChooserPresenter::ask(Request request) {
+bool FileChooserPresenter::canAccept() const {
+    return isSaving() ? isFileName(m_name) : !m_chosen.isEmpty();
+}
+
+Task<FileDialogAnswer> FileChooserPresenter::ask(FileDialogRequest request) {
+    cancel();
     m_request = std::move(request);
+    m_answer = {};
+    m_name = m_request.proposedName;
     m_isShown = true;
-    enter(m_folder.isEmpty() ? firstFolder() : m_folder);
+    m_listing = enter(m_folder.isEmpty() ? firstFolder() : m_folder);
+    auto waiting = m_answer.wait([this] { cancel(); });
+    co_return co_await std::move(waiting);
 }
 
 void FileChooserPresenter::goUp() {
-    enter(QDir::cleanPath(m_folder + QStringLiteral("/..")));
+    m_listing = enter(QDir::cleanPath(m_folder + QStringLiteral("/..")));
 }
 
 void FileChooserPresenter::select(const QString& name) {
     const FolderEntry* entry = entryNamed(name);
     if (!entry)
         return;
-    if (entry->isFolder)
-        return enter(QDir(m_folder).filePath(name));
+    if (entry->isFolder) {
+        m_listing = enter(QDir(m_folder).filePath(name));
+        return;
+    }
+    if (isSaving())
+        return setName(name);
     const bool wasChosen = m_chosen.contains(name);
-    if (!m_request.allowsSeveral)
+    if (m_request.purpose == FileDialogRequest::Purpose::OpenOne)
         m_chosen.clear();
     if (wasChosen)
         m_chosen.remove(name);
@@ -78,39 +107,86 @@ void FileChooserPresenter::select(const QString& name) {
 
 void FileChooserPresenter::activate(const QString& name) {
     const FolderEntry* entry = entryNamed(name);
-    if (!entry || entry->isFolder || !m_chosen.contains(name))
+    const bool isFile = entry && !entry->isFolder;
+    if (!m_chosen.contains(name))
         select(name);
-    if (m_chosen.contains(name))
-        confirm();
+    if (isFile)
+        accept();
 }
 
-void FileChooserPresenter::confirm() {
-    if (!m_isShown || m_chosen.isEmpty())
+void FileChooserPresenter::setName(const QString& name) {
+    if (m_name == name)
         return;
-    QList<QUrl> files;
-    for (const FolderEntry& entry : std::as_const(m_entries)) { // in the order shown
-        if (m_chosen.contains(entry.name))
-            files.append(QUrl::fromLocalFile(QDir(m_folder).filePath(entry.name)));
-    }
-    const auto chosen = m_request.chosen;
-    cancel();
-    chosen(files);
-}
-
-void FileChooserPresenter::cancel() {
-    m_isShown = false;
-    m_chosen.clear();
+    m_name = name;
+    m_note.clear();
+    m_mayReplace = false;
     update();
 }
 
-void FileChooserPresenter::enter(const QString& folder) {
-    m_folder = folder;
-    m_entries = folderListing(folder);
-    m_entries.removeIf([&](const FolderEntry& entry) {
-        return !entry.isFolder && !m_request.accepts(entry.name);
-    });
+void FileChooserPresenter::createFolder(const QString& name) {
+    if (isFileName(name) && QDir(m_folder).mkdir(name)) {
+        m_listing = enter(QDir(m_folder).filePath(name));
+        return;
+    }
+    m_note = QStringLiteral("The folder could not be created. Choose another name or place.");
+    update();
+}
+
+void FileChooserPresenter::accept() {
+    if (!m_isShown || !canAccept())
+        return;
+    if (isSaving())
+        return acceptPlace();
+    QList<QUrl> files;
+    for (const FolderEntry& entry : std::as_const(m_entries)) { // in the order shown
+        if (m_chosen.contains(entry.name))
+            files.append(urlOf(entry.name));
+    }
+    answer(files);
+}
+
+void FileChooserPresenter::acceptPlace() {
+    const QFileInfo place(urlOf(m_name).toLocalFile());
+    if (m_mayReplace || !place.exists())
+        return answer({urlOf(m_name)});
+    m_mayReplace = !place.isDir();
+    const QString what = QLatin1Char('"') + displayText(m_name) + QLatin1Char('"');
+    m_note = m_mayReplace
+                 ? what + QStringLiteral(" is here already. Replace it?")
+                 : what + QStringLiteral(" is the name of a folder here. Choose another name.");
+    update();
+}
+
+void FileChooserPresenter::cancel() {
+    answer({});
+}
+
+void FileChooserPresenter::answer(const QList<QUrl>& files) {
+    m_isShown = false;
+    m_listing.cancel();
+    m_answer.give(files);
     m_chosen.clear();
+    m_note.clear();
+    m_mayReplace = false;
+    update();
+}
+
+Task<> FileChooserPresenter::enter(QString folder) {
+    m_folder = folder;
+    m_entries.clear();
+    m_chosen.clear();
+    m_note.clear();
+    m_mayReplace = false;
     m_rows.reset({});
+    update();
+    auto listing = inBackground([folder] { return folderListing(folder); });
+    const auto entries = co_await std::move(listing);
+    if (!entries)
+        m_note = QStringLiteral("This folder cannot be read.");
+    else if (entries->isEmpty())
+        m_note = QStringLiteral("This folder is empty.");
+    else
+        m_entries = *entries;
     update();
 }
 
@@ -125,6 +201,10 @@ void FileChooserPresenter::update() {
 const FolderEntry* FileChooserPresenter::entryNamed(const QString& name) const {
     const auto found = std::ranges::find(m_entries, name, &FolderEntry::name);
     return found == m_entries.end() ? nullptr : &*found;
+}
+
+QUrl FileChooserPresenter::urlOf(const QString& name) const {
+    return QUrl::fromLocalFile(QDir(m_folder).filePath(name));
 }
 
 } // namespace quiv

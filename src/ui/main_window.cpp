@@ -82,16 +82,17 @@ void followModel(OmbraMacModel& model, WindowPresenter& presenter) {
 } // namespace
 
 struct MainWindow::Parts {
-    explicit Parts(OmbraMacModel& model) : actions(model), presenter(actions), view(presenter) {}
+    Parts(OmbraMacModel& model, PreferredFileDialogs& fileDialogs)
+        : actions(model), presenter(actions, fileDialogs), view(presenter) {}
 
     ModelActions actions;
     WindowPresenter presenter;
     WindowView view;
 };
 
-MainWindow::MainWindow(OmbraMacModel& model) {
+MainWindow::MainWindow(OmbraMacModel& model, PreferredFileDialogs& fileDialogs) {
     chooseGraphics();
-    m_parts = std::make_unique<Parts>(model);
+    m_parts = std::make_unique<Parts>(model, fileDialogs);
     followModel(model, m_parts->presenter);
     if (QQuickWindow* loaded = window()) {
         QObject::connect(loaded, &QWindow::visibleChanged, &model, [&model](bool isVisible) {

@@ -4,9 +4,11 @@
 
 namespace quiv {
 
-WindowPresenter::WindowPresenter(WindowActions& actions, QObject* parent)
+WindowPresenter::WindowPresenter(WindowActions& actions, PreferredFileDialogs& fileDialogs,
+                                 QObject* parent)
     : QObject(parent),
       m_actions(actions),
+      m_fileDialogs(fileDialogs),
       m_sidebar(actions),
       m_header(actions),
       m_library(actions),
@@ -17,26 +19,35 @@ WindowPresenter::WindowPresenter(WindowActions& actions, QObject* parent)
       m_pairingSheet(actions) {
     connect(&m_library, &LibraryPresenter::deleteRequested, &m_deletePrompt,
             &DeletePromptPresenter::ask);
-    connect(&m_library, &LibraryPresenter::subtitleRequested, this, &WindowPresenter::pickSubtitle);
+    connect(&m_library, &LibraryPresenter::subtitleRequested, this,
+            [this](const QString& videoName) { m_picking = pickingSubtitle(videoName); });
+    m_fileDialogs.setFallback(&m_fileChooser);
+}
+
+WindowPresenter::~WindowPresenter() {
+    m_fileDialogs.setFallback(nullptr);
 }
 
 void WindowPresenter::pickUploads() {
-    m_fileChooser.ask({.title = QStringLiteral("Upload to the TV"),
-                       .allowsSeveral = true,
-                       .accepts = [](const QString&) { return true; },
-                       .chosen =
-                           [this](const QList<QUrl>& files) {
-                               m_actions.queueUploadsFromPicker(files);
-                           }});
+    m_picking = pickingUploads();
 }
 
-void WindowPresenter::pickSubtitle(const QString& videoName) {
-    m_fileChooser.ask({.title = QStringLiteral("Attach Subtitle"),
-                       .accepts = [](const QString&) { return true; },
-                       .chosen =
-                           [this, videoName](const QList<QUrl>& files) {
-                               m_subtitleRename.attach(files.constFirst(), videoName);
-                           }});
+Task<> WindowPresenter::pickingUploads() {
+    auto asking = m_fileDialogs.ask({.purpose = FileDialogRequest::Purpose::OpenSeveral,
+                                     .title = QStringLiteral("Upload to the TV"),
+                                     .acceptLabel = QStringLiteral("Open")});
+    const FileDialogAnswer files = co_await std::move(asking);
+    if (files && !files->isEmpty())
+        m_actions.queueUploadsFromPicker(*files);
+}
+
+Task<> WindowPresenter::pickingSubtitle(QString videoName) {
+    auto asking = m_fileDialogs.ask({.purpose = FileDialogRequest::Purpose::OpenOne,
+                                     .title = QStringLiteral("Attach Subtitle"),
+                                     .acceptLabel = QStringLiteral("Open")});
+    const FileDialogAnswer files = co_await std::move(asking);
+    if (files && !files->isEmpty())
+        m_subtitleRename.attach(files->constFirst(), videoName);
 }
 
 void WindowPresenter::setDiscoveredDevices(const QList<TVEndpoint>& devices) {

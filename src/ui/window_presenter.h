@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/file_dialogs.h"
+#include "platform/task.h"
 #include "ui/delete_prompt_presenter.h"
 #include "ui/dock_presenter.h"
 #include "ui/file_chooser_presenter.h"
@@ -13,7 +15,8 @@
 namespace quiv {
 
 // All that the window's views bind to. Takes the model's state piece by piece and hands each piece
-// to the presenters that show it; what the user does goes to `actions`, which must outlive this.
+// to the presenters that show it; what the user does goes to `actions`. Files are chosen by
+// `fileDialogs`, which ask in the window where the desktop cannot. Both must outlive this.
 class WindowPresenter : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -29,7 +32,9 @@ class WindowPresenter : public QObject {
     Q_PROPERTY(quiv::PairingSheetPresenter* pairingSheet READ pairingSheet CONSTANT)
 
 public:
-    explicit WindowPresenter(WindowActions& actions, QObject* parent = nullptr);
+    WindowPresenter(WindowActions& actions, PreferredFileDialogs& fileDialogs,
+                    QObject* parent = nullptr);
+    ~WindowPresenter() override;
 
     SidebarPresenter* sidebar() { return &m_sidebar; }
     HeaderPresenter* header() { return &m_header; }
@@ -56,9 +61,11 @@ public:
     void setUploadProgress(const QList<UploadListItem>& items);
 
 private:
-    void pickSubtitle(const QString& videoName);
+    Task<> pickingUploads();
+    Task<> pickingSubtitle(QString videoName);
 
     WindowActions& m_actions;
+    PreferredFileDialogs& m_fileDialogs;
     SidebarPresenter m_sidebar;
     HeaderPresenter m_header;
     LibraryPresenter m_library;
@@ -68,6 +75,7 @@ private:
     SubtitleRenamePresenter m_subtitleRename;
     DeletePromptPresenter m_deletePrompt;
     PairingSheetPresenter m_pairingSheet;
+    Task<> m_picking; // the newest alone
 };
 
 } // namespace quiv

@@ -2,6 +2,7 @@
 
 #include "app/ombra_mac_model.h"
 #include "support/fake_clock.h"
+#include "support/fake_file_dialogs.h"
 #include "support/fake_http_session.h"
 #include "support/fake_service_browser.h"
 #include "support/fake_still_extractor.h"
@@ -35,6 +36,7 @@ struct ModelFixture {
     MemorySettings settings;
     FakeStillExtractor stills;
     MemoryLog log;
+    FakeDesktopDialogs dialogs;
     OmbraMacModel model{{http, browser, settings, clock, stills, log}};
 
     const QString& status() { return model.status()->statusMessage(); }

@@ -1,5 +1,6 @@
 #include "recording_actions.h"
 #include "sample_state.h"
+#include "support/fake_file_dialogs.h"
 
 #include "transfer/upload_names.h"
 #include "ui/window_presenter.h"
@@ -43,6 +44,33 @@ PlaybackResponse playing(const char* name, std::int64_t positionMs = 0,
 const TVEndpoint bedroom = sampleTv(QStringLiteral("Bedroom"), QStringLiteral("10.0.0.2"));
 const TVEndpoint kitchen = sampleTv(QStringLiteral("Kitchen"), QStringLiteral("10.0.0.3"));
 
+// A chooser's home with folders and files, and what was chosen.
+struct ChooserFixture {
+    ChooserFixture() {
+        qputenv("HOME", home.path().toUtf8());
+        const QDir folder(home.path());
+        folder.mkpath(QStringLiteral("Videos/Old"));
+        for (const char* name : {"Videos/b 10.mkv", "Videos/a 10.mkv", "Videos/Old/c.mkv"})
+            QFile(folder.filePath(QString::fromLatin1(name))).open(QIODevice::WriteOnly);
+    }
+
+    Task<> ask(FileChooserPresenter& chooser, FileDialogRequest::Purpose purpose) const {
+        auto asking = chooser.ask({purpose, QStringLiteral("Files"), QStringLiteral("Take"),
+                                   QStringLiteral("Proposed.mkv")});
+        const FileDialogAnswer answer = co_await std::move(asking);
+        *files = answer.value();
+    }
+    QStringList names() const {
+        QStringList names;
+        for (const QUrl& file : *files)
+            names.append(file.fileName());
+        return names;
+    }
+
+    QTemporaryDir home;
+    std::shared_ptr<QList<QUrl>> files = std::make_shared<QList<QUrl>>();
+};
+
 } // namespace
 
 // What the window makes of the player, of moves, deletions and uploads.
@@ -64,10 +92,13 @@ private Q_SLOTS:
     void uploadsAreListedAndMarkTheirRows();
     void dropsAreTakenWhenThereAreFiles();
     void filesAreChosenFromFolders();
+    void aPlaceToSaveToIsChosen();
+    void theDesktopsDialogsComeFirst();
     void aSubtitleOfAnotherNameIsAskedAbout();
 
 private:
     RecordingActions m_actions;
+    FakeDesktopDialogs m_dialogs;
 };
 
 void ControlPresentersTest::rowsShowPlayerAndMove() {
@@ -110,7 +141,7 @@ void ControlPresentersTest::aMoveIsOfferedWhereItCanGo() {
     QCOMPARE(fileGroupRowState(row, context).moveTitle, QStringLiteral("Move to Internal"));
     QVERIFY(fileGroupRowState(row, context).canMove);
 
-    WindowPresenter presenter(m_actions);
+    WindowPresenter presenter(m_actions, m_dialogs.preferred);
     LibraryContent content = library({QStringLiteral("a.mkv"), QStringLiteral("b.mkv")});
     content.groupedFiles[1].storageLocation = QStringLiteral("usb");
     content.groupedFiles[0].group.video.reset();
@@ -124,7 +155,7 @@ void ControlPresentersTest::aMoveIsOfferedWhereItCanGo() {
 }
 
 void ControlPresentersTest::onlyTheRowsInViewAnswerForThePlayer() {
-    WindowPresenter presenter(m_actions);
+    WindowPresenter presenter(m_actions, m_dialogs.preferred);
     presenter.setSelectedDevice(bedroom);
     presenter.setContent(library({QStringLiteral("a.mkv"), QStringLiteral("b.mkv")}));
     const QSignalSpy changes(presenter.library()->rows(), &QAbstractItemModel::dataChanged);
@@ -249,7 +280,7 @@ void ControlPresentersTest::strangePositionsAreShownWithinBounds() {
 }
 
 void ControlPresentersTest::deletingIsAskedFirst() {
-    WindowPresenter presenter(m_actions);
+    WindowPresenter presenter(m_actions, m_dialogs.preferred);
     presenter.setSelectedDevice(bedroom);
     LibraryContent content = library({QStringLiteral("a.mkv")});
     content.groupedFiles[0].group.subtitles = {RemoteFile(), RemoteFile()};
@@ -279,7 +310,7 @@ void ControlPresentersTest::uploadsAreListedAndMarkTheirRows() {
     item.progress = 0.379;
     QCOMPARE(uploadStatusText(item), QStringLiteral("Uploading  37%  -- B/s"));
 
-    WindowPresenter presenter(m_actions);
+    WindowPresenter presenter(m_actions, m_dialogs.preferred);
     presenter.setSelectedDevice(bedroom);
     presenter.setUploads({item}, {uploadMatchKey(item.fileName)});
     QCOMPARE(presenter.library()->phase(), Phase::List); // also without a library
@@ -308,47 +339,101 @@ void ControlPresentersTest::dropsAreTakenWhenThereAreFiles() {
 }
 
 void ControlPresentersTest::filesAreChosenFromFolders() {
-    QTemporaryDir home;
-    qputenv("HOME", home.path().toUtf8());
-    const QDir videos(home.path());
-    QVERIFY(videos.mkpath(QStringLiteral("Videos/Old")));
-    for (const char* name : {"Videos/b 10.mkv", "Videos/a 10.mkv", "Videos/Old/c.mkv"}) {
-        QFile file(videos.filePath(QString::fromLatin1(name)));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-    }
-    QList<QUrl> chosen;
+    const ChooserFixture fixture;
     FileChooserPresenter chooser;
-    const auto ask = [&](bool allowsSeveral) {
-        chooser.ask({QStringLiteral("Files"), allowsSeveral, [](const QString&) { return true; },
-                     [&](const QList<QUrl>& files) {
-                         chosen = files;
-                     }});
-    };
     const auto name = [&](int row) {
-        return chooser.rows()->index(row, 0).data(Qt::UserRole);
+        return chooser.rows()->index(row, 0).data(Qt::UserRole).toString();
     };
-    ask(true);
-    QCOMPARE(name(0).toString(), QStringLiteral("Old"));
-    QCOMPARE(name(1).toString(), QStringLiteral("a 10.mkv"));
-    chooser.confirm(); // nothing is chosen yet
+    Task<> asking = fixture.ask(chooser, FileDialogRequest::Purpose::OpenSeveral);
+    QTRY_COMPARE(name(0), QStringLiteral("Old"));
+    QCOMPARE(name(1), QStringLiteral("a 10.mkv"));
+    chooser.accept(); // nothing is chosen yet
     QVERIFY(chooser.isShown());
     chooser.select(QStringLiteral("b 10.mkv"));
     chooser.select(QStringLiteral("a 10.mkv"));
     chooser.select(QStringLiteral("not there"));
-    chooser.confirm();
-    QCOMPARE(chosen.size(), 2);
-    QCOMPARE(chosen[0].fileName(), QStringLiteral("a 10.mkv"));
+    chooser.accept();
+    QTRY_COMPARE(fixture.names(),
+                 QStringList({QStringLiteral("a 10.mkv"), QStringLiteral("b 10.mkv")}));
     QVERIFY(!chooser.isShown());
 
-    ask(false);
+    asking = fixture.ask(chooser, FileDialogRequest::Purpose::OpenOne);
+    QTRY_COMPARE(chooser.rows()->rowCount(), 3);
     chooser.select(QStringLiteral("a 10.mkv"));
     chooser.select(QStringLiteral("Old")); // what was chosen stays behind
-    QVERIFY(!chooser.canOpen());
+    QVERIFY(!chooser.canAccept());
+    QTRY_COMPARE(name(0), QStringLiteral("c.mkv"));
     chooser.goUp();
+    QTRY_COMPARE(chooser.rows()->rowCount(), 3);
     chooser.select(QStringLiteral("a 10.mkv"));
     chooser.activate(QStringLiteral("b 10.mkv"));
-    QCOMPARE(chosen.size(), 1);
-    QCOMPARE(chosen[0].fileName(), QStringLiteral("b 10.mkv"));
+    QTRY_COMPARE(fixture.names(), QStringList(QStringLiteral("b 10.mkv")));
+
+    asking = fixture.ask(chooser, FileDialogRequest::Purpose::OpenOne);
+    asking.cancel(); // nobody waits for it any more
+    QVERIFY(!chooser.isShown());
+}
+
+void ControlPresentersTest::aPlaceToSaveToIsChosen() {
+    const ChooserFixture fixture;
+    FileChooserPresenter chooser;
+    Task<> asking = fixture.ask(chooser, FileDialogRequest::Purpose::Save);
+    QTRY_COMPARE(chooser.rows()->rowCount(), 3);
+    QCOMPARE(chooser.name(), QStringLiteral("Proposed.mkv"));
+    for (const char* bad : {"", "  ", "..", "../x", "a/b"}) {
+        chooser.setName(QString::fromLatin1(bad));
+        QVERIFY2(!chooser.canAccept(), bad);
+    }
+    chooser.setName(QStringLiteral("Old"));
+    chooser.accept(); // a folder
+    chooser.accept();
+    QVERIFY(chooser.isShown());
+    chooser.select(QStringLiteral("a 10.mkv"));
+    chooser.accept();
+    QCOMPARE(chooser.acceptLabel(), QStringLiteral("Replace"));
+    QVERIFY(chooser.note().contains(QStringLiteral("a 10.mkv")));
+    chooser.setName(QStringLiteral("b 10.mkv")); // asks anew
+    chooser.accept();
+    QVERIFY(chooser.isShown());
+    chooser.accept();
+    QTRY_COMPARE(fixture.names(), QStringList(QStringLiteral("b 10.mkv")));
+
+    asking = fixture.ask(chooser, FileDialogRequest::Purpose::Save);
+    chooser.createFolder(QStringLiteral("Old/x/y"));
+    QVERIFY(!chooser.note().isEmpty());
+    chooser.createFolder(QStringLiteral("New"));
+    QVERIFY(chooser.folder().endsWith(QStringLiteral("Videos/New")));
+    chooser.accept();
+    QTRY_COMPARE(fixture.names(), QStringList(QStringLiteral("Proposed.mkv")));
+    QVERIFY(fixture.files->constFirst().path().endsWith(QStringLiteral("New/Proposed.mkv")));
+
+    asking = fixture.ask(chooser, FileDialogRequest::Purpose::Save);
+    chooser.cancel();
+    QTRY_VERIFY(fixture.files->isEmpty());
+}
+
+void ControlPresentersTest::theDesktopsDialogsComeFirst() {
+    m_dialogs.desktop.isOffered = true;
+    m_actions.calls.clear();
+    {
+        WindowPresenter presenter(m_actions, m_dialogs.preferred);
+        presenter.pickUploads();
+        QCOMPARE(m_dialogs.desktop.requests.constLast().purpose,
+                 FileDialogRequest::Purpose::OpenSeveral);
+        m_dialogs.desktop.answer(QList<QUrl>()); // cancelled
+        QVERIFY(!presenter.fileChooser()->isShown());
+        presenter.pickUploads();
+        m_dialogs.desktop.answer(QList<QUrl>{QUrl(QStringLiteral("file:///a.mkv"))});
+        QTRY_COMPARE(m_actions.calls, QStringList(QStringLiteral("pick a.mkv")));
+        presenter.pickUploads();
+        presenter.pickUploads(); // the first closes
+        QCOMPARE(m_dialogs.desktop.dropped, 1);
+        m_dialogs.desktop.answer(std::nullopt); // went away
+        QTRY_VERIFY(presenter.fileChooser()->isShown());
+        presenter.pickUploads();
+    }
+    QCOMPARE(m_dialogs.desktop.dropped, 2); // with the window
+    QCOMPARE(m_actions.calls.size(), 1);
 }
 
 void ControlPresentersTest::aSubtitleOfAnotherNameIsAskedAbout() {

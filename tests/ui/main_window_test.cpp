@@ -25,7 +25,7 @@ const QByteArray oneVideo =
     R"({"files":[{"name":"a.mkv","kind":"VIDEO","sizeBytes":1}],"videos":[]})";
 
 struct Desk : ModelFixture {
-    Desk() : window(model) { window.show(); }
+    Desk() : window(model, dialogs.preferred) { window.show(); }
 
     void announceTv() {
         browser.announce(serviceAt(QStringLiteral("tv"), {10, 0, 0, 2}, 8080));

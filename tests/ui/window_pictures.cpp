@@ -3,6 +3,7 @@
 #include "accessible_tree.h"
 #include "recording_actions.h"
 #include "sample_state.h"
+#include "support/fake_file_dialogs.h"
 
 #include "transfer/upload_names.h"
 #include "ui/graphics_choice.h"
@@ -74,10 +75,16 @@ PlaybackResponse samplePlayback() {
     return playback;
 }
 
+Task<> save(FileChooserPresenter& chooser) {
+    auto asking = chooser.ask({FileDialogRequest::Purpose::Save, QStringLiteral("Download from TV"),
+                               QStringLiteral("Download"), QStringLiteral("Harbour Tour.mkv")});
+    co_await std::move(asking);
+}
+
 class Pictures {
 public:
     explicit Pictures(const QString& directory)
-        : m_directory(directory), m_presenter(m_actions), m_view(m_presenter) {
+        : m_directory(directory), m_presenter(m_actions, m_dialogs.preferred), m_view(m_presenter) {
         m_view.window()->show();
     }
 
@@ -113,6 +120,7 @@ public:
 private:
     QDir m_directory;
     RecordingActions m_actions;
+    FakeDesktopDialogs m_dialogs;
     WindowPresenter m_presenter;
     WindowView m_view;
 };
@@ -129,6 +137,9 @@ void Pictures::takeUploads(const QString& prefix) {
     m_presenter.uploads()->setDropTargeted(false);
     m_presenter.pickUploads();
     take(prefix + QStringLiteral("chooser"), {1040, 700});
+    m_presenter.fileChooser()->cancel();
+    const Task<> saving = save(*m_presenter.fileChooser());
+    take(prefix + QStringLiteral("save"), {1040, 700});
     m_presenter.fileChooser()->cancel();
     m_presenter.setUploads({}, {});
 }

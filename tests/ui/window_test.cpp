@@ -1,6 +1,7 @@
 #include "accessible_tree.h"
 #include "recording_actions.h"
 #include "sample_state.h"
+#include "support/fake_file_dialogs.h"
 
 #include "ui/graphics_choice.h"
 #include "ui/window_presenter.h"
@@ -95,6 +96,7 @@ private:
     QQuickItem* libraryList() const;
 
     RecordingActions m_actions;
+    FakeDesktopDialogs m_dialogs;
     QStringList m_opened;
     std::unique_ptr<WindowPresenter> m_presenter;
     std::unique_ptr<WindowView> m_view;
@@ -113,7 +115,7 @@ void WindowTest::cleanupTestCase() {
 void WindowTest::init() {
     QTest::failOnWarning(QRegularExpression(QStringLiteral("qrc:|qml")));
     m_actions.calls.clear();
-    m_presenter = std::make_unique<WindowPresenter>(m_actions);
+    m_presenter = std::make_unique<WindowPresenter>(m_actions, m_dialogs.preferred);
     m_view = std::make_unique<WindowView>(*m_presenter);
     QVERIFY(window());
     window()->show();

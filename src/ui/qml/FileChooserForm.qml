@@ -2,10 +2,9 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Templates as T
 import Quiv
 
-// The content of the file chooser: a folder, and what is in it.
+// The content of the file chooser: a folder, what is in it, and where to save the name.
 ColumnLayout {
     id: form
 
@@ -13,7 +12,8 @@ ColumnLayout {
     required property int contentWidth
 
     spacing: 12
-    onVisibleChanged: if (visible) list.forceActiveFocus()
+    onVisibleChanged: if (visible) presenter.isSaving ? name.forceActiveFocus()
+                                                      : list.forceActiveFocus()
     Keys.onEscapePressed: presenter.cancel()
 
     PlainText {
@@ -21,20 +21,19 @@ ColumnLayout {
         font: Theme.title
         Accessible.role: Accessible.Heading
     }
-    RowLayout {
-        spacing: 8
+    TextEntry {
+        id: name
 
-        AppButton {
-            text: "Up"
-            enabled: form.presenter.canGoUp
-            onClicked: form.presenter.goUp()
-        }
-        PlainText {
-            Layout.fillWidth: true
-            text: form.presenter.folder
-            color: Theme.secondaryText
-            elide: Text.ElideMiddle
-        }
+        Layout.fillWidth: true
+        visible: form.presenter.isSaving
+        placeholderText: "Save as"
+        text: form.presenter.name
+        onTextEdited: form.presenter.setName(text)
+        onAccepted: form.presenter.accept()
+    }
+    FileChooserPlace {
+        Layout.fillWidth: true
+        presenter: form.presenter
     }
     Rectangle {
         Layout.fillWidth: true
@@ -45,45 +44,34 @@ ColumnLayout {
         border.width: 1
         border.color: Theme.controlBorder
 
-        ListView {
+        FileChooserList {
             id: list
 
             anchors.fill: parent
             anchors.margins: 5
-            clip: true
-            boundsBehavior: Flickable.StopAtBounds
-            highlightMoveDuration: 0
-            model: form.presenter.rows
-            Keys.onSpacePressed: form.presenter.select((currentItem as FileChooserEntry)?.key ?? "")
-            Keys.onReturnPressed: form.presenter.activate(
-                                      (currentItem as FileChooserEntry)?.key ?? "")
-            Accessible.role: Accessible.List
-            Accessible.name: "Files"
-            T.ScrollBar.vertical: AppScrollBar {}
-
-            delegate: FileChooserEntry {
-                id: entry
-
-                width: list.width
-                isCurrent: entry.ListView.isCurrentItem && list.activeFocus
-                onClicked: form.presenter.select(key)
-                onDoubleClicked: form.presenter.activate(key)
-            }
+            presenter: form.presenter
         }
     }
     RowLayout {
-        Layout.alignment: Qt.AlignRight
+        Layout.fillWidth: true
         spacing: 8
 
+        PlainText {
+            Layout.fillWidth: true
+            text: form.presenter.note
+            color: Theme.secondaryText
+            wrapMode: Text.Wrap
+            maximumLineCount: 3
+        }
         AppButton {
             text: "Cancel"
             onClicked: form.presenter.cancel()
         }
         AppButton {
             kind: AppButton.Prominent
-            text: "Open"
-            enabled: form.presenter.canOpen
-            onClicked: form.presenter.confirm()
+            text: form.presenter.acceptLabel
+            enabled: form.presenter.canAccept
+            onClicked: form.presenter.accept()
         }
     }
 }

@@ -2,29 +2,13 @@ import QtQuick
 import QtQuick.Templates as T
 
 // Where the user types what to look for.
-T.TextField {
+TextEntry {
     id: field
 
     signal cleared()
 
-    implicitWidth: Theme.scaled(260)
-    implicitHeight: Theme.scaled(32)
     leftPadding: Theme.scaled(33)
     rightPadding: Theme.scaled(30)
-    verticalAlignment: TextInput.AlignVCenter
-    font: Theme.body
-    color: Theme.primaryText
-    selectionColor: Theme.accent
-    selectedTextColor: Theme.accentInk
-    selectByMouse: true
-    Accessible.name: placeholderText
-
-    background: Rectangle {
-        radius: Theme.controlRadius
-        color: Theme.surface
-        border.width: 1
-        border.color: Theme.controlBorder
-    }
 
     AppIcon {
         x: Theme.scaled(11)
@@ -32,16 +16,6 @@ T.TextField {
         name: "magnifyingglass"
         colour: Theme.tertiaryText
         size: Theme.scaled(15)
-    }
-
-    PlainText {
-        x: field.leftPadding
-        width: field.width - field.leftPadding - field.rightPadding
-        anchors.verticalCenter: parent.verticalCenter
-        visible: field.text === "" && field.preeditText === ""
-        text: field.placeholderText
-        color: Theme.tertiaryText
-        Accessible.ignored: true
     }
 
     T.AbstractButton {
@@ -75,8 +49,4 @@ T.TextField {
             cornerRadius: 2
         }
     }
-
-    HoverHandler { cursorShape: Qt.IBeamCursor }
-
-    FocusRing { target: field }
 }

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/file_dialogs.h"
+#include "platform/pending_answer.h"
+
+namespace quiv {
+
+// A desktop's file dialogs that the test answers; there are none unless `isOffered`.
+class FakeFileDialogs final : public FileDialogs {
+public:
+    Task<FileDialogAnswer> ask(FileDialogRequest request) override {
+        if (!isOffered)
+            co_return std::nullopt;
+        requests.append(request);
+        m_answer = {};
+        auto waiting = m_answer.wait([this] { ++dropped; });
+        co_return co_await std::move(waiting);
+    }
+    void answer(const FileDialogAnswer& files) {
+        m_answer.give(files);
+        QCoreApplication::processEvents();
+    }
+
+    bool isOffered = false;
+    int dropped = 0;
+    QList<FileDialogRequest> requests;
+
+private:
+    PendingAnswer<FileDialogAnswer> m_answer;
+};
+
+// For windows: as if the desktop had none, until the test says otherwise.
+struct FakeDesktopDialogs {
+    FakeFileDialogs desktop;
+    PreferredFileDialogs preferred{desktop};
+};
+
+} // namespace quiv
