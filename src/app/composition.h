@@ -38,7 +38,7 @@ private:
     SyslogSystemLog m_log;
     PortalFileDialogs m_portalDialogs;
     PreferredFileDialogs m_fileDialogs{m_portalDialogs};
-    OmbraMacModel m_model{{m_http, m_browser, m_settings, m_clock, m_stills, m_log}};
+    OmbraMacModel m_model{{m_http, m_browser, m_settings, m_clock, m_stills, m_log, m_fileDialogs}};
 };
 
 } // namespace quiv

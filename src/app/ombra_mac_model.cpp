@@ -16,6 +16,7 @@ OmbraMacModel::OmbraMacModel(const PlatformPorts& ports, QObject* parent)
       m_deletion(m_requests, m_pairing, m_library, m_selected, m_status),
       m_uploads({m_requests, m_pairing, m_library, m_selected, m_status}, ports.stills, ports.log,
                 ports.clock),
+      m_downloads({m_requests, m_pairing, m_selected, m_status}, ports.fileDialogs),
       m_discovery(ports.browser, m_requests, ports.settings, *this, m_status),
       m_refreshCycle(m_selected, {m_library, m_playback, m_storageMove, m_pairing}, ports.clock) {
     m_restart.setSingleShot(true);

@@ -10,6 +10,7 @@
 #include "net/status_line.h"
 #include "playback/remote_playback.h"
 #include "transfer/deletion.h"
+#include "transfer/downloads.h"
 #include "transfer/storage_move.h"
 #include "transfer/uploads.h"
 
@@ -26,6 +27,7 @@ struct PlatformPorts {
     Clock& clock;
     StillExtractor& stills;
     SystemLog& log;
+    FileDialogs& fileDialogs;
 };
 
 // The one object the window knows. It holds the parts, wires them and selects the TV; each part
@@ -41,6 +43,7 @@ class OmbraMacModel : public QObject, private Discovery::Selector {
     Q_PROPERTY(quiv::StorageMove* storageMove READ storageMove CONSTANT)
     Q_PROPERTY(quiv::Deletion* deletion READ deletion CONSTANT)
     Q_PROPERTY(quiv::Uploads* uploads READ uploads CONSTANT)
+    Q_PROPERTY(quiv::Downloads* downloads READ downloads CONSTANT)
 
 public:
     explicit OmbraMacModel(const PlatformPorts& ports, QObject* parent = nullptr);
@@ -55,6 +58,7 @@ public:
     StorageMove* storageMove() { return &m_storageMove; }
     Deletion* deletion() { return &m_deletion; }
     Uploads* uploads() { return &m_uploads; }
+    Downloads* downloads() { return &m_downloads; }
 
     // Makes this TV the selected one; another than before starts from nothing.
     void selectDevice(const TVEndpoint& device) override;
@@ -83,6 +87,7 @@ private:
     StorageMove m_storageMove;
     Deletion m_deletion;
     Uploads m_uploads;
+    Downloads m_downloads;
     Discovery m_discovery;
     RefreshCycle m_refreshCycle;
     // Restarts come from the event loop: once for several changes, and after what caused them has

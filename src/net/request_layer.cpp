@@ -43,12 +43,14 @@ QString messageOf(int status) {
 
 } // namespace
 
+QString serverWords(const QByteArray& body) {
+    const QString error = errorOf(body);
+    return error.isEmpty() ? textOf(body) : error;
+}
+
 QString serverErrorMessage(int status, const QByteArray& body) {
-    if (const QString error = errorOf(body); !error.isEmpty())
-        return error;
-    if (const QString text = textOf(body); !text.isEmpty())
-        return text;
-    return messageOf(status);
+    const QString words = serverWords(body);
+    return words.isEmpty() ? messageOf(status) : words;
 }
 
 RequestLayer::RequestLayer(HttpSession& session, AuthTokens& tokens)

@@ -27,6 +27,9 @@ public:
     const QString& message() const { return description(); }
 };
 
+// What a failed reply says itself; empty when it says nothing.
+QString serverWords(const QByteArray& body);
+
 // The message of a failed reply: the TV's own words, else one by status.
 QString serverErrorMessage(int status, const QByteArray& body);
 

@@ -105,7 +105,9 @@ std::optional<HttpError> CurlTransfer::openFiles() {
     }
     if (!m_request.replyFile.isEmpty()) {
         m_replyFile.setFileName(m_request.replyFile);
-        if (!m_replyFile.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
+        // Whoever wants no reply any more has removed it: it must not come back.
+        if (!m_replyFile.open(QIODevice::WriteOnly | QIODevice::ExistingOnly |
+                              QIODevice::Unbuffered))
             return HttpError(HttpErrorCode::CannotWriteFile);
     }
     return std::nullopt;

@@ -38,6 +38,11 @@ QString descriptionOf(HttpErrorCode code) {
 
 HttpError::HttpError(HttpErrorCode code) : Error(descriptionOf(code)), m_code(code) {}
 
+bool isCancellation(const Error& error) {
+    const auto* failure = dynamic_cast<const HttpError*>(&error);
+    return failure && failure->code() == HttpErrorCode::Cancelled;
+}
+
 std::optional<QByteArray> HttpReply::header(QByteArrayView name) const {
     for (const auto& [key, value] : headers) {
         if (key.compare(name, Qt::CaseInsensitive) == 0)

@@ -41,6 +41,8 @@ private:
     HttpErrorCode m_code;
 };
 
+bool isCancellation(const Error& error);
+
 using HttpHeaders = QList<std::pair<QByteArray, QByteArray>>;
 
 struct HttpTimeouts {
@@ -69,7 +71,7 @@ struct HttpRequest {
     HttpHeaders headers;
     QByteArray body;
     QString bodyFile;  // streamed as the body instead of `body` when not empty
-    QString replyFile; // a 2xx reply's body is written there instead of to memory when not empty
+    QString replyFile; // a 2xx reply's body goes into this existing file when not empty
     // Largest body kept in memory; failed replies are cut off at ErrorReplyLimit instead.
     std::int64_t replyLimit = JsonReplyLimit;
     HttpTimeouts timeouts;

@@ -19,11 +19,6 @@ namespace {
 
 const auto Action = QStringLiteral("upload");
 
-bool isCancellation(const Error& error) {
-    const auto* failure = dynamic_cast<const HttpError*>(&error);
-    return failure && failure->code() == HttpErrorCode::Cancelled;
-}
-
 } // namespace
 
 Uploads::Uploads(const Parts& parts, StillExtractor& stills, SystemLog& log, Clock& clock,

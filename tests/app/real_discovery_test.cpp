@@ -7,6 +7,7 @@
 #include "platform/avahi_test_daemon.h"
 #include "platform/curl_http_session.h"
 #include "simulator/simulator_process.h"
+#include "support/fake_file_dialogs.h"
 #include "support/fake_still_extractor.h"
 #include "support/memory_settings.h"
 
@@ -39,7 +40,8 @@ struct RealModel {
     CurlHttpSession http{&resolver};
     FakeStillExtractor stills;
     MemoryLog log;
-    OmbraMacModel model{{http, browser, settings, clock, stills, log}};
+    FakeDesktopDialogs dialogs;
+    OmbraMacModel model{{http, browser, settings, clock, stills, log, dialogs.preferred}};
     bool ready = false;
 };
 

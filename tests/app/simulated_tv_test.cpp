@@ -1,9 +1,5 @@
-#include "app/ombra_mac_model.h"
-#include "platform/curl_http_session.h"
 #include "simulator/simulator_process.h"
-#include "support/fake_service_browser.h"
-#include "support/fake_still_extractor.h"
-#include "support/memory_settings.h"
+#include "support/real_model.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -16,27 +12,6 @@ using quiv::simulator::SimulatorProcess;
 namespace {
 
 const QString FilesPath = QStringLiteral("api/files");
-
-// The model over real sockets; only the announcements are made by the test.
-struct RealModel {
-    explicit RealModel(SettingsStore& settings)
-        : model({http, browser, settings, clock, stills, log}) {}
-
-    void find(const SimulatorProcess& tv) {
-        model.appear();
-        browser.announce(serviceAt(QStringLiteral("Announced"), {127, 0, 0, 1}, tv.port()));
-    }
-    const QString& status() { return model.status()->statusMessage(); }
-    const PairingState& pairing() { return model.pairing()->state(); }
-    qsizetype rows() { return model.library()->content().groupedFiles.size(); }
-
-    SystemClock clock;
-    CurlHttpSession http;
-    FakeServiceBrowser browser{clock};
-    FakeStillExtractor stills;
-    MemoryLog log;
-    OmbraMacModel model;
-};
 
 // The longest time for which the event loop did not turn.
 class StallWatch {
@@ -79,7 +54,7 @@ private Q_SLOTS:
         MemorySettings settings;
         {
             RealModel real(settings);
-            real.find(m_tv);
+            real.find(m_tv.port());
             QTRY_COMPARE(real.model.selected()->name(), QStringLiteral("Den"));
             QTRY_VERIFY(real.rows() >= 20);
             QTRY_VERIFY(real.pairing().requiresControlPairing);
@@ -90,7 +65,7 @@ private Q_SLOTS:
             QTRY_COMPARE(real.status(), QStringLiteral("Quiv Controller paired successfully."));
         }
         RealModel later(settings);
-        later.find(m_tv);
+        later.find(m_tv.port());
         QTRY_VERIFY(later.pairing().isControlPaired);
         later.model.pairing()->cancelPairing();
         QTRY_COMPARE(later.status(), QStringLiteral("Pairing canceled."));
@@ -101,7 +76,7 @@ private Q_SLOTS:
     void tooManyWrongCodesAreTheTvsToRefuse() {
         MemorySettings settings;
         RealModel real(settings);
-        real.find(m_tv);
+        real.find(m_tv.port());
         QTRY_VERIFY(real.pairing().requiresControlPairing);
         for (int attempt = 1; attempt <= 6; ++attempt) {
             real.model.pairing()->verifyPairingCode(QStringLiteral("000"));
@@ -129,7 +104,7 @@ private Q_SLOTS:
         QFETCH(QJsonObject, broken);
         MemorySettings settings;
         RealModel real(settings);
-        real.find(m_tv);
+        real.find(m_tv.port());
         QTRY_VERIFY(real.rows() >= 20);
         QTRY_VERIFY(
             real.pairing().requiresControlPairing); // the cycle now leaves the listing alone
@@ -156,7 +131,7 @@ private Q_SLOTS:
         RealModel real(settings);
         QVERIFY(m_tv.setFault(fault(QStringLiteral("*"), QStringLiteral("hang"))));
         const StallWatch watch;
-        real.find(m_tv);
+        real.find(m_tv.port());
         QTRY_COMPARE(real.model.selected()->name(),
                      QStringLiteral("Announced")); // after the probe's 1.5 s
         QVERIFY(m_tv.waitForRequests(FilesPath));
@@ -167,7 +142,7 @@ private Q_SLOTS:
     void halfAnAuthorisationForgetsTheToken() {
         MemorySettings settings;
         RealModel real(settings);
-        real.find(m_tv);
+        real.find(m_tv.port());
         QTRY_VERIFY(real.pairing().requiresControlPairing);
         QVERIFY(m_tv.setFault(fault(QStringLiteral("api/mac/auth/verify"),
                                     QStringLiteral("one-auth-header"),
@@ -184,7 +159,7 @@ private Q_SLOTS:
         MemorySettings settings;
         RealModel real(settings);
         const StallWatch watch;
-        real.find(m_tv);
+        real.find(m_tv.port());
         QTRY_VERIFY_WITH_TIMEOUT(real.rows() >= 60'000, 60'000);
         QVERIFY2(watch.longestMs() < 1500, qPrintable(QString::number(watch.longestMs())));
         QSignalSpy changed(real.model.library(), &Library::contentChanged);

@@ -93,7 +93,9 @@ private Q_SLOTS:
         row("reset at once", "reset-before-reply", false);
         row("reset half way", "read-then-reset", false, bytes(FileSize / 2));
         row("reset before the last bytes", "read-then-reset", false, bytes(FileSize - 4096));
-        row("stored, then reset", "reset-after-bytes", true, bytes(0));
+        row("stored, then reset", "store-then-reset", true);
+        row("stored under another name", "rename-store", true);
+        row("stored, its reply lost", "reset-after-bytes", true, bytes(0));
         row("full", "fill-up", false, bytes(1 << 20));
         row("too large, said at once", "status", false, {{QStringLiteral("status"), 413}});
         row("500", "status", false, {{QStringLiteral("status"), 500}});
@@ -113,6 +115,22 @@ private Q_SLOTS:
                                    : QStringLiteral("Upload queue finished: 1 uploaded, 1 failed"));
         QCOMPARE(m_said.join(u'\n').contains(QStringLiteral("Upload failed for First.mkv: ")),
                  !arrives);
+    }
+
+    // The answer is lost, and the TV's list tells that there is less than was sent.
+    void aPartOfAFileIsNoSuccess() {
+        const QUrl first = file(QStringLiteral("First.mkv"), FileSize);
+        for (const char* kind : {"truncate-store", "reset-after-bytes"})
+            QVERIFY(m_tv.setFault({{QStringLiteral("path"), QStringLiteral("api/files/upload")},
+                                   {QStringLiteral("kind"), QString::fromLatin1(kind)},
+                                   {QStringLiteral("bytes"), 0},
+                                   {QStringLiteral("times"), 1}}));
+        QVERIFY(m_tv.setFault({{QStringLiteral("path"), QStringLiteral("api/upload-status")},
+                               {QStringLiteral("kind"), QStringLiteral("status")},
+                               {QStringLiteral("status"), 404}}));
+        upload({first});
+        QCOMPARE(status(), QStringLiteral("Upload queue finished: 0 uploaded, 1 failed"));
+        m_tv.clearFaults();
     }
 
     void aTvThatGoesAndComesBackGetsItsFilesThen() {

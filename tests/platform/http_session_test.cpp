@@ -216,6 +216,9 @@ private Q_SLOTS:
         HttpRequest put = request("PUT", server.url("/upload"));
         put.bodyFile = file(content);
         put.replyFile = m_directory.filePath(QStringLiteral("reply"));
+        QCOMPARE(*outcomeOf(put).error, HttpErrorCode::CannotWriteFile); // nobody wants it
+        QVERIFY(!QFile::exists(put.replyFile));
+        QVERIFY(QFile(put.replyFile).open(QIODevice::WriteOnly));
         QList<HttpProgress> reports;
         put.onProgress = [&reports](const HttpProgress& progress) {
             reports.append(progress);

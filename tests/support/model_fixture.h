@@ -37,7 +37,7 @@ struct ModelFixture {
     FakeStillExtractor stills;
     MemoryLog log;
     FakeDesktopDialogs dialogs;
-    OmbraMacModel model{{http, browser, settings, clock, stills, log}};
+    OmbraMacModel model{{http, browser, settings, clock, stills, log, dialogs.preferred}};
 
     const QString& status() { return model.status()->statusMessage(); }
     const PairingState& pairing() { return model.pairing()->state(); }

@@ -2,6 +2,7 @@
 
 #include "app/ombra_mac_model.h"
 #include "platform/curl_http_session.h"
+#include "support/fake_file_dialogs.h"
 #include "support/fake_service_browser.h"
 #include "support/fake_still_extractor.h"
 #include "support/memory_settings.h"
@@ -11,6 +12,10 @@ namespace quiv {
 // The model over real sockets and the real clock; only announcements and stills are made by the
 // test.
 struct RealModel {
+    RealModel() : RealModel(ownSettings) {}
+    explicit RealModel(SettingsStore& settings)
+        : model({http, browser, settings, clock, stills, log, dialogs.preferred}) {}
+
     // A TV at this port of this machine is found.
     void find(quint16 port) {
         model.appear();
@@ -18,14 +23,16 @@ struct RealModel {
     }
     const QString& status() { return model.status()->statusMessage(); }
     const PairingState& pairing() { return model.pairing()->state(); }
+    qsizetype rows() { return model.library()->content().groupedFiles.size(); }
 
-    MemorySettings settings;
+    MemorySettings ownSettings;
     SystemClock clock;
     CurlHttpSession http;
     FakeServiceBrowser browser{clock};
     FakeStillExtractor stills;
     MemoryLog log;
-    OmbraMacModel model{{http, browser, settings, clock, stills, log}};
+    FakeDesktopDialogs dialogs;
+    OmbraMacModel model;
 };
 
 } // namespace quiv

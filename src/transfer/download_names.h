@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+
+namespace quiv {
+
+// What a TV's name for a file becomes on this computer: its last component without control
+// characters, leading dots, and dots and blanks at its end, at most 255 bytes of UTF-8 with its
+// extension kept; "Download" if nothing is left.
+QString proposedDownloadName(const QString& remoteName);
+
+} // namespace quiv

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "net/selected_device.h"
+#include "net/wire_records.h"
+#include "platform/task.h"
+#include "platform/task_set.h"
+
+#include <QObject>
+#include <QString>
+#include <QUrl>
+
+#include <stop_token>
+
+namespace quiv {
+
+class FileDialogs;
+class Pairing;
+class RequestLayer;
+class StatusLine;
+struct HttpProgress;
+
+// The file that is being downloaded.
+struct DownloadState {
+    bool isDownloading = false;
+    double currentDownloadProgress = 0; // 0 to 1
+    QString currentDownloadFileName;    // empty when idle
+
+    bool operator==(const DownloadState&) const = default;
+};
+
+// The message of a failed download: the TV's own words, else one by status.
+QString downloadErrorMessage(int status, const std::optional<QByteArray>& body);
+
+// Downloads files of the selected TV to this computer, one at a time.
+class Downloads : public QObject {
+    Q_OBJECT
+
+public:
+    struct Parts {
+        RequestLayer& requests;
+        Pairing& pairing;
+        const SelectedDevice& selected;
+        StatusLine& status;
+    };
+
+    Downloads(const Parts& parts, FileDialogs& dialogs, QObject* parent = nullptr);
+    ~Downloads() override;
+
+    const DownloadState& state() const { return m_state; }
+
+public Q_SLOTS:
+    // Asks the user where to, then does it.
+    void downloadFile(const quiv::RemoteFile& file);
+    void cancelDownload();
+
+Q_SIGNALS:
+    void stateChanged();
+
+private:
+    Task<> download(QString name);
+    Task<QUrl> chooseDestination(QString name);
+    Task<> transfer(QString name, QUrl base, SelectedDevice::Guard guard, QUrl destination);
+    Task<> downloadSingle(QString name, QUrl base, SelectedDevice::Guard guard,
+                          QString destination);
+    void progressed(const HttpProgress& progress);
+    void changeState(DownloadState state);
+
+    RequestLayer& m_requests;
+    Pairing& m_pairing;
+    const SelectedDevice& m_selected;
+    StatusLine& m_status;
+    FileDialogs& m_dialogs;
+    DownloadState m_state;
+    std::stop_source m_stop; // of the download under way
+    TaskSet m_tasks;
+};
+
+} // namespace quiv

@@ -1,0 +1,176 @@
+#include "simulator/simulator_process.h"
+#include "support/real_model.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QStorageInfo>
+#include <QTest>
+
+#include <sys/mount.h>
+#include <sys/resource.h>
+
+using namespace quiv;
+using quiv::simulator::SimulatorProcess;
+
+namespace {
+
+constexpr int FileSize = 3 << 20;
+const QString DownloadPath = QStringLiteral("api/files/download");
+
+QByteArray contentOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+long peakKilobytes() {
+    rusage usage{};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+} // namespace
+
+// Downloads over real sockets onto a real disk. Runs where it may mount file systems of its own.
+class SimulatedDownloadTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() {
+        QFile file(m_tv.mediaFolder() + QStringLiteral("/Ein Film +&ü.mkv"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        for (int byte = 0; byte < FileSize; ++byte)
+            m_bytes.append(static_cast<char>(byte * 31 + byte / 251));
+        file.write(m_bytes);
+        QVERIFY2(m_tv.start(), qPrintable(m_tv.errorText()));
+    }
+    void init() {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_real = std::make_unique<RealModel>();
+        m_real->dialogs.desktop.isOffered = true;
+        m_real->find(m_tv.port());
+        QTRY_VERIFY(m_real->pairing().requiresControlPairing);
+        m_real->model.pairing()->verifyPairingCode(m_tv.pairingCode());
+        QTRY_VERIFY(m_real->pairing().isControlPaired);
+    }
+    void cleanup() {
+        m_tv.clearFaults();
+        m_real.reset();
+        QCOMPARE(QDir(m_folder->path())
+                     .entryList({QStringLiteral(".quiv*")}, QDir::Files | QDir::Hidden),
+                 QStringList());
+    }
+
+    void aFileArrivesByteForByte() {
+        begin(path());
+        QTRY_COMPARE(m_real->status(), QStringLiteral("Downloaded Ein Film +&ü.mkv"));
+        QVERIFY(contentOf(path()) == m_bytes);
+    }
+
+    void aFileThatIsCutOffReplacesNothing_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<int>("bytes");
+        for (int tenth = 0; tenth < 10; ++tenth)
+            QTest::addRow("%d tenths", tenth)
+                << QStringLiteral("reset-after-bytes") << FileSize / 10 * tenth;
+        QTest::newRow("less than announced") << QStringLiteral("announce-more") << 1;
+    }
+    void aFileThatIsCutOffReplacesNothing() {
+        QFETCH(QString, kind);
+        QFETCH(int, bytes);
+        writeBefore();
+        QVERIFY(m_tv.setFault({{QStringLiteral("path"), DownloadPath},
+                               {QStringLiteral("kind"), kind},
+                               {QStringLiteral("bytes"), bytes}}));
+        begin(path());
+        QTRY_COMPARE(
+            m_real->status(),
+            QStringLiteral("Download failed for Ein Film +&ü.mkv: The connection to the TV "
+                           "was lost. Check the network and try again."));
+        QCOMPARE(contentOf(path()), "before");
+        m_tv.clearFaults();
+        begin(path());
+        QTRY_COMPARE(m_real->status(), QStringLiteral("Downloaded Ein Film +&ü.mkv"));
+        QVERIFY(contentOf(path()) == m_bytes);
+    }
+
+    void aStalledDownloadIsCancelledWithinASecond() {
+        writeBefore();
+        QVERIFY(m_tv.setFault({{QStringLiteral("path"), DownloadPath},
+                               {QStringLiteral("kind"), QStringLiteral("trickle")},
+                               {QStringLiteral("bytesPerSecond"), 1 << 20}}));
+        begin(path());
+        QTRY_VERIFY(m_real->model.downloads()->state().currentDownloadProgress > 0);
+        QElapsedTimer since;
+        since.start();
+        m_real->model.downloads()->cancelDownload();
+        QTRY_COMPARE(m_real->status(), QStringLiteral("Download canceled"));
+        QVERIFY2(since.elapsed() < 1000, qPrintable(QString::number(since.elapsed())));
+        QCOMPARE(contentOf(path()), "before");
+    }
+
+    void quittingWhileItArrivesLeavesNothing() {
+        writeBefore();
+        QVERIFY(m_tv.setFault({{QStringLiteral("path"), DownloadPath},
+                               {QStringLiteral("kind"), QStringLiteral("trickle")},
+                               {QStringLiteral("bytesPerSecond"), 1 << 20}}));
+        begin(path());
+        QTRY_VERIFY(m_real->model.downloads()->state().currentDownloadProgress > 0);
+        m_real.reset();
+        QCOMPARE(contentOf(path()), "before"); // cleanup() looks for the rest
+    }
+
+    void aFullOrReadOnlyDiskIsSaid() {
+        const QByteArray disk = m_folder->path().toUtf8();
+        if (::mount("tmpfs", disk.constData(), "tmpfs", 0, "size=1m") != 0)
+            QSKIP("cannot mount file systems here");
+        writeBefore();
+        begin(path());
+        QTRY_COMPARE(m_real->status(),
+                     QStringLiteral("Download failed for Ein Film +&ü.mkv: The file could not be "
+                                    "written. Check the free space of the disk."));
+        QCOMPARE(contentOf(path()), "before");
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
+
+        QCOMPARE(::mount(nullptr, disk.constData(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
+        begin(path());
+        QTRY_VERIFY2(m_real->status().contains(QStringLiteral("Files cannot be written to")),
+                     qPrintable(m_real->status()));
+        ::umount(disk.constData());
+    }
+
+    void memoryDoesNotGrowWithTheFile() {
+        if (QStorageInfo(m_folder->path()).bytesAvailable() < qint64(5) << 30)
+            QSKIP("needs 5 GiB of disk");
+        const QString name = QStringLiteral("Huge.mkv");
+        QFile sparse(m_tv.mediaFolder() + u'/' + name);
+        QVERIFY(sparse.open(QIODevice::WriteOnly) && sparse.resize(qint64(4) << 30));
+        const long before = peakKilobytes();
+        begin(path(), name);
+        QTRY_COMPARE_WITH_TIMEOUT(m_real->status(), QStringLiteral("Downloaded Huge.mkv"), 100'000);
+        const long grown = peakKilobytes() - before;
+        QVERIFY2(grown < 16 << 10, qPrintable(QString::number(grown)));
+        QCOMPARE(QFileInfo(path()).size(), qint64(4) << 30);
+        sparse.remove();
+    }
+
+private:
+    QString path() const { return m_folder->filePath(QStringLiteral("kept.mkv")); }
+    void writeBefore() {
+        QFile file(path());
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("before") == 6);
+    }
+    void begin(const QString& destination,
+               const QString& name = QStringLiteral("Ein Film +&ü.mkv")) {
+        m_real->model.downloads()->downloadFile({name, QStringLiteral("VIDEO"), 1, {}});
+        m_real->dialogs.desktop.answer(QList<QUrl>{QUrl::fromLocalFile(destination)});
+    }
+
+    SimulatorProcess m_tv;
+    QByteArray m_bytes;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<RealModel> m_real;
+};
+
+QTEST_GUILESS_MAIN(SimulatedDownloadTest)
+#include "simulated_download_test.moc"

@@ -1,0 +1,269 @@
+#include "support/model_fixture.h"
+#include "transfer/download_names.h"
+#include "transfer/download_place.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThreadPool>
+
+using namespace quiv;
+
+namespace {
+
+const QString DownloadPath = QStringLiteral("api/files/download");
+const TVEndpoint Tv = tvNamed(QStringLiteral("TV"), QStringLiteral("tv.local"));
+
+QString text(const char* latin) {
+    return QString::fromLatin1(latin);
+}
+
+// Downloads from a paired TV into a folder of the test.
+struct Fixture : ModelFixture {
+    Fixture() {
+        dialogs.desktop.isOffered = true;
+        selectPaired(Tv);
+    }
+
+    Downloads& downloads() { return *model.downloads(); }
+    QString path(const QString& name = text("a.mkv")) const { return folder.filePath(name); }
+    void choose(const QString& destination) {
+        dialogs.desktop.answer(QList<QUrl>{QUrl::fromLocalFile(destination)});
+    }
+    void begin(const QString& destination) {
+        downloads().downloadFile({text("a.mkv"), text("VIDEO"), 1000, {}});
+        turn();
+        choose(destination);
+    }
+    // The whole file arrives.
+    void arrive(const QByteArray& bytes) {
+        QFile file(http.latest(DownloadPath).replyFile);
+        if (file.open(QIODevice::WriteOnly | QIODevice::ExistingOnly))
+            file.write(bytes);
+        http.answer(DownloadPath, QByteArray());
+        QThreadPool::globalInstance()->waitForDone();
+        turn();
+    }
+    void progress(std::int64_t received, std::int64_t total) {
+        http.latest(DownloadPath).onProgress({0, 0, received, total});
+    }
+    // All of them, without what the names hold.
+    QStringList files() const {
+        return QDir(folder.path()).entryList(QDir::Files | QDir::Hidden | QDir::System);
+    }
+    static QByteArray contentOf(const QString& path) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    QTemporaryDir folder;
+};
+
+void write(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly))
+        file.write(bytes);
+}
+
+} // namespace
+
+class DownloadsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aFileArrivesWhereTheUserWantsIt() {
+        Fixture fixture;
+        fixture.downloads().downloadFile({text("sub/ .a b.mkv"), text("VIDEO"), 1000, {}});
+        ModelFixture::turn();
+        QCOMPARE(fixture.dialogs.desktop.requests.constLast(),
+                 (FileDialogRequest{FileDialogRequest::Purpose::Save, text("Download from TV"),
+                                    text("Download"), text("a b.mkv")}));
+        QVERIFY(!fixture.downloads().state().isDownloading);
+        fixture.choose(fixture.path(text("new/folder/b.mkv")));
+        QCOMPARE(fixture.downloads().state(), (DownloadState{true, 0, text("sub/ .a b.mkv")}));
+        QCOMPARE(fixture.status(), text("Downloading sub/ .a b.mkv... 0%"));
+        const HttpRequest request = fixture.http.latest(DownloadPath);
+        QCOMPARE(request.method, "GET");
+        QVERIFY(request.url.endsWith("/api/files/download?name=sub%2F%20.a%20b.mkv"));
+        QCOMPARE(request.timeouts.total, std::chrono::hours(1));
+        QVERIFY(request.replyFile.startsWith(fixture.path(text("new/folder/"))));
+
+        fixture.progress(5, -1); // unknown
+        QCOMPARE(fixture.status(), text("Downloading sub/ .a b.mkv... 0%"));
+        fixture.progress(999, 1000);
+        QCOMPARE(fixture.status(), text("Downloading sub/ .a b.mkv... 99%"));
+        QCOMPARE(fixture.downloads().state().currentDownloadProgress, 0.999);
+        fixture.progress(1300, 1000);
+        QCOMPARE(fixture.downloads().state().currentDownloadProgress, 1.0);
+        fixture.arrive("all of it");
+        QCOMPARE(fixture.status(), text("Downloaded sub/ .a b.mkv"));
+        QCOMPARE(fixture.downloads().state(), DownloadState());
+        const QString stored = fixture.path(text("new/folder/b.mkv"));
+        QCOMPARE(Fixture::contentOf(stored), "all of it");
+        QCOMPARE(QDir(fixture.path(text("new/folder"))).entryList(QDir::Files | QDir::Hidden),
+                 QStringList(text("b.mkv")));
+        QVERIFY(QFile::permissions(stored) & QFile::ReadGroup);
+    }
+
+    void oneAtATime() {
+        Fixture fixture;
+        fixture.model.downloads()->cancelDownload(); // nothing to cancel
+        QVERIFY(!fixture.status().startsWith(text("Cancel")));
+        fixture.begin(fixture.path());
+        fixture.downloads().downloadFile({text("b.mkv"), text("VIDEO"), 1, {}});
+        ModelFixture::turn();
+        QCOMPARE(fixture.status(), text("Another download is already in progress"));
+        QCOMPARE(fixture.dialogs.desktop.requests.size(), 1);
+    }
+
+    void withoutTvPairingOrPlaceNothingBegins() {
+        ModelFixture alone;
+        alone.model.downloads()->downloadFile({text("a.mkv"), text("VIDEO"), 1, {}});
+        QCOMPARE(alone.status(), text("Select a TV first"));
+
+        Fixture fixture;
+        fixture.downloads().downloadFile({text("a.mkv"), text("VIDEO"), 1, {}});
+        ModelFixture::turn();
+        fixture.dialogs.desktop.answer(QList<QUrl>{QUrl(text("smb://elsewhere/a.mkv"))});
+        QCOMPARE(fixture.status(), text("Download failed for a.mkv: Download failed: missing "
+                                        "destination path"));
+        fixture.downloads().downloadFile({text("a.mkv"), text("VIDEO"), 1, {}});
+        ModelFixture::turn();
+        fixture.dialogs.desktop.answer(QList<QUrl>());
+        QCOMPARE(fixture.status(), text("Download canceled"));
+        QCOMPARE(fixture.files(), QStringList());
+        QVERIFY(fixture.takeTargets(DownloadPath).isEmpty());
+    }
+
+    void failuresLeaveEverythingAsItWas_data() {
+        QTest::addColumn<int>("status"); // or an error code
+        QTest::addColumn<QString>("message");
+        const QString failed = text("Download failed for a.mkv: ");
+        QTest::newRow("not there") << 404 << failed + text("Download failed (HTTP 404).");
+        QTest::newRow("unpaired")
+            << 401 << failed + text("Pairing required: enter the 3-digit code shown on TV.");
+        QTest::newRow("locked out")
+            << 429 << failed + text("Too many auth attempts. Wait before trying again.");
+        QTest::newRow("no HTTP") << -1011
+                                 << failed + text("Download failed: invalid server "
+                                                  "response");
+        QTest::newRow("cut off") << -1005
+                                 << failed + HttpError(HttpErrorCode::ConnectionLost).description();
+        QTest::newRow("cancelled") << -999 << text("Download canceled");
+    }
+    void failuresLeaveEverythingAsItWas() {
+        QFETCH(int, status);
+        QFETCH(QString, message);
+        Fixture fixture;
+        write(fixture.path(), "before");
+        fixture.begin(fixture.path());
+        QCOMPARE(fixture.files().size(), 2);
+        if (status == -999)
+            fixture.downloads().cancelDownload();
+        else if (status < 0)
+            fixture.http.answer(DownloadPath, HttpErrorCode(status));
+        else
+            fixture.http.answer(DownloadPath, R"({"error":"not shown"})", status);
+        if (status == -999) {
+            QCOMPARE(fixture.status(), text("Canceling download..."));
+            fixture.progress(1, 2); // comes late
+            QCOMPARE(fixture.status(), text("Canceling download..."));
+        }
+        QTRY_COMPARE(fixture.status(), message);
+        QCOMPARE(fixture.downloads().state(), DownloadState());
+        QCOMPARE(Fixture::contentOf(fixture.path()), "before");
+        QCOMPARE(fixture.files(), QStringList(text("a.mkv")));
+        QCOMPARE(fixture.pairing().requiresControlPairing, status == 401 || status == 429);
+    }
+
+    void onlyAFileGivesWay() {
+        Fixture fixture;
+        write(fixture.path(), "before");
+        fixture.begin(fixture.path());
+        fixture.arrive("after");
+        QCOMPARE(Fixture::contentOf(fixture.path()), "after");
+
+        // A link goes, what it names stays.
+        const QString link = fixture.path(text("link.mkv"));
+        QVERIFY(QFile::link(fixture.path(), link));
+        fixture.begin(link);
+        fixture.arrive("linked");
+        QVERIFY(!QFileInfo(link).isSymbolicLink());
+        QCOMPARE(Fixture::contentOf(link), "linked");
+        QCOMPARE(Fixture::contentOf(fixture.path()), "after");
+
+        const QString taken = fixture.path(text("taken"));
+        QVERIFY(QDir().mkpath(taken));
+        fixture.begin(taken);
+        QVERIFY(fixture.status().contains(text("\"taken\" is no file that could be replaced")));
+        fixture.begin(fixture.path(text("a.mkv/below.mkv")));
+        QVERIFY(fixture.status().contains(text("could not be created")));
+        QVERIFY(fixture.takeTargets(DownloadPath).size() == 2);
+        QCOMPARE(fixture.files(), QStringList({text("a.mkv"), text("link.mkv")}));
+    }
+
+    void aFolderThatGoesMeanwhileIsSaid() {
+        Fixture fixture;
+        fixture.begin(fixture.path(text("gone/a.mkv")));
+        QVERIFY(QDir(fixture.path(text("gone"))).removeRecursively());
+        fixture.arrive("bytes");
+        QVERIFY2(fixture.status().contains(text("is no longer there")),
+                 qPrintable(fixture.status()));
+    }
+
+    void quittingAtAnyPointLeavesNothing() {
+        for (int point = 0; point < 3; ++point) {
+            QTemporaryDir folder;
+            {
+                Fixture fixture;
+                const QString path = folder.filePath(text("a.mkv"));
+                if (point == 0)
+                    fixture.downloads().downloadFile({text("a.mkv"), text("VIDEO"), 1, {}});
+                else
+                    fixture.begin(path);
+                if (point == 2)
+                    fixture.downloads().cancelDownload();
+            }
+            ModelFixture::turn();
+            QVERIFY(QDir(folder.path())
+                        .isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+        }
+    }
+
+    void theTvsOwnWordsComeFirst() {
+        QCOMPARE(downloadErrorMessage(404, R"({"error":" Gone "})"), text("Gone"));
+        QCOMPARE(downloadErrorMessage(404, " plain\n"), text("plain"));
+        QCOMPARE(downloadErrorMessage(401, "\xff"),
+                 text("Pairing required: enter the 3-digit code shown on TV."));
+        QCOMPARE(downloadErrorMessage(500, std::nullopt), text("Download failed (HTTP 500)."));
+    }
+
+    void proposedNamesStayInTheirFolder_data() {
+        QTest::addColumn<QString>("remote");
+        QTest::addColumn<QString>("proposed");
+        QTest::newRow("plain") << text("My Film (1).mkv") << text("My Film (1).mkv");
+        QTest::newRow("path") << text("/etc/../x.mkv") << text("x.mkv");
+        QTest::newRow("other path") << text("C:\\Windows\\x.mkv") << text("x.mkv");
+        QTest::newRow("hidden") << text(" ..bashrc") << text("bashrc");
+        QTest::newRow("parent") << text("..") << text("Download");
+        QTest::newRow("folder") << text("a/") << text("Download");
+        QTest::newRow("ends") << text("x.mkv. . ") << text("x.mkv");
+        QTest::newRow("controls") << QStringLiteral("a\n\u0000b\u202Egpj.mkv") << text("abgpj.mkv");
+        QTest::newRow("long") << QString(300, u'n') + text(".mkv")
+                              << QString(251, u'n') + text(".mkv");
+        QTest::newRow("long, four bytes each")
+            << QStringLiteral("\U0001F3AC").repeated(100) + text(".mkv")
+            << QStringLiteral("\U0001F3AC").repeated(62) + text(".mkv");
+        QTest::newRow("no extension to keep")
+            << text("a.") + QString(300, u'n') << text("a.") + QString(253, u'n');
+    }
+    void proposedNamesStayInTheirFolder() {
+        QFETCH(QString, remote);
+        QFETCH(QString, proposed);
+        QCOMPARE(proposedDownloadName(remote), proposed);
+    }
+};
+
+QTEST_GUILESS_MAIN(DownloadsTest)
+#include "downloads_test.moc"
