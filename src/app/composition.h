@@ -11,6 +11,7 @@
 #include "platform/process_still_extractor.h"
 #include "platform/settings_store.h"
 #include "platform/system_log.h"
+#include "ui/window_presenter.h"
 
 #include <memory>
 
@@ -25,7 +26,7 @@ public:
         : m_settings(settingsPath), m_portalDialogs(std::move(parentWindow)) {}
 
     OmbraMacModel& model() { return m_model; }
-    PreferredFileDialogs& fileDialogs() { return m_fileDialogs; }
+    WindowPorts windowPorts() { return {m_fileDialogs, m_http, m_clock}; }
 
 private:
     SystemClock m_clock;

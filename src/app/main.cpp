@@ -62,7 +62,7 @@ int main(int argc, char* argv[]) {
     QGuiApplication app(argc, argv);
     const TerminationSignals termination;
     quiv::Composition composition(dialogParent);
-    quiv::MainWindow window(composition.model(), composition.fileDialogs());
+    quiv::MainWindow window(composition.model(), composition.windowPorts());
     if (!window.show()) {
         std::fputs("quiv-controller: the window could not be loaded\n", stderr);
         return 1;

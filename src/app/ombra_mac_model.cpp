@@ -26,6 +26,12 @@ OmbraMacModel::OmbraMacModel(const PlatformPorts& ports, QObject* parent)
 
 OmbraMacModel::~OmbraMacModel() = default;
 
+std::optional<ThumbnailAddress> OmbraMacModel::thumbnailAddress() {
+    const auto base = m_selected.baseURL();
+    return base ? std::optional(ThumbnailAddress{*base, m_tokens.authQueryItems(*base)})
+                : std::nullopt;
+}
+
 void OmbraMacModel::appear() {
     m_isVisible = true;
     m_discovery.refreshDiscovery();

@@ -2,6 +2,7 @@
 
 #include "app/refresh_cycle.h"
 #include "library/library.h"
+#include "library/thumbnail_url.h"
 #include "net/auth_tokens.h"
 #include "net/discovery.h"
 #include "net/pairing.h"
@@ -59,6 +60,9 @@ public:
     Deletion* deletion() { return &m_deletion; }
     Uploads* uploads() { return &m_uploads; }
     Downloads* downloads() { return &m_downloads; }
+
+    // Of the selected TV, with the token it has given by now; none without a TV.
+    std::optional<ThumbnailAddress> thumbnailAddress();
 
     // Makes this TV the selected one; another than before starts from nothing.
     void selectDevice(const TVEndpoint& device) override;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtGlobal> // first: moc stumbles over <chrono> without it
+
 #include <chrono>
 #include <coroutine>
 #include <functional>

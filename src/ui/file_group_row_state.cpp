@@ -26,6 +26,12 @@ bool isUploadInProgress(const FileGroup& group, const QSet<QString>& matchKeys) 
     });
 }
 
+bool isDownloadInProgress(const FileGroup& group, const DownloadState& download) {
+    return download.isDownloading && std::ranges::any_of(filesOf(group), [&](const auto& file) {
+               return uploadNamesMatch(file.name, download.currentDownloadFileName);
+           });
+}
+
 } // namespace
 
 std::optional<PlaybackResponse> rowPlayback(const std::optional<PlaybackResponse>& playback) {
@@ -64,6 +70,14 @@ FileGroupRowState fileGroupRowState(const LibraryRow& row, const RowContext& con
         state.moveFraction = context.move.moveProgress;
         state.movePercentText = formatPercent(context.move.moveProgress);
     }
+    state.canDownload = !state.isUploading && !filesOf(group).isEmpty();
+    state.isDownloading = isDownloadInProgress(group, context.download);
+    if (state.isDownloading) {
+        state.downloadFraction = std::clamp(context.download.currentDownloadProgress, 0.0, 1.0);
+        state.downloadPercentText = formatPercent(state.downloadFraction);
+    }
+    if (group.video && context.thumbnails)
+        state.thumbnailURL = thumbnailURLForVideo(*context.thumbnails, group.video->name);
     return state;
 }
 

@@ -1,12 +1,15 @@
 #pragma once
 
 #include "library/library_content.h"
+#include "library/thumbnail_url.h"
+#include "transfer/downloads.h"
 #include "transfer/storage_move.h"
 #include "ui/storage_badges.h"
 
 #include <QObject>
 #include <QSet>
 #include <QString>
+#include <QUrl>
 #include <QtQml/qqmlregistration.h>
 
 #include <optional>
@@ -19,6 +22,8 @@ struct RowContext {
     MoveState move;
     bool isUsbConnected = false;
     QSet<QString> uploadMatchKeys; // of the names that are being uploaded or wait for it
+    DownloadState download;
+    std::optional<ThumbnailAddress> thumbnails;
 
     bool operator==(const RowContext&) const = default;
 };
@@ -43,6 +48,11 @@ struct FileGroupRowState {
     Q_PROPERTY(bool isMoving MEMBER isMoving)
     Q_PROPERTY(double moveFraction MEMBER moveFraction)
     Q_PROPERTY(QString movePercentText MEMBER movePercentText)
+    Q_PROPERTY(bool canDownload MEMBER canDownload)
+    Q_PROPERTY(bool isDownloading MEMBER isDownloading)
+    Q_PROPERTY(double downloadFraction MEMBER downloadFraction)
+    Q_PROPERTY(QString downloadPercentText MEMBER downloadPercentText)
+    Q_PROPERTY(QUrl thumbnailURL MEMBER thumbnailURL)
 
 public:
     QString title;
@@ -58,6 +68,11 @@ public:
     bool isMoving = false;    // this video
     double moveFraction = 0;
     QString movePercentText;
+    bool canDownload = false;
+    bool isDownloading = false;  // some file of the group
+    double downloadFraction = 0; // 0 to 1
+    QString downloadPercentText;
+    QUrl thumbnailURL; // empty without a video
 
     bool operator==(const FileGroupRowState&) const = default;
 };

@@ -1,6 +1,7 @@
 #include "ui/library_presenter.h"
 
 #include "platform/publish.h"
+#include "transfer/deletion.h"
 #include "ui/display_format.h"
 #include "ui/window_actions.h"
 
@@ -50,7 +51,7 @@ LibraryPresenter::Phase libraryPhase(const LibraryCounts& counts) {
 }
 
 LibraryPresenter::LibraryPresenter(WindowActions& actions, QObject* parent)
-    : QObject(parent), m_actions(actions), m_rows(rowRoles(m_context)) {}
+    : QObject(parent), m_actions(actions), m_downloadMenu(actions), m_rows(rowRoles(m_context)) {}
 
 QString LibraryPresenter::loadingText() const {
     const QString name = m_selected ? displayText(m_selected->name) : QString();
@@ -99,6 +100,18 @@ void LibraryPresenter::setUploads(const QSet<QString>& matchKeys) {
     update();
 }
 
+void LibraryPresenter::setDownload(const DownloadState& download) {
+    RowContext context = m_context;
+    context.download = download;
+    setContext(std::move(context));
+}
+
+void LibraryPresenter::setThumbnails(const std::optional<ThumbnailAddress>& thumbnails) {
+    RowContext context = m_context;
+    context.thumbnails = thumbnails;
+    setContext(std::move(context));
+}
+
 void LibraryPresenter::setContext(RowContext context) {
     if (context == m_context)
         return;
@@ -120,6 +133,18 @@ void LibraryPresenter::moveStorage(const QString& key) {
 void LibraryPresenter::attachSubtitle(const QString& key) {
     if (const LibraryRow* row = rowOf(key); row && row->group.video)
         Q_EMIT subtitleRequested(row->group.video->name);
+}
+
+bool LibraryPresenter::offerDownloads(const QString& key) {
+    const LibraryRow* row = rowOf(key);
+    const bool isOffered = row && fileGroupRowState(*row, m_context).canDownload;
+    if (isOffered)
+        m_downloadMenu.setFiles(filesOf(row->group));
+    return isOffered;
+}
+
+void LibraryPresenter::cancelDownload() {
+    m_actions.cancelDownload();
 }
 
 void LibraryPresenter::requestDelete(const QString& key) {

@@ -2,6 +2,7 @@
 
 #include "library/library_content.h"
 #include "net/tv_endpoint.h"
+#include "ui/download_menu_presenter.h"
 #include "ui/file_group_row_state.h"
 #include "ui/record_list_model.h"
 
@@ -30,6 +31,7 @@ class LibraryPresenter : public QObject {
     Q_PROPERTY(QString searchText READ searchText NOTIFY searchTextChanged)
     Q_PROPERTY(QString loadingText READ loadingText NOTIFY selectedDeviceChanged)
     Q_PROPERTY(QString noResultsText READ noResultsText NOTIFY searchTextChanged)
+    Q_PROPERTY(quiv::DownloadMenuPresenter* downloadMenu READ downloadMenu CONSTANT)
 
 public:
     // What the detail area shows.
@@ -41,6 +43,7 @@ public:
     QAbstractItemModel* rows() { return &m_rows; }
     Phase phase() const { return m_phase; }
     const QString& searchText() const { return m_searchText; }
+    DownloadMenuPresenter* downloadMenu() { return &m_downloadMenu; }
     QString loadingText() const;
     QString noResultsText() const;
 
@@ -50,6 +53,8 @@ public:
     void setPlayback(const std::optional<PlaybackResponse>& playback);
     void setMove(const MoveState& move);
     void setUploads(const QSet<QString>& matchKeys);
+    void setDownload(const DownloadState& download);
+    void setThumbnails(const std::optional<ThumbnailAddress>& thumbnails);
 
     Q_INVOKABLE void search(const QString& text);
     // Of the row with this key; nothing without a video.
@@ -57,6 +62,9 @@ public:
     Q_INVOKABLE void moveStorage(const QString& key);
     // Lets the user choose a subtitle for the row's video.
     Q_INVOKABLE void attachSubtitle(const QString& key);
+    // Offers the row's files in the download menu; false when there are none.
+    Q_INVOKABLE bool offerDownloads(const QString& key);
+    Q_INVOKABLE void cancelDownload();
     // Asks the user first.
     Q_INVOKABLE void requestDelete(const QString& key);
 
@@ -73,6 +81,7 @@ private:
     const LibraryRow* rowOf(const QString& key) const;
 
     WindowActions& m_actions;
+    DownloadMenuPresenter m_downloadMenu;
     RowContext m_context;
     std::optional<TVEndpoint> m_selected;
     QList<LibraryRow> m_groups; // all of them

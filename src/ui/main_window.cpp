@@ -31,6 +31,8 @@ public:
     void startMove(const QString& videoName, const QString& target) override {
         m_model.storageMove()->startMove(videoName, target);
     }
+    void downloadFile(const RemoteFile& file) override { m_model.downloads()->downloadFile(file); }
+    void cancelDownload() override { m_model.downloads()->cancelDownload(); }
     void deleteGroup(const FileGroup& group) override { m_model.deletion()->deleteGroup(group); }
     void queueUploadsFromPicker(const QList<QUrl>& urls) override {
         m_model.uploads()->queueUploadsFromPicker(urls);
@@ -75,6 +77,14 @@ void followModel(OmbraMacModel& model, WindowPresenter& presenter) {
     });
     follow(model.uploads(), &Uploads::progressChanged, presenter,
            [&] { presenter.setUploadProgress(model.uploads()->uploadListItems()); });
+    follow(model.downloads(), &Downloads::stateChanged, presenter,
+           [&] { presenter.setDownload(model.downloads()->state()); });
+    // A token that the TV hands out shows in the pairing's state.
+    const auto showThumbnails = [&] {
+        presenter.setThumbnails(model.thumbnailAddress());
+    };
+    follow(model.selected(), &SelectedDevice::changed, presenter, showThumbnails);
+    follow(model.pairing(), &Pairing::stateChanged, presenter, showThumbnails);
     follow(model.status(), &StatusLine::statusMessageChanged, presenter,
            [&] { presenter.setStatusMessage(model.status()->statusMessage()); });
 }
@@ -82,17 +92,17 @@ void followModel(OmbraMacModel& model, WindowPresenter& presenter) {
 } // namespace
 
 struct MainWindow::Parts {
-    Parts(OmbraMacModel& model, PreferredFileDialogs& fileDialogs)
-        : actions(model), presenter(actions, fileDialogs), view(presenter) {}
+    Parts(OmbraMacModel& model, const WindowPorts& ports)
+        : actions(model), presenter(actions, ports), view(presenter) {}
 
     ModelActions actions;
     WindowPresenter presenter;
     WindowView view;
 };
 
-MainWindow::MainWindow(OmbraMacModel& model, PreferredFileDialogs& fileDialogs) {
+MainWindow::MainWindow(OmbraMacModel& model, const WindowPorts& ports) {
     chooseGraphics();
-    m_parts = std::make_unique<Parts>(model, fileDialogs);
+    m_parts = std::make_unique<Parts>(model, ports);
     followModel(model, m_parts->presenter);
     if (QQuickWindow* loaded = window()) {
         QObject::connect(loaded, &QWindow::visibleChanged, &model, [&model](bool isVisible) {

@@ -22,6 +22,9 @@ public:
     virtual void sendPlayback(const PlaybackCommand& command) = 0;
     // To "USB" or "INTERNAL".
     virtual void startMove(const QString& videoName, const QString& target) = 0;
+    // Asks the user where to.
+    virtual void downloadFile(const RemoteFile& file) = 0;
+    virtual void cancelDownload() = 0;
     virtual void deleteGroup(const FileGroup& group) = 0;
     virtual void queueUploadsFromPicker(const QList<QUrl>& urls) = 0;
     virtual void queueSubtitleUpload(const QUrl& sourceURL, const QString& remoteName) = 0;

@@ -4,11 +4,11 @@
 
 namespace quiv {
 
-WindowPresenter::WindowPresenter(WindowActions& actions, PreferredFileDialogs& fileDialogs,
-                                 QObject* parent)
+WindowPresenter::WindowPresenter(WindowActions& actions, const WindowPorts& ports, QObject* parent)
     : QObject(parent),
       m_actions(actions),
-      m_fileDialogs(fileDialogs),
+      m_fileDialogs(ports.fileDialogs),
+      m_thumbnails(ports.http, ports.clock),
       m_sidebar(actions),
       m_header(actions),
       m_library(actions),
@@ -102,6 +102,14 @@ void WindowPresenter::setUploads(const QList<UploadListItem>& items,
 
 void WindowPresenter::setUploadProgress(const QList<UploadListItem>& items) {
     m_uploads.setItems(items);
+}
+
+void WindowPresenter::setDownload(const DownloadState& download) {
+    m_library.setDownload(download);
+}
+
+void WindowPresenter::setThumbnails(const std::optional<ThumbnailAddress>& thumbnails) {
+    m_library.setThumbnails(thumbnails);
 }
 
 } // namespace quiv

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "platform/clock.h"
 #include "platform/file_dialogs.h"
+#include "platform/http_session.h"
 #include "platform/task.h"
 #include "ui/delete_prompt_presenter.h"
 #include "ui/dock_presenter.h"
@@ -10,13 +12,21 @@
 #include "ui/pairing_sheet_presenter.h"
 #include "ui/sidebar_presenter.h"
 #include "ui/subtitle_rename_presenter.h"
+#include "ui/thumbnail_store.h"
 #include "ui/uploads_presenter.h"
 
 namespace quiv {
 
+// What the window itself works with; each outlives it. Files are chosen by `fileDialogs`, which ask
+// in the window where the desktop cannot; pictures are fetched over `http`.
+struct WindowPorts {
+    PreferredFileDialogs& fileDialogs;
+    HttpSession& http;
+    Clock& clock;
+};
+
 // All that the window's views bind to. Takes the model's state piece by piece and hands each piece
-// to the presenters that show it; what the user does goes to `actions`. Files are chosen by
-// `fileDialogs`, which ask in the window where the desktop cannot. Both must outlive this.
+// to the presenters that show it; what the user does goes to `actions`, which must outlive this.
 class WindowPresenter : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -30,10 +40,10 @@ class WindowPresenter : public QObject {
     Q_PROPERTY(quiv::SubtitleRenamePresenter* subtitleRename READ subtitleRename CONSTANT)
     Q_PROPERTY(quiv::DeletePromptPresenter* deletePrompt READ deletePrompt CONSTANT)
     Q_PROPERTY(quiv::PairingSheetPresenter* pairingSheet READ pairingSheet CONSTANT)
+    Q_PROPERTY(quiv::ThumbnailStore* thumbnails READ thumbnails CONSTANT)
 
 public:
-    WindowPresenter(WindowActions& actions, PreferredFileDialogs& fileDialogs,
-                    QObject* parent = nullptr);
+    WindowPresenter(WindowActions& actions, const WindowPorts& ports, QObject* parent = nullptr);
     ~WindowPresenter() override;
 
     SidebarPresenter* sidebar() { return &m_sidebar; }
@@ -45,6 +55,7 @@ public:
     SubtitleRenamePresenter* subtitleRename() { return &m_subtitleRename; }
     DeletePromptPresenter* deletePrompt() { return &m_deletePrompt; }
     PairingSheetPresenter* pairingSheet() { return &m_pairingSheet; }
+    ThumbnailStore* thumbnails() { return &m_thumbnails; }
 
     void setDiscoveredDevices(const QList<TVEndpoint>& devices);
     void setSelectedDevice(const std::optional<TVEndpoint>& device);
@@ -59,6 +70,8 @@ public:
     // Lets the user choose files to upload.
     Q_INVOKABLE void pickUploads();
     void setUploadProgress(const QList<UploadListItem>& items);
+    void setDownload(const DownloadState& download);
+    void setThumbnails(const std::optional<ThumbnailAddress>& thumbnails);
 
 private:
     Task<> pickingUploads();
@@ -66,6 +79,7 @@ private:
 
     WindowActions& m_actions;
     PreferredFileDialogs& m_fileDialogs;
+    ThumbnailStore m_thumbnails;
     SidebarPresenter m_sidebar;
     HeaderPresenter m_header;
     LibraryPresenter m_library;

@@ -29,7 +29,7 @@ private:
     PendingAnswer<FileDialogAnswer> m_answer;
 };
 
-// For windows: as if the desktop had none, until the test says otherwise.
+// As if the desktop had none, until the test says otherwise.
 struct FakeDesktopDialogs {
     FakeFileDialogs desktop;
     PreferredFileDialogs preferred{desktop};

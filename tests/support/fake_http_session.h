@@ -59,6 +59,12 @@ public:
     }
 
     std::size_t waiting() const { return m_pending.size(); }
+    QList<QUrl> waitingUrls() const {
+        QList<QUrl> urls;
+        for (const Pending* pending : m_pending)
+            urls.append(pending->url);
+        return urls;
+    }
     QStringList takePaths() { return std::exchange(paths, {}); }
 
     QList<HttpRequest> sent;

@@ -1,6 +1,6 @@
+#include "fake_window_ports.h"
 #include "recording_actions.h"
 #include "sample_state.h"
-#include "support/fake_file_dialogs.h"
 
 #include "transfer/upload_names.h"
 #include "ui/window_presenter.h"
@@ -98,7 +98,7 @@ private Q_SLOTS:
 
 private:
     RecordingActions m_actions;
-    FakeDesktopDialogs m_dialogs;
+    FakeWindowPorts m_ports;
 };
 
 void ControlPresentersTest::rowsShowPlayerAndMove() {
@@ -141,7 +141,7 @@ void ControlPresentersTest::aMoveIsOfferedWhereItCanGo() {
     QCOMPARE(fileGroupRowState(row, context).moveTitle, QStringLiteral("Move to Internal"));
     QVERIFY(fileGroupRowState(row, context).canMove);
 
-    WindowPresenter presenter(m_actions, m_dialogs.preferred);
+    WindowPresenter presenter(m_actions, m_ports.ports);
     LibraryContent content = library({QStringLiteral("a.mkv"), QStringLiteral("b.mkv")});
     content.groupedFiles[1].storageLocation = QStringLiteral("usb");
     content.groupedFiles[0].group.video.reset();
@@ -155,7 +155,7 @@ void ControlPresentersTest::aMoveIsOfferedWhereItCanGo() {
 }
 
 void ControlPresentersTest::onlyTheRowsInViewAnswerForThePlayer() {
-    WindowPresenter presenter(m_actions, m_dialogs.preferred);
+    WindowPresenter presenter(m_actions, m_ports.ports);
     presenter.setSelectedDevice(bedroom);
     presenter.setContent(library({QStringLiteral("a.mkv"), QStringLiteral("b.mkv")}));
     const QSignalSpy changes(presenter.library()->rows(), &QAbstractItemModel::dataChanged);
@@ -280,7 +280,7 @@ void ControlPresentersTest::strangePositionsAreShownWithinBounds() {
 }
 
 void ControlPresentersTest::deletingIsAskedFirst() {
-    WindowPresenter presenter(m_actions, m_dialogs.preferred);
+    WindowPresenter presenter(m_actions, m_ports.ports);
     presenter.setSelectedDevice(bedroom);
     LibraryContent content = library({QStringLiteral("a.mkv")});
     content.groupedFiles[0].group.subtitles = {RemoteFile(), RemoteFile()};
@@ -310,7 +310,7 @@ void ControlPresentersTest::uploadsAreListedAndMarkTheirRows() {
     item.progress = 0.379;
     QCOMPARE(uploadStatusText(item), QStringLiteral("Uploading  37%  -- B/s"));
 
-    WindowPresenter presenter(m_actions, m_dialogs.preferred);
+    WindowPresenter presenter(m_actions, m_ports.ports);
     presenter.setSelectedDevice(bedroom);
     presenter.setUploads({item}, {uploadMatchKey(item.fileName)});
     QCOMPARE(presenter.library()->phase(), Phase::List); // also without a library
@@ -413,26 +413,26 @@ void ControlPresentersTest::aPlaceToSaveToIsChosen() {
 }
 
 void ControlPresentersTest::theDesktopsDialogsComeFirst() {
-    m_dialogs.desktop.isOffered = true;
+    m_ports.dialogs.desktop.isOffered = true;
     m_actions.calls.clear();
     {
-        WindowPresenter presenter(m_actions, m_dialogs.preferred);
+        WindowPresenter presenter(m_actions, m_ports.ports);
         presenter.pickUploads();
-        QCOMPARE(m_dialogs.desktop.requests.constLast().purpose,
+        QCOMPARE(m_ports.dialogs.desktop.requests.constLast().purpose,
                  FileDialogRequest::Purpose::OpenSeveral);
-        m_dialogs.desktop.answer(QList<QUrl>()); // cancelled
+        m_ports.dialogs.desktop.answer(QList<QUrl>()); // cancelled
         QVERIFY(!presenter.fileChooser()->isShown());
         presenter.pickUploads();
-        m_dialogs.desktop.answer(QList<QUrl>{QUrl(QStringLiteral("file:///a.mkv"))});
+        m_ports.dialogs.desktop.answer(QList<QUrl>{QUrl(QStringLiteral("file:///a.mkv"))});
         QTRY_COMPARE(m_actions.calls, QStringList(QStringLiteral("pick a.mkv")));
         presenter.pickUploads();
         presenter.pickUploads(); // the first closes
-        QCOMPARE(m_dialogs.desktop.dropped, 1);
-        m_dialogs.desktop.answer(std::nullopt); // went away
+        QCOMPARE(m_ports.dialogs.desktop.dropped, 1);
+        m_ports.dialogs.desktop.answer(std::nullopt); // went away
         QTRY_VERIFY(presenter.fileChooser()->isShown());
         presenter.pickUploads();
     }
-    QCOMPARE(m_dialogs.desktop.dropped, 2); // with the window
+    QCOMPARE(m_ports.dialogs.desktop.dropped, 2); // with the window
     QCOMPARE(m_actions.calls.size(), 1);
 }
 

@@ -2,6 +2,7 @@
 
 #include "support/model_fixture.h"
 #include "ui/main_window.h"
+#include "ui/window_presenter.h"
 
 #include <QQuickWindow>
 #include <QTest>
@@ -25,7 +26,7 @@ const QByteArray oneVideo =
     R"({"files":[{"name":"a.mkv","kind":"VIDEO","sizeBytes":1}],"videos":[]})";
 
 struct Desk : ModelFixture {
-    Desk() : window(model, dialogs.preferred) { window.show(); }
+    Desk() : window(model, {dialogs.preferred, http, clock}) { window.show(); }
 
     void announceTv() {
         browser.announce(serviceAt(QStringLiteral("tv"), {10, 0, 0, 2}, 8080));

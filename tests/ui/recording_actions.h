@@ -29,6 +29,10 @@ public:
     void startMove(const QString& videoName, const QString& target) override {
         calls.append(QStringLiteral("move %1 to %2").arg(videoName, target));
     }
+    void downloadFile(const RemoteFile& file) override {
+        calls.append(QStringLiteral("download ") + file.name);
+    }
+    void cancelDownload() override { calls.append(QStringLiteral("cancel download")); }
     void deleteGroup(const FileGroup& group) override {
         calls.append(QStringLiteral("delete ") + group.title);
     }

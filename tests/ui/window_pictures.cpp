@@ -3,16 +3,19 @@
 #include "accessible_tree.h"
 #include "recording_actions.h"
 #include "sample_state.h"
-#include "support/fake_file_dialogs.h"
 
+#include "support/fake_file_dialogs.h"
 #include "transfer/upload_names.h"
 #include "ui/graphics_choice.h"
 #include "ui/window_presenter.h"
 #include "ui/window_view.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFont>
 #include <QGuiApplication>
+#include <QLinearGradient>
+#include <QPainter>
 #include <QPalette>
 #include <QQuickWindow>
 #include <QTest>
@@ -81,10 +84,28 @@ Task<> save(FileChooserPresenter& chooser) {
     co_await std::move(asking);
 }
 
+// A TV that has a picture of every video but one.
+class PictureTv final : public HttpSession {
+public:
+    Task<HttpReply> send(HttpRequest request) override {
+        const auto hue = qHash(request.url) % 360;
+        QImage picture(320, 180, QImage::Format_RGB32);
+        QLinearGradient gradient(0, 0, 320, 180);
+        gradient.setColorAt(0, QColor::fromHsv(int(hue), 110, 90));
+        gradient.setColorAt(1, QColor::fromHsv(int(hue), 90, 200));
+        QPainter(&picture).fillRect(picture.rect(), gradient);
+        QBuffer buffer;
+        picture.save(&buffer, "JPEG");
+        co_return HttpReply{request.url.contains("d.mkv") ? 404 : 200, {}, buffer.data()};
+    }
+};
+
 class Pictures {
 public:
     explicit Pictures(const QString& directory)
-        : m_directory(directory), m_presenter(m_actions, m_dialogs.preferred), m_view(m_presenter) {
+        : m_directory(directory),
+          m_presenter(m_actions, {m_dialogs.preferred, m_tv, m_clock}),
+          m_view(m_presenter) {
         m_view.window()->show();
     }
 
@@ -97,6 +118,7 @@ public:
     void showTv() {
         m_presenter.setDiscoveredDevices(sampleTvs());
         m_presenter.setSelectedDevice(sampleTvs().constFirst());
+        m_presenter.setThumbnails(ThumbnailAddress{QUrl(QStringLiteral("http://tv:1")), {}});
         m_presenter.setContent(sampleContent());
         m_presenter.setStatusMessage(QStringLiteral("Found 3 TV device(s)"));
     }
@@ -106,6 +128,7 @@ public:
     }
     void takeControls(const QString& prefix);
     void takeUploads(const QString& prefix);
+    void takeDownloads(const QString& prefix);
 
     void showPairing() {
         PairingState pairing;
@@ -121,6 +144,8 @@ private:
     QDir m_directory;
     RecordingActions m_actions;
     FakeDesktopDialogs m_dialogs;
+    PictureTv m_tv;
+    SystemClock m_clock;
     WindowPresenter m_presenter;
     WindowView m_view;
 };
@@ -142,6 +167,21 @@ void Pictures::takeUploads(const QString& prefix) {
     take(prefix + QStringLiteral("save"), {1040, 700});
     m_presenter.fileChooser()->cancel();
     m_presenter.setUploads({}, {});
+}
+
+void Pictures::takeDownloads(const QString& prefix) {
+    m_presenter.setDownload({true, 0.48, QStringLiteral("d.mkv")});
+    take(prefix + QStringLiteral("download"));
+    const QAccessibleInterface* cancel =
+        findAccessible(m_view.window(), QAccessible::Button, QStringLiteral("Cancel download"));
+    QTest::mouseMove(m_view.window(), m_view.window()->mapFromGlobal(cancel->rect().center()));
+    take(prefix + QStringLiteral("download-hovered"));
+    take(prefix + QStringLiteral("download-narrow"), {1040, 700});
+    QTest::mouseMove(m_view.window(), QPoint(1, 1));
+    m_presenter.setDownload({});
+    press("Download");
+    take(prefix + QStringLiteral("download-menu"), {1040, 700});
+    QTest::keyClick(m_view.window(), Qt::Key_Escape);
 }
 
 void Pictures::takeControls(const QString& prefix) {
@@ -173,6 +213,7 @@ void Pictures::takeAll(const QString& prefix) {
     take(prefix + QStringLiteral("library"));
     takeControls(prefix);
     takeUploads(prefix);
+    takeDownloads(prefix);
     for (int step = 0; step < 4; ++step)
         QTest::keyClick(m_view.window(), Qt::Key_Tab);
     QTest::keyClick(m_view.window(), Qt::Key_Down);

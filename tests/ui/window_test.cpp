@@ -1,8 +1,9 @@
 #include "accessible_tree.h"
+#include "fake_window_ports.h"
 #include "recording_actions.h"
 #include "sample_state.h"
-#include "support/fake_file_dialogs.h"
 
+#include "transfer/upload_names.h"
 #include "ui/graphics_choice.h"
 #include "ui/window_presenter.h"
 #include "ui/window_view.h"
@@ -15,6 +16,7 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
+#include <QUrlQuery>
 
 using namespace quiv;
 
@@ -71,6 +73,8 @@ private Q_SLOTS:
     void focusStaysInTheSheet();
     void arrowKeysWalkTheLibrary();
     void aRefreshKeepsPlaceAndCurrentRow();
+    void scrollingFastFetchesFewPictures();
+    void aDownloadIsChosenAndCancelled();
     void draggingTheKnobSeeksOnce();
     void menusTakeTheKeyboard();
     void aRowsControlsAskForIt();
@@ -96,7 +100,7 @@ private:
     QQuickItem* libraryList() const;
 
     RecordingActions m_actions;
-    FakeDesktopDialogs m_dialogs;
+    FakeWindowPorts m_ports;
     QStringList m_opened;
     std::unique_ptr<WindowPresenter> m_presenter;
     std::unique_ptr<WindowView> m_view;
@@ -115,7 +119,7 @@ void WindowTest::cleanupTestCase() {
 void WindowTest::init() {
     QTest::failOnWarning(QRegularExpression(QStringLiteral("qrc:|qml")));
     m_actions.calls.clear();
-    m_presenter = std::make_unique<WindowPresenter>(m_actions, m_dialogs.preferred);
+    m_presenter = std::make_unique<WindowPresenter>(m_actions, m_ports.ports);
     m_view = std::make_unique<WindowView>(*m_presenter);
     QVERIFY(window());
     window()->show();
@@ -342,6 +346,59 @@ void WindowTest::aRefreshKeepsPlaceAndCurrentRow() {
     QTRY_COMPARE(list->property("currentIndex").toInt(), 50'001);
     QTRY_VERIFY(find(QAccessible::ListItem, "video 50000"));
     QCOMPARE(find(QAccessible::ListItem, "video 50000")->rect(), onScreen);
+}
+
+void WindowTest::scrollingFastFetchesFewPictures() {
+    m_presenter->setSelectedDevice(bedroom);
+    m_presenter->setThumbnails(ThumbnailAddress{QUrl(QStringLiteral("http://tv:1")), {}});
+    m_presenter->setContent(contentOf(sampleRows(100'000)));
+    QQuickItem* list = libraryList();
+    QVERIFY(list);
+    QTRY_VERIFY(m_ports.http.waiting() > 0);
+    for (int step = 1; step <= 200; ++step) {
+        list->setProperty("contentY", step * 20'000.5);
+        window()->grabWindow(); // lays everything out
+        QVERIFY(m_ports.http.waiting() <= 4);
+    }
+    QTRY_COMPARE(m_ports.http.waiting(), 4u);
+    const QStringList shown = accessibleNames(window(), QAccessible::ListItem);
+    for (const QUrl& url : m_ports.http.waitingUrls()) {
+        const QString name = QUrlQuery(url).queryItemValue(QStringLiteral("name"));
+        QVERIFY2(shown.contains(name.chopped(4)), qPrintable(name)); // without ".mkv"
+    }
+    m_presenter->library()->search(QStringLiteral("nothing like it"));
+    QTRY_COMPARE(m_ports.http.waiting(), 0u);
+}
+
+void WindowTest::aDownloadIsChosenAndCancelled() {
+    LibraryRow row = sampleRow(QStringLiteral("b.mkv"), QStringLiteral("B"));
+    row.group.subtitles = {{QStringLiteral("A.srt"), QStringLiteral("subtitle"), 1, {}},
+                           {QStringLiteral("c.nfo"), QStringLiteral("OTHER"), 1, {}}};
+    m_presenter->setSelectedDevice(bedroom);
+    m_presenter->setContent(contentOf({row}));
+    m_actions.calls.clear();
+    QTRY_VERIFY(find(QAccessible::Button, "Download"));
+    QVERIFY(press(QAccessible::Button, "Download"));
+    QTRY_VERIFY(find(QAccessible::Button, "A.srt"));
+    QCOMPARE(m_presenter->library()->downloadMenu()->symbols(),
+             QStringList({QStringLiteral("captions.bubble"), QStringLiteral("film"),
+                          QStringLiteral("doc")}));
+    key(Qt::Key_Down);
+    key(Qt::Key_Return);
+    QCOMPARE(m_actions.calls, QStringList(QStringLiteral("download b.mkv")));
+    QTRY_VERIFY(!find(QAccessible::Button, "A.srt"));
+
+    m_presenter->setDownload({true, 1.3, QStringLiteral("a (2).SRT")}); // one of the row's files
+    QVERIFY(!find(QAccessible::Button, "Download"));
+    QAccessibleInterface* progress = find(QAccessible::Button, "Cancel download");
+    QVERIFY(progress);
+    QCOMPARE(progress->text(QAccessible::Description), QStringLiteral("100%"));
+    QVERIFY(press(QAccessible::Button, "Cancel download"));
+    QCOMPARE(m_actions.calls.last(), QStringLiteral("cancel download"));
+    m_presenter->setDownload({true, -0.2, QStringLiteral("other.mkv")});
+    QVERIFY(find(QAccessible::Button, "Download"));
+    m_presenter->setUploads({}, {uploadMatchKey(QStringLiteral("b.mkv"))});
+    QVERIFY(!m_presenter->library()->offerDownloads(QStringLiteral("b.mkv")));
 }
 
 void WindowTest::draggingTheKnobSeeksOnce() {

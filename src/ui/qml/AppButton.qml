@@ -10,6 +10,7 @@ T.Button {
     property int kind: AppButton.Bordered
     property string symbol
     property string widestText: text // room is kept for it, so that columns of buttons line up
+    property bool opensMenu: false         // says so with an arrow
     property bool isCompact: false   // the symbol alone; the label becomes the tool tip
     readonly property bool prominent: kind === AppButton.Prominent
     readonly property color prominentInk: enabled ? Theme.accentInk : Theme.tertiaryText
@@ -31,6 +32,7 @@ T.Button {
         symbol: button.symbol
         text: button.isCompact ? "" : button.text
         widestText: button.isCompact ? "" : button.widestText
+        hasArrow: button.opensMenu && !button.isCompact
         font: button.font
         ink: button.prominent ? button.prominentInk : button.borderedInk
     }

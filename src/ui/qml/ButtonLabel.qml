@@ -9,6 +9,7 @@ Item {
     required property string widestText
     required property font font
     required property color ink
+    property bool hasArrow: false // down, after the text
     readonly property bool reservesRoom: widestText !== text
 
     implicitWidth: row.implicitWidth
@@ -36,6 +37,13 @@ Item {
             font: label.font
             color: label.ink
             Accessible.ignored: true
+        }
+        AppIcon {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: label.hasArrow
+            name: "chevron.down"
+            colour: label.ink
+            size: Theme.scaled(10)
         }
     }
 

@@ -7,12 +7,13 @@ T.AbstractButton {
     id: entry
 
     required property bool isMarked
+    property string symbol // of its own, else the mark
     required property bool isCurrent
 
     horizontalPadding: 9
     focusPolicy: Qt.NoFocus
     Accessible.name: text
-    Accessible.checkable: true
+    Accessible.checkable: symbol === ""
     Accessible.checked: isMarked
     Accessible.onPressAction: clicked()
 
@@ -20,14 +21,15 @@ T.AbstractButton {
         spacing: 8
 
         AppIcon {
-            opacity: entry.isMarked ? 1 : 0
-            name: "checkmark"
-            colour: Theme.accent
-            size: Theme.scaled(13)
+            opacity: entry.isMarked || entry.symbol !== "" ? 1 : 0
+            name: entry.symbol === "" ? "checkmark" : entry.symbol
+            colour: entry.symbol === "" ? Theme.accent : Theme.secondaryText
+            size: Theme.scaled(entry.symbol === "" ? 13 : 16)
         }
         PlainText {
             Layout.fillWidth: true
             text: entry.text
+            elide: Text.ElideMiddle
             Accessible.ignored: true
         }
     }

@@ -9,14 +9,15 @@ ListView {
 
     required property string label
     required property var choices // texts
+    property var symbols: []      // of the choices, if they have any
     required property int markedIndex
     required property int rowHeight
 
     signal chosen(index: int)
 
     function begin() {
-        currentIndex = markedIndex
-        positionViewAtIndex(markedIndex, ListView.Contain)
+        currentIndex = Math.max(0, markedIndex)
+        positionViewAtIndex(currentIndex, ListView.Contain)
         forceActiveFocus()
     }
 
@@ -48,6 +49,7 @@ ListView {
         width: list.width
         height: list.rowHeight
         text: modelData
+        symbol: list.symbols[index] ?? ""
         isMarked: index === list.markedIndex
         isCurrent: entry.ListView.isCurrentItem
         onHoveredChanged: if (hovered) list.currentIndex = index

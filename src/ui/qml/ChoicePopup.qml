@@ -7,6 +7,7 @@ T.Popup {
 
     required property string label
     required property var choices
+    property var symbols: []
     required property int currentIndex
     readonly property int rowHeight: Theme.scaled(28)
 
@@ -47,6 +48,7 @@ T.Popup {
     contentItem: ChoiceList {
         label: popup.label
         choices: popup.choices
+        symbols: popup.symbols
         markedIndex: popup.currentIndex
         rowHeight: popup.rowHeight
         onChosen: index => popup.choose(index)

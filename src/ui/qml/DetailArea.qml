@@ -40,6 +40,7 @@ Item {
             Layout.topMargin: -6 // rows bring a margin of their own
             presenter: area.presenter.library
             uploads: area.presenter.uploads
+            thumbnails: area.presenter.thumbnails
             isCompact: area.Window.width < Theme.compactBelow
         }
         MacTVPlaybackDock {

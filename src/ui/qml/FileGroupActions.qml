@@ -11,6 +11,8 @@ Row {
 
     signal moveRequested()
     signal attachRequested()
+    signal downloadRequested(button: Item)
+    signal downloadCancelled()
     signal deleteRequested()
 
     spacing: 6
@@ -31,6 +33,13 @@ Row {
         enabled: actions.content.hasVideo
         focusPolicy: actions.focusPolicy
         onClicked: actions.attachRequested()
+    }
+    DownloadArea {
+        content: actions.content
+        isCompact: actions.isCompact
+        focusPolicy: actions.focusPolicy
+        onDownloadRequested: button => actions.downloadRequested(button)
+        onDownloadCancelled: actions.downloadCancelled()
     }
     AppButton {
         kind: AppButton.Destructive

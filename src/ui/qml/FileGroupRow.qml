@@ -7,6 +7,7 @@ Item {
     id: row
 
     required property fileGroupRowState content
+    required property ThumbnailStore thumbnails
     property bool isCurrent: false
     property bool isCompact: false
     readonly property int focusPolicy: isCurrent ? Qt.TabFocus : Qt.NoFocus // one row's at a time
@@ -14,6 +15,8 @@ Item {
     signal playRequested()
     signal moveRequested()
     signal attachRequested()
+    signal downloadRequested(button: Item)
+    signal downloadCancelled()
     signal deleteRequested()
 
     implicitHeight: lines.implicitHeight + 18
@@ -47,7 +50,12 @@ Item {
         RowLayout {
             spacing: 12
 
-            Thumbnail { id: thumbnail }
+            CachedThumbnailView {
+                id: thumbnail
+
+                store: row.thumbnails
+                source: row.content.thumbnailURL
+            }
             ColumnLayout {
                 Layout.fillWidth: true
                 spacing: 3
@@ -98,6 +106,8 @@ Item {
                 focusPolicy: row.focusPolicy
                 onMoveRequested: row.moveRequested()
                 onAttachRequested: row.attachRequested()
+                onDownloadRequested: button => row.downloadRequested(button)
+                onDownloadCancelled: row.downloadCancelled()
                 onDeleteRequested: row.deleteRequested()
             }
         }

@@ -7,6 +7,7 @@ Item {
 
     required property LibraryPresenter presenter
     required property UploadsPresenter uploads
+    required property ThumbnailStore thumbnails
     property bool isCompact: false
     readonly property int stateWidth: Math.min(width - 2 * Theme.padding, Theme.scaled(460))
 
@@ -30,6 +31,7 @@ Item {
         anchors.rightMargin: 2
         visible: area.presenter.phase === LibraryPresenter.List
         presenter: area.presenter
+        thumbnails: area.thumbnails
         isCompact: area.isCompact
     }
     EmptyState {

@@ -9,6 +9,7 @@ ListView {
     id: list
 
     required property LibraryPresenter presenter
+    required property ThumbnailStore thumbnails
     property bool isCompact: false
     readonly property int rowsPerPage: Math.max(1, Math.floor(height / Math.max(1, rowHeight)))
     readonly property real rowHeight: currentItem ? currentItem.height : 86
@@ -37,6 +38,12 @@ ListView {
     Accessible.name: "Library"
     T.ScrollBar.vertical: AppScrollBar {}
 
+    DownloadMenu {
+        id: downloads
+
+        presenter: list.presenter.downloadMenu
+    }
+
     delegate: FileGroupRow {
         id: row
 
@@ -45,9 +52,15 @@ ListView {
         width: list.width - 8 // beside the scroll bar
         isCurrent: row.ListView.isCurrentItem && list.activeFocus
         isCompact: list.isCompact
+        thumbnails: list.thumbnails
         onPlayRequested: list.presenter.playOrPause(key)
         onMoveRequested: list.presenter.moveStorage(key)
         onAttachRequested: list.presenter.attachSubtitle(key)
+        onDownloadRequested: button => {
+            if (list.presenter.offerDownloads(key))
+                downloads.openAt(button)
+        }
+        onDownloadCancelled: list.presenter.cancelDownload()
         onDeleteRequested: list.presenter.requestDelete(key)
         // A row kept for reuse would still be there for assistive technology.
         ListView.onPooled: visible = false

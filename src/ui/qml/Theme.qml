@@ -43,6 +43,7 @@ QtObject {
 
     readonly property color stripFill: dark ? "#24ff9f0a" : "#1fff9500"
     readonly property color stripLabel: dark ? "#ffbe85" : "#8c330d"
+    readonly property color progressFill: "#248e8e93"
     readonly property color placeholderFill: dark ? "#338e8e93" : "#338e8e93"
 
     readonly property real scale: Appearance.fontPixelSize / 13

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "support/fake_clock.h"
+#include "support/fake_file_dialogs.h"
+#include "support/fake_http_session.h"
+#include "ui/window_presenter.h"
+
+namespace quiv {
+
+// What a window works with, in the test's hand.
+struct FakeWindowPorts {
+    FakeDesktopDialogs dialogs;
+    FakeHttpSession http;
+    FakeClock clock;
+    WindowPorts ports{dialogs.preferred, http, clock};
+};
+
+} // namespace quiv
