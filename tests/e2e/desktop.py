@@ -61,6 +61,11 @@ class Desktop:
         self._processes.append(process)
         return process
 
+    def stop(self, process):
+        process.terminate()
+        process.wait(20)
+        self._processes.remove(process)
+
     def _start_display(self):
         read, write = os.pipe()
         self.start("Xvfb", "-displayfd", str(write), "-screen", "0", self.SIZE + "x24",
@@ -120,9 +125,7 @@ class Desktop:
         held()
         self._xdotool("mouseup", "1")
         taken()
-        source.terminate()
-        source.wait(20)
-        self._processes.remove(source)
+        self.stop(source)
 
     def _xdotool(self, *arguments):
         subprocess.run(["xdotool", *arguments], env=self.environment, check=True)

@@ -20,6 +20,11 @@ class Television:
         with urllib.request.urlopen(self.told[base] + path) as reply:
             return json.load(reply)
 
+    def statuses(self, method, path):
+        """What each such request was answered with, 0 for not at all."""
+        return [request["status"] for request in self.get("/requests", "Control")["requests"]
+                if (request["method"], request["path"]) == (method, path)]
+
     def requests(self, method, path):
         """The query of each such request it received, oldest first."""
         return [{item["name"]: item["value"] for item in request["query"]}
