@@ -11,7 +11,6 @@
 #include "platform/process_still_extractor.h"
 #include "platform/settings_store.h"
 #include "platform/system_log.h"
-#include "ui/window_presenter.h"
 
 #include <memory>
 
@@ -26,7 +25,10 @@ public:
         : m_settings(settingsPath), m_portalDialogs(std::move(parentWindow)) {}
 
     OmbraMacModel& model() { return m_model; }
-    WindowPorts windowPorts() { return {m_fileDialogs, m_http, m_clock}; }
+    // What the window works with besides.
+    PreferredFileDialogs& fileDialogs() { return m_fileDialogs; }
+    HttpSession& http() { return m_http; }
+    Clock& clock() { return m_clock; }
 
 private:
     SystemClock m_clock;

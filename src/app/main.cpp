@@ -62,7 +62,8 @@ int main(int argc, char* argv[]) {
     QGuiApplication app(argc, argv);
     const TerminationSignals termination;
     quiv::Composition composition(dialogParent);
-    quiv::MainWindow window(composition.model(), composition.windowPorts());
+    quiv::MainWindow window(composition.model(),
+                            {composition.fileDialogs(), composition.http(), composition.clock()});
     if (!window.show()) {
         std::fputs("quiv-controller: the window could not be loaded\n", stderr);
         return 1;

@@ -70,7 +70,8 @@ public:
     }
 
     Waiting wait(std::function<void()> dropped = {}) {
-        m_state->dropped = std::move(dropped);
+        if (!m_state->value)
+            m_state->dropped = std::move(dropped);
         return Waiting(m_state);
     }
 

@@ -1,5 +1,7 @@
 #include "platform/process_still_extractor.h"
 
+#include "platform/pending_answer.h"
+
 #include <QCoreApplication>
 #include <QSet>
 #include <QTimer>
@@ -49,49 +51,8 @@ bool canBeArgument(const QString& path) {
 
 // Shared by the task that awaits it and the extractor.
 struct ProcessStillExtractor::Request {
-    ProcessStillExtractor* extractor; // none once it is answered
     QString path;
-    std::optional<QByteArray> still;
-    std::coroutine_handle<> task; // none once that has gone
-
-    static void answer(const std::shared_ptr<Request>& request, std::optional<QByteArray> still) {
-        request->extractor = nullptr;
-        request->still = std::move(still);
-        QMetaObject::invokeMethod(
-            qApp,
-            [request] {
-                if (const auto task = std::exchange(request->task, nullptr))
-                    task.resume();
-            },
-            Qt::QueuedConnection);
-    }
-};
-
-// What the task awaits.
-class ProcessStillExtractor::Waiting {
-public:
-    Waiting(ProcessStillExtractor& extractor, QString path)
-        : m_request(
-              std::make_shared<Request>(Request{&extractor, std::move(path), std::nullopt, {}})) {}
-    Waiting(Waiting&&) noexcept = default;
-    Waiting& operator=(Waiting&&) = delete;
-    ~Waiting() {
-        if (!m_request)
-            return;
-        m_request->task = nullptr;
-        if (m_request->extractor)
-            m_request->extractor->withdraw(*m_request);
-    }
-
-    bool await_ready() const noexcept { return false; }
-    void await_suspend(std::coroutine_handle<> task) {
-        m_request->task = task;
-        m_request->extractor->enqueue(m_request);
-    }
-    std::optional<QByteArray> await_resume() { return std::move(m_request->still); }
-
-private:
-    std::shared_ptr<Request> m_request;
+    PendingAnswer<std::optional<QByteArray>> answer{};
 };
 
 // One process at work.
@@ -112,9 +73,9 @@ ProcessStillExtractor::ProcessStillExtractor(QString program, std::chrono::milli
 
 ProcessStillExtractor::~ProcessStillExtractor() {
     for (const auto& request : m_waiting)
-        Request::answer(request, std::nullopt);
+        request->answer.give(std::nullopt);
     for (const Run& run : m_running)
-        Request::answer(run.request, std::nullopt);
+        run.request->answer.give(std::nullopt);
 }
 
 QString ProcessStillExtractor::standardProgram() {
@@ -122,17 +83,15 @@ QString ProcessStillExtractor::standardProgram() {
 }
 
 Task<std::optional<QByteArray>> ProcessStillExtractor::makeUploadThumbnail(QString path) {
-    Waiting waiting(*this, std::move(path));
-    co_return co_await std::move(waiting);
-}
-
-void ProcessStillExtractor::enqueue(std::shared_ptr<Request> request) {
-    if (!canBeArgument(request->path)) {
-        Request::answer(request, std::nullopt);
-        return;
+    const auto request = std::make_shared<Request>(Request{std::move(path)});
+    if (canBeArgument(request->path)) {
+        m_waiting.push_back(request);
+        startWaitingLater();
+    } else {
+        request->answer.give(std::nullopt);
     }
-    m_waiting.push_back(std::move(request));
-    startWaitingLater();
+    auto waiting = request->answer.wait([this, request = request.get()] { withdraw(*request); });
+    co_return co_await std::move(waiting);
 }
 
 void ProcessStillExtractor::withdraw(const Request& request) {
@@ -195,7 +154,7 @@ void ProcessStillExtractor::collectOutput(Run& run) {
 void ProcessStillExtractor::finish(Run& run, std::optional<QByteArray> still) {
     const std::shared_ptr<Request> request = run.request;
     m_running.remove_if([&](const Run& other) { return &other == &run; });
-    Request::answer(request, std::move(still));
+    request->answer.give(std::move(still));
     startWaitingLater();
 }
 

@@ -30,10 +30,8 @@ public:
 
 private:
     struct Request;
-    class Waiting;
     struct Run;
 
-    void enqueue(std::shared_ptr<Request> request);
     void withdraw(const Request& request);
     void startWaitingLater();
     void startWaiting();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/window_ports.h"
+
 #include <memory>
 
 class QQuickWindow;
@@ -7,7 +9,6 @@ class QQuickWindow;
 namespace quiv {
 
 class OmbraMacModel;
-struct WindowPorts;
 
 // The application's one window.
 //

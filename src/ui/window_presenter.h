@@ -1,8 +1,5 @@
 #pragma once
 
-#include "platform/clock.h"
-#include "platform/file_dialogs.h"
-#include "platform/http_session.h"
 #include "platform/task.h"
 #include "ui/delete_prompt_presenter.h"
 #include "ui/dock_presenter.h"
@@ -14,16 +11,9 @@
 #include "ui/subtitle_rename_presenter.h"
 #include "ui/thumbnail_store.h"
 #include "ui/uploads_presenter.h"
+#include "ui/window_ports.h"
 
 namespace quiv {
-
-// What the window itself works with; each outlives it. Files are chosen by `fileDialogs`, which ask
-// in the window where the desktop cannot; pictures are fetched over `http`.
-struct WindowPorts {
-    PreferredFileDialogs& fileDialogs;
-    HttpSession& http;
-    Clock& clock;
-};
 
 // All that the window's views bind to. Takes the model's state piece by piece and hands each piece
 // to the presenters that show it; what the user does goes to `actions`, which must outlive this.

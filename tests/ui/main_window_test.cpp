@@ -2,7 +2,6 @@
 
 #include "support/model_fixture.h"
 #include "ui/main_window.h"
-#include "ui/window_presenter.h"
 
 #include <QQuickWindow>
 #include <QTest>
