@@ -20,38 +20,12 @@ T.Button {
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 
-    contentItem: Item {
-        implicitWidth: label.implicitWidth
-
-        ProgressLine {
-            id: line
-
-            anchors.verticalCenter: parent.verticalCenter
-            visible: !button.offersCancel
-            width: 52
-            fraction: button.fraction
-            label: "Download"
-        }
-        PlainText {
-            anchors.left: line.right
-            anchors.leftMargin: 9
-            anchors.verticalCenter: parent.verticalCenter
-            visible: !button.offersCancel
-            text: button.percentText
-            font: Theme.caption
-            Accessible.ignored: true
-        }
-        ButtonLabel {
-            id: label
-
-            anchors.fill: parent
-            visible: button.offersCancel
-            symbol: ""
-            text: button.text
-            widestText: text
-            font: button.font
-            ink: Theme.destructive
-        }
+    contentItem: DownloadProgressLabel {
+        fraction: button.fraction
+        percentText: button.percentText
+        offersCancel: button.offersCancel
+        cancelText: button.text
+        font: button.font
     }
 
     background: Rectangle {
