@@ -1,43 +1,17 @@
-#include "accessible_tree.h"
-#include "fake_window_ports.h"
-#include "recording_actions.h"
-#include "sample_state.h"
+#include "window_fixture.h"
 
-#include "transfer/upload_names.h"
 #include "ui/graphics_choice.h"
-#include "ui/window_presenter.h"
-#include "ui/window_view.h"
 
 #include <QDesktopServices>
 #include <QDropEvent>
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QPalette>
-#include <QQuickItem>
-#include <QQuickWindow>
 #include <QTest>
-#include <QUrlQuery>
 
 using namespace quiv;
 
 namespace {
-
-const TVEndpoint bedroom = sampleTv(QStringLiteral("Bedroom"), QStringLiteral("10.0.0.2"));
-const TVEndpoint kitchen = sampleTv(QStringLiteral("Kitchen"), QStringLiteral("10.0.0.3"));
-
-LibraryContent contentOf(QList<LibraryRow> rows) {
-    LibraryContent content;
-    content.groupedFiles = std::move(rows);
-    return content;
-}
-
-PlaybackResponse playingVideo(const char* name = "a.mkv") {
-    PlaybackResponse playback;
-    playback.currentVideoName = QString::fromLatin1(name);
-    playback.isPlaying = true;
-    playback.durationMs = 7'200'000;
-    return playback;
-}
 
 PairingState pairingRequired() {
     PairingState pairing;
@@ -48,7 +22,7 @@ PairingState pairingRequired() {
 } // namespace
 
 // The real views, driven by what the model would tell, as a user and a screen reader meet them.
-class WindowTest : public QObject {
+class WindowTest : public QObject, protected WindowFixture {
     Q_OBJECT
 
 public Q_SLOTS:
@@ -57,8 +31,8 @@ public Q_SLOTS:
 private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
-    void init();
-    void cleanup();
+    void init() { open(); }
+    void cleanup() { close(); }
 
     void withoutATvItTellsHowToGetOne();
     void theLinkOpensThePageOfSupportedTvs();
@@ -67,85 +41,25 @@ private Q_SLOTS:
     void typingSearches();
     void anotherTvClearsTheSearchField();
     void hostileTextIsShownAsItIs();
-    void rowsAreReadOut();
     void theSheetTakesTheCode();
     void escapePutsTheSheetAwayOnly();
     void focusStaysInTheSheet();
-    void arrowKeysWalkTheLibrary();
-    void aRefreshKeepsPlaceAndCurrentRow();
-    void scrollingFastFetchesFewPictures();
-    void aDownloadIsChosenAndCancelled();
     void draggingTheKnobSeeksOnce();
     void menusTakeTheKeyboard();
-    void aRowsControlsAskForIt();
-    void aRefreshOfThePlayerKeepsTheRows();
     void filesDroppedOnTheWindowAreUploaded();
     void coloursFollowTheDesktop();
     void anEmulatedOpenGlIsNotUsed();
 
 private:
-    QQuickWindow* window() const { return m_view->window(); }
-    QAccessibleInterface* find(QAccessible::Role role, const char* name) const {
-        return findAccessible(window(), role, QString::fromUtf8(name));
-    }
-    bool press(QAccessible::Role role, const char* name) const {
-        return pressAccessible(window(), role, QString::fromUtf8(name));
-    }
-    bool shows(const QString& text) const {
-        return findAccessible(window(), QAccessible::StaticText, text) != nullptr;
-    }
-    void click(QAccessible::Role role, const char* name) const;
-    void typeText(const QString& text) const;
-    void key(Qt::Key key) const { QTest::keyClick(window(), key); }
-    QQuickItem* libraryList() const;
-
-    RecordingActions m_actions;
-    FakeWindowPorts m_ports;
     QStringList m_opened;
-    std::unique_ptr<WindowPresenter> m_presenter;
-    std::unique_ptr<WindowView> m_view;
 };
 
 void WindowTest::initTestCase() {
-    chooseGraphics();
-    QAccessible::setActive(true);
     QDesktopServices::setUrlHandler(QStringLiteral("https"), this, "openAddress");
 }
 
 void WindowTest::cleanupTestCase() {
     QDesktopServices::unsetUrlHandler(QStringLiteral("https"));
-}
-
-void WindowTest::init() {
-    QTest::failOnWarning(QRegularExpression(QStringLiteral("qrc:|qml")));
-    m_actions.calls.clear();
-    m_presenter = std::make_unique<WindowPresenter>(m_actions, m_ports.ports);
-    m_view = std::make_unique<WindowView>(*m_presenter);
-    QVERIFY(window());
-    window()->show();
-    QVERIFY(QTest::qWaitForWindowActive(window()));
-}
-
-void WindowTest::cleanup() {
-    m_view.reset();
-    m_presenter.reset();
-}
-
-void WindowTest::click(QAccessible::Role role, const char* name) const {
-    QAccessibleInterface* element = find(role, name);
-    QVERIFY(element);
-    const QPoint middle = element->rect().center();
-    QTest::mouseClick(window(), Qt::LeftButton, {}, window()->mapFromGlobal(middle));
-}
-
-void WindowTest::typeText(const QString& text) const {
-    for (const QChar character : text)
-        QTest::keyClick(window(), character.toLatin1());
-}
-
-QQuickItem* WindowTest::libraryList() const {
-    QAccessibleInterface* list = find(QAccessible::List, "Library");
-    return list ? qobject_cast<QQuickItem*>(list->object()) : nullptr;
 }
 
 void WindowTest::withoutATvItTellsHowToGetOne() {
@@ -246,19 +160,6 @@ void WindowTest::hostileTextIsShownAsItIs() {
         QCOMPARE(text->property("textFormat").toInt(), int(Qt::PlainText));
 }
 
-void WindowTest::rowsAreReadOut() {
-    LibraryRow row = sampleRow(QStringLiteral("a.mkv"), QStringLiteral("Glacier Road"));
-    row.group.reportedSubtitleCount = 2;
-    row.storageLocation = QStringLiteral("USB");
-    m_presenter->setSelectedDevice(bedroom);
-    m_presenter->setContent(contentOf({row}));
-    QTRY_VERIFY(find(QAccessible::ListItem, "Glacier Road"));
-    QCOMPARE(find(QAccessible::ListItem, "Glacier Road")->text(QAccessible::Description),
-             QStringLiteral("2 subtitles"));
-    QVERIFY(shows(QStringLiteral("2 subtitles")));
-    QVERIFY(shows(QStringLiteral("USB")));
-}
-
 void WindowTest::theSheetTakesTheCode() {
     m_presenter->setSelectedDevice(bedroom);
     m_presenter->setPairing(pairingRequired());
@@ -303,102 +204,6 @@ void WindowTest::focusStaysInTheSheet() {
     QCOMPARE(visited,
              QStringList({QStringLiteral("3-digit code"), QStringLiteral("Verify code"),
                           QStringLiteral("Cancel pairing"), QStringLiteral("3-digit code")}));
-}
-
-void WindowTest::arrowKeysWalkTheLibrary() {
-    m_presenter->setSelectedDevice(bedroom);
-    m_presenter->setContent(contentOf(sampleRows(30)));
-    QVERIFY(libraryList());
-    libraryList()->forceActiveFocus(Qt::TabFocusReason);
-    for (int step = 0; step < 20; ++step)
-        key(Qt::Key_Down);
-    QCOMPARE(libraryList()->property("currentIndex").toInt(), 20);
-    QTRY_VERIFY(find(QAccessible::ListItem, "video 20")); // scrolled into view
-    key(Qt::Key_End);
-    QCOMPARE(libraryList()->property("currentIndex").toInt(), 29);
-    key(Qt::Key_PageUp);
-    QTRY_VERIFY(find(QAccessible::ListItem, "video 22"));
-    key(Qt::Key_Home);
-    QTRY_VERIFY(find(QAccessible::ListItem, "video 0"));
-}
-
-void WindowTest::aRefreshKeepsPlaceAndCurrentRow() {
-    const QList<LibraryRow> rows = sampleRows(100'000);
-    m_presenter->setSelectedDevice(bedroom);
-    m_presenter->setContent(contentOf(rows));
-    QQuickItem* list = libraryList();
-    QVERIFY(list);
-    window()->grabWindow(); // lays everything out
-    list->setProperty("currentIndex", 50'000);
-    QTRY_VERIFY(find(QAccessible::ListItem, "video 50000"));
-    const double place = list->property("contentY").toDouble();
-
-    QList<LibraryRow> changed = rows;
-    changed[49'999].group.title = QStringLiteral("renamed");
-    m_presenter->setContent(contentOf(changed));
-    QTRY_VERIFY(find(QAccessible::ListItem, "renamed"));
-    QCOMPARE(list->property("contentY").toDouble(), place);
-    QCOMPARE(list->property("currentIndex").toInt(), 50'000);
-
-    const QRect onScreen = find(QAccessible::ListItem, "video 50000")->rect();
-    changed.prepend(sampleRow(QStringLiteral("new.mkv"), QStringLiteral("new")));
-    m_presenter->setContent(contentOf(changed));
-    QTRY_COMPARE(list->property("currentIndex").toInt(), 50'001);
-    QTRY_VERIFY(find(QAccessible::ListItem, "video 50000"));
-    QCOMPARE(find(QAccessible::ListItem, "video 50000")->rect(), onScreen);
-}
-
-void WindowTest::scrollingFastFetchesFewPictures() {
-    m_presenter->setSelectedDevice(bedroom);
-    m_presenter->setThumbnails(ThumbnailAddress{QUrl(QStringLiteral("http://tv:1")), {}});
-    m_presenter->setContent(contentOf(sampleRows(100'000)));
-    QQuickItem* list = libraryList();
-    QVERIFY(list);
-    QTRY_VERIFY(m_ports.http.waiting() > 0);
-    for (int step = 1; step <= 200; ++step) {
-        list->setProperty("contentY", step * 20'000.5);
-        window()->grabWindow(); // lays everything out
-        QVERIFY(m_ports.http.waiting() <= 4);
-    }
-    QTRY_COMPARE(m_ports.http.waiting(), 4u);
-    const QStringList shown = accessibleNames(window(), QAccessible::ListItem);
-    for (const QUrl& url : m_ports.http.waitingUrls()) {
-        const QString name = QUrlQuery(url).queryItemValue(QStringLiteral("name"));
-        QVERIFY2(shown.contains(name.chopped(4)), qPrintable(name)); // without ".mkv"
-    }
-    m_presenter->library()->search(QStringLiteral("nothing like it"));
-    QTRY_COMPARE(m_ports.http.waiting(), 0u);
-}
-
-void WindowTest::aDownloadIsChosenAndCancelled() {
-    LibraryRow row = sampleRow(QStringLiteral("b.mkv"), QStringLiteral("B"));
-    row.group.subtitles = {{QStringLiteral("A.srt"), QStringLiteral("subtitle"), 1, {}},
-                           {QStringLiteral("c.nfo"), QStringLiteral("OTHER"), 1, {}}};
-    m_presenter->setSelectedDevice(bedroom);
-    m_presenter->setContent(contentOf({row}));
-    m_actions.calls.clear();
-    QTRY_VERIFY(find(QAccessible::Button, "Download"));
-    QVERIFY(press(QAccessible::Button, "Download"));
-    QTRY_VERIFY(find(QAccessible::Button, "A.srt"));
-    QCOMPARE(m_presenter->library()->downloadMenu()->symbols(),
-             QStringList({QStringLiteral("captions.bubble"), QStringLiteral("film"),
-                          QStringLiteral("doc")}));
-    key(Qt::Key_Down);
-    key(Qt::Key_Return);
-    QCOMPARE(m_actions.calls, QStringList(QStringLiteral("download b.mkv")));
-    QTRY_VERIFY(!find(QAccessible::Button, "A.srt"));
-
-    m_presenter->setDownload({true, 1.3, QStringLiteral("a (2).SRT")}); // one of the row's files
-    QVERIFY(!find(QAccessible::Button, "Download"));
-    QAccessibleInterface* progress = find(QAccessible::Button, "Cancel download");
-    QVERIFY(progress);
-    QCOMPARE(progress->text(QAccessible::Description), QStringLiteral("100%"));
-    QVERIFY(press(QAccessible::Button, "Cancel download"));
-    QCOMPARE(m_actions.calls.last(), QStringLiteral("cancel download"));
-    m_presenter->setDownload({true, -0.2, QStringLiteral("other.mkv")});
-    QVERIFY(find(QAccessible::Button, "Download"));
-    m_presenter->setUploads({}, {uploadMatchKey(QStringLiteral("b.mkv"))});
-    QVERIFY(!m_presenter->library()->offerDownloads(QStringLiteral("b.mkv")));
 }
 
 void WindowTest::draggingTheKnobSeeksOnce() {
@@ -448,39 +253,6 @@ void WindowTest::menusTakeTheKeyboard() {
     QTRY_VERIFY(!find(QAccessible::Button, "Off"));
     QCOMPARE(m_actions.calls.size(), 1);
     QVERIFY(shows(QStringLiteral("n/a")));
-}
-
-void WindowTest::aRowsControlsAskForIt() {
-    m_presenter->setSelectedDevice(bedroom);
-    LibraryContent content = contentOf(sampleRows(1));
-    content.usbStorage = RemoteUsbStorage{{}, QStringLiteral("Drive"), true, 1, 1, 0, 0};
-    m_presenter->setContent(content);
-    QTRY_VERIFY(find(QAccessible::Button, "Play or pause"));
-    QVERIFY(press(QAccessible::Button, "Play or pause"));
-    QVERIFY(press(QAccessible::Button, "Move to USB"));
-    QVERIFY(press(QAccessible::Button, "Delete"));
-    QTRY_VERIFY(find(QAccessible::Heading, "Delete media from TV?"));
-    key(Qt::Key_Escape);
-    QTRY_VERIFY(!find(QAccessible::Heading, "Delete media from TV?"));
-    QVERIFY(press(QAccessible::Button, "Delete"));
-    QTRY_VERIFY(find(QAccessible::Heading, "Delete media from TV?"));
-    key(Qt::Key_Tab); // from "Cancel"
-    key(Qt::Key_Return);
-    QCOMPARE(m_actions.calls, QStringList({QStringLiteral("toggle video 0.mkv"),
-                                           QStringLiteral("move video 0.mkv to USB"),
-                                           QStringLiteral("delete video 0")}));
-}
-
-void WindowTest::aRefreshOfThePlayerKeepsTheRows() {
-    m_presenter->setSelectedDevice(bedroom);
-    m_presenter->setContent(contentOf(sampleRows(50)));
-    QTRY_VERIFY(find(QAccessible::ListItem, "video 3"));
-    QObject* row = find(QAccessible::ListItem, "video 3")->object();
-    m_presenter->setPlayback(playingVideo("video 3.mkv"));
-    QTRY_VERIFY(shows(QStringLiteral("Playing")));
-    m_presenter->setMove({true, 0.5, 1000, QStringLiteral("video 3.mkv")});
-    QTRY_VERIFY(find(QAccessible::ProgressBar, "Move"));
-    QCOMPARE(find(QAccessible::ListItem, "video 3")->object(), row);
 }
 
 void WindowTest::filesDroppedOnTheWindowAreUploaded() {

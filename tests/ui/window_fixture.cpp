@@ -1,0 +1,47 @@
+#include "window_fixture.h"
+
+#include "ui/graphics_choice.h"
+
+#include <QTest>
+
+namespace quiv {
+
+void WindowFixture::open() {
+    chooseGraphics();
+    QAccessible::setActive(true);
+    QTest::failOnWarning(QRegularExpression(QStringLiteral("qrc:|qml")));
+    m_actions.calls.clear();
+    m_presenter = std::make_unique<WindowPresenter>(m_actions, m_ports.ports);
+    m_view = std::make_unique<WindowView>(*m_presenter);
+    QVERIFY(window());
+    window()->show();
+    QVERIFY(QTest::qWaitForWindowActive(window()));
+}
+
+void WindowFixture::close() {
+    m_view.reset();
+    m_presenter.reset();
+}
+
+void WindowFixture::click(QAccessible::Role role, const char* name) const {
+    QAccessibleInterface* element = find(role, name);
+    QVERIFY(element);
+    const QPoint middle = element->rect().center();
+    QTest::mouseClick(window(), Qt::LeftButton, {}, window()->mapFromGlobal(middle));
+}
+
+void WindowFixture::typeText(const QString& text) const {
+    for (const QChar character : text)
+        QTest::keyClick(window(), character.toLatin1());
+}
+
+void WindowFixture::key(Qt::Key key) const {
+    QTest::keyClick(window(), key);
+}
+
+QQuickItem* WindowFixture::libraryList() const {
+    QAccessibleInterface* list = find(QAccessible::List, "Library");
+    return list ? qobject_cast<QQuickItem*>(list->object()) : nullptr;
+}
+
+} // namespace quiv

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "accessible_tree.h"
+#include "fake_window_ports.h"
+#include "recording_actions.h"
+#include "sample_state.h"
+
+#include "ui/window_presenter.h"
+#include "ui/window_view.h"
+
+#include <QQuickItem>
+#include <QQuickWindow>
+
+#include <memory>
+
+namespace quiv {
+
+inline const TVEndpoint bedroom = sampleTv(QStringLiteral("Bedroom"), QStringLiteral("10.0.0.2"));
+inline const TVEndpoint kitchen = sampleTv(QStringLiteral("Kitchen"), QStringLiteral("10.0.0.3"));
+
+inline LibraryContent contentOf(QList<LibraryRow> rows) {
+    LibraryContent content;
+    content.groupedFiles = std::move(rows);
+    return content;
+}
+
+inline PlaybackResponse playingVideo(const char* name = "a.mkv") {
+    PlaybackResponse playback;
+    playback.currentVideoName = QString::fromLatin1(name);
+    playback.isPlaying = true;
+    playback.durationMs = 7'200'000;
+    return playback;
+}
+
+// A shown window whose state the test sets, as a user and a screen reader meet it. No view may
+// warn.
+class WindowFixture {
+protected:
+    void open();
+    void close();
+
+    QQuickWindow* window() const { return m_view->window(); }
+    QAccessibleInterface* find(QAccessible::Role role, const char* name) const {
+        return findAccessible(window(), role, QString::fromUtf8(name));
+    }
+    bool press(QAccessible::Role role, const char* name) const {
+        return pressAccessible(window(), role, QString::fromUtf8(name));
+    }
+    bool shows(const QString& text) const {
+        return findAccessible(window(), QAccessible::StaticText, text) != nullptr;
+    }
+    void click(QAccessible::Role role, const char* name) const;
+    void typeText(const QString& text) const;
+    void key(Qt::Key key) const;
+    QQuickItem* libraryList() const;
+
+    RecordingActions m_actions;
+    FakeWindowPorts m_ports;
+    std::unique_ptr<WindowPresenter> m_presenter;
+    std::unique_ptr<WindowView> m_view;
+};
+
+} // namespace quiv
