@@ -72,9 +72,9 @@ PlaybackResponse samplePlayback() {
         return PlaybackTrack{QString::fromLatin1(id), QString::fromLatin1(label), std::nullopt,
                              isSelected};
     };
-    playback.subtitleTracks = {track("1", "English", true), track("2", "Deutsch", false),
-                               track("3", "Commentary by everyone who was there", false)};
-    playback.audioTracks = {track("4", "Original (5.1)", true), track("5", "Deutsch", false)};
+    playback.subtitleTracks = {track("1", "English", true), track("2", "Deutsch", false)};
+    playback.audioTracks = {track("4", "Original (5.1)", true), track("5", "Deutsch", false),
+                            track("6", "Commentary by everyone who was there", false)};
     return playback;
 }
 
@@ -191,7 +191,7 @@ void Pictures::takeControls(const QString& prefix) {
     take(prefix + QStringLiteral("move"));
     take(prefix + QStringLiteral("move-narrow"), {1040, 980});
     m_presenter.setMove({});
-    press("Subtitle");
+    press("Audio");
     take(prefix + QStringLiteral("menu"), {1040, 700});
     QTest::keyClick(m_view.window(), Qt::Key_Escape);
     PlaybackResponse unknown = samplePlayback();

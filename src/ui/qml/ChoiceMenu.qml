@@ -64,7 +64,7 @@ T.Button {
         id: popup
 
         y: -height - 4
-        width: Math.max(menu.width, Theme.scaled(190))
+        narrowest: menu.width
         label: menu.label
         choices: menu.choices
         currentIndex: menu.currentIndex

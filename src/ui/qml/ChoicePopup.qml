@@ -9,7 +9,10 @@ T.Popup {
     required property var choices
     property var symbols: []
     required property int currentIndex
+    property real narrowest: Theme.scaled(190)
     readonly property int rowHeight: Theme.scaled(28)
+    readonly property real widestText: choices.reduce(
+        (width, each) => Math.max(width, metrics.advanceWidth(each)), 0)
 
     signal chosen(index: int)
 
@@ -18,6 +21,8 @@ T.Popup {
         chosen(index)
     }
 
+    // As wide as its texts need, within reason; beyond that they are shortened.
+    width: Math.max(narrowest, Math.min(widestText + Theme.scaled(64), Theme.scaled(460)))
     height: Math.min(choices.length * rowHeight + 2 * padding, Theme.scaled(340))
     padding: 5
     margins: 8
@@ -43,6 +48,12 @@ T.Popup {
             border.width: 1
             border.color: Theme.controlBorder
         }
+    }
+
+    FontMetrics {
+        id: metrics
+
+        font: Theme.body
     }
 
     contentItem: ChoiceList {

@@ -16,7 +16,7 @@ ChoicePopup {
 
     x: (button?.width ?? 0) - width
     y: (button?.height ?? 0) + 4
-    width: Theme.scaled(300)
+    narrowest: Theme.scaled(220)
     label: "Download"
     choices: presenter.names
     symbols: presenter.symbols
