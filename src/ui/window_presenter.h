@@ -27,8 +27,8 @@ class WindowPresenter : public QObject {
     Q_PROPERTY(quiv::DockPresenter* dock READ dock CONSTANT)
     Q_PROPERTY(quiv::UploadsPresenter* uploads READ uploads CONSTANT)
     Q_PROPERTY(quiv::FileChooserPresenter* fileChooser READ fileChooser CONSTANT)
-    Q_PROPERTY(quiv::SubtitleRenamePresenter* subtitleRename READ subtitleRename CONSTANT)
-    Q_PROPERTY(quiv::DeletePromptPresenter* deletePrompt READ deletePrompt CONSTANT)
+    Q_PROPERTY(quiv::PromptPresenter* subtitleRename READ subtitleRename CONSTANT)
+    Q_PROPERTY(quiv::PromptPresenter* deletePrompt READ deletePrompt CONSTANT)
     Q_PROPERTY(quiv::PairingSheetPresenter* pairingSheet READ pairingSheet CONSTANT)
     Q_PROPERTY(quiv::ThumbnailStore* thumbnails READ thumbnails CONSTANT)
 

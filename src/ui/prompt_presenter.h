@@ -1,0 +1,47 @@
+#pragma once
+
+#include "net/tv_endpoint.h"
+
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+#include <functional>
+#include <optional>
+
+namespace quiv {
+
+// A question about the selected TV that waits for a yes or no, and goes with its TV.
+class PromptPresenter : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("belongs to the window's presenter")
+    Q_PROPERTY(bool isShown READ isShown NOTIFY changed)
+    Q_PROPERTY(QString message READ message NOTIFY changed)
+
+public:
+    using QObject::QObject;
+
+    bool isShown() const { return m_confirmed != nullptr; }
+    // Stays while the prompt fades.
+    const QString& message() const { return m_message; }
+
+    void setSelectedDevice(const std::optional<TVEndpoint>& device);
+
+    Q_INVOKABLE void cancel();
+    Q_INVOKABLE void confirm();
+
+Q_SIGNALS:
+    void changed();
+
+protected:
+    // Asks this instead of what was asked before.
+    void show(const QString& message, std::function<void()> confirmed);
+
+private:
+    QString m_selectedKey;
+    QString m_message;
+    std::function<void()> m_confirmed; // none while nothing is asked
+};
+
+} // namespace quiv
