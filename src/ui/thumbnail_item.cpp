@@ -70,12 +70,13 @@ QSGNode* ThumbnailItem::updatePaintNode(QSGNode* oldNode, UpdatePaintNodeData*) 
         delete node;
         return nullptr;
     }
-    if (!node || std::exchange(m_isPictureNew, false)) {
-        if (!node) {
-            node = window()->createImageNode();
-            node->setOwnsTexture(true);
-            node->setFiltering(QSGTexture::Linear);
-        }
+    const bool isNew = std::exchange(m_isPictureNew, false) || !node;
+    if (!node) {
+        node = window()->createImageNode();
+        node->setOwnsTexture(true);
+        node->setFiltering(QSGTexture::Linear);
+    }
+    if (isNew) {
         node->setTexture(
             window()->createTextureFromImage(m_loader->image(), QQuickWindow::TextureCanUseAtlas));
     }

@@ -95,12 +95,7 @@ private Q_SLOTS:
     }
 
     void aStalledDownloadIsCancelledWithinASecond() {
-        writeBefore();
-        QVERIFY(m_tv.setFault({{QStringLiteral("path"), DownloadPath},
-                               {QStringLiteral("kind"), QStringLiteral("trickle")},
-                               {QStringLiteral("bytesPerSecond"), 1 << 20}}));
-        begin(path());
-        QTRY_VERIFY(m_real->model.downloads()->state().currentDownloadProgress > 0);
+        beginSlowly();
         QElapsedTimer since;
         since.start();
         m_real->model.downloads()->cancelDownload();
@@ -110,12 +105,7 @@ private Q_SLOTS:
     }
 
     void quittingWhileItArrivesLeavesNothing() {
-        writeBefore();
-        QVERIFY(m_tv.setFault({{QStringLiteral("path"), DownloadPath},
-                               {QStringLiteral("kind"), QStringLiteral("trickle")},
-                               {QStringLiteral("bytesPerSecond"), 1 << 20}}));
-        begin(path());
-        QTRY_VERIFY(m_real->model.downloads()->state().currentDownloadProgress > 0);
+        beginSlowly();
         m_real.reset();
         QCOMPARE(contentOf(path()), "before"); // cleanup() looks for the rest
     }
@@ -164,6 +154,16 @@ private:
                const QString& name = QStringLiteral("Ein Film +&ü.mkv")) {
         m_real->model.downloads()->downloadFile({name, QStringLiteral("VIDEO"), 1, {}});
         m_real->dialogs.desktop.answer(QList<QUrl>{QUrl::fromLocalFile(destination)});
+    }
+
+    // Over a file that is there; returns when a part has come.
+    void beginSlowly() {
+        writeBefore();
+        QVERIFY(m_tv.setFault({{QStringLiteral("path"), DownloadPath},
+                               {QStringLiteral("kind"), QStringLiteral("trickle")},
+                               {QStringLiteral("bytesPerSecond"), 1 << 20}}));
+        begin(path());
+        QTRY_VERIFY(m_real->model.downloads()->state().currentDownloadProgress > 0);
     }
 
     SimulatorProcess m_tv;
