@@ -1,14 +1,14 @@
 #pragma once
 
-#include "app/ombra_mac_model.h"
-#include "platform/avahi_connection.h"
-#include "platform/avahi_host_resolver.h"
-#include "platform/avahi_service_browser.h"
+#include "model/ombra_mac_model.h"
+#include "platform/avahi/avahi_connection.h"
+#include "platform/avahi/avahi_host_resolver.h"
+#include "platform/avahi/avahi_service_browser.h"
 #include "platform/clock.h"
-#include "platform/curl_http_session.h"
-#include "platform/file_dialogs.h"
-#include "platform/portal_file_dialogs.h"
-#include "platform/process_still_extractor.h"
+#include "platform/http/curl_http_session.h"
+#include "platform/dialogs/file_dialogs.h"
+#include "platform/dialogs/portal_file_dialogs.h"
+#include "platform/stills/process_still_extractor.h"
 #include "platform/settings_store.h"
 #include "platform/system_log.h"
 

@@ -1,5 +1,5 @@
 #include "app/composition.h"
-#include "ui/main_window.h"
+#include "ui/window/main_window.h"
 
 #include <QGuiApplication>
 #include <QSocketNotifier>

@@ -2,7 +2,7 @@
 
 #include "net/request_layer.h"
 #include "net/status_line.h"
-#include "platform/background.h"
+#include "platform/async/background.h"
 #include "platform/publish.h"
 
 #include <QThreadPool>

@@ -2,7 +2,7 @@
 
 #include "library/library_content.h"
 #include "net/selected_device.h"
-#include "platform/task.h"
+#include "platform/async/task.h"
 
 #include <QByteArray>
 #include <QObject>

@@ -2,7 +2,7 @@
 
 #include "net/tv_request.h"
 #include "platform/clock.h"
-#include "platform/http_session.h"
+#include "platform/http/http_session.h"
 #include "platform/settings_store.h"
 
 #include <QString>

@@ -4,8 +4,8 @@
 #include "net/tv_endpoint.h"
 #include "platform/service_browser.h"
 #include "platform/settings_store.h"
-#include "platform/task.h"
-#include "platform/task_set.h"
+#include "platform/async/task.h"
+#include "platform/async/task_set.h"
 
 #include <QList>
 #include <QObject>

@@ -2,8 +2,8 @@
 
 #include "net/request_layer.h"
 #include "platform/clock.h"
-#include "platform/task.h"
-#include "platform/task_set.h"
+#include "platform/async/task.h"
+#include "platform/async/task_set.h"
 
 #include <QDateTime>
 #include <QObject>

@@ -4,10 +4,10 @@
 #include "net/selected_device.h"
 #include "net/tv_request.h"
 #include "net/wire_decoding.h"
-#include "platform/background.h"
+#include "platform/async/background.h"
 #include "platform/error.h"
-#include "platform/http_session.h"
-#include "platform/task.h"
+#include "platform/http/http_session.h"
+#include "platform/async/task.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "net/tv_endpoint.h"
-#include "platform/http_session.h"
+#include "platform/http/http_session.h"
 
 #include <QList>
 #include <QString>

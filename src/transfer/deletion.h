@@ -2,8 +2,8 @@
 
 #include "library/library_content.h"
 #include "net/selected_device.h"
-#include "platform/task.h"
-#include "platform/task_set.h"
+#include "platform/async/task.h"
+#include "platform/async/task_set.h"
 
 #include <QList>
 #include <QObject>

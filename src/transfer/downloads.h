@@ -2,8 +2,8 @@
 
 #include "net/selected_device.h"
 #include "net/wire_records.h"
-#include "platform/task.h"
-#include "platform/task_set.h"
+#include "platform/async/task.h"
+#include "platform/async/task_set.h"
 
 #include <QObject>
 #include <QString>

@@ -1,6 +1,6 @@
 #include "transfer/upload_preflight.h"
 
-#include "platform/still_extractor.h"
+#include "platform/stills/still_extractor.h"
 #include "platform/system_log.h"
 #include "transfer/upload_names.h"
 

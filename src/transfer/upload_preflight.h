@@ -1,8 +1,8 @@
 #pragma once
 
 #include "net/request_layer.h"
-#include "platform/task.h"
-#include "platform/turnstile.h"
+#include "platform/async/task.h"
+#include "platform/async/turnstile.h"
 #include "transfer/upload_job.h"
 
 #include <QByteArray>

@@ -2,7 +2,7 @@
 
 #include "net/request_layer.h"
 #include "platform/clock.h"
-#include "platform/task.h"
+#include "platform/async/task.h"
 
 #include <QString>
 #include <QUrl>

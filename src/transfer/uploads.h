@@ -1,8 +1,8 @@
 #pragma once
 
 #include "net/selected_device.h"
-#include "platform/task.h"
-#include "platform/task_set.h"
+#include "platform/async/task.h"
+#include "platform/async/task_set.h"
 #include "transfer/upload_job.h"
 #include "transfer/upload_preflight.h"
 #include "transfer/upload_progress.h"

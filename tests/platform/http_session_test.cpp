@@ -1,6 +1,6 @@
-#include "platform/curl_http_session.h"
+#include "platform/http/curl_http_session.h"
 #include "platform/host_resolver.h"
-#include "platform/http_early_answer.h"
+#include "platform/http/http_early_answer.h"
 #include "support/raw_server.h"
 
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "platform/portal_file_dialogs.h"
+#include "platform/dialogs/portal_file_dialogs.h"
 
 #include <QDBusConnection>
 #include <QDBusContext>

@@ -1,8 +1,8 @@
-#include "platform/background.h"
+#include "platform/async/background.h"
 #include "platform/clock.h"
-#include "platform/task.h"
-#include "platform/task_set.h"
-#include "platform/turnstile.h"
+#include "platform/async/task.h"
+#include "platform/async/task_set.h"
+#include "platform/async/turnstile.h"
 #include "support/fake_clock.h"
 
 #include <QTest>

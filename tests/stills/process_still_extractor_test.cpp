@@ -1,6 +1,6 @@
 #include <QTest> // first, or moc stumbles over the library's concepts
 
-#include "platform/process_still_extractor.h"
+#include "platform/stills/process_still_extractor.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/http_session.h"
+#include "platform/http/http_session.h"
 
 #include <QObject>
 #include <QUrl>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/still_extractor.h"
+#include "platform/stills/still_extractor.h"
 #include "platform/system_log.h"
 
 #include <QStringList>

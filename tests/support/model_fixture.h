@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/ombra_mac_model.h"
+#include "model/ombra_mac_model.h"
 #include "support/fake_clock.h"
 #include "support/fake_file_dialogs.h"
 #include "support/fake_http_session.h"

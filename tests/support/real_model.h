@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/ombra_mac_model.h"
-#include "platform/curl_http_session.h"
+#include "model/ombra_mac_model.h"
+#include "platform/http/curl_http_session.h"
 #include "support/fake_file_dialogs.h"
 #include "support/fake_service_browser.h"
 #include "support/fake_still_extractor.h"

@@ -3,7 +3,7 @@
 #include "sample_state.h"
 
 #include "transfer/upload_names.h"
-#include "ui/window_presenter.h"
+#include "ui/presenters/window_presenter.h"
 
 #include <QDir>
 #include <QFile>

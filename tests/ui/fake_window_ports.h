@@ -3,7 +3,7 @@
 #include "support/fake_clock.h"
 #include "support/fake_file_dialogs.h"
 #include "support/fake_http_session.h"
-#include "ui/window_presenter.h"
+#include "ui/presenters/window_presenter.h"
 
 namespace quiv {
 

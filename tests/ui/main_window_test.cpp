@@ -1,7 +1,7 @@
 #include "accessible_tree.h"
 
 #include "support/model_fixture.h"
-#include "ui/main_window.h"
+#include "ui/window/main_window.h"
 
 #include <QQuickWindow>
 #include <QTest>

@@ -1,7 +1,7 @@
 #include "recording_actions.h"
 #include "sample_state.h"
 
-#include "ui/window_presenter.h"
+#include "ui/presenters/window_presenter.h"
 
 #include <QSignalSpy>
 #include <QTest>

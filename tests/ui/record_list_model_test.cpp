@@ -1,4 +1,4 @@
-#include "ui/record_list_model.h"
+#include "ui/presenters/record_list_model.h"
 
 #include <QAbstractItemModelTester>
 #include <QElapsedTimer>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/window_actions.h"
+#include "ui/presenters/window_actions.h"
 
 #include <QStringList>
 

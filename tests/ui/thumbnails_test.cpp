@@ -1,6 +1,6 @@
 #include "fake_window_ports.h"
 
-#include "ui/thumbnail_loader.h"
+#include "ui/thumbnails/thumbnail_loader.h"
 
 #include <QBuffer>
 #include <QColor>

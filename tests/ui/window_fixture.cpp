@@ -1,6 +1,6 @@
 #include "window_fixture.h"
 
-#include "ui/graphics_choice.h"
+#include "ui/window/graphics_choice.h"
 
 #include <QTest>
 

@@ -5,8 +5,8 @@
 #include "recording_actions.h"
 #include "sample_state.h"
 
-#include "ui/window_presenter.h"
-#include "ui/window_view.h"
+#include "ui/presenters/window_presenter.h"
+#include "ui/window/window_view.h"
 
 #include <QQuickItem>
 #include <QQuickWindow>

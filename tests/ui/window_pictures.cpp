@@ -6,9 +6,9 @@
 
 #include "support/fake_file_dialogs.h"
 #include "transfer/upload_names.h"
-#include "ui/graphics_choice.h"
-#include "ui/window_presenter.h"
-#include "ui/window_view.h"
+#include "ui/window/graphics_choice.h"
+#include "ui/presenters/window_presenter.h"
+#include "ui/window/window_view.h"
 
 #include <QBuffer>
 #include <QDir>

@@ -1,0 +1,76 @@
+#include "model/ombra_mac_model.h"
+
+#include <algorithm>
+
+namespace quiv {
+
+OmbraMacModel::OmbraMacModel(const PlatformPorts& ports, QObject* parent)
+    : QObject(parent),
+      m_settings(ports.settings),
+      m_tokens(ports.settings, ports.clock),
+      m_requests(ports.http, m_tokens),
+      m_pairing(m_requests, m_tokens, m_selected, ports.clock, m_status),
+      m_library(m_requests, m_selected, m_status),
+      m_playback(m_requests, m_pairing, m_selected, m_status),
+      m_storageMove(m_requests, m_library, m_selected, m_status),
+      m_deletion(m_requests, m_pairing, m_library, m_selected, m_status),
+      m_uploads({m_requests, m_pairing, m_library, m_selected, m_status}, ports.stills, ports.log,
+                ports.clock),
+      m_downloads({m_requests, m_pairing, m_selected, m_status}, ports.fileDialogs),
+      m_discovery(ports.browser, m_requests, ports.settings, *this, m_status),
+      m_refreshCycle(m_selected, {m_library, m_playback, m_storageMove, m_pairing}, ports.clock) {
+    m_restart.setSingleShot(true);
+    connect(&m_restart, &QTimer::timeout, this, [this] { m_refreshCycle.restart(); });
+    connect(&m_selected, &SelectedDevice::changed, this, &OmbraMacModel::restartRefreshCycle);
+}
+
+OmbraMacModel::~OmbraMacModel() = default;
+
+std::optional<ThumbnailAddress> OmbraMacModel::thumbnailAddress() {
+    const auto base = m_selected.baseURL();
+    return base ? std::optional(ThumbnailAddress{*base, m_tokens.authQueryItems(*base)})
+                : std::nullopt;
+}
+
+void OmbraMacModel::appear() {
+    m_isVisible = true;
+    m_discovery.refreshDiscovery();
+    restartRefreshCycle();
+}
+
+void OmbraMacModel::disappear() {
+    m_isVisible = false;
+    m_restart.stop();
+    m_refreshCycle.stop();
+}
+
+void OmbraMacModel::selectDevice(const QString& key) {
+    const auto& devices = m_discovery.discoveredDevices();
+    const auto found = std::ranges::find(devices, key, &quiv::endpointKey);
+    if (found != devices.end())
+        selectDevice(TVEndpoint(*found));
+}
+
+void OmbraMacModel::selectDevice(const TVEndpoint& device) {
+    const bool isSame = m_selected.key() == quiv::endpointKey(device);
+    m_settings.setText(QString::fromUtf16(SelectedDeviceKey), quiv::endpointKey(device));
+    m_selected.set(device);
+    if (isSame) {
+        m_status.post(QStringLiteral("Connected to ") + device.name);
+        return;
+    }
+    m_playback.reset();
+    m_storageMove.reset();
+    m_pairing.reset();
+    m_library.reset();
+    m_status.post(QStringLiteral("Loading library from %1...").arg(device.name));
+}
+
+void OmbraMacModel::restartRefreshCycle() {
+    if (!m_isVisible)
+        return;
+    m_refreshCycle.stop();
+    m_restart.start(0);
+}
+
+} // namespace quiv

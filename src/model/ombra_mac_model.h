@@ -1,0 +1,103 @@
+#pragma once
+
+#include "model/refresh_cycle.h"
+#include "library/library.h"
+#include "library/thumbnail_url.h"
+#include "net/auth_tokens.h"
+#include "net/discovery.h"
+#include "net/pairing.h"
+#include "net/request_layer.h"
+#include "net/selected_device.h"
+#include "net/status_line.h"
+#include "playback/remote_playback.h"
+#include "transfer/deletion.h"
+#include "transfer/downloads.h"
+#include "transfer/storage_move.h"
+#include "transfer/uploads.h"
+
+#include <QObject>
+#include <QTimer>
+
+namespace quiv {
+
+// The adapters the model works with; they outlive it.
+struct PlatformPorts {
+    HttpSession& http;
+    ServiceBrowser& browser;
+    SettingsStore& settings;
+    Clock& clock;
+    StillExtractor& stills;
+    SystemLog& log;
+    FileDialogs& fileDialogs;
+};
+
+// The one object the window knows. It holds the parts, wires them and selects the TV; each part
+// owns its own state and operations. Main thread only; destroying it cancels whatever is under way.
+class OmbraMacModel : public QObject, private Discovery::Selector {
+    Q_OBJECT
+    Q_PROPERTY(quiv::StatusLine* status READ status CONSTANT)
+    Q_PROPERTY(quiv::SelectedDevice* selected READ selected CONSTANT)
+    Q_PROPERTY(quiv::Discovery* discovery READ discovery CONSTANT)
+    Q_PROPERTY(quiv::Pairing* pairing READ pairing CONSTANT)
+    Q_PROPERTY(quiv::Library* library READ library CONSTANT)
+    Q_PROPERTY(quiv::RemotePlayback* playback READ playback CONSTANT)
+    Q_PROPERTY(quiv::StorageMove* storageMove READ storageMove CONSTANT)
+    Q_PROPERTY(quiv::Deletion* deletion READ deletion CONSTANT)
+    Q_PROPERTY(quiv::Uploads* uploads READ uploads CONSTANT)
+    Q_PROPERTY(quiv::Downloads* downloads READ downloads CONSTANT)
+
+public:
+    explicit OmbraMacModel(const PlatformPorts& ports, QObject* parent = nullptr);
+    ~OmbraMacModel() override;
+
+    StatusLine* status() { return &m_status; }
+    SelectedDevice* selected() { return &m_selected; }
+    Discovery* discovery() { return &m_discovery; }
+    Pairing* pairing() { return &m_pairing; }
+    Library* library() { return &m_library; }
+    RemotePlayback* playback() { return &m_playback; }
+    StorageMove* storageMove() { return &m_storageMove; }
+    Deletion* deletion() { return &m_deletion; }
+    Uploads* uploads() { return &m_uploads; }
+    Downloads* downloads() { return &m_downloads; }
+
+    // Of the selected TV, with the token it has given by now; none without a TV.
+    std::optional<ThumbnailAddress> thumbnailAddress();
+
+    // Makes this TV the selected one; another than before starts from nothing.
+    void selectDevice(const TVEndpoint& device) override;
+
+public Q_SLOTS:
+    // The window appeared: search for TVs and keep the selected one current.
+    void appear();
+    // The window is going: stop keeping it current.
+    void disappear();
+    // Selects the discovered TV with this endpointKey.
+    void selectDevice(const QString& endpointKey);
+
+private:
+    const std::optional<TVEndpoint>& selectedDevice() const override { return m_selected.device(); }
+    void updateSelectedDevice(const TVEndpoint& device) override { m_selected.set(device); }
+    void restartRefreshCycle();
+
+    SettingsStore& m_settings;
+    AuthTokens m_tokens;
+    RequestLayer m_requests;
+    StatusLine m_status;
+    SelectedDevice m_selected;
+    Pairing m_pairing;
+    Library m_library;
+    RemotePlayback m_playback;
+    StorageMove m_storageMove;
+    Deletion m_deletion;
+    Uploads m_uploads;
+    Downloads m_downloads;
+    Discovery m_discovery;
+    RefreshCycle m_refreshCycle;
+    // Restarts come from the event loop: once for several changes, and after what caused them has
+    // said its own.
+    QTimer m_restart;
+    bool m_isVisible = false;
+};
+
+} // namespace quiv

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "library/library.h"
+#include "net/pairing.h"
+#include "net/selected_device.h"
+#include "platform/clock.h"
+#include "platform/async/task.h"
+#include "playback/remote_playback.h"
+#include "transfer/storage_move.h"
+
+namespace quiv {
+
+// Keeps what is shown of the selected TV current: everything once, then again two seconds after
+// each pass has ended. Asks for the pairing status alone while the TV wants this client paired.
+//
+// One run at a time; destroying the cycle or stopping it cancels the request under way.
+class RefreshCycle {
+public:
+    // What it keeps current; each outlives it.
+    struct Parts {
+        Library& library;
+        RemotePlayback& playback;
+        StorageMove& storageMove;
+        Pairing& pairing;
+    };
+
+    RefreshCycle(const SelectedDevice& selected, const Parts& parts, Clock& clock);
+
+    // Begins with a first pass, whatever was under way.
+    void restart();
+    void stop();
+
+private:
+    Task<> run();
+    Task<> firstPass();
+    Task<> laterPass();
+    Task<> readPlayerAndMove();
+
+    const SelectedDevice& m_selected;
+    const Parts m_parts;
+    Clock& m_clock;
+    Task<> m_run;
+};
+
+} // namespace quiv

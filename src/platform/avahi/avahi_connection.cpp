@@ -1,0 +1,93 @@
+#include "platform/avahi/avahi_connection.h"
+
+#include "platform/avahi/avahi_worker.h"
+
+#include <utility>
+
+namespace quiv {
+
+namespace {
+
+// Ending is a matter of milliseconds, unless a call waits for a daemon that hangs.
+constexpr std::chrono::seconds patienceAtTheEnd{1};
+
+} // namespace
+
+AvahiAsking& AvahiAsking::operator=(AvahiAsking&& other) noexcept {
+    if (this != &other) {
+        drop();
+        m_connection = std::move(other.m_connection);
+        m_id = other.m_id;
+    }
+    return *this;
+}
+
+AvahiAsking::~AvahiAsking() {
+    drop();
+}
+
+void AvahiAsking::drop() {
+    if (const auto connection = std::exchange(m_connection, {}).lock())
+        connection->drop(m_id);
+}
+
+AvahiConnection::AvahiConnection(std::chrono::milliseconds retryInterval)
+    : m_mailbox(std::make_shared<Mailbox>()) {
+    m_mailbox->receiver = this;
+    m_worker = std::make_shared<AvahiWorker>(
+        retryInterval, [mailbox = m_mailbox](AvahiQuestionId id, AvahiAnswer answer) {
+            deliver(*mailbox, id, std::move(answer));
+        });
+    std::packaged_task<void()> thread([worker = m_worker] { worker->run(); });
+    m_threadEnded = thread.get_future();
+    m_thread = std::thread(std::move(thread));
+}
+
+AvahiConnection::~AvahiConnection() {
+    {
+        const std::lock_guard lock(m_mailbox->mutex);
+        m_mailbox->receiver = nullptr;
+    }
+    m_worker->stop();
+    if (m_threadEnded.wait_for(patienceAtTheEnd) == std::future_status::ready)
+        m_thread.join();
+    else
+        m_thread.detach();
+}
+
+AvahiAsking AvahiConnection::ask(AvahiQuestion question, Callback callback) {
+    const AvahiQuestionId id = ++m_lastId;
+    m_callbacks.emplace(id, std::make_shared<const Callback>(std::move(callback)));
+    m_worker->ask(id, std::move(question));
+    return AvahiAsking(weak_from_this(), id);
+}
+
+AvahiBackendKind AvahiConnection::backendKind() const {
+    return m_worker->backendKind();
+}
+
+void AvahiConnection::deliver(Mailbox& mailbox, AvahiQuestionId id, AvahiAnswer answer) {
+    const std::lock_guard lock(mailbox.mutex);
+    AvahiConnection* receiver = mailbox.receiver;
+    if (!receiver)
+        return;
+    QMetaObject::invokeMethod(
+        &receiver->m_context,
+        [receiver, id, answer = std::move(answer)] { receiver->dispatch(id, answer); },
+        Qt::QueuedConnection);
+}
+
+void AvahiConnection::dispatch(AvahiQuestionId id, const AvahiAnswer& answer) {
+    const auto found = m_callbacks.find(id);
+    if (found == m_callbacks.end())
+        return;
+    const auto callback = found->second; // it may drop its own question, or this connection
+    (*callback)(answer);
+}
+
+void AvahiConnection::drop(AvahiQuestionId id) {
+    m_callbacks.erase(id);
+    m_worker->drop(id);
+}
+
+} // namespace quiv

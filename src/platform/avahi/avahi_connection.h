@@ -1,0 +1,80 @@
+#pragma once
+
+#include "platform/avahi/avahi_backend.h"
+
+#include <QObject>
+#include <chrono>
+#include <functional>
+#include <future>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+namespace quiv {
+
+class AvahiConnection;
+class AvahiWorker;
+
+// Keeps a question asked; destroying it drops the question, and nothing is called back any more.
+class AvahiAsking {
+public:
+    AvahiAsking() = default;
+    AvahiAsking(std::weak_ptr<AvahiConnection> connection, AvahiQuestionId id)
+        : m_connection(std::move(connection)), m_id(id) {}
+    AvahiAsking(AvahiAsking&& other) noexcept = default;
+    AvahiAsking& operator=(AvahiAsking&& other) noexcept;
+    ~AvahiAsking();
+
+private:
+    void drop();
+
+    std::weak_ptr<AvahiConnection> m_connection;
+    AvahiQuestionId m_id = 0;
+};
+
+// The one way of this process to Avahi, shared by all who ask: make it with std::make_shared. Owns
+// the Avahi thread, so that nothing here waits for the network or for a daemon that hangs.
+//
+// Main thread only; answers come from the event loop. Destroying it ends the thread; a thread that
+// waits for a daemon that hangs is left behind to end by itself and touches nothing of ours.
+class AvahiConnection : public std::enable_shared_from_this<AvahiConnection> {
+public:
+    using Callback = std::function<void(const AvahiAnswer&)>;
+
+    // How often to look again for a bus that cannot be reached.
+    explicit AvahiConnection(std::chrono::milliseconds retryInterval = std::chrono::seconds(30));
+    ~AvahiConnection();
+    AvahiConnection(const AvahiConnection&) = delete;
+    AvahiConnection& operator=(const AvahiConnection&) = delete;
+
+    // Calls back until the result is destroyed, which the callback may do. A question stays asked
+    // across changes of the backend and repeats its answers then, after AskedAnew.
+    AvahiAsking ask(AvahiQuestion question, Callback callback);
+
+    // Who answers now.
+    AvahiBackendKind backendKind() const;
+
+private:
+    friend class AvahiAsking;
+
+    // What the Avahi thread delivers into; closed before the connection goes.
+    struct Mailbox {
+        std::mutex mutex;
+        AvahiConnection* receiver;
+    };
+
+    static void deliver(Mailbox& mailbox, AvahiQuestionId id, AvahiAnswer answer);
+    void dispatch(AvahiQuestionId id, const AvahiAnswer& answer);
+    void drop(AvahiQuestionId id);
+
+    std::map<AvahiQuestionId, std::shared_ptr<const Callback>> m_callbacks;
+    AvahiQuestionId m_lastId = 0;
+    QObject m_context; // its event queue brings the answers to the main thread
+    std::shared_ptr<Mailbox> m_mailbox;
+    std::shared_ptr<AvahiWorker> m_worker;
+    std::thread m_thread;
+    std::future<void> m_threadEnded;
+};
+
+} // namespace quiv

@@ -1,0 +1,21 @@
+#include "platform/avahi/avahi_seen_services.h"
+
+namespace quiv {
+
+bool AvahiSeenServices::appeared(const ServiceAppeared& appearance) {
+    auto& paths = m_paths[appearance.service.name];
+    const bool isNew = paths.empty();
+    paths.insert(appearance.path);
+    return isNew;
+}
+
+void AvahiSeenServices::gone(const ServiceGone& departure) {
+    const auto seen = m_paths.find(departure.service.name);
+    if (seen == m_paths.end())
+        return;
+    seen->second.erase(departure.path);
+    if (seen->second.empty())
+        m_paths.erase(seen);
+}
+
+} // namespace quiv

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "platform/avahi/avahi_backend.h"
+
+#include <map>
+#include <set>
+
+namespace quiv {
+
+// The services that a search has seen and through which paths, to report each of them once.
+class AvahiSeenServices {
+public:
+    // True when the service was not there before.
+    bool appeared(const ServiceAppeared& appearance);
+    void gone(const ServiceGone& departure);
+    void clear() { m_paths.clear(); }
+
+private:
+    std::map<QString, std::set<AnnouncementPath>> m_paths; // by the service's name
+};
+
+} // namespace quiv

@@ -1,0 +1,100 @@
+#include "platform/avahi/avahi_worker.h"
+
+#include <algorithm>
+
+namespace quiv {
+
+namespace {
+
+constexpr std::chrono::seconds askAgainAfter{1};
+
+} // namespace
+
+AvahiWorker::AvahiWorker(std::chrono::milliseconds retryInterval, Deliver deliver)
+    : m_retryInterval(retryInterval), m_deliver(std::move(deliver)) {}
+
+void AvahiWorker::run() {
+    if (!m_loop.isUsable())
+        return;
+    m_choice.emplace(m_loop.poll(), m_retryInterval);
+    bool usable = true;
+    while (usable && !m_stopped) {
+        turn(std::chrono::steady_clock::now());
+        usable = m_loop.iterate(timeToNextTurn(std::chrono::steady_clock::now()));
+    }
+    m_asked.clear();
+    m_choice.reset();
+}
+
+void AvahiWorker::stop() {
+    m_loop.post([this] { m_stopped = true; });
+}
+
+void AvahiWorker::ask(AvahiQuestionId id, AvahiQuestion question) {
+    m_loop.post([this, id, question = std::move(question)] {
+        m_asked.emplace(id, Asked{question, nullptr, std::nullopt});
+        startLookup(id, std::chrono::steady_clock::now());
+    });
+}
+
+void AvahiWorker::drop(AvahiQuestionId id) {
+    m_loop.post([this, id] { m_asked.erase(id); });
+}
+
+void AvahiWorker::turn(Instant now) {
+    m_choice->lookForDaemon(now);
+    if (m_choice->isOutdated(now))
+        renewBackend(now);
+    askAgainWhatIsDue(now);
+}
+
+void AvahiWorker::renewBackend(Instant now) {
+    for (auto& [id, asked] : m_asked)
+        asked.lookup.reset();
+    m_choice->renew(now);
+    m_backendKind = m_choice->kind();
+    for (const auto& [id, asked] : m_asked) {
+        m_deliver(id, AskedAnew{});
+        startLookup(id, now);
+    }
+}
+
+void AvahiWorker::startLookup(AvahiQuestionId id, Instant now) {
+    Asked& asked = m_asked.at(id);
+    asked.lookup.reset();
+    asked.askAgainAt.reset();
+    // Called by lookups only, and these end with their entry.
+    const auto askAgain = [this, id] {
+        m_asked.at(id).askAgainAt = std::chrono::steady_clock::now() + askAgainAfter;
+    };
+    const auto deliver = [this, id](AvahiAnswer answer) {
+        m_deliver(id, std::move(answer));
+    };
+    if (AvahiBackend* backend = m_choice->backend())
+        asked.lookup = backend->ask(asked.question, {deliver, askAgain});
+    if (!asked.lookup)
+        asked.askAgainAt = now + askAgainAfter;
+}
+
+void AvahiWorker::askAgainWhatIsDue(Instant now) {
+    for (auto& [id, asked] : m_asked) {
+        if (asked.askAgainAt && *asked.askAgainAt <= now) {
+            m_deliver(id, AskedAnew{});
+            startLookup(id, now);
+        }
+    }
+}
+
+std::optional<std::chrono::milliseconds> AvahiWorker::timeToNextTurn(Instant now) const {
+    std::optional<Instant> next = m_choice->nextTry();
+    for (const auto& [id, asked] : m_asked) {
+        if (asked.askAgainAt)
+            next = next ? std::min(*next, *asked.askAgainAt) : asked.askAgainAt;
+    }
+    if (!next)
+        return std::nullopt;
+    using std::chrono::milliseconds;
+    return std::max(milliseconds(0), std::chrono::ceil<milliseconds>(*next - now));
+}
+
+} // namespace quiv

@@ -1,0 +1,27 @@
+#include "platform/dialogs/folder_listing.h"
+
+#include <QCollator>
+#include <QDir>
+
+#include <algorithm>
+
+namespace quiv {
+
+std::optional<QList<FolderEntry>> folderListing(const QString& path) {
+    const QDir folder(path);
+    if (!folder.isReadable())
+        return std::nullopt;
+    QList<FolderEntry> entries;
+    const auto found = folder.entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    for (const QFileInfo& each : found)
+        entries.append({each.fileName(), each.isDir()});
+    QCollator order;
+    order.setCaseSensitivity(Qt::CaseInsensitive);
+    order.setNumericMode(true);
+    std::ranges::sort(entries, [&](const FolderEntry& a, const FolderEntry& b) {
+        return a.isFolder != b.isFolder ? a.isFolder : order.compare(a.name, b.name) < 0;
+    });
+    return entries;
+}
+
+} // namespace quiv

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/dialogs/file_dialogs.h"
+#include "platform/async/pending_answer.h"
+
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
+#include <QObject>
+#include <QString>
+#include <QVariantMap>
+
+#include <chrono>
+
+class QDBusPendingCallWatcher;
+
+namespace quiv {
+
+// One dialog of the desktop portal: made, it opens; destroyed, it closes.
+class PortalRequest : public QObject {
+    Q_OBJECT
+
+public:
+    // The portal has to say within `patience` that it opens the dialog.
+    PortalRequest(const QDBusConnection& bus, const FileDialogRequest& request,
+                  const QString& parentWindow, std::chrono::milliseconds patience);
+    ~PortalRequest() override;
+
+    PendingAnswer<FileDialogAnswer>& answer() { return m_answer; }
+
+private Q_SLOTS:
+    void respond(uint response, const QVariantMap& results);
+
+private:
+    void listen(const QString& path);
+    void opened(QDBusPendingCallWatcher* opening);
+
+    QDBusConnection m_bus;
+    QDBusServiceWatcher m_watcher;
+    QString m_path;
+    bool m_hasEnded = false;
+    PendingAnswer<FileDialogAnswer> m_answer;
+};
+
+} // namespace quiv

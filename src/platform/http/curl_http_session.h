@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/http/curl_network_thread.h"
+#include "platform/http/http_session.h"
+
+#include <QObject>
+
+#include <map>
+#include <memory>
+
+namespace quiv {
+
+class HostResolver;
+
+// HTTP on libcurl, with the transfers on a network thread of its own.
+//
+// Host names in ".local" are resolved through `resolver`, so that they work on a system whose own
+// resolver does not know them; where it finds nothing the system is asked. Destroying the session
+// ends every exchange as Cancelled.
+class CurlHttpSession final : public HttpSession {
+public:
+    explicit CurlHttpSession(HostResolver* resolver = nullptr);
+    ~CurlHttpSession() override;
+
+    Task<HttpReply> send(HttpRequest request) override;
+
+private:
+    class Exchange;
+
+    TransferId begin(Exchange& exchange);
+    void abandon(TransferId id);
+    void requestStop(TransferId id);
+    void report(TransferId id, const HttpProgress& progress);
+    void deliver(TransferId id, HttpResult result);
+
+    HostResolver* m_resolver;
+    QObject m_mainThread; // what the network thread's results are queued to
+    std::map<TransferId, Exchange*> m_exchanges;
+    TransferId m_lastId = 0;
+    std::shared_ptr<bool> m_isAlive =
+        std::make_shared<bool>(true); // what awaits a name look-up asks
+    CurlNetworkThread m_network;
+};
+
+} // namespace quiv

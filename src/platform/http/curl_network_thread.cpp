@@ -1,0 +1,110 @@
+#include "platform/http/curl_network_thread.h"
+
+#include <algorithm>
+
+namespace quiv {
+
+namespace {
+
+constexpr int LongestPollMs = 1000;
+
+void initialiseLibrary() {
+    static const CURLcode initialised = curl_global_init(CURL_GLOBAL_DEFAULT);
+    (void)initialised;
+}
+
+} // namespace
+
+CurlNetworkThread::CurlNetworkThread(Sink sink) : m_sink(std::move(sink)) {
+    initialiseLibrary();
+    m_multi.reset(curl_multi_init());
+    m_thread = std::thread([this] { run(); });
+}
+
+CurlNetworkThread::~CurlNetworkThread() {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isEnding = true;
+    }
+    curl_multi_wakeup(m_multi.get());
+    m_thread.join();
+    while (!m_transfers.empty())
+        end(m_transfers.begin()->first);
+}
+
+void CurlNetworkThread::start(TransferId id, std::unique_ptr<CurlTransfer> transfer) {
+    post({id, std::move(transfer)});
+}
+
+void CurlNetworkThread::cancel(TransferId id) {
+    post({id, nullptr});
+}
+
+void CurlNetworkThread::post(Command command) {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_commands.push_back(std::move(command));
+    }
+    curl_multi_wakeup(m_multi.get());
+}
+
+void CurlNetworkThread::run() {
+    while (takeCommands()) {
+        int running = 0;
+        curl_multi_perform(m_multi.get(), &running);
+        collectFinished();
+        curl_multi_poll(m_multi.get(), nullptr, 0, LongestPollMs, nullptr);
+    }
+}
+
+bool CurlNetworkThread::takeCommands() {
+    std::vector<Command> commands;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_isEnding)
+            return false;
+        commands.swap(m_commands);
+    }
+    for (Command& command : commands) {
+        if (command.transfer)
+            begin(std::move(command));
+        else
+            end(command.id);
+    }
+    return true;
+}
+
+void CurlNetworkThread::begin(Command command) {
+    if (const auto error = command.transfer->prepare()) {
+        m_sink(command.id, *error);
+        return;
+    }
+    curl_multi_add_handle(m_multi.get(), command.transfer->handle());
+    m_transfers.emplace(command.id, std::move(command.transfer));
+}
+
+void CurlNetworkThread::end(TransferId id) {
+    const auto found = m_transfers.find(id);
+    if (found == m_transfers.end())
+        return; // finished meanwhile
+    curl_multi_remove_handle(m_multi.get(), found->second->handle());
+    m_transfers.erase(found);
+}
+
+void CurlNetworkThread::collectFinished() {
+    int left = 0;
+    while (const CURLMsg* message = curl_multi_info_read(m_multi.get(), &left)) {
+        if (message->msg != CURLMSG_DONE)
+            continue;
+        const CURLcode code = message->data.result;
+        CURL* const easy = message->easy_handle;
+        const auto found = std::ranges::find_if(
+            m_transfers, [easy](const auto& entry) { return entry.second->handle() == easy; });
+        const TransferId id = found->first;
+        HttpResult result = found->second->finish(code);
+        end(id);
+        m_sink(id, std::move(result));
+    }
+}
+
+} // namespace quiv

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "platform/http/curl_transfer.h"
+
+#include <curl/curl.h>
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace quiv {
+
+using TransferId = std::uint64_t;
+
+// The thread on which libcurl's multi interface runs.
+//
+// start() and cancel() may be called from any thread and never wait; the sink is called on the
+// network thread, once for every transfer that was started and not cancelled. The destructor drops
+// what is under way and joins.
+class CurlNetworkThread {
+public:
+    using Sink = std::function<void(TransferId, HttpResult)>;
+
+    explicit CurlNetworkThread(Sink sink);
+    ~CurlNetworkThread();
+    CurlNetworkThread(const CurlNetworkThread&) = delete;
+    CurlNetworkThread& operator=(const CurlNetworkThread&) = delete;
+
+    void start(TransferId id, std::unique_ptr<CurlTransfer> transfer);
+    void cancel(TransferId id);
+
+private:
+    struct Command {
+        TransferId id = 0;
+        std::unique_ptr<CurlTransfer> transfer; // none: cancel
+    };
+    struct MultiDeleter {
+        void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }
+    };
+
+    void post(Command command);
+    void run();
+    bool takeCommands(); // false: time to end
+    void begin(Command command);
+    void end(TransferId id);
+    void collectFinished();
+
+    Sink m_sink;
+    std::unique_ptr<CURLM, MultiDeleter> m_multi;
+    std::map<TransferId, std::unique_ptr<CurlTransfer>> m_transfers; // network thread only
+    std::mutex m_mutex;
+    std::vector<Command> m_commands; // guarded by m_mutex, like m_isEnding
+    bool m_isEnding = false;
+    std::thread m_thread;
+};
+
+} // namespace quiv

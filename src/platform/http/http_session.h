@@ -1,0 +1,109 @@
+#pragma once
+
+#include "platform/error.h"
+#include "platform/async/task.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <stop_token>
+#include <utility>
+
+namespace quiv {
+
+// Why an exchange gave no reply. Numbers are those of the desktop platforms' URL errors, so that
+// logs and reports of all builds speak of the same thing.
+enum class HttpErrorCode {
+    Cancelled = -999,
+    BadUrl = -1000, // also: a header that must not be sent
+    TimedOut = -1001,
+    CannotFindHost = -1003,
+    CannotConnect = -1004,
+    ConnectionLost = -1005,
+    BadServerResponse = -1011,
+    CannotReadFile = -1102,
+    ReplyTooLarge = -1103,
+    CannotWriteFile = -3003,
+};
+
+class HttpError : public Error {
+public:
+    explicit HttpError(HttpErrorCode code);
+
+    HttpErrorCode code() const { return m_code; }
+
+private:
+    HttpErrorCode m_code;
+};
+
+bool isCancellation(const Error& error);
+
+using HttpHeaders = QList<std::pair<QByteArray, QByteArray>>;
+
+struct HttpTimeouts {
+    std::chrono::milliseconds total{60'000}; // the whole exchange, name look-up included
+    // Ends an exchange in which no byte moved for this long; none: only the total counts.
+    std::optional<std::chrono::seconds> idle;
+};
+
+// Bytes of the body moved so far; totals are -1 while unknown.
+struct HttpProgress {
+    std::int64_t sent = 0;
+    std::int64_t sentTotal = -1;
+    std::int64_t received = 0;
+    std::int64_t receivedTotal = -1;
+
+    bool operator==(const HttpProgress&) const = default;
+};
+
+inline constexpr std::int64_t JsonReplyLimit = 64ll << 20;
+inline constexpr std::int64_t ImageReplyLimit = 16ll << 20;
+inline constexpr std::int64_t ErrorReplyLimit = 64ll << 10;
+
+struct HttpRequest {
+    QByteArray method = "GET";
+    QByteArray url; // absolute, "http" only, fully percent-encoded
+    HttpHeaders headers;
+    QByteArray body;
+    QString bodyFile;  // streamed as the body instead of `body` when not empty
+    QString replyFile; // a 2xx reply's body goes into this existing file when not empty
+    // Largest body kept in memory; failed replies are cut off at ErrorReplyLimit instead.
+    std::int64_t replyLimit = JsonReplyLimit;
+    HttpTimeouts timeouts;
+    std::stop_token stop; // asking it to stop ends the exchange as Cancelled
+    // Main thread; the first and last report and about four a second between them; a body that
+    // starts over is reported at once, after the count it had reached.
+    std::function<void(const HttpProgress&)> onProgress;
+};
+
+struct HttpReply {
+    int status = 0;
+    HttpHeaders headers;
+    QByteArray body;
+
+    bool isSuccess() const { return status >= 200 && status <= 299; }
+    // Value of the first header of this name, in any letter case.
+    std::optional<QByteArray> header(QByteArrayView name) const;
+};
+
+// Sends HTTP requests. Used on the main thread.
+//
+// Every exchange completes exactly once, from the event loop: with a reply of any status, or by
+// throwing HttpError; also when the session is destroyed meanwhile (Cancelled). Destroying the task
+// cancels: its socket is closed, and nothing is resumed. Redirects are replies like any other; no
+// proxy, no cookies, no stored credentials.
+class HttpSession {
+public:
+    virtual ~HttpSession() = default;
+    virtual Task<HttpReply> send(HttpRequest request) = 0;
+};
+
+// Percent-encodes everything but unreserved characters, so that every server decodes the same text.
+QByteArray percentEncoded(const QString& text);
+
+} // namespace quiv

@@ -1,0 +1,54 @@
+#include "ui/presenters/download_menu_presenter.h"
+
+#include "platform/publish.h"
+#include "ui/display_format.h"
+#include "ui/presenters/window_actions.h"
+
+#include <QCollator>
+
+#include <algorithm>
+
+namespace quiv {
+
+namespace {
+
+QString symbolFor(const RemoteFile& file) {
+    const QString kind = file.kind.toUpper();
+    if (kind == QLatin1String("VIDEO"))
+        return QStringLiteral("film");
+    return kind == QLatin1String("SUBTITLE") ? QStringLiteral("captions.bubble")
+                                             : QStringLiteral("doc");
+}
+
+} // namespace
+
+QStringList DownloadMenuPresenter::names() const {
+    QStringList names;
+    for (const RemoteFile& file : m_files)
+        names.append(displayText(file.name));
+    return names;
+}
+
+QStringList DownloadMenuPresenter::symbols() const {
+    QStringList symbols;
+    for (const RemoteFile& file : m_files)
+        symbols.append(symbolFor(file));
+    return symbols;
+}
+
+void DownloadMenuPresenter::setFiles(const QList<RemoteFile>& files) {
+    QList<RemoteFile> sorted = files;
+    QCollator order;
+    order.setCaseSensitivity(Qt::CaseInsensitive);
+    std::ranges::stable_sort(sorted, [&](const RemoteFile& a, const RemoteFile& b) {
+        return order.compare(a.name, b.name) < 0;
+    });
+    publish(this, m_files, sorted, &DownloadMenuPresenter::changed);
+}
+
+void DownloadMenuPresenter::choose(int index) {
+    if (index >= 0 && index < m_files.size())
+        m_actions.downloadFile(m_files[index]);
+}
+
+} // namespace quiv

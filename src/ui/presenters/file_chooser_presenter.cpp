@@ -1,0 +1,210 @@
+#include "ui/presenters/file_chooser_presenter.h"
+
+#include "platform/async/background.h"
+#include "ui/display_format.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <algorithm>
+#include <utility>
+
+namespace quiv {
+
+namespace {
+
+QList<ListRole<FileChooserRow>> rowRoles() {
+    return {
+        {"key",
+         [](const FileChooserRow& row) {
+             return QVariant(row.entry.name);
+         }},
+        {"name",
+         [](const FileChooserRow& row) {
+             return QVariant(displayText(row.entry.name));
+         }},
+        {"isFolder",
+         [](const FileChooserRow& row) {
+             return QVariant(row.entry.isFolder);
+         }},
+        {"isChosen",
+         [](const FileChooserRow& row) {
+             return QVariant(row.isChosen);
+         }},
+    };
+}
+
+QString firstFolder() {
+    const QString videos = QStandardPaths::writableLocation(QStandardPaths::MoviesLocation);
+    return QDir(videos).exists() ? videos : QDir::homePath();
+}
+
+// A name in a folder, not a way to another one.
+bool isFileName(const QString& name) {
+    return !name.trimmed().isEmpty() && !name.contains(u'/') && !name.contains(QChar::Null) &&
+           name != QStringLiteral(".") && name != QStringLiteral("..");
+}
+
+} // namespace
+
+const QString& fileChooserRowKey(const FileChooserRow& row) {
+    return row.entry.name;
+}
+
+FileChooserPresenter::FileChooserPresenter(QObject* parent) : QObject(parent), m_rows(rowRoles()) {}
+
+FileChooserPresenter::~FileChooserPresenter() {
+    m_answer.give(QList<QUrl>());
+}
+
+QString FileChooserPresenter::acceptLabel() const {
+    return m_mayReplace ? QStringLiteral("Replace") : m_request.acceptLabel;
+}
+
+bool FileChooserPresenter::canGoUp() const {
+    return !m_folder.isEmpty() && !QDir(m_folder).isRoot();
+}
+
+bool FileChooserPresenter::canAccept() const {
+    return isSaving() ? isFileName(m_name) : !m_chosen.isEmpty();
+}
+
+Task<FileDialogAnswer> FileChooserPresenter::ask(FileDialogRequest request) {
+    cancel();
+    m_request = std::move(request);
+    m_answer = {};
+    m_name = m_request.proposedName;
+    m_isShown = true;
+    m_listing = enter(m_folder.isEmpty() ? firstFolder() : m_folder);
+    auto waiting = m_answer.wait([this] { cancel(); });
+    co_return co_await std::move(waiting);
+}
+
+void FileChooserPresenter::goUp() {
+    m_listing = enter(QDir::cleanPath(m_folder + QStringLiteral("/..")));
+}
+
+void FileChooserPresenter::select(const QString& name) {
+    const FolderEntry* entry = entryNamed(name);
+    if (!entry)
+        return;
+    if (entry->isFolder) {
+        m_listing = enter(QDir(m_folder).filePath(name));
+        return;
+    }
+    if (isSaving())
+        return setName(name);
+    const bool wasChosen = m_chosen.contains(name);
+    if (m_request.purpose == FileDialogRequest::Purpose::OpenOne)
+        m_chosen.clear();
+    if (wasChosen)
+        m_chosen.remove(name);
+    else
+        m_chosen.insert(name);
+    update();
+}
+
+void FileChooserPresenter::activate(const QString& name) {
+    const FolderEntry* entry = entryNamed(name);
+    const bool isFile = entry && !entry->isFolder;
+    if (!m_chosen.contains(name))
+        select(name);
+    if (isFile)
+        accept();
+}
+
+void FileChooserPresenter::setName(const QString& name) {
+    if (m_name == name)
+        return;
+    m_name = name;
+    m_note.clear();
+    m_mayReplace = false;
+    update();
+}
+
+void FileChooserPresenter::createFolder(const QString& name) {
+    if (isFileName(name) && QDir(m_folder).mkdir(name)) {
+        m_listing = enter(QDir(m_folder).filePath(name));
+        return;
+    }
+    m_note = QStringLiteral("The folder could not be created. Choose another name or place.");
+    update();
+}
+
+void FileChooserPresenter::accept() {
+    if (!m_isShown || !canAccept())
+        return;
+    if (isSaving())
+        return acceptPlace();
+    QList<QUrl> files;
+    for (const FolderEntry& entry : std::as_const(m_entries)) { // in the order shown
+        if (m_chosen.contains(entry.name))
+            files.append(urlOf(entry.name));
+    }
+    answer(files);
+}
+
+void FileChooserPresenter::acceptPlace() {
+    const QFileInfo place(urlOf(m_name).toLocalFile());
+    if (m_mayReplace || !place.exists())
+        return answer({urlOf(m_name)});
+    m_mayReplace = !place.isDir();
+    const QString what = QLatin1Char('"') + displayText(m_name) + QLatin1Char('"');
+    m_note = m_mayReplace
+                 ? what + QStringLiteral(" is here already. Replace it?")
+                 : what + QStringLiteral(" is the name of a folder here. Choose another name.");
+    update();
+}
+
+void FileChooserPresenter::cancel() {
+    answer({});
+}
+
+void FileChooserPresenter::answer(const QList<QUrl>& files) {
+    m_isShown = false;
+    m_listing.cancel();
+    m_answer.give(files);
+    m_chosen.clear();
+    m_note.clear();
+    m_mayReplace = false;
+    update();
+}
+
+Task<> FileChooserPresenter::enter(QString folder) {
+    m_folder = folder;
+    m_entries.clear();
+    m_chosen.clear();
+    m_note.clear();
+    m_mayReplace = false;
+    m_rows.reset({});
+    update();
+    auto listing = inBackground([folder] { return folderListing(folder); });
+    const auto entries = co_await std::move(listing);
+    if (!entries)
+        m_note = QStringLiteral("This folder cannot be read.");
+    else if (entries->isEmpty())
+        m_note = QStringLiteral("This folder is empty.");
+    else
+        m_entries = *entries;
+    update();
+}
+
+void FileChooserPresenter::update() {
+    QList<FileChooserRow> rows;
+    for (const FolderEntry& entry : std::as_const(m_entries))
+        rows.append({entry, m_chosen.contains(entry.name)});
+    m_rows.assign(rows);
+    Q_EMIT changed();
+}
+
+const FolderEntry* FileChooserPresenter::entryNamed(const QString& name) const {
+    const auto found = std::ranges::find(m_entries, name, &FolderEntry::name);
+    return found == m_entries.end() ? nullptr : &*found;
+}
+
+QUrl FileChooserPresenter::urlOf(const QString& name) const {
+    return QUrl::fromLocalFile(QDir(m_folder).filePath(name));
+}
+
+} // namespace quiv

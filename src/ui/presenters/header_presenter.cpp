@@ -1,0 +1,78 @@
+#include "ui/presenters/header_presenter.h"
+
+#include "platform/publish.h"
+#include "ui/display_format.h"
+#include "ui/presenters/window_actions.h"
+
+namespace quiv {
+
+QList<StorageStatusBadge> headerBadges(const LibraryContent& content) {
+    QList<StorageStatusBadge> badges = storageStatusBadges(content.storage, content.usbStorage);
+    if (content.usbSetupHint && !content.usbSetupHint->isEmpty())
+        badges.append({displayText(*content.usbSetupHint), BadgeTone::Tone::Amber});
+    badges.append({QStringLiteral("Uploads: ") + displayText(content.preferredUploadTarget),
+                   BadgeTone::Tone::Neutral});
+    return badges;
+}
+
+QString codeValidUntilText(const PairingState& pairing) {
+    const auto time = pairingCodeValidUntilText(pairing.pairingCodeValidUntil);
+    return time ? QStringLiteral("This code is valid until ") + *time : QString();
+}
+
+HeaderMove headerMove(const MoveState& move) {
+    if (!move.isMovingFile)
+        return {};
+    const QString name = displayText(move.currentMoveFileName);
+    HeaderMove shown;
+    shown.isShown = true;
+    shown.label = name.isEmpty() ? QStringLiteral("Moving file") : QStringLiteral("Moving ") + name;
+    shown.fraction = move.moveProgress;
+    shown.percentText = formatPercent(move.moveProgress);
+    shown.speedText = formatTransferSpeed(move.moveSpeedBytesPerSecond);
+    return shown;
+}
+
+HeaderPresenter::HeaderPresenter(WindowActions& actions, QObject* parent)
+    : QObject(parent), m_actions(actions) {
+    m_state.badges = headerBadges({});
+}
+
+void HeaderPresenter::setContent(const LibraryContent& content) {
+    HeaderState state = m_state;
+    state.badges = headerBadges(content);
+    show(std::move(state));
+}
+
+void HeaderPresenter::setLoadInProgress(bool isLoading) {
+    HeaderState state = m_state;
+    state.isSyncing = isLoading;
+    show(std::move(state));
+}
+
+void HeaderPresenter::setPairing(const PairingState& pairing) {
+    HeaderState state = m_state;
+    state.requiresPairing = pairing.requiresControlPairing;
+    state.codeValidUntilText = codeValidUntilText(pairing);
+    show(std::move(state));
+}
+
+void HeaderPresenter::setStatusMessage(const QString& message) {
+    HeaderState state = m_state;
+    state.statusMessage = displayText(message);
+    show(std::move(state));
+}
+
+void HeaderPresenter::setMove(const MoveState& move) {
+    publish(this, m_move, headerMove(move), &HeaderPresenter::moveChanged);
+}
+
+void HeaderPresenter::cancelPairing() {
+    m_actions.cancelPairing();
+}
+
+void HeaderPresenter::show(HeaderState state) {
+    publish(this, m_state, std::move(state), &HeaderPresenter::stateChanged);
+}
+
+} // namespace quiv

@@ -1,0 +1,106 @@
+#pragma once
+
+#include "library/library_content.h"
+#include "net/tv_endpoint.h"
+#include "ui/presenters/download_menu_presenter.h"
+#include "ui/presenters/file_group_row_state.h"
+#include "ui/presenters/record_list_model.h"
+
+#include <QAbstractItemModel>
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+#include <optional>
+
+namespace quiv {
+
+class WindowActions;
+
+// The key of a library row.
+const QString& libraryRowKey(const LibraryRow& row);
+
+// The selected TV's library as the search field narrows it. The search text is forgotten when
+// another TV is selected.
+class LibraryPresenter : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("belongs to the window's presenter")
+    Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT)
+    Q_PROPERTY(Phase phase READ phase NOTIFY phaseChanged)
+    Q_PROPERTY(QString searchText READ searchText NOTIFY searchTextChanged)
+    Q_PROPERTY(QString loadingText READ loadingText NOTIFY selectedDeviceChanged)
+    Q_PROPERTY(QString noResultsText READ noResultsText NOTIFY searchTextChanged)
+    Q_PROPERTY(quiv::DownloadMenuPresenter* downloadMenu READ downloadMenu CONSTANT)
+
+public:
+    // What the detail area shows.
+    enum class Phase { NoTv, Loading, NoResults, Empty, List };
+    Q_ENUM(Phase)
+
+    explicit LibraryPresenter(WindowActions& actions, QObject* parent = nullptr);
+
+    QAbstractItemModel* rows() { return &m_rows; }
+    Phase phase() const { return m_phase; }
+    const QString& searchText() const { return m_searchText; }
+    DownloadMenuPresenter* downloadMenu() { return &m_downloadMenu; }
+    QString loadingText() const;
+    QString noResultsText() const;
+
+    void setSelectedDevice(const std::optional<TVEndpoint>& device);
+    void setContent(const LibraryContent& content);
+    void setLoadInProgress(bool isLoading);
+    void setPlayback(const std::optional<PlaybackResponse>& playback);
+    void setMove(const MoveState& move);
+    void setUploads(const QSet<QString>& matchKeys);
+    void setDownload(const DownloadState& download);
+    void setThumbnails(const std::optional<ThumbnailAddress>& thumbnails);
+
+    Q_INVOKABLE void search(const QString& text);
+    // Of the row with this key; nothing without a video.
+    Q_INVOKABLE void playOrPause(const QString& key);
+    Q_INVOKABLE void moveStorage(const QString& key);
+    // Lets the user choose a subtitle for the row's video.
+    Q_INVOKABLE void attachSubtitle(const QString& key);
+    // Offers the row's files in the download menu; false when there are none.
+    Q_INVOKABLE bool offerDownloads(const QString& key);
+    Q_INVOKABLE void cancelDownload();
+    // Asks the user first.
+    Q_INVOKABLE void requestDelete(const QString& key);
+
+Q_SIGNALS:
+    void phaseChanged();
+    void searchTextChanged();
+    void selectedDeviceChanged();
+    void deleteRequested(const quiv::FileGroup& group);
+    void subtitleRequested(const QString& videoName);
+
+private:
+    void update();
+    void setContext(RowContext context);
+    const LibraryRow* rowOf(const QString& key) const;
+
+    WindowActions& m_actions;
+    DownloadMenuPresenter m_downloadMenu;
+    RowContext m_context;
+    std::optional<TVEndpoint> m_selected;
+    QList<LibraryRow> m_groups; // all of them
+    bool m_isLoading = false;
+    QString m_searchText;
+    Phase m_phase = Phase::NoTv;
+    RecordListModel<LibraryRow, &libraryRowKey> m_rows; // those that the search leaves
+};
+
+// What decides the phase.
+struct LibraryCounts {
+    bool hasTv = false;
+    bool isLoading = false;
+    bool hasQuery = false;
+    qsizetype groups = 0;
+    qsizetype visibleGroups = 0;
+    bool hasUploads = false;
+};
+
+LibraryPresenter::Phase libraryPhase(const LibraryCounts& counts);
+
+} // namespace quiv

@@ -1,0 +1,97 @@
+#include "ui/presenters/sidebar_presenter.h"
+
+#include "platform/publish.h"
+#include "ui/display_format.h"
+#include "ui/presenters/window_actions.h"
+
+namespace quiv {
+
+namespace {
+
+QList<ListRole<TvTile>> tileRoles() {
+    return {
+        {"endpointKey",
+         [](const TvTile& tile) {
+             return QVariant(tile.key);
+         }},
+        {"name",
+         [](const TvTile& tile) {
+             return QVariant(displayText(tile.device.name));
+         }},
+        {"address",
+         [](const TvTile& tile) {
+             return QVariant(displayText(tile.key));
+         }},
+        {"description",
+         [](const TvTile& tile) {
+             return QVariant(displayText(tileDescription(tile.device)));
+         }},
+        {"isSelected",
+         [](const TvTile& tile) {
+             return QVariant(tile.isSelected);
+         }},
+        {"badges",
+         [](const TvTile& tile) {
+             return QVariant(badgeValues(tile.badges));
+         }},
+    };
+}
+
+} // namespace
+
+QList<TvTile> tvTiles(const QList<TVEndpoint>& devices, const std::optional<TVEndpoint>& selected,
+                      const QList<StorageStatusBadge>& badgesOfSelected) {
+    const QString selectedKey = selected ? endpointKey(*selected) : QString();
+    QList<TvTile> tiles;
+    tiles.reserve(devices.size());
+    for (const TVEndpoint& device : devices) {
+        const QString key = endpointKey(device);
+        const bool isSelected = selected && key == selectedKey;
+        tiles.append(
+            {key, device, isSelected, isSelected ? badgesOfSelected : QList<StorageStatusBadge>()});
+    }
+    return tiles;
+}
+
+QString tileDescription(const TVEndpoint& device) {
+    const QString label = deviceDisplayLabel(device).value_or(QString());
+    return device.name.contains(label, Qt::CaseInsensitive) ? QString() : label;
+}
+
+QString foundTvsText(qsizetype count) {
+    return QStringLiteral("Found ") + QString::number(count) +
+           (count == 1 ? QStringLiteral(" TV") : QStringLiteral(" TVs"));
+}
+
+SidebarPresenter::SidebarPresenter(WindowActions& actions, QObject* parent)
+    : QObject(parent), m_actions(actions), m_tiles(tileRoles()) {}
+
+void SidebarPresenter::setDiscoveredDevices(const QList<TVEndpoint>& devices) {
+    m_devices = devices;
+    publish(this, m_countText, foundTvsText(devices.size()), &SidebarPresenter::countTextChanged);
+    update();
+}
+
+void SidebarPresenter::setSelectedDevice(const std::optional<TVEndpoint>& device) {
+    m_selected = device;
+    update();
+}
+
+void SidebarPresenter::setStorageBadges(const QList<StorageStatusBadge>& badges) {
+    m_badges = badges;
+    update();
+}
+
+void SidebarPresenter::refresh() {
+    m_actions.refreshDiscovery();
+}
+
+void SidebarPresenter::select(const QString& endpointKey) {
+    m_actions.selectDevice(endpointKey);
+}
+
+void SidebarPresenter::update() {
+    m_tiles.assign(tvTiles(m_devices, m_selected, m_badges));
+}
+
+} // namespace quiv

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "net/tv_endpoint.h"
+#include "ui/presenters/record_list_model.h"
+#include "ui/storage_badges.h"
+
+#include <QAbstractItemModel>
+#include <QList>
+#include <QObject>
+#include <QString>
+
+#include <optional>
+
+namespace quiv {
+
+class WindowActions;
+
+// One TV of the sidebar.
+struct TvTile {
+    QString key; // endpointKey
+    TVEndpoint device;
+    bool isSelected = false;
+    QList<StorageStatusBadge> badges; // of the selected TV only
+
+    bool operator==(const TvTile&) const = default;
+};
+
+QList<TvTile> tvTiles(const QList<TVEndpoint>& devices, const std::optional<TVEndpoint>& selected,
+                      const QList<StorageStatusBadge>& badgesOfSelected);
+
+// Maker and model, unless the name tells them already; else empty.
+QString tileDescription(const TVEndpoint& device);
+
+// "Found 1 TV", "Found 3 TVs".
+QString foundTvsText(qsizetype count);
+
+// The list of discovered TVs, in the model's order.
+class SidebarPresenter : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("belongs to the window's presenter")
+    Q_PROPERTY(QAbstractItemModel* tiles READ tiles CONSTANT)
+    Q_PROPERTY(QString countText READ countText NOTIFY countTextChanged)
+
+public:
+    explicit SidebarPresenter(WindowActions& actions, QObject* parent = nullptr);
+
+    QAbstractItemModel* tiles() { return &m_tiles; }
+    const QString& countText() const { return m_countText; }
+
+    void setDiscoveredDevices(const QList<TVEndpoint>& devices);
+    void setSelectedDevice(const std::optional<TVEndpoint>& device);
+    void setStorageBadges(const QList<StorageStatusBadge>& badges);
+
+    Q_INVOKABLE void refresh();
+    Q_INVOKABLE void select(const QString& endpointKey);
+
+Q_SIGNALS:
+    void countTextChanged();
+
+private:
+    void update();
+
+    WindowActions& m_actions;
+    QList<TVEndpoint> m_devices;
+    std::optional<TVEndpoint> m_selected;
+    QList<StorageStatusBadge> m_badges;
+    RecordListModel<TvTile, &TvTile::key> m_tiles;
+    QString m_countText = foundTvsText(0);
+};
+
+} // namespace quiv

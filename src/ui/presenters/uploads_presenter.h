@@ -1,0 +1,64 @@
+#pragma once
+
+#include "net/tv_endpoint.h"
+#include "transfer/upload_job.h"
+#include "ui/presenters/record_list_model.h"
+
+#include <QAbstractItemModel>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QUrl>
+#include <QtQml/qqmlregistration.h>
+
+#include <optional>
+
+namespace quiv {
+
+class WindowActions;
+
+// The key of an upload's row.
+const QString& uploadItemKey(const UploadListItem& item);
+
+// "Queued", or "Uploading 37% 48.2 MB/s".
+QString uploadStatusText(const UploadListItem& item);
+
+// The files on their way to the TV, and the drop that adds more.
+class UploadsPresenter : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("belongs to the window's presenter")
+    Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT)
+    Q_PROPERTY(int count READ count NOTIFY countChanged)
+    Q_PROPERTY(bool isUploadDropTargeted READ isUploadDropTargeted NOTIFY dropChanged)
+    Q_PROPERTY(QString dropHint READ dropHint NOTIFY dropChanged)
+
+public:
+    explicit UploadsPresenter(WindowActions& actions, QObject* parent = nullptr);
+
+    QAbstractItemModel* rows() { return &m_rows; }
+    int count() const { return m_rows.rowCount(); }
+    bool isUploadDropTargeted() const { return m_isUploadDropTargeted; }
+    QString dropHint() const;
+
+    void setSelectedDevice(const std::optional<TVEndpoint>& device);
+    void setItems(const QList<UploadListItem>& items);
+
+    Q_INVOKABLE void cancel(const QString& id);
+    // Files are held over the window, or no longer.
+    Q_INVOKABLE void setDropTargeted(bool isTargeted);
+    // True when the drop is taken.
+    Q_INVOKABLE bool drop(const QList<QUrl>& urls);
+
+Q_SIGNALS:
+    void countChanged();
+    void dropChanged();
+
+private:
+    WindowActions& m_actions;
+    RecordListModel<UploadListItem, &uploadItemKey> m_rows;
+    bool m_hasTv = false;
+    bool m_isUploadDropTargeted = false;
+};
+
+} // namespace quiv

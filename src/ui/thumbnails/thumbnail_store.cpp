@@ -1,0 +1,59 @@
+#include "ui/thumbnails/thumbnail_store.h"
+
+#include "platform/async/background.h"
+
+#include <QImageReader>
+
+namespace quiv {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto FetchTimeout = 20s;
+constexpr int FetchesAtOnce = 4;
+// For one picture: enough for the pixels that are allowed.
+constexpr int DecoderMegabytes = 64;
+
+QString keyOf(const QUrl& url, const ThumbnailShape& shape) {
+    return QStringLiteral("%1x%2 ").arg(shape.size.width()).arg(shape.size.height()) +
+           url.toString(QUrl::FullyEncoded);
+}
+
+} // namespace
+
+ThumbnailStore::ThumbnailStore(HttpSession& http, Clock& clock, qsizetype capacity)
+    : m_http(http), m_clock(clock), m_cache(capacity), m_turnstile(FetchesAtOnce) {
+    QImageReader::setAllocationLimit(DecoderMegabytes);
+}
+
+QImage ThumbnailStore::cached(const QUrl& url, const ThumbnailShape& shape) {
+    const QImage* picture = m_cache.object(keyOf(url, shape));
+    return picture ? *picture : QImage();
+}
+
+Task<QImage> ThumbnailStore::fetch(QUrl url, ThumbnailShape shape) {
+    auto entering = m_turnstile.enter();
+    const Turnstile::Pass pass = co_await std::move(entering);
+    HttpRequest request;
+    request.url = url.toEncoded();
+    request.timeouts.total = FetchTimeout;
+    request.replyLimit = ImageReplyLimit;
+    HttpReply reply;
+    try {
+        auto sending = m_http.send(std::move(request));
+        reply = co_await std::move(sending);
+    } catch (const HttpError&) {
+        co_return QImage();
+    }
+    if (!reply.isSuccess())
+        co_return QImage();
+    auto decoding =
+        inBackground([bytes = reply.body, shape] { return decodedThumbnail(bytes, shape); });
+    const QImage picture = co_await std::move(decoding);
+    if (!picture.isNull())
+        m_cache.insert(keyOf(url, shape), new QImage(picture), picture.sizeInBytes());
+    co_return picture;
+}
+
+} // namespace quiv

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/clock.h"
+#include "platform/http/http_session.h"
+#include "platform/async/task.h"
+#include "platform/async/turnstile.h"
+#include "ui/thumbnails/thumbnail_picture.h"
+
+#include <QCache>
+#include <QImage>
+#include <QObject>
+#include <QString>
+#include <QUrl>
+#include <QtQml/qqmlregistration.h>
+
+namespace quiv {
+
+// The pictures of all rows: fetches a few at a time, decodes them off the main thread, and keeps
+// the most recently used ones up to a number of bytes. Outlives the loaders that use it.
+class ThumbnailStore : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made with the window")
+
+public:
+    static constexpr qsizetype DefaultCapacity = 64 << 20; // bytes
+
+    ThumbnailStore(HttpSession& http, Clock& clock, qsizetype capacity = DefaultCapacity);
+
+    Clock& clock() { return m_clock; }
+
+    // A null image when there is none.
+    QImage cached(const QUrl& url, const ThumbnailShape& shape);
+    // A null image when the TV has none (yet), or sends none that can be shown. Dropping the task
+    // ends the fetch.
+    Task<QImage> fetch(QUrl url, ThumbnailShape shape);
+
+private:
+    HttpSession& m_http;
+    Clock& m_clock;
+    QCache<QString, QImage> m_cache; // by address and size; costs are bytes
+    Turnstile m_turnstile;
+};
+
+} // namespace quiv

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/clock.h"
+#include "platform/dialogs/file_dialogs.h"
+#include "platform/http/http_session.h"
+
+namespace quiv {
+
+// What the window itself works with; each outlives it. Files are chosen by `fileDialogs`, which ask
+// in the window where the desktop cannot; pictures are fetched over `http`.
+struct WindowPorts {
+    PreferredFileDialogs& fileDialogs;
+    HttpSession& http;
+    Clock& clock;
+};
+
+} // namespace quiv

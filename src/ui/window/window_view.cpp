@@ -1,0 +1,46 @@
+#include "ui/window/window_view.h"
+
+#include "ui/window/graphics_choice.h"
+#include "ui/window/icon_provider.h"
+#include "ui/presenters/window_presenter.h"
+
+#include <QIcon>
+#include <QPixmap>
+#include <QQuickWindow>
+
+void qml_register_types_Quiv(); // made by the build from the classes marked QML_ELEMENT
+
+namespace quiv {
+
+namespace {
+
+QIcon applicationIcon() {
+    QIcon icon;
+    for (const int size : {16, 32, 48, 128, 256}) {
+        const QImage image = renderedIcon(QStringLiteral("application"), QSize(size, size));
+        icon.addPixmap(QPixmap::fromImage(image));
+    }
+    return icon;
+}
+
+} // namespace
+
+WindowView::WindowView(WindowPresenter& presenter) {
+    qml_register_types_Quiv();
+    // Sharper than the scene graph's scalable glyphs at the sizes of a desktop's text.
+    QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
+    m_engine.addImportPath(QStringLiteral("qrc:/qml"));
+    m_engine.addImageProvider(QStringLiteral("icon"), new IconProvider);
+    m_engine.setInitialProperties({{QStringLiteral("presenter"), QVariant::fromValue(&presenter)}});
+    m_engine.load(QUrl(QStringLiteral("qrc:/qml/Quiv/MainWindow.qml")));
+    if (QQuickWindow* loaded = window())
+        loaded->setIcon(applicationIcon());
+}
+
+QQuickWindow* WindowView::window() const {
+    return m_engine.rootObjects().isEmpty()
+               ? nullptr
+               : qobject_cast<QQuickWindow*>(m_engine.rootObjects().constFirst());
+}
+
+} // namespace quiv

@@ -1,0 +1,234 @@
+#include <QTest> // first: moc stumbles over standard headers that come before any of Qt's
+
+#include "platform/avahi/avahi_outcome.h"
+#include "platform/avahi/avahi_service_browser.h"
+#include "platform/avahi/avahi_test_announcer.h"
+#include "platform/avahi/avahi_test_daemon.h"
+
+#include <QElapsedTimer>
+
+using namespace quiv;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QString type = QStringLiteral("_ombra._tcp.");
+const QString domain = QStringLiteral("local.");
+
+FoundService serviceNamed(const QString& name) {
+    return {name, type, domain};
+}
+
+// A search and what it found.
+struct Search {
+    explicit Search(ServiceBrowser& browser) {
+        browser.search(type, domain,
+                       [this](const FoundService& service) { names.append(service.name); });
+    }
+    Search(const Search&) = delete;
+    Search& operator=(const Search&) = delete;
+
+    QStringList names;
+};
+
+} // namespace
+
+// Every case through the embedded stack and through a daemon.
+class AvahiBrowserTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QVERIFY(m_daemon.startBus()); }
+    void initTestCase_data() {
+        QTest::addColumn<AvahiBackendKind>("backend");
+        QTest::newRow("embedded stack") << AvahiBackendKind::Embedded;
+        QTest::newRow("system daemon") << AvahiBackendKind::SystemDaemon;
+    }
+    void init();
+    void cleanup();
+
+    void findsTwoServicesOnceEach();
+    void findsAServiceUnderItsNewName();
+    void findsAServiceThatCameBack();
+    void findsNothingAfterStop();
+    void resolvesToTheIPv4Address();
+    void resolvesToTheIPv6AddressWhenThereIsNoOther();
+    void passesOnPortZero();
+    void findsAndResolvesTheOddestName();
+    void resolvesWhatIsAnnouncedLate();
+    void doesNotResolveWhatIsGone();
+    void completesRequestsWhenDestroyed();
+    void forgetsCancelledRequests();
+    void canBeDestroyedByWhatItFound();
+
+private:
+    AvahiTestDaemon m_daemon;
+    std::shared_ptr<AvahiConnection> m_connection;
+    std::optional<AvahiServiceBrowser> m_browser;
+};
+
+void AvahiBrowserTest::init() {
+    QFETCH_GLOBAL(AvahiBackendKind, backend);
+    if (backend == AvahiBackendKind::SystemDaemon)
+        QVERIFY(m_daemon.startDaemon());
+    m_connection = std::make_shared<AvahiConnection>();
+    m_browser.emplace(m_connection);
+    QTRY_COMPARE(m_connection->backendKind(), backend);
+}
+
+void AvahiBrowserTest::cleanup() {
+    m_browser.reset();
+    m_connection.reset();
+    QFETCH_GLOBAL(AvahiBackendKind, backend);
+    if (backend == AvahiBackendKind::SystemDaemon)
+        QVERIFY(m_daemon.stopDaemon());
+}
+
+void AvahiBrowserTest::findsTwoServicesOnceEach() {
+    Search search(*m_browser);
+    AvahiTestAnnouncer kitchen({"Kitchen", "kitchen.local"});
+    AvahiTestAnnouncer bedroom({"Bedroom", "bedroom.local", "192.0.2.8"});
+    QTRY_VERIFY(search.names.contains(QStringLiteral("Kitchen")));
+    QTRY_VERIFY(search.names.contains(QStringLiteral("Bedroom")));
+
+    // Whatever else was to be said of these two has been said once a later one is found.
+    AvahiTestAnnouncer later({"Later", "later.local", "192.0.2.9"});
+    QTRY_VERIFY(search.names.contains(QStringLiteral("Later")));
+    QCOMPARE(search.names.size(), 3);
+}
+
+void AvahiBrowserTest::findsAServiceUnderItsNewName() {
+    Search search(*m_browser);
+    std::optional<AvahiTestAnnouncer> before(std::in_place,
+                                             AvahiTestAnnouncer::Service{"Old name", "tv.local"});
+    QTRY_COMPARE(search.names, QStringList{QStringLiteral("Old name")});
+    before.reset();
+    AvahiTestAnnouncer after({"New name", "tv.local"});
+    QTRY_COMPARE(search.names,
+                 (QStringList{QStringLiteral("Old name"), QStringLiteral("New name")}));
+}
+
+void AvahiBrowserTest::findsAServiceThatCameBack() {
+    const AvahiTestAnnouncer::Service restless{"Restless", "tv.local"};
+    int departures = 0;
+    const AvahiAsking departure =
+        m_connection->ask(SearchQuestion{"_ombra._tcp", "local"}, [&](const AvahiAnswer& answer) {
+            departures += std::holds_alternative<ServiceGone>(answer) ? 1 : 0;
+        });
+    Search search(*m_browser);
+    std::optional<AvahiTestAnnouncer> announcer(std::in_place, restless);
+    QTRY_COMPARE(search.names.size(), 1);
+    announcer.reset();
+    QTRY_VERIFY(departures > 0);
+    announcer.emplace(restless);
+    QTRY_COMPARE(search.names.size(), 2);
+}
+
+void AvahiBrowserTest::findsNothingAfterStop() {
+    Search stopped(*m_browser);
+    m_browser->stop();
+    AvahiServiceBrowser other(m_connection);
+    Search search(other);
+    AvahiTestAnnouncer announcer({"Kitchen", "kitchen.local"});
+    QTRY_COMPARE(search.names.size(), 1);
+    QVERIFY(stopped.names.isEmpty());
+}
+
+void AvahiBrowserTest::resolvesToTheIPv4Address() {
+    Outcome outcome(m_browser->resolve(serviceNamed(QStringLiteral("Kitchen")), 8s));
+    AvahiTestAnnouncer announcer({"Kitchen", "kitchen.local", "192.0.2.7", "2001:db8::7", 4711});
+    QTRY_VERIFY_WITH_TIMEOUT(outcome.isDone(), 9000);
+    QVERIFY(outcome.value());
+    QCOMPARE(outcome.value()->name, QStringLiteral("Kitchen"));
+    QCOMPARE(outcome.value()->addresses.first().toText(), QStringLiteral("192.0.2.7"));
+    QCOMPARE(outcome.value()->hostName.value(), QStringLiteral("kitchen.local"));
+    QCOMPARE(outcome.value()->port, 4711);
+}
+
+void AvahiBrowserTest::resolvesToTheIPv6AddressWhenThereIsNoOther() {
+    Outcome outcome(m_browser->resolve(serviceNamed(QStringLiteral("Modern")), 8s));
+    AvahiTestAnnouncer announcer({"Modern", "modern.local", {}, "fe80::7"});
+    QTRY_VERIFY_WITH_TIMEOUT(outcome.isDone(), 9000);
+    QVERIFY(outcome.value());
+    const HostAddress address = outcome.value()->addresses.value(0);
+    QCOMPARE(address.toText(), QStringLiteral("fe80::7"));
+    QVERIFY(address.scope > 0);
+    QCOMPARE(outcome.value()->addresses.size(), 1);
+    QCOMPARE(outcome.value()->hostName.value(), QStringLiteral("modern.local"));
+}
+
+void AvahiBrowserTest::passesOnPortZero() {
+    Outcome outcome(m_browser->resolve(serviceNamed(QStringLiteral("Portless")), 8s));
+    AvahiTestAnnouncer announcer({"Portless", "tv.local", "192.0.2.7", {}, 0});
+    QTRY_VERIFY_WITH_TIMEOUT(outcome.isDone(), 9000);
+    QVERIFY(outcome.value());
+    QCOMPARE(outcome.value()->port, 0);
+}
+
+void AvahiBrowserTest::findsAndResolvesTheOddestName() {
+    const QString name =
+        QStringLiteral(" Küche. links\\rechts \\046.. \"<b>TV</b>\" 📺 %20&#x41; 电视.");
+    QCOMPARE(name.toUtf8().size(), 63);
+    Search search(*m_browser);
+    AvahiTestAnnouncer announcer({name.toUtf8(), "tv.local"});
+    QTRY_COMPARE(search.names, QStringList{name});
+    Outcome outcome(m_browser->resolve(serviceNamed(name), 8s));
+    QTRY_VERIFY_WITH_TIMEOUT(outcome.isDone(), 9000);
+    QVERIFY(outcome.value());
+    QCOMPARE(outcome.value()->name, name);
+}
+
+void AvahiBrowserTest::resolvesWhatIsAnnouncedLate() {
+    Outcome outcome(m_browser->resolve(serviceNamed(QStringLiteral("Late")), 15s));
+    // Avahi itself gives up on a service after five seconds.
+    Outcome earlier(m_browser->resolve(serviceNamed(QStringLiteral("Late")), 6s));
+    QTRY_VERIFY_WITH_TIMEOUT(earlier.isDone(), 7000);
+    QVERIFY(!outcome.isDone());
+    AvahiTestAnnouncer announcer({"Late", "late.local"});
+    QTRY_VERIFY_WITH_TIMEOUT(outcome.isDone(), 10000);
+    QVERIFY(outcome.value());
+}
+
+void AvahiBrowserTest::doesNotResolveWhatIsGone() {
+    QElapsedTimer timer;
+    timer.start();
+    Outcome outcome(m_browser->resolve(serviceNamed(QStringLiteral("Gone")), 700ms));
+    QTRY_VERIFY(outcome.isDone());
+    QVERIFY(timer.elapsed() >= 700);
+    QVERIFY(!outcome.value());
+}
+
+void AvahiBrowserTest::completesRequestsWhenDestroyed() {
+    Search search(*m_browser);
+    Outcome outcome(m_browser->resolve(serviceNamed(QStringLiteral("Gone")), 1h));
+    m_browser.reset();
+    QVERIFY(!outcome.isDone());
+    QTRY_COMPARE(outcome.completions(), 1);
+    QVERIFY(!outcome.value());
+}
+
+void AvahiBrowserTest::forgetsCancelledRequests() {
+    Outcome cancelled(m_browser->resolve(serviceNamed(QStringLiteral("Kitchen")), 8s));
+    Outcome outcome(m_browser->resolve(serviceNamed(QStringLiteral("Kitchen")), 8s));
+    AvahiTestAnnouncer announcer({"Kitchen", "kitchen.local"});
+    cancelled.cancel();
+    QTRY_VERIFY_WITH_TIMEOUT(outcome.isDone(), 9000);
+    QVERIFY(outcome.value());
+    QVERIFY(!cancelled.isDone());
+}
+
+void AvahiBrowserTest::canBeDestroyedByWhatItFound() {
+    int found = 0;
+    m_connection.reset(); // the browser is the last to use it
+    m_browser->search(type, domain, [&](const FoundService&) {
+        ++found;
+        m_browser.reset();
+    });
+    AvahiTestAnnouncer kitchen({"Kitchen", "kitchen.local"});
+    AvahiTestAnnouncer bedroom({"Bedroom", "bedroom.local", "192.0.2.8"});
+    QTRY_COMPARE(found, 1);
+    QVERIFY(!m_browser);
+}
+
+QTEST_GUILESS_MAIN(AvahiBrowserTest)
+#include "avahi_browser_test.moc"

@@ -1,0 +1,120 @@
+#include <QTest> // first: moc stumbles over standard headers that come before any of Qt's
+
+#include "platform/avahi/avahi_address_choice.h"
+#include "platform/avahi/avahi_host_cache.h"
+#include "platform/avahi/avahi_lookup.h"
+#include "platform/avahi/avahi_lookups.h"
+#include "platform/avahi/avahi_seen_services.h"
+
+using namespace quiv;
+using namespace std::chrono_literals;
+
+namespace {
+
+const FoundService kitchen{QStringLiteral("Kitchen"), QStringLiteral("_ombra._tcp"),
+                           QStringLiteral("local")};
+constexpr AnnouncementPath wired{2, 0};
+constexpr AnnouncementPath wireless{3, 1};
+
+HostAddress parsed(const char* text, int interface) {
+    AvahiAddress address;
+    avahi_address_parse(text, AVAHI_PROTO_UNSPEC, &address);
+    return fromAvahi(address, interface);
+}
+
+} // namespace
+
+class AvahiValuesTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aServiceIsNewOnItsFirstPathOnly();
+    void aServiceIsNewAgainAfterItsLastPathWent();
+    void addressesKeepFamilyBytesAndScope();
+    void anIPv4AddressIsTakenAtOnce();
+    void anIPv6AddressWaitsForIPv4();
+    void outerDotsAreDropped();
+    void hostsAreRememberedForAMinute();
+    void theMemoryForHostsIsBounded();
+};
+
+void AvahiValuesTest::aServiceIsNewOnItsFirstPathOnly() {
+    AvahiSeenServices seen;
+    QVERIFY(seen.appeared({kitchen, wired}));
+    QVERIFY(!seen.appeared({kitchen, wireless}));
+    QVERIFY(!seen.appeared({kitchen, wired}));
+}
+
+void AvahiValuesTest::aServiceIsNewAgainAfterItsLastPathWent() {
+    AvahiSeenServices seen;
+    seen.appeared({kitchen, wired});
+    seen.appeared({kitchen, wireless});
+    seen.gone({kitchen, wired});
+    QVERIFY(!seen.appeared({kitchen, wired}));
+    seen.gone({kitchen, wired});
+    seen.gone({kitchen, wireless});
+    QVERIFY(seen.appeared({kitchen, wireless}));
+}
+
+void AvahiValuesTest::addressesKeepFamilyBytesAndScope() {
+    QCOMPARE(parsed("192.0.2.7", 2).toText(), QStringLiteral("192.0.2.7"));
+    QCOMPARE(parsed("192.0.2.7", 2).family, HostAddress::Family::IPv4);
+    QCOMPARE(parsed("fe80::7", 2).toText(), QStringLiteral("fe80::7"));
+    QCOMPARE(parsed("fe80::7", 2).family, HostAddress::Family::IPv6);
+    QCOMPARE(parsed("fe80::7", 2).scope, 2u);
+    QCOMPARE(parsed("2001:db8::7", 2).scope, 0u);
+}
+
+void AvahiValuesTest::anIPv4AddressIsTakenAtOnce() {
+    AvahiAddressChoice choice(Clock::Instant{} + 8s);
+    QVERIFY(!choice.address());
+    choice.add(parsed("192.0.2.7", 2), {});
+    QVERIFY(choice.isFinal());
+    QCOMPARE(choice.address(), parsed("192.0.2.7", 2));
+}
+
+void AvahiValuesTest::anIPv6AddressWaitsForIPv4() {
+    AvahiAddressChoice choice(Clock::Instant{} + 8s);
+    choice.add(parsed("2001:db8::7", 2), Clock::Instant{} + 1s);
+    choice.add(parsed("2001:db8::8", 2), Clock::Instant{} + 2s);
+    QVERIFY(!choice.isFinal());
+    QVERIFY(choice.deadline() == Clock::Instant{} + 1700ms);
+    QCOMPARE(choice.address(), parsed("2001:db8::7", 2));
+    choice.add(parsed("192.0.2.7", 2), Clock::Instant{} + 2s);
+    QVERIFY(choice.isFinal());
+    QCOMPARE(choice.address(), parsed("192.0.2.7", 2));
+
+    AvahiAddressChoice inAHurry(Clock::Instant{} + 1s);
+    inAHurry.add(parsed("2001:db8::7", 2), Clock::Instant{} + 900ms);
+    QVERIFY(inAHurry.deadline() == Clock::Instant{} + 1s);
+}
+
+void AvahiValuesTest::outerDotsAreDropped() {
+    QCOMPARE(withoutOuterDots(QStringLiteral("_ombra._tcp.")), QByteArray("_ombra._tcp"));
+    QCOMPARE(withoutOuterDots(QStringLiteral("..local..")), QByteArray("local"));
+    QCOMPARE(withoutOuterDots(QStringLiteral("...")), QByteArray());
+}
+
+void AvahiValuesTest::hostsAreRememberedForAMinute() {
+    AvahiHostCache cache;
+    const Clock::Instant start{};
+    const HostAddress address = parsed("192.0.2.7", 2);
+    cache.remember("tv.local", address, start);
+    QCOMPARE(cache.find("tv.local", start + 59s), address);
+    QVERIFY(!cache.find("tv.local", start + 60s));
+    QVERIFY(!cache.find("other.local", start));
+    cache.forget("tv.local");
+    QVERIFY(!cache.find("tv.local", start));
+}
+
+void AvahiValuesTest::theMemoryForHostsIsBounded() {
+    AvahiHostCache cache;
+    const Clock::Instant start{};
+    for (int i = 0; i < 1000; ++i)
+        cache.remember(QByteArray::number(i) + ".local", {}, start);
+    QVERIFY(cache.size() <= AvahiHostCache::maximumSize);
+    QVERIFY(cache.find("999.local", start));
+}
+
+QTEST_GUILESS_MAIN(AvahiValuesTest)
+#include "avahi_values_test.moc"
