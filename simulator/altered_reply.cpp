@@ -9,14 +9,16 @@
 
 namespace quiv::simulator {
 
-static constexpr std::chrono::milliseconds trickleInterval{50};
+using namespace Qt::StringLiterals;
+
+static constexpr std::chrono::milliseconds TrickleInterval{50};
 
 static QJsonValue otherTypeOf(const QJsonValue& value) {
     switch (value.type()) {
     case QJsonValue::String:
         return 7;
     case QJsonValue::Double:
-        return QStringLiteral("seven");
+        return u"seven"_s;
     case QJsonValue::Array:
         return QJsonObject();
     default:
@@ -36,9 +38,9 @@ void mistypeJson(httplib::Response& response, const QString& field) {
 }
 
 void sendOneAuthHeader(httplib::Response& response, const QString& header) {
-    const bool keepsLifetime = header == QLatin1String("lifetime");
-    const char* kept = keepsLifetime ? tokenLifetimeHeader : tokenHeader;
-    response.headers.erase(keepsLifetime ? tokenHeader : tokenLifetimeHeader);
+    const bool keepsLifetime = header == "lifetime"_L1;
+    const char* kept = keepsLifetime ? TokenLifetimeHeader : TokenHeader;
+    response.headers.erase(keepsLifetime ? TokenHeader : TokenLifetimeHeader);
     if (!response.has_header(kept))
         response.set_header(kept, keepsLifetime ? "600" : "0123456789abcdef");
 }
@@ -57,11 +59,11 @@ static httplib::ContentProvider takeBody(httplib::Response& response) {
 void trickle(httplib::Response& response, const Connection& connection, qint64 bytesPerSecond,
              const StopSignal& stop) {
     const auto step =
-        static_cast<size_t>(std::max<qint64>(1, bytesPerSecond * trickleInterval.count() / 1000));
+        static_cast<size_t>(std::max<qint64>(1, bytesPerSecond * TrickleInterval.count() / 1000));
     response.content_provider_ = [body = takeBody(response), connection, step,
                                   &stop](size_t offset, size_t length, httplib::DataSink& sink) {
         return body(offset, std::min(length, step), sink) &&
-               connection.waitFor(trickleInterval, stop);
+               connection.waitFor(TrickleInterval, stop);
     };
 }
 

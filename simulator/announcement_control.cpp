@@ -4,6 +4,8 @@
 
 namespace quiv::simulator {
 
+using namespace Qt::StringLiterals;
+
 void AnnouncementControl::start(std::unique_ptr<Announcer> announcer,
                                 const Announcement& announcement) {
     const std::scoped_lock lock(m_mutex);
@@ -21,15 +23,15 @@ void AnnouncementControl::stop() {
 std::optional<QString> AnnouncementControl::change(const QJsonObject& change) {
     const std::scoped_lock lock(m_mutex);
     if (!m_announcer)
-        return QStringLiteral("The TV does not announce itself.");
-    if (!change[QLatin1String("announced")].toBool(true)) {
+        return u"The TV does not announce itself."_s;
+    if (!change["announced"_L1].toBool(true)) {
         m_announcer->withdraw();
         return std::nullopt;
     }
-    const QString name = change[QLatin1String("serviceName")].toString(m_announcement.serviceName);
+    const QString name = change["serviceName"_L1].toString(m_announcement.serviceName);
     if (!isServiceName(name))
-        return QStringLiteral("A service name has 1 to 63 bytes.");
-    const int port = change[QLatin1String("port")].toInt(m_announcement.port);
+        return u"A service name has 1 to 63 bytes."_s;
+    const int port = change["port"_L1].toInt(m_announcement.port);
     m_announcement = {name, static_cast<quint16>(port)};
     m_announcer->announce(m_announcement);
     return std::nullopt;

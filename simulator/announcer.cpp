@@ -11,6 +11,8 @@
 
 namespace quiv::simulator {
 
+using namespace Qt::StringLiterals;
+
 std::unique_ptr<Announcer> Announcer::create(const Settings& settings) {
     QString problem;
     if (settings.way != Way::Embedded) {
@@ -26,7 +28,7 @@ std::unique_ptr<Announcer> Announcer::create(const Settings& settings) {
 }
 
 static QString randomHostName() {
-    return QStringLiteral("quiv-tv-") + QUuid::createUuid().toString(QUuid::Id128).left(8);
+    return u"quiv-tv-"_s + QUuid::createUuid().toString(QUuid::Id128).left(8);
 }
 
 Announcer::Announcer(Settings settings)

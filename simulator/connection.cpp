@@ -12,7 +12,9 @@
 
 namespace quiv::simulator {
 
-static constexpr std::chrono::milliseconds leavingTime{2000};
+using namespace Qt::StringLiterals;
+
+static constexpr std::chrono::milliseconds LeavingTime{2000};
 
 namespace {
 
@@ -45,8 +47,7 @@ static EndPoint endPointOf(int descriptor, NameFunction nameOf) {
 // Calls `visit` for each open descriptor until it returns true, and gives back that descriptor.
 static int findDescriptor(const std::function<bool(int)>& visit) {
     const QStringList names =
-        QDir(QStringLiteral("/proc/self/fd"))
-            .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
+        QDir(u"/proc/self/fd"_s).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
     for (const QString& name : names) {
         const int descriptor = name.toInt();
         if (visit(descriptor))
@@ -76,7 +77,7 @@ void Connection::reset() {
 
 void Connection::end(const StopSignal& stop) {
     shutdown(m_descriptor, SHUT_WR);
-    waitFor(leavingTime, stop);
+    waitFor(LeavingTime, stop);
     reset();
 }
 

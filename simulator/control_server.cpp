@@ -5,6 +5,8 @@
 #include <QDateTime>
 #include <QJsonDocument>
 
+using namespace Qt::StringLiterals;
+
 namespace quiv::simulator {
 
 using httplib::Request;
@@ -15,7 +17,7 @@ static QJsonObject bodyOf(const Request& request) {
 }
 
 static void replyOk(Response& response) {
-    replyJson(response, {{QStringLiteral("ok"), true}});
+    replyJson(response, {{u"ok"_s, true}});
 }
 
 // 400 with the complaint, when there is one.
@@ -41,13 +43,13 @@ ControlServer::ControlServer(Television& television, FaultList& faults, RequestL
 }
 
 bool ControlServer::listen(quint16 port) {
-    return m_listener.listen(QStringLiteral("127.0.0.1"), port);
+    return m_listener.listen(u"127.0.0.1"_s, port);
 }
 
 void ControlServer::addFaultRoutes(FaultList& faults) {
     httplib::Server& server = m_listener.routes();
     server.Get("/faults", [&](const Request&, Response& response) {
-        replyArray(response, QStringLiteral("faults"), faults.toJson());
+        replyArray(response, u"faults"_s, faults.toJson());
     });
     server.Post("/faults", [&](const Request& request, Response& response) {
         replyOutcome(response, faults.add(bodyOf(request)));
@@ -61,7 +63,7 @@ void ControlServer::addFaultRoutes(FaultList& faults) {
 void ControlServer::addRequestRoutes(RequestLog& log) {
     httplib::Server& server = m_listener.routes();
     server.Get("/requests", [&](const Request&, Response& response) {
-        replyArray(response, QStringLiteral("requests"), log.toJson());
+        replyArray(response, u"requests"_s, log.toJson());
     });
     server.Delete("/requests", [&](const Request&, Response& response) {
         log.clear();
@@ -70,16 +72,16 @@ void ControlServer::addRequestRoutes(RequestLog& log) {
 }
 
 static std::optional<QString> changePairing(Pairing& pairing, const QJsonObject& change) {
-    const QJsonValue code = change[QLatin1String("code")];
+    const QJsonValue code = change["code"_L1];
     if (code.isString() && !code.toString().isEmpty() && !Pairing::isCode(code.toString()))
-        return QStringLiteral("A code has three digits.");
+        return u"A code has three digits."_s;
     if (code.isString())
         pairing.setCode(code.toString());
-    if (change[QLatin1String("expireCode")].toBool())
+    if (change["expireCode"_L1].toBool())
         pairing.expireCode();
-    if (change[QLatin1String("expireTokens")].toBool())
+    if (change["expireTokens"_L1].toBool())
         pairing.expireTokens();
-    if (const QJsonValue lifetime = change[QLatin1String("tokenLifetime")]; lifetime.isDouble())
+    if (const QJsonValue lifetime = change["tokenLifetime"_L1]; lifetime.isDouble())
         pairing.setTokenLifetime(Pairing::Seconds(lifetime.toInteger()));
     return std::nullopt;
 }
@@ -88,7 +90,7 @@ void ControlServer::addPairingRoutes(Pairing& pairing) {
     httplib::Server& server = m_listener.routes();
     server.Get("/pairing", [&](const Request&, Response& response) {
         pairing.renewExpiredCode();
-        replyJson(response, QJsonObject{{QStringLiteral("code"), pairing.code()}});
+        replyJson(response, QJsonObject{{u"code"_s, pairing.code()}});
     });
     server.Post("/pairing", [&](const Request& request, Response& response) {
         replyOutcome(response, changePairing(pairing, bodyOf(request)));
@@ -96,43 +98,42 @@ void ControlServer::addPairingRoutes(Pairing& pairing) {
 }
 
 static MediaEntry entryFrom(const QJsonObject& json) {
-    const QString name = json[QLatin1String("name")].toString();
+    const QString name = json["name"_L1].toString();
     return {.name = name,
             .kind = kindOfName(name),
-            .sizeBytes = json[QLatin1String("sizeBytes")].toInteger(1'000'000),
-            .lastModifiedMs = json[QLatin1String("lastModifiedMs")].toInteger(
-                QDateTime::currentMSecsSinceEpoch()),
-            .displayName = json[QLatin1String("displayName")].toString(displayNameOf(name)),
-            .subtitleCount = json[QLatin1String("subtitleCount")].toInt(),
-            .onUsb = json[QLatin1String("storageLocation")].toString() == QLatin1String("USB")};
+            .sizeBytes = json["sizeBytes"_L1].toInteger(1'000'000),
+            .lastModifiedMs =
+                json["lastModifiedMs"_L1].toInteger(QDateTime::currentMSecsSinceEpoch()),
+            .displayName = json["displayName"_L1].toString(displayNameOf(name)),
+            .subtitleCount = json["subtitleCount"_L1].toInt(),
+            .onUsb = json["storageLocation"_L1].toString() == "USB"_L1};
 }
 
 static std::optional<QString> changeEntries(GeneratedEntries& entries, const QJsonObject& change) {
-    const QString action = change[QLatin1String("action")].toString();
-    const QString name = change[QLatin1String("name")].toString();
+    const QString action = change["action"_L1].toString();
+    const QString name = change["name"_L1].toString();
     bool done = false;
-    if (action == QLatin1String("add"))
+    if (action == "add"_L1)
         done = entries.add(entryFrom(change));
-    else if (action == QLatin1String("remove"))
+    else if (action == "remove"_L1)
         done = entries.remove(name);
-    else if (action == QLatin1String("touch"))
+    else if (action == "touch"_L1)
         done = entries.touch(name);
-    else if (action == QLatin1String("rename"))
-        done = entries.rename(name, change[QLatin1String("displayName")].toString());
+    else if (action == "rename"_L1)
+        done = entries.rename(name, change["displayName"_L1].toString());
     else
-        return QStringLiteral("The action is add, remove, touch or rename.");
-    return done ? std::nullopt : std::optional(QStringLiteral("No such entry, or one too many."));
+        return u"The action is add, remove, touch or rename."_s;
+    return done ? std::nullopt : std::optional(u"No such entry, or one too many."_s);
 }
 
 void ControlServer::addLibraryRoutes(MediaLibrary& library) {
     m_listener.routes().Post("/library", [&](const Request& request, Response& response) {
         const QJsonObject change = bodyOf(request);
-        if (const QJsonValue connected = change[QLatin1String("usbConnected")];
-            connected.isBool()) {
+        if (const QJsonValue connected = change["usbConnected"_L1]; connected.isBool()) {
             library.setUsbConnected(connected.toBool());
             return replyOk(response);
         }
-        if (const QJsonValue bytes = change[QLatin1String("freeBytes")]; !bytes.isUndefined()) {
+        if (const QJsonValue bytes = change["freeBytes"_L1]; !bytes.isUndefined()) {
             library.setFreeBytes(bytes.isDouble() ? std::optional(bytes.toInteger())
                                                   : std::nullopt);
             return replyOk(response);
@@ -145,8 +146,8 @@ void ControlServer::addLibraryRoutes(MediaLibrary& library) {
 
 void ControlServer::addMoveRoutes(StorageMover& mover) {
     m_listener.routes().Post("/move", [&](const Request& request, Response& response) {
-        if (!bodyOf(request)[QLatin1String("failNext")].toBool())
-            return replyError(response, 400, QStringLiteral("Only failNext can be asked for."));
+        if (!bodyOf(request)["failNext"_L1].toBool())
+            return replyError(response, 400, u"Only failNext can be asked for."_s);
         mover.failNext();
         replyOk(response);
     });
@@ -155,9 +156,9 @@ void ControlServer::addMoveRoutes(StorageMover& mover) {
 void ControlServer::addIdentityRoutes(Identity& identity, AnnouncementControl& announcement) {
     httplib::Server& server = m_listener.routes();
     server.Post("/name", [&](const Request& request, Response& response) {
-        const QJsonValue name = bodyOf(request)[QLatin1String("name")];
+        const QJsonValue name = bodyOf(request)["name"_L1];
         if (!name.isString())
-            return replyError(response, 400, QStringLiteral("The name is missing."));
+            return replyError(response, 400, u"The name is missing."_s);
         identity.setName(name.toString());
         replyOk(response);
     });

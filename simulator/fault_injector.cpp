@@ -6,28 +6,28 @@
 
 namespace quiv::simulator {
 
-static constexpr qint64 oversizedBytes = 80LL << 20;
-static constexpr const char* jsonType = "application/json; charset=utf-8";
+static constexpr qint64 OversizedBytes = 80LL << 20;
+static constexpr const char* JsonType = "application/json; charset=utf-8";
 
 static FaultInjector::Outcome reply(const Fault& fault, httplib::Response& response) {
     response.status = static_cast<int>(fault.number("status", 200));
     const std::string body = fault.text("body").toStdString();
     const std::string type = fault.text("contentType").toStdString();
     if (!body.empty())
-        response.set_content(body, type.empty() ? jsonType : type);
+        response.set_content(body, type.empty() ? JsonType : type);
     return FaultInjector::Outcome::Replied;
 }
 
 static FaultInjector::Outcome replyBroken(httplib::Response& response) {
-    response.set_content("{\"ok\": true, \"files\": [{\"name\": \"Broken", jsonType);
+    response.set_content("{\"ok\": true, \"files\": [{\"name\": \"Broken", JsonType);
     return FaultInjector::Outcome::Replied;
 }
 
 // Chunked, so that its length shows only while it arrives.
 static FaultInjector::Outcome replyOversized(const Fault& fault, httplib::Response& response) {
-    const qint64 total = fault.number("bytes", oversizedBytes);
+    const qint64 total = fault.number("bytes", OversizedBytes);
     response.set_chunked_content_provider(
-        jsonType, [total, sent = qint64(0)](size_t, httplib::DataSink& sink) mutable {
+        JsonType, [total, sent = qint64(0)](size_t, httplib::DataSink& sink) mutable {
             static const std::string block(65'536, 'x');
             if (sent == 0)
                 sink.write("{\"padding\":\"", 12);

@@ -4,6 +4,8 @@
 
 namespace quiv::simulator {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct KindRow {
@@ -13,7 +15,7 @@ struct KindRow {
     const char* neededText;   // nullptr: none
 };
 
-constexpr std::array kindTable{
+constexpr std::array KindTable{
     KindRow{Fault::Kind::Delay, "delay", "milliseconds", nullptr},
     KindRow{Fault::Kind::Hang, "hang", nullptr, nullptr},
     KindRow{Fault::Kind::ResetBeforeReply, "reset-before-reply", nullptr, nullptr},
@@ -48,7 +50,7 @@ QString Fault::text(const char* parameter) const {
 }
 
 static const KindRow* rowNamed(const QString& name) {
-    for (const KindRow& row : kindTable) {
+    for (const KindRow& row : KindTable) {
         if (name == QLatin1String(row.name))
             return &row;
     }
@@ -60,30 +62,29 @@ static QString withoutLeadingSlash(const QString& path) {
 }
 
 static QString complaint(const KindRow* row, const QJsonObject& description) {
-    if (description[QLatin1String("path")].toString().isEmpty())
-        return QStringLiteral("A fault needs a path.");
+    if (description["path"_L1].toString().isEmpty())
+        return u"A fault needs a path."_s;
     if (!row)
-        return QStringLiteral("No such kind of fault.");
+        return u"No such kind of fault."_s;
     if (row->neededNumber && !description[QLatin1String(row->neededNumber)].isDouble())
-        return QStringLiteral("This fault needs the number %1.")
-            .arg(QLatin1String(row->neededNumber));
+        return u"This fault needs the number %1."_s.arg(QLatin1String(row->neededNumber));
     if (row->neededText && !description[QLatin1String(row->neededText)].isString())
-        return QStringLiteral("This fault needs the text %1.").arg(QLatin1String(row->neededText));
+        return u"This fault needs the text %1."_s.arg(QLatin1String(row->neededText));
     return {};
 }
 
 std::optional<QString> FaultList::add(const QJsonObject& description) {
-    const KindRow* row = rowNamed(description[QLatin1String("kind")].toString());
+    const KindRow* row = rowNamed(description["kind"_L1].toString());
     if (const QString wrong = complaint(row, description); !wrong.isEmpty())
         return wrong;
     Fault fault;
     fault.kind = row->kind;
-    fault.path = withoutLeadingSlash(description[QLatin1String("path")].toString());
-    fault.method = description[QLatin1String("method")].toString().toUpper();
+    fault.path = withoutLeadingSlash(description["path"_L1].toString());
+    fault.method = description["method"_L1].toString().toUpper();
     fault.parameters = description;
-    if (const QJsonValue times = description[QLatin1String("times")]; times.isDouble())
+    if (const QJsonValue times = description["times"_L1]; times.isDouble())
         fault.timesLeft = times.toInt();
-    fault.skip = description[QLatin1String("skip")].toInt();
+    fault.skip = description["skip"_L1].toInt();
     const std::scoped_lock lock(m_mutex);
     m_faults.push_back(fault);
     return std::nullopt;
@@ -99,8 +100,8 @@ QJsonArray FaultList::toJson() const {
     QJsonArray array;
     for (const Fault& fault : m_faults) {
         QJsonObject object = fault.parameters;
-        object[QLatin1String("path")] = fault.path;
-        object[QLatin1String("fired")] = fault.fired;
+        object["path"_L1] = fault.path;
+        object["fired"_L1] = fault.fired;
         array.append(object);
     }
     return array;

@@ -4,30 +4,31 @@
 
 namespace quiv::simulator {
 
-static constexpr qint64 firstModifiedMs = 1'700'000'000'000;
-static constexpr qint64 modifiedStepMs = 60'000;
-static constexpr int groupSize = 5;
+using namespace Qt::StringLiterals;
+
+static constexpr qint64 FirstModifiedMs = 1'700'000'000'000;
+static constexpr qint64 ModifiedStepMs = 60'000;
+static constexpr int GroupSize = 5;
 
 // Every fifth entry is a subtitle of the video before it, every fifth video lies on the USB drive.
 static MediaEntry generatedEntry(int index, bool withUsb) {
-    const bool isSubtitle = index % groupSize == groupSize - 1;
+    const bool isSubtitle = index % GroupSize == GroupSize - 1;
     const int videoIndex = isSubtitle ? index - 1 : index;
-    const QString base =
-        QStringLiteral("Generated Movie %1").arg(videoIndex, 6, 10, QLatin1Char('0'));
+    const QString base = u"Generated Movie %1"_s.arg(videoIndex, 6, 10, QLatin1Char('0'));
     MediaEntry entry;
-    entry.onUsb = withUsb && videoIndex / groupSize % groupSize == 1;
-    entry.lastModifiedMs = firstModifiedMs + index * modifiedStepMs;
+    entry.onUsb = withUsb && videoIndex / GroupSize % GroupSize == 1;
+    entry.lastModifiedMs = FirstModifiedMs + index * ModifiedStepMs;
     if (isSubtitle) {
-        entry.name = base + QStringLiteral(".en.srt");
+        entry.name = base + u".en.srt"_s;
         entry.kind = MediaEntry::Kind::Subtitle;
         entry.sizeBytes = 20'000 + index % 977;
         return entry;
     }
-    entry.name = base + QStringLiteral(".mp4");
+    entry.name = base + u".mp4"_s;
     entry.kind = MediaEntry::Kind::Video;
     entry.sizeBytes = 1'000'000 + index % 9'973 * 10'007LL;
     entry.displayName = base;
-    entry.subtitleCount = index % groupSize == groupSize - 2 ? 1 : 0;
+    entry.subtitleCount = index % GroupSize == GroupSize - 2 ? 1 : 0;
     return entry;
 }
 

@@ -4,6 +4,8 @@
 
 namespace quiv::simulator {
 
+using namespace Qt::StringLiterals;
+
 // The same name and media folder are the same installation, run after run.
 static QString installationIdFor(const QString& name, const QString& storageRoot) {
     static constexpr QUuid space(0x7c1d0f7e, 0x54d2, 0x4d0b, 0x9d, 0x0a, 0x3f, 0x55, 0x86, 0x21,
@@ -30,17 +32,17 @@ void Identity::setName(const QString& name) {
 
 QJsonObject Identity::toJson() const {
     return {
-        {QStringLiteral("name"), name()},
-        {QStringLiteral("apiVersion"), 1},
-        {QStringLiteral("storageRoot"), m_storageRoot},
-        {QStringLiteral("packageName"), QStringLiteral("tv.quiv.simulator")},
-        {QStringLiteral("versionName"), QStringLiteral("1.0")},
-        {QStringLiteral("serverInstanceId"), m_serverInstanceId},
-        {QStringLiteral("installationId"), m_installationId},
-        {QStringLiteral("appInForeground"), true},
-        {QStringLiteral("deviceBrand"), QStringLiteral("Quiv")},
-        {QStringLiteral("deviceManufacturer"), QStringLiteral("Quiv")},
-        {QStringLiteral("deviceModel"), QStringLiteral("Simulated TV")},
+        {u"name"_s, name()},
+        {u"apiVersion"_s, 1},
+        {u"storageRoot"_s, m_storageRoot},
+        {u"packageName"_s, u"tv.quiv.simulator"_s},
+        {u"versionName"_s, u"1.0"_s},
+        {u"serverInstanceId"_s, m_serverInstanceId},
+        {u"installationId"_s, m_installationId},
+        {u"appInForeground"_s, true},
+        {u"deviceBrand"_s, u"Quiv"_s},
+        {u"deviceManufacturer"_s, u"Quiv"_s},
+        {u"deviceModel"_s, u"Simulated TV"_s},
     };
 }
 

@@ -7,14 +7,16 @@
 #include <QCoreApplication>
 #include <QDir>
 
+using namespace Qt::StringLiterals;
+
 using namespace quiv::simulator;
 
-static constexpr int badOptions = 2;
+static constexpr int BadOptions = 2;
 
 static bool makeFolder(const QString& folder) {
     if (folder.isEmpty() || QDir().mkpath(folder))
         return true;
-    printError(QStringLiteral("Cannot make the folder ") + folder);
+    printError(u"Cannot make the folder "_s + folder);
     return false;
 }
 
@@ -38,12 +40,12 @@ extern "C" const char* __tsan_default_options() {
 
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("Quiv TV Simulator"));
+    QCoreApplication::setApplicationName(u"Quiv TV Simulator"_s);
     QString problem;
     const auto options = parseOptions(QCoreApplication::arguments(), &problem);
     if (!options) {
         printError(problem);
-        return badOptions;
+        return BadOptions;
     }
     if (options->exitWithParent)
         exitWithParent();

@@ -5,16 +5,17 @@
 
 namespace quiv::simulator {
 
+using namespace Qt::StringLiterals;
+
 static QString extensionOf(const QString& name) {
     const qsizetype dot = name.lastIndexOf(u'.');
     return dot < 0 ? QString() : name.mid(dot + 1).toLower();
 }
 
 MediaEntry::Kind kindOfName(const QString& name) {
-    static const QStringList videos = QStringLiteral("mp4 m4v mov mkv webm avi ts m2ts mpg mpeg "
-                                                     "wmv flv 3gp ogv")
-                                          .split(u' ');
-    static const QStringList subtitles = QStringLiteral("srt vtt ass ssa sub").split(u' ');
+    static const QStringList videos = u"mp4 m4v mov mkv webm avi ts m2ts mpg mpeg "
+                                      "wmv flv 3gp ogv"_s.split(u' ');
+    static const QStringList subtitles = u"srt vtt ass ssa sub"_s.split(u' ');
     const QString extension = extensionOf(name);
     if (videos.contains(extension))
         return MediaEntry::Kind::Video;
@@ -22,8 +23,8 @@ MediaEntry::Kind kindOfName(const QString& name) {
 }
 
 bool isPartial(const QString& name) {
-    return name.endsWith(QLatin1String(movingSuffix)) ||
-           name.startsWith(QLatin1String(uploadingPrefix));
+    return name.endsWith(QLatin1String(MovingSuffix)) ||
+           name.startsWith(QLatin1String(UploadingPrefix));
 }
 
 static QString withoutExtension(const QString& name) {

@@ -24,8 +24,8 @@ struct MediaEntry {
 MediaEntry::Kind kindOfName(const QString& name);
 // A file that is not whole yet. Where a file system can, such a file has no name at all.
 bool isPartial(const QString& name);
-inline constexpr const char* movingSuffix = ".moving";
-inline constexpr const char* uploadingPrefix = ".uploading-";
+inline constexpr const char* MovingSuffix = ".moving";
+inline constexpr const char* UploadingPrefix = ".uploading-";
 // The name without extension, dots and underscores read as blanks.
 QString displayNameOf(const QString& name);
 // The name without its last extension, in lower case: a subtitle belongs to the video whose base

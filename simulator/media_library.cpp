@@ -10,7 +10,9 @@
 
 namespace quiv::simulator {
 
-static constexpr qint64 smallestStorageBytes = 64LL << 30;
+using namespace Qt::StringLiterals;
+
+static constexpr qint64 SmallestStorageBytes = 64LL << 30;
 
 MediaLibrary::MediaLibrary(QString mediaFolder, QString usbFolder, int generatedCount)
     : m_mediaFolder(std::move(mediaFolder)),
@@ -121,7 +123,7 @@ struct Usage {
     qint64 totalBytes() const {
         if (toldFreeBytes)
             return bytes + *toldFreeBytes;
-        qint64 total = smallestStorageBytes;
+        qint64 total = SmallestStorageBytes;
         while (total <= bytes)
             total *= 2;
         return total;
@@ -262,8 +264,7 @@ MediaLibrary::Moving::Moving(MediaEntry entry, bool toUsb, const QString& from, 
     if (from.isEmpty())
         return;
     m_source = std::make_unique<QFile>(from);
-    m_copy = std::make_unique<QTemporaryFile>(to + QStringLiteral(".XXXXXX") +
-                                              QLatin1String(movingSuffix));
+    m_copy = std::make_unique<QTemporaryFile>(to + u".XXXXXX"_s + QLatin1String(MovingSuffix));
 }
 
 bool MediaLibrary::Moving::copyUpTo(qint64 end) {

@@ -9,41 +9,36 @@
 
 namespace quiv::simulator {
 
-static constexpr int probeTimeoutMs = 5000;
+using namespace Qt::StringLiterals;
+
+static constexpr int ProbeTimeoutMs = 5000;
 
 static QString labelOf(const QString& title, const QString& language, size_t number) {
     static const QHash<QString, QString> names{
-        {QStringLiteral("eng"), QStringLiteral("English")},
-        {QStringLiteral("en"), QStringLiteral("English")},
-        {QStringLiteral("deu"), QStringLiteral("Deutsch")},
-        {QStringLiteral("ger"), QStringLiteral("Deutsch")},
-        {QStringLiteral("de"), QStringLiteral("Deutsch")},
-        {QStringLiteral("fra"), QStringLiteral("Français")},
-        {QStringLiteral("fre"), QStringLiteral("Français")},
-        {QStringLiteral("fr"), QStringLiteral("Français")},
+        {u"eng"_s, u"English"_s},  {u"en"_s, u"English"_s},  {u"deu"_s, u"Deutsch"_s},
+        {u"ger"_s, u"Deutsch"_s},  {u"de"_s, u"Deutsch"_s},  {u"fra"_s, u"Français"_s},
+        {u"fre"_s, u"Français"_s}, {u"fr"_s, u"Français"_s},
     };
     if (!title.isEmpty())
         return title;
-    return names.value(language, QStringLiteral("Track %1").arg(number));
+    return names.value(language, u"Track %1"_s.arg(number));
 }
 
 static MediaTrack trackOf(const QJsonObject& stream, size_t number) {
-    const QJsonObject tags = stream[QLatin1String("tags")].toObject();
-    QString language = tags[QLatin1String("language")].toString();
-    if (language == QLatin1String("und"))
+    const QJsonObject tags = stream["tags"_L1].toObject();
+    QString language = tags["language"_L1].toString();
+    if (language == "und"_L1)
         language.clear();
-    return {.id = QString::number(stream[QLatin1String("index")].toInt()),
-            .label = labelOf(tags[QLatin1String("title")].toString(), language, number),
+    return {.id = QString::number(stream["index"_L1].toInt()),
+            .label = labelOf(tags["title"_L1].toString(), language, number),
             .language = language};
 }
 
 static QJsonObject probe(const QString& path) {
     QProcess process;
-    process.start(QStringLiteral("ffprobe"),
-                  {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-of"),
-                   QStringLiteral("json"), QStringLiteral("-show_format"),
-                   QStringLiteral("-show_streams"), QStringLiteral("file:") + path});
-    if (!process.waitForFinished(probeTimeoutMs))
+    process.start(u"ffprobe"_s, {u"-v"_s, u"error"_s, u"-of"_s, u"json"_s, u"-show_format"_s,
+                                 u"-show_streams"_s, u"file:"_s + path});
+    if (!process.waitForFinished(ProbeTimeoutMs))
         process.kill();
     process.waitForFinished();
     return QJsonDocument::fromJson(process.readAllStandardOutput()).object();
@@ -52,14 +47,14 @@ static QJsonObject probe(const QString& path) {
 MediaDetails detailsOfFile(const QString& path) {
     const QJsonObject told = probe(path);
     MediaDetails details;
-    const QString seconds = told[QLatin1String("format")][QLatin1String("duration")].toString();
+    const QString seconds = told["format"_L1]["duration"_L1].toString();
     details.durationMs = static_cast<qint64>(seconds.toDouble() * 1000);
-    const QJsonArray streams = told[QLatin1String("streams")].toArray();
+    const QJsonArray streams = told["streams"_L1].toArray();
     for (const QJsonValue& stream : streams) {
-        const QString type = stream[QLatin1String("codec_type")].toString();
-        if (type == QLatin1String("audio"))
+        const QString type = stream["codec_type"_L1].toString();
+        if (type == "audio"_L1)
             details.audio.push_back(trackOf(stream.toObject(), details.audio.size() + 1));
-        if (type == QLatin1String("subtitle"))
+        if (type == "subtitle"_L1)
             details.subtitles.push_back(trackOf(stream.toObject(), details.subtitles.size() + 1));
     }
     return details;
@@ -73,11 +68,10 @@ MediaTrack sideTrack(const QString& fileName, const QString& videoBase, size_t n
 
 MediaDetails madeUpDetails() {
     return {.durationMs = 90 * 60 * 1000,
-            .audio = {{QStringLiteral("1"), QStringLiteral("English (5.1)"), QStringLiteral("eng")},
-                      {QStringLiteral("2"), QStringLiteral("Deutsch"), QStringLiteral("deu")}},
-            .subtitles = {{QStringLiteral("3"), QStringLiteral("English"), QStringLiteral("eng")},
-                          {QStringLiteral("4"), QStringLiteral("Deutsch"), QStringLiteral("deu")},
-                          {QStringLiteral("5"), QStringLiteral("Commentary"), QString()}}};
+            .audio = {{u"1"_s, u"English (5.1)"_s, u"eng"_s}, {u"2"_s, u"Deutsch"_s, u"deu"_s}},
+            .subtitles = {{u"3"_s, u"English"_s, u"eng"_s},
+                          {u"4"_s, u"Deutsch"_s, u"deu"_s},
+                          {u"5"_s, u"Commentary"_s, QString()}}};
 }
 
 } // namespace quiv::simulator

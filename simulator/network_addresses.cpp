@@ -9,6 +9,8 @@
 
 namespace quiv::simulator {
 
+using namespace Qt::StringLiterals;
+
 static QString textOf(int family, const void* address) {
     char text[INET6_ADDRSTRLEN] = {};
     return QString::fromLatin1(inet_ntop(family, address, text, sizeof(text)));
@@ -48,7 +50,7 @@ QString firstAddress(AddressFamily family) {
     const auto found = reachableAddresses(family);
     if (!found.empty())
         return found.front().text;
-    return family == AddressFamily::Ipv4 ? QStringLiteral("127.0.0.1") : QStringLiteral("::1");
+    return family == AddressFamily::Ipv4 ? u"127.0.0.1"_s : u"::1"_s;
 }
 
 } // namespace quiv::simulator

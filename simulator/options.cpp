@@ -7,6 +7,8 @@
 
 namespace quiv::simulator {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Reads values, remembers the first problem.
@@ -40,14 +42,14 @@ private:
 
 OptionReader::OptionReader(const QStringList& arguments) {
     m_parser.setApplicationDescription(
-        QStringLiteral("A simulated TV: found over DNS-SD, paired with by its code, browsed over "
-                       "HTTP. Faults are switched on through its control address."));
+        u"A simulated TV: found over DNS-SD, paired with by its code, browsed over "
+        "HTTP. Faults are switched on through its control address."_s);
     m_parser.addHelpOption();
     addOptions();
     if (!m_parser.parse(arguments))
         complain(m_parser.errorText());
     else if (!m_parser.positionalArguments().isEmpty())
-        complain(QStringLiteral("Unexpected argument: ") + m_parser.positionalArguments().first());
+        complain(u"Unexpected argument: "_s + m_parser.positionalArguments().first());
     if (isSet("help"))
         m_parser.showHelp(0);
 }
@@ -98,8 +100,7 @@ int OptionReader::number(const char* name, int otherwise, int smallest, int larg
     bool isNumber = false;
     const int value = text(name).toInt(&isNumber);
     if (!isNumber || value < smallest || value > largest)
-        complain(QStringLiteral("--%1 takes a number from %2 to %3.")
-                     .arg(QLatin1String(name))
+        complain(u"--%1 takes a number from %2 to %3."_s.arg(QLatin1String(name))
                      .arg(smallest)
                      .arg(largest));
     return value;
@@ -117,7 +118,7 @@ std::optional<qint64> OptionReader::bytes(const char* name) {
     bool isNumber = false;
     const qint64 value = text(name).toLongLong(&isNumber);
     if (!isNumber || value < 0)
-        complain(QStringLiteral("--%1 takes a number of bytes.").arg(QLatin1String(name)));
+        complain(u"--%1 takes a number of bytes."_s.arg(QLatin1String(name)));
     return value;
 }
 
@@ -128,18 +129,18 @@ std::chrono::seconds OptionReader::seconds(const char* name, int otherwise) {
 QString OptionReader::code() {
     QString code = text("code");
     if (isSet("code") && !Pairing::isCode(code))
-        complain(QStringLiteral("--code takes three digits."));
+        complain(u"--code takes three digits."_s);
     return code;
 }
 
 Announcer::Way OptionReader::announceWay() {
-    const QString way = text("announce-with", QStringLiteral("auto"));
-    if (way == QLatin1String("daemon"))
+    const QString way = text("announce-with", u"auto"_s);
+    if (way == "daemon"_L1)
         return Announcer::Way::Daemon;
-    if (way == QLatin1String("embedded"))
+    if (way == "embedded"_L1)
         return Announcer::Way::Embedded;
-    if (way != QLatin1String("auto"))
-        complain(QStringLiteral("--announce-with takes daemon, embedded or auto."));
+    if (way != "auto"_L1)
+        complain(u"--announce-with takes daemon, embedded or auto."_s);
     return Announcer::Way::Auto;
 }
 
@@ -147,7 +148,7 @@ QString OptionReader::serviceName(const QString& tvName) {
     if (!isSet("service-name"))
         return serviceNameFor(tvName);
     if (!isServiceName(text("service-name")))
-        complain(QStringLiteral("--service-name takes a name of 1 to 63 bytes."));
+        complain(u"--service-name takes a name of 1 to 63 bytes."_s);
     return text("service-name");
 }
 
@@ -188,7 +189,7 @@ static void readAnnouncing(OptionReader& reader, Options& options) {
 std::optional<Options> parseOptions(const QStringList& arguments, QString* problem) {
     OptionReader reader(arguments);
     Options options;
-    options.name = reader.text("name", QStringLiteral("Quiv TV Simulator"));
+    options.name = reader.text("name", u"Quiv TV Simulator"_s);
     options.quiet = reader.isSet("quiet");
     options.exitWithParent = reader.isSet("exit-with-parent");
     readPlaces(reader, options);

@@ -7,11 +7,13 @@
 
 namespace quiv::simulator {
 
-static constexpr int allowedWrongAttempts = 5;
+using namespace Qt::StringLiterals;
+
+static constexpr int AllowedWrongAttempts = 5;
 
 static QString randomCode() {
     const int number = static_cast<int>(QRandomGenerator::system()->bounded(1000));
-    return QStringLiteral("%1").arg(number, 3, 10, QLatin1Char('0'));
+    return u"%1"_s.arg(number, 3, 10, QLatin1Char('0'));
 }
 
 Pairing::Pairing(Settings settings, std::function<void(QString)> codeShown,
@@ -53,9 +55,9 @@ Pairing::Verdict Pairing::verify(const QString& clientId, const QString& code) {
 
 Pairing::Verdict Pairing::refuse() {
     ++m_wrongAttempts;
-    if (m_wrongAttempts < allowedWrongAttempts)
+    if (m_wrongAttempts < AllowedWrongAttempts)
         return {.kind = Verdict::Kind::WrongCode,
-                .attemptsLeft = allowedWrongAttempts - m_wrongAttempts};
+                .attemptsLeft = AllowedWrongAttempts - m_wrongAttempts};
     m_wrongAttempts = 0;
     m_lockedUntil = m_now() + m_settings.lockout;
     return {.kind = Verdict::Kind::WrongCode, .attemptsLeft = 0};

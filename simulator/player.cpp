@@ -5,11 +5,13 @@
 
 namespace quiv::simulator {
 
-static constexpr double slowest = 0.25;
-static constexpr double fastest = 4;
+using namespace Qt::StringLiterals;
+
+static constexpr double Slowest = 0.25;
+static constexpr double Fastest = 4;
 
 static Player::Refusal nothingOpen() {
-    return {409, QStringLiteral("No video is open.")};
+    return {409, u"No video is open."_s};
 }
 
 static bool hasTrack(const std::vector<MediaTrack>& tracks, const QString& id) {
@@ -19,11 +21,11 @@ static bool hasTrack(const std::vector<MediaTrack>& tracks, const QString& id) {
 static QJsonArray tracksJson(const std::vector<MediaTrack>& tracks, const QString& selectedId) {
     QJsonArray json;
     for (const MediaTrack& track : tracks) {
-        QJsonObject object{{QStringLiteral("id"), track.id},
-                           {QStringLiteral("label"), track.label},
-                           {QStringLiteral("selected"), track.id == selectedId}};
+        QJsonObject object{{u"id"_s, track.id},
+                           {u"label"_s, track.label},
+                           {u"selected"_s, track.id == selectedId}};
         if (!track.language.isEmpty())
-            object[QStringLiteral("language")] = track.language;
+            object[u"language"_s] = track.language;
         json.append(object);
     }
     return json;
@@ -105,8 +107,8 @@ Player::Outcome Player::setSpeed(double speed) {
     OpenVideo* video = openVideo();
     if (!video)
         return nothingOpen();
-    if (!(speed >= slowest && speed <= fastest))
-        return Refusal{400, QStringLiteral("This speed is not possible.")};
+    if (!(speed >= Slowest && speed <= Fastest))
+        return Refusal{400, u"This speed is not possible."_s};
     video->speed = speed;
     return std::nullopt;
 }
@@ -117,7 +119,7 @@ Player::Outcome Player::setSubtitle(const QString& trackId) {
     if (!video)
         return nothingOpen();
     if (!trackId.isEmpty() && !hasTrack(video->details.subtitles, trackId))
-        return Refusal{400, QStringLiteral("There is no such subtitle track.")};
+        return Refusal{400, u"There is no such subtitle track."_s};
     video->subtitleId = trackId;
     return std::nullopt;
 }
@@ -128,7 +130,7 @@ Player::Outcome Player::setAudio(const QString& trackId) {
     if (!video)
         return nothingOpen();
     if (!hasTrack(video->details.audio, trackId))
-        return Refusal{400, QStringLiteral("There is no such audio track.")};
+        return Refusal{400, u"There is no such audio track."_s};
     video->audioId = trackId;
     return std::nullopt;
 }
@@ -143,17 +145,14 @@ QJsonObject Player::state() {
     const std::scoped_lock lock(m_mutex);
     const OpenVideo* video = openVideo();
     if (!video)
-        return {{QStringLiteral("isPlaying"), false},
-                {QStringLiteral("positionMs"), 0},
-                {QStringLiteral("durationMs"), 0}};
-    return {
-        {QStringLiteral("currentVideoName"), video->name},
-        {QStringLiteral("isPlaying"), video->isPlaying},
-        {QStringLiteral("positionMs"), static_cast<qint64>(video->positionMs)},
-        {QStringLiteral("durationMs"), video->details.durationMs},
-        {QStringLiteral("playbackSpeed"), video->speed},
-        {QStringLiteral("subtitleTracks"), tracksJson(video->details.subtitles, video->subtitleId)},
-        {QStringLiteral("audioTracks"), tracksJson(video->details.audio, video->audioId)}};
+        return {{u"isPlaying"_s, false}, {u"positionMs"_s, 0}, {u"durationMs"_s, 0}};
+    return {{u"currentVideoName"_s, video->name},
+            {u"isPlaying"_s, video->isPlaying},
+            {u"positionMs"_s, static_cast<qint64>(video->positionMs)},
+            {u"durationMs"_s, video->details.durationMs},
+            {u"playbackSpeed"_s, video->speed},
+            {u"subtitleTracks"_s, tracksJson(video->details.subtitles, video->subtitleId)},
+            {u"audioTracks"_s, tracksJson(video->details.audio, video->audioId)}};
 }
 
 } // namespace quiv::simulator

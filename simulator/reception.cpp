@@ -7,6 +7,8 @@
 
 namespace quiv::simulator {
 
+using namespace Qt::StringLiterals;
+
 static qint64 cutOffBytesOf(const std::optional<Fault>& fault) {
     constexpr qint64 never = std::numeric_limits<qint64>::max();
     if (!fault)
@@ -86,16 +88,15 @@ void Reception::answer(Incoming& file) {
     if (is(Fault::Kind::StoreThenHang) || is(Fault::Kind::StoreThenReset))
         return breakConnection();
     if (stored)
-        return replyJson(m_response,
-                         {{QStringLiteral("ok"), true}, {QStringLiteral("fileName"), *stored}});
+        return replyJson(m_response, {{u"ok"_s, true}, {u"fileName"_s, *stored}});
     // What is still to come must not become the next request.
     closeAfterReply(m_response);
-    replyError(m_response, 500, QStringLiteral("The file could not be stored."));
+    replyError(m_response, 500, u"The file could not be stored."_s);
 }
 
 void Reception::breakConnection() {
     m_connection.reset();
-    m_response.status = noReply;
+    m_response.status = NoReply;
 }
 
 } // namespace quiv::simulator

@@ -7,9 +7,11 @@
 
 namespace quiv::simulator {
 
-static constexpr size_t largestLog = 10'000;
+using namespace Qt::StringLiterals;
 
-static constexpr std::array loggedHeaders{
+static constexpr size_t LargestLog = 10'000;
+
+static constexpr std::array LoggedHeaders{
     "X-Quiv-Client-Id",
     "X-Quiv-Auth-Token",
     "Content-Type",
@@ -31,14 +33,14 @@ static QJsonArray queryOf(const httplib::Request& request) {
     const qsizetype mark = target.indexOf(u'?');
     const QUrlQuery query(mark < 0 ? QString() : target.mid(mark + 1));
     for (const auto& [name, value] : query.queryItems(QUrl::FullyDecoded)) {
-        items.append(QJsonObject{{QStringLiteral("name"), name}, {QStringLiteral("value"), value}});
+        items.append(QJsonObject{{u"name"_s, name}, {u"value"_s, value}});
     }
     return items;
 }
 
 static QJsonObject headersOf(const httplib::Request& request) {
     QJsonObject headers;
-    for (const char* name : loggedHeaders) {
+    for (const char* name : LoggedHeaders) {
         if (request.has_header(name))
             headers[QLatin1String(name)] = QString::fromStdString(request.get_header_value(name));
     }
@@ -51,18 +53,18 @@ static std::string senderOf(const httplib::Request& request) {
 
 void RequestLog::received(const httplib::Request& request) {
     const QJsonObject json{
-        {QStringLiteral("method"), QString::fromStdString(request.method)},
-        {QStringLiteral("path"), QString::fromStdString(request.path).mid(1)},
-        {QStringLiteral("target"), QString::fromStdString(request.target)},
-        {QStringLiteral("query"), queryOf(request)},
-        {QStringLiteral("headers"), headersOf(request)},
-        {QStringLiteral("bodyBytes"),
+        {u"method"_s, QString::fromStdString(request.method)},
+        {u"path"_s, QString::fromStdString(request.path).mid(1)},
+        {u"target"_s, QString::fromStdString(request.target)},
+        {u"query"_s, queryOf(request)},
+        {u"headers"_s, headersOf(request)},
+        {u"bodyBytes"_s,
          QString::fromStdString(request.get_header_value("Content-Length")).toLongLong()},
-        {QStringLiteral("status"), 0},
+        {u"status"_s, 0},
     };
     const std::scoped_lock lock(m_mutex);
     m_entries.push_back({json, senderOf(request)});
-    if (m_entries.size() > largestLog)
+    if (m_entries.size() > LargestLog)
         m_entries.pop_front();
 }
 
@@ -81,7 +83,7 @@ void RequestLog::answered(const httplib::Request& request, int status) {
     if (!entry)
         return;
     entry->open = false;
-    entry->json[QLatin1String("status")] = status;
+    entry->json["status"_L1] = status;
 }
 
 void RequestLog::abandoned(const httplib::Request& request) {

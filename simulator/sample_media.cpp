@@ -12,6 +12,8 @@
 
 namespace quiv::simulator {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // A clip as ffmpeg's arguments, blanks between them, without the file name at the end. Inputs are
@@ -32,19 +34,19 @@ struct Samples {
     const char* garbageName = nullptr;
 };
 
-constexpr const char* englishSubtitles = "1\n00:00:00,500 --> 00:00:01,500\nHello\n\n"
+constexpr const char* EnglishSubtitles = "1\n00:00:00,500 --> 00:00:01,500\nHello\n\n"
                                          "2\n00:00:01,600 --> 00:00:02,800\nStill here\n";
-constexpr const char* germanSubtitles = "1\n00:00:00,500 --> 00:00:01,500\nHallo\n\n"
+constexpr const char* GermanSubtitles = "1\n00:00:00,500 --> 00:00:01,500\nHallo\n\n"
                                         "2\n00:00:01,600 --> 00:00:02,800\nImmer noch da\n";
 
 } // namespace
 
 static Samples mediaSamples() {
     return {
-        .texts = {{"Test Card.en.srt", englishSubtitles},
-                  {"Test Card.de.srt", germanSubtitles},
-                  {"Colours.srt", englishSubtitles},
-                  {"Lost Subtitle.srt", englishSubtitles},
+        .texts = {{"Test Card.en.srt", EnglishSubtitles},
+                  {"Test Card.de.srt", GermanSubtitles},
+                  {"Colours.srt", EnglishSubtitles},
+                  {"Lost Subtitle.srt", EnglishSubtitles},
                   {"Read Me.txt", "Made by the simulated TV.\n"}},
         .clips =
             {{"Test Card.mp4", "-f lavfi -i testsrc2=s=480x270:r=15:d=4 "
@@ -83,7 +85,7 @@ static Samples mediaSamples() {
 
 static Samples usbSamples() {
     return {
-        .texts = {{"Holiday.en.srt", englishSubtitles}},
+        .texts = {{"Holiday.en.srt", EnglishSubtitles}},
         .clips = {{"Holiday.mov", "-f lavfi -i gradients=s=480x270:r=15:d=5:seed=7 "
                                   "-c:v libx264 -preset ultrafast -pix_fmt yuv420p"}},
     };
@@ -95,13 +97,13 @@ static bool write(const QString& path, const QByteArray& bytes) {
 }
 
 static bool encode(const QString& folder, const Clip& clip) {
-    QStringList arguments = QStringLiteral("-nostdin -v error -threads 1").split(u' ');
+    QStringList arguments = u"-nostdin -v error -threads 1"_s.split(u' ');
     for (const QString& argument : QString::fromLatin1(clip.arguments).split(u' '))
-        arguments.append(QString(argument).replace(QLatin1String("%20"), QLatin1String(" ")));
+        arguments.append(QString(argument).replace("%20"_L1, " "_L1));
     arguments.append(QString::fromLatin1(clip.name));
     QProcess process;
     process.setWorkingDirectory(folder);
-    process.start(QStringLiteral("ffmpeg"), arguments);
+    process.start(u"ffmpeg"_s, arguments);
     return process.waitForFinished(30'000) && process.exitStatus() == QProcess::NormalExit &&
            process.exitCode() == 0;
 }
@@ -142,23 +144,23 @@ static void moveAll(const QString& from, const QString& to) {
 
 static QString fill(const QString& folder, const Samples& samples) {
     // Another simulator may be filling the same folder; it is done when the lock is free.
-    QLockFile lock(folder + QStringLiteral(".lock"));
+    QLockFile lock(folder + u".lock"_s);
     if (!lock.lock())
-        return QStringLiteral("Cannot write beside %1.").arg(folder);
+        return u"Cannot write beside %1."_s.arg(folder);
     if (!QDir(folder).isEmpty())
         return {};
-    if (QStandardPaths::findExecutable(QStringLiteral("ffmpeg")).isEmpty())
-        return QStringLiteral("No sample media: the program ffmpeg is not installed.");
-    QDir workshop(folder + QStringLiteral(".making"));
+    if (QStandardPaths::findExecutable(u"ffmpeg"_s).isEmpty())
+        return u"No sample media: the program ffmpeg is not installed."_s;
+    QDir workshop(folder + u".making"_s);
     workshop.removeRecursively(); // left by an interrupted run
-    if (!workshop.mkpath(QStringLiteral(".")))
-        return QStringLiteral("Cannot write beside %1.").arg(folder);
+    if (!workshop.mkpath(u"."_s))
+        return u"Cannot write beside %1."_s.arg(folder);
     const QStringList missing = makeAll(workshop.path(), samples);
     moveAll(workshop.path(), folder);
     workshop.removeRecursively();
-    return missing.isEmpty() ? QString()
-                             : QStringLiteral("ffmpeg could not make the samples ") +
-                                   missing.join(QLatin1String(", ")) + u'.';
+    return missing.isEmpty()
+               ? QString()
+               : u"ffmpeg could not make the samples "_s + missing.join(", "_L1) + u'.';
 }
 
 QString makeSampleMedia(const QString& mediaFolder) {

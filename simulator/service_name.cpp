@@ -2,18 +2,20 @@
 
 namespace quiv::simulator {
 
-static constexpr qsizetype largestServiceName = 63;
+using namespace Qt::StringLiterals;
+
+static constexpr qsizetype LargestServiceName = 63;
 
 bool isServiceName(const QString& name) {
     const qsizetype size = name.toUtf8().size();
-    return size > 0 && size <= largestServiceName;
+    return size > 0 && size <= LargestServiceName;
 }
 
 QString serviceNameFor(const QString& tvName) {
     QString name = tvName;
-    while (name.toUtf8().size() > largestServiceName)
+    while (name.toUtf8().size() > LargestServiceName)
         name.chop(name.back().isLowSurrogate() ? 2 : 1);
-    return name.isEmpty() ? QStringLiteral("TV") : name;
+    return name.isEmpty() ? u"TV"_s : name;
 }
 
 } // namespace quiv::simulator

@@ -5,11 +5,13 @@
 
 namespace quiv::simulator {
 
-static constexpr quint16 usualPort = 8080;
-static constexpr std::chrono::milliseconds codeCheckInterval{200};
+using namespace Qt::StringLiterals;
+
+static constexpr quint16 UsualPort = 8080;
+static constexpr std::chrono::milliseconds CodeCheckInterval{200};
 
 static void printCode(const QString& code) {
-    printLine(QStringLiteral("Pairing code: ") + code);
+    printLine(u"Pairing code: "_s + code);
 }
 
 Simulator::Simulator(Options options)
@@ -41,21 +43,21 @@ bool Simulator::start() {
     announce();
     QObject::connect(&m_codeTimer, &QTimer::timeout, &m_codeTimer,
                      [this] { m_television.pairing.renewExpiredCode(); });
-    m_codeTimer.start(codeCheckInterval);
+    m_codeTimer.start(CodeCheckInterval);
     return true;
 }
 
 bool Simulator::listen() {
     const auto protocol =
         m_options.ipv6Only ? TvServer::Protocol::Ipv6Only : TvServer::Protocol::AnyIp;
-    const quint16 port = m_options.port.value_or(usualPort);
+    const quint16 port = m_options.port.value_or(UsualPort);
     if (!m_server.listen(port, protocol) && (m_options.port || !m_server.listen(0, protocol))) {
-        printError(QStringLiteral("Port %1 is taken.").arg(port));
+        printError(u"Port %1 is taken."_s.arg(port));
         return false;
     }
     if (m_control.listen(m_options.controlPort))
         return true;
-    printError(QStringLiteral("Control port %1 is taken.").arg(m_options.controlPort));
+    printError(u"Control port %1 is taken."_s.arg(m_options.controlPort));
     return false;
 }
 
@@ -66,10 +68,8 @@ void Simulator::announce() {
         .way = m_options.announceWay,
         .hostName = m_options.hostName,
         .ipv6Only = m_options.ipv6Only,
-        .announced =
-            [](const QString& name) { printLine(QStringLiteral("Announced as: ") + name); },
-        .failed =
-            [](const QString& reason) { printError(QStringLiteral("Not announced: ") + reason); },
+        .announced = [](const QString& name) { printLine(u"Announced as: "_s + name); },
+        .failed = [](const QString& reason) { printError(u"Not announced: "_s + reason); },
     };
     m_announcement.start(
         Announcer::create(settings),
@@ -79,14 +79,14 @@ void Simulator::announce() {
 void Simulator::printStart() const {
     const QString host = m_options.ipv6Only ? u'[' + firstAddress(AddressFamily::Ipv6) + u']'
                                             : firstAddress(AddressFamily::Ipv4);
-    printLine(QStringLiteral("Name: ") + m_options.name);
-    printLine(QStringLiteral("Address: http://%1:%2").arg(host).arg(m_server.port()));
-    printLine(QStringLiteral("Control: http://127.0.0.1:%1").arg(m_control.port()));
-    printLine(QStringLiteral("Media folder: ") + m_options.mediaFolder);
-    printLine(QStringLiteral("USB folder: ") +
-              (m_options.usbFolder.isEmpty() ? QStringLiteral("none") : m_options.usbFolder));
+    printLine(u"Name: "_s + m_options.name);
+    printLine(u"Address: http://%1:%2"_s.arg(host).arg(m_server.port()));
+    printLine(u"Control: http://127.0.0.1:%1"_s.arg(m_control.port()));
+    printLine(u"Media folder: "_s + m_options.mediaFolder);
+    printLine(u"USB folder: "_s +
+              (m_options.usbFolder.isEmpty() ? u"none"_s : m_options.usbFolder));
     printCode(m_television.pairing.code());
-    printLine(QStringLiteral("Ready"));
+    printLine(u"Ready"_s);
 }
 
 } // namespace quiv::simulator

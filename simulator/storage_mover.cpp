@@ -4,7 +4,9 @@
 
 namespace quiv::simulator {
 
-static constexpr int slices = 40;
+using namespace Qt::StringLiterals;
+
+static constexpr int Slices = 40;
 
 StorageMover::StorageMover(MediaLibrary& library, Duration duration)
     : m_library(library), m_duration(duration) {}
@@ -21,20 +23,20 @@ StorageMover::~StorageMover() {
 
 std::optional<StorageMover::Refusal> StorageMover::start(const QString& name, bool toUsb) {
     const std::scoped_lock lock(m_mutex);
-    if (m_status.state == QLatin1String("MOVING"))
-        return Refusal{409, QStringLiteral("Another file is being moved.")};
+    if (m_status.state == "MOVING"_L1)
+        return Refusal{409, u"Another file is being moved."_s};
     const auto entry = m_library.find(name);
     if (!entry)
-        return Refusal{404, QStringLiteral("File not found")};
+        return Refusal{404, u"File not found"_s};
     if (entry->onUsb == toUsb)
-        return Refusal{409, QStringLiteral("The file is there already.")};
+        return Refusal{409, u"The file is there already."_s};
     if (!m_library.isUsbConnected())
-        return Refusal{409, QStringLiteral("The USB drive is not connected.")};
+        return Refusal{409, u"The USB drive is not connected."_s};
     if (m_thread.joinable())
         m_thread.join(); // of the last move
-    m_status = {.state = QStringLiteral("MOVING"),
+    m_status = {.state = u"MOVING"_s,
                 .fileName = name,
-                .message = QStringLiteral("Moving %1.").arg(name),
+                .message = u"Moving %1."_s.arg(name),
                 .totalBytes = entry->sizeBytes,
                 .updatedAtMs = QDateTime::currentMSecsSinceEpoch()};
     m_thread = std::thread([this, entry = *entry, toUsb] { move(entry, toUsb); });
@@ -43,7 +45,7 @@ std::optional<StorageMover::Refusal> StorageMover::start(const QString& name, bo
 
 bool StorageMover::isMoving(const QString& name) {
     const std::scoped_lock lock(m_mutex);
-    return m_status.state == QLatin1String("MOVING") && m_status.fileName == name;
+    return m_status.state == "MOVING"_L1 && m_status.fileName == name;
 }
 
 void StorageMover::failNext() {
@@ -57,14 +59,14 @@ QJsonObject StorageMover::status() {
                                                  : 0;
     const auto perSecond = static_cast<double>(m_status.totalBytes) * 1000 /
                            static_cast<double>(std::max<qint64>(m_duration.count(), 1));
-    return {{QStringLiteral("state"), m_status.state},
-            {QStringLiteral("fileName"), m_status.fileName},
-            {QStringLiteral("movedBytes"), m_status.movedBytes},
-            {QStringLiteral("totalBytes"), m_status.totalBytes},
-            {QStringLiteral("progressPercent"), share * 100},
-            {QStringLiteral("speedBytesPerSec"), static_cast<qint64>(perSecond)},
-            {QStringLiteral("message"), m_status.message},
-            {QStringLiteral("updatedAtMs"), m_status.updatedAtMs}};
+    return {{u"state"_s, m_status.state},
+            {u"fileName"_s, m_status.fileName},
+            {u"movedBytes"_s, m_status.movedBytes},
+            {u"totalBytes"_s, m_status.totalBytes},
+            {u"progressPercent"_s, share * 100},
+            {u"speedBytesPerSec"_s, static_cast<qint64>(perSecond)},
+            {u"message"_s, m_status.message},
+            {u"updatedAtMs"_s, m_status.updatedAtMs}};
 }
 
 bool StorageMover::moveFile(MediaLibrary::Moving moving) {
@@ -74,29 +76,27 @@ bool StorageMover::moveFile(MediaLibrary::Moving moving) {
 void StorageMover::move(const MediaEntry& entry, bool toUsb) {
     const QString& name = entry.name;
     if (moveFile(m_library.beginMove(entry, toUsb)))
-        tell(QStringLiteral("COMPLETED"), entry.sizeBytes,
-             QStringLiteral("Moved %1 to %2.")
-                 .arg(name, toUsb ? QStringLiteral("USB") : QStringLiteral("internal storage")));
+        tell(u"COMPLETED"_s, entry.sizeBytes,
+             u"Moved %1 to %2."_s.arg(name, toUsb ? u"USB"_s : u"internal storage"_s));
     else
-        tell(QStringLiteral("FAILED"), 0,
-             QStringLiteral("%1 could not be moved and stays where it was.").arg(name));
+        tell(u"FAILED"_s, 0, u"%1 could not be moved and stays where it was."_s.arg(name));
 }
 
 bool StorageMover::waitForNextSlice() {
     std::unique_lock lock(m_mutex);
-    return !m_ending.wait_for(lock, m_duration / slices, [this] { return m_stops; });
+    return !m_ending.wait_for(lock, m_duration / Slices, [this] { return m_stops; });
 }
 
 bool StorageMover::copyInSlices(MediaLibrary::Moving& moving) {
     const bool fails = m_failsNext.exchange(false);
-    for (int slice = 1; slice <= slices; ++slice) {
+    for (int slice = 1; slice <= Slices; ++slice) {
         const bool isInterrupted = !waitForNextSlice() || !m_library.isUsbConnected();
-        if (isInterrupted || (fails && slice > slices / 2))
+        if (isInterrupted || (fails && slice > Slices / 2))
             return false;
-        const qint64 end = moving.sizeBytes() * slice / slices;
+        const qint64 end = moving.sizeBytes() * slice / Slices;
         if (!moving.copyUpTo(end))
             return false;
-        tell(QStringLiteral("MOVING"), end, QStringLiteral("Moving %1.").arg(moving.name()));
+        tell(u"MOVING"_s, end, u"Moving %1."_s.arg(moving.name()));
     }
     return true;
 }

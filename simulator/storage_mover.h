@@ -14,6 +14,8 @@
 
 namespace quiv::simulator {
 
+using namespace Qt::StringLiterals;
+
 // Moves a file between the TV's storages, one at a time, on a thread of its own that takes its time
 // over it. A move that fails leaves the file where it was. Thread-safe.
 class StorageMover {
@@ -39,7 +41,7 @@ public:
 
 private:
     struct Status {
-        QString state = QStringLiteral("IDLE");
+        QString state = u"IDLE"_s;
         QString fileName;
         QString message;
         qint64 movedBytes = 0;

@@ -6,8 +6,10 @@
 
 namespace quiv::simulator {
 
-static constexpr int patienceMs = 10'000;
-static constexpr int stopCheckMs = 50;
+using namespace Qt::StringLiterals;
+
+static constexpr int PatienceMs = 10'000;
+static constexpr int StopCheckMs = 50;
 
 static QString keyOf(const MediaEntry& entry) {
     return entry.name + u'|' + QString::number(entry.lastModifiedMs);
@@ -81,14 +83,12 @@ QByteArray Thumbnails::make(const MediaEntry& entry) {
     // Not the first picture, which is often black.
     const double seconds = static_cast<double>(m_library.detailsOf(entry).durationMs) / 10'000;
     QProcess process;
-    process.start(QStringLiteral("ffmpeg"),
-                  QStringList{QStringLiteral("-ss"), QString::number(seconds), QStringLiteral("-i"),
-                              QStringLiteral("file:") + path} +
-                      QStringLiteral("-nostdin -v quiet -threads 1 -map 0:v:0 -frames:v 1 -vf "
-                                     "scale=320:-2 -c:v mjpeg -f image2pipe -")
-                          .split(u' '));
-    for (int waitedMs = 0; waitedMs < patienceMs && !m_stops; waitedMs += stopCheckMs) {
-        if (process.waitForFinished(stopCheckMs) || process.state() == QProcess::NotRunning)
+    process.start(u"ffmpeg"_s,
+                  QStringList{u"-ss"_s, QString::number(seconds), u"-i"_s, u"file:"_s + path} +
+                      u"-nostdin -v quiet -threads 1 -map 0:v:0 -frames:v 1 -vf "
+                      "scale=320:-2 -c:v mjpeg -f image2pipe -"_s.split(u' '));
+    for (int waitedMs = 0; waitedMs < PatienceMs && !m_stops; waitedMs += StopCheckMs) {
+        if (process.waitForFinished(StopCheckMs) || process.state() == QProcess::NotRunning)
             return process.readAllStandardOutput();
     }
     process.kill();

@@ -12,6 +12,8 @@
 #include "simulator/endpoints/thumbnail_endpoints.h"
 #include "simulator/endpoints/upload_endpoints.h"
 
+using namespace Qt::StringLiterals;
+
 namespace quiv::simulator {
 
 using HandlerResponse = httplib::Server::HandlerResponse;
@@ -48,8 +50,8 @@ TvServer::~TvServer() {
 bool TvServer::listen(quint16 port, Protocol protocol) {
     m_protocol = protocol;
     // IPv6 sockets take IPv4 connections as well; without IPv6 there is only the plain kind.
-    return m_listener.listen(QStringLiteral("::"), port) ||
-           (protocol == Protocol::AnyIp && m_listener.listen(QStringLiteral("0.0.0.0"), port));
+    return m_listener.listen(u"::"_s, port) ||
+           (protocol == Protocol::AnyIp && m_listener.listen(u"0.0.0.0"_s, port));
 }
 
 void TvServer::stop() {
@@ -81,7 +83,7 @@ HandlerResponse TvServer::received(const httplib::Request& request, httplib::Res
 
 void TvServer::replying(const httplib::Request& request, httplib::Response& response) {
     if (const auto grant = m_television.pairing.renewal(credentialsOf(request));
-        grant && !response.has_header(tokenHeader))
+        grant && !response.has_header(TokenHeader))
         addToken(response, *grant);
     m_injector.alterReply(request, response);
     if (closesAfter(response)) // which the server library only announces
@@ -92,7 +94,7 @@ void TvServer::replying(const httplib::Request& request, httplib::Response& resp
     m_log.answered(request, response.status);
     if (m_printsRequests)
         printLine(
-            QStringLiteral("%1 %2 -> %3")
+            u"%1 %2 -> %3"_s
                 .arg(QString::fromStdString(request.method), QString::fromStdString(request.path))
                 .arg(response.status));
 }

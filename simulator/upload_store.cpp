@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace quiv::simulator {
 
 UploadStore::Incoming::Incoming(UploadStore& store, const QString& name, qint64 totalBytes)
@@ -16,18 +18,18 @@ UploadStore::Incoming::Incoming(UploadStore& store, const QString& name, qint64 
       m_totalBytes(totalBytes),
       m_keptBytes(totalBytes),
       m_folder(store.m_library.uploadFolder()),
-      m_file(std::make_unique<QTemporaryFile>(m_folder + u'/' + QLatin1String(uploadingPrefix) +
-                                              QStringLiteral("XXXXXX"))) {
+      m_file(std::make_unique<QTemporaryFile>(m_folder + u'/' + QLatin1String(UploadingPrefix) +
+                                              u"XXXXXX"_s)) {
     if (!m_file->open())
         m_file.reset();
-    tell(QStringLiteral("RECEIVING"), QStringLiteral("Receiving."));
+    tell(u"RECEIVING"_s, u"Receiving."_s);
 }
 
 UploadStore::Incoming::~Incoming() {
     if (m_isStored)
         return;
     m_file.reset(); // before anybody hears of it
-    tell(QStringLiteral("FAILED"), QStringLiteral("The upload was interrupted."));
+    tell(u"FAILED"_s, u"The upload was interrupted."_s);
 }
 
 bool UploadStore::Incoming::write(const char* bytes, qint64 count) {
@@ -35,7 +37,7 @@ bool UploadStore::Incoming::write(const char* bytes, qint64 count) {
     if (!m_file || m_file->write(bytes, kept) != kept)
         return false;
     m_receivedBytes += count;
-    tell(QStringLiteral("RECEIVING"), QStringLiteral("Receiving."));
+    tell(u"RECEIVING"_s, u"Receiving."_s);
     return true;
 }
 
@@ -48,7 +50,7 @@ QString UploadStore::Incoming::freeName(Naming naming) const {
     };
     QString candidate = m_name;
     for (int copy = 1; isTaken(candidate) || (naming == Naming::AsCopy && copy == 1); ++copy)
-        candidate = stem + QStringLiteral(" (%1)").arg(copy) + extension;
+        candidate = stem + u" (%1)"_s.arg(copy) + extension;
     return candidate;
 }
 
@@ -62,7 +64,7 @@ std::optional<QString> UploadStore::Incoming::finish(Naming naming) {
     m_file->setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup |
                            QFile::ReadOther);
     m_isStored = true;
-    tell(QStringLiteral("COMPLETED"), QStringLiteral("Stored as %1.").arg(stored));
+    tell(u"COMPLETED"_s, u"Stored as %1."_s.arg(stored));
     return stored;
 }
 
@@ -83,13 +85,13 @@ QByteArray UploadStore::status() {
     const double share = m_status->totalBytes > 0 ? static_cast<double>(m_status->receivedBytes) /
                                                         static_cast<double>(m_status->totalBytes)
                                                   : 1;
-    const QJsonObject json{{QStringLiteral("state"), m_status->state},
-                           {QStringLiteral("fileName"), m_status->fileName},
-                           {QStringLiteral("receivedBytes"), m_status->receivedBytes},
-                           {QStringLiteral("totalBytes"), m_status->totalBytes},
-                           {QStringLiteral("progressPercent"), share * 100},
-                           {QStringLiteral("message"), m_status->message},
-                           {QStringLiteral("updatedAtMs"), m_status->updatedAtMs}};
+    const QJsonObject json{{u"state"_s, m_status->state},
+                           {u"fileName"_s, m_status->fileName},
+                           {u"receivedBytes"_s, m_status->receivedBytes},
+                           {u"totalBytes"_s, m_status->totalBytes},
+                           {u"progressPercent"_s, share * 100},
+                           {u"message"_s, m_status->message},
+                           {u"updatedAtMs"_s, m_status->updatedAtMs}};
     return QJsonDocument(json).toJson(QJsonDocument::Compact);
 }
 

@@ -10,18 +10,20 @@
 
 namespace quiv::simulator {
 
+using namespace Qt::StringLiterals;
+
 using httplib::ContentProvider;
 using httplib::DataSink;
 using httplib::Request;
 using httplib::Response;
 
-static constexpr size_t sliceBytes = 65'536;
+static constexpr size_t SliceBytes = 65'536;
 
 static ContentProvider bytesOf(std::shared_ptr<QFile> file) {
     return [file = std::move(file)](size_t offset, size_t length, DataSink& sink) {
         if (!file->seek(static_cast<qint64>(offset)))
             return false;
-        const QByteArray slice = file->read(static_cast<qint64>(std::min(length, sliceBytes)));
+        const QByteArray slice = file->read(static_cast<qint64>(std::min(length, SliceBytes)));
         return !slice.isEmpty() && sink.write(slice.constData(), static_cast<size_t>(slice.size()));
     };
 }
@@ -29,8 +31,8 @@ static ContentProvider bytesOf(std::shared_ptr<QFile> file) {
 // Of a generated entry: as many as it is said to have.
 static ContentProvider madeUpBytes() {
     return [](size_t, size_t length, DataSink& sink) {
-        static const std::string slice(sliceBytes, 'x');
-        return sink.write(slice.data(), std::min(length, sliceBytes));
+        static const std::string slice(SliceBytes, 'x');
+        return sink.write(slice.data(), std::min(length, SliceBytes));
     };
 }
 
@@ -66,15 +68,15 @@ static void sendFile(Television& television, const Request& request, Response& r
                      const std::string& type) {
     const auto entry = television.library.find(parameterOf(request, "name").value_or(QString()));
     if (!entry)
-        return replyError(response, 404, QStringLiteral("File not found"));
+        return replyError(response, 404, u"File not found"_s);
     const QString path = television.library.pathOf(*entry);
     auto file = std::make_shared<QFile>(path);
     if (!path.isEmpty() && !file->open(QIODevice::ReadOnly))
-        return replyError(response, 500, QStringLiteral("The file could not be read."));
+        return replyError(response, 500, u"The file could not be read."_s);
     const qint64 size = path.isEmpty() ? entry->sizeBytes : file->size();
     if (!fitRange(request, size)) {
         response.set_header("Content-Range", "bytes */" + std::to_string(size));
-        return replyError(response, 416, QStringLiteral("The file ends before."));
+        return replyError(response, 416, u"The file ends before."_s);
     }
     send(response, size, type, path.isEmpty() ? madeUpBytes() : bytesOf(std::move(file)));
 }

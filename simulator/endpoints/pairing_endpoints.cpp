@@ -4,36 +4,35 @@
 
 namespace quiv::simulator {
 
+using namespace Qt::StringLiterals;
+
 static QJsonObject statusJson(const Pairing::Status& status, const QString& clientId) {
     return {
-        {QStringLiteral("authorized"), status.authorized},
-        {QStringLiteral("requiresPairing"), !status.authorized},
-        {QStringLiteral("client"), clientId},
-        {QStringLiteral("clientLabel"), QStringLiteral("Quiv Controller")},
-        {QStringLiteral("expiresInSec"), status.expiresInSec},
-        {QStringLiteral("message"), status.authorized
-                                        ? QStringLiteral("This computer may control the TV.")
-                                        : QStringLiteral("Enter the 3-digit code shown on TV.")},
+        {u"authorized"_s, status.authorized},
+        {u"requiresPairing"_s, !status.authorized},
+        {u"client"_s, clientId},
+        {u"clientLabel"_s, u"Quiv Controller"_s},
+        {u"expiresInSec"_s, status.expiresInSec},
+        {u"message"_s, status.authorized ? u"This computer may control the TV."_s
+                                         : u"Enter the 3-digit code shown on TV."_s},
     };
 }
 
 static void replyLockedOut(httplib::Response& response, qint64 seconds) {
-    replyError(response, 429,
-               QStringLiteral("Too many wrong codes. Try again in %1 seconds.").arg(seconds));
+    replyError(response, 429, u"Too many wrong codes. Try again in %1 seconds."_s.arg(seconds));
 }
 
 static void replyWrongCode(httplib::Response& response, int attemptsLeft) {
-    const QString rest = attemptsLeft > 0
-                             ? QStringLiteral("%1 attempt(s) left.").arg(attemptsLeft)
-                             : QStringLiteral("No attempts left, wait before trying again.");
-    replyError(response, 401, QStringLiteral("Wrong code. ") + rest);
+    const QString rest = attemptsLeft > 0 ? u"%1 attempt(s) left."_s.arg(attemptsLeft)
+                                          : u"No attempts left, wait before trying again."_s;
+    replyError(response, 401, u"Wrong code. "_s + rest);
 }
 
 static void replyVerdict(httplib::Response& response, const Pairing::Verdict& verdict) {
     switch (verdict.kind) {
     case Pairing::Verdict::Kind::Paired:
         addToken(response, verdict.grant);
-        return replyJson(response, {{QStringLiteral("ok"), true}});
+        return replyJson(response, {{u"ok"_s, true}});
     case Pairing::Verdict::Kind::WrongCode:
         return replyWrongCode(response, verdict.attemptsLeft);
     case Pairing::Verdict::Kind::LockedOut:
@@ -52,14 +51,14 @@ void addPairingEndpoints(httplib::Server& server, Television& television) {
             [&](const httplib::Request& request, httplib::Response& response) {
                 const QString clientId = credentialsOf(request).clientId;
                 if (clientId.isEmpty())
-                    return replyError(response, 400, QStringLiteral("Client id is missing."));
+                    return replyError(response, 400, u"Client id is missing."_s);
                 const auto code = QString::fromStdString(request.get_param_value("code"));
                 replyVerdict(response, pairing.verify(clientId, code));
             });
     addPost(server, "/api/mac/auth/cancel",
             [&](const httplib::Request& request, httplib::Response& response) {
                 pairing.cancel(credentialsOf(request));
-                replyJson(response, {{QStringLiteral("ok"), true}});
+                replyJson(response, {{u"ok"_s, true}});
             });
 }
 

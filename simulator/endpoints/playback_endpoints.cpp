@@ -4,11 +4,13 @@
 
 namespace quiv::simulator {
 
+using namespace Qt::StringLiterals;
+
 using Outcome = Player::Outcome;
 
 static Outcome badParameter(const char* name) {
-    return Player::Refusal{
-        400, QStringLiteral("The parameter %1 is missing or wrong.").arg(QLatin1String(name))};
+    return Player::Refusal{400,
+                           u"The parameter %1 is missing or wrong."_s.arg(QLatin1String(name))};
 }
 
 static Outcome play(Television& television, const httplib::Request& request) {
@@ -17,7 +19,7 @@ static Outcome play(Television& television, const httplib::Request& request) {
         return badParameter("name");
     const auto entry = television.library.find(*name);
     if (!entry)
-        return Player::Refusal{404, QStringLiteral("File not found")};
+        return Player::Refusal{404, u"File not found"_s};
     television.player.play(*name, television.library.detailsOf(*entry));
     return std::nullopt;
 }
@@ -39,24 +41,24 @@ static Outcome perform(Television& television, const httplib::Request& request) 
     Player& player = television.player;
     const QString command = parameterOf(request, "command").value_or(QString());
     const QString track = parameterOf(request, "trackId").value_or(QString());
-    if (command == QLatin1String("play"))
+    if (command == "play"_L1)
         return play(television, request);
-    if (command == QLatin1String("pause"))
+    if (command == "pause"_L1)
         return player.pause();
-    if (command == QLatin1String("resume"))
+    if (command == "resume"_L1)
         return player.resume();
-    if (command == QLatin1String("seek_by"))
+    if (command == "seek_by"_L1)
         return withMilliseconds(request, "offsetMs", [&](qint64 ms) { return player.seekBy(ms); });
-    if (command == QLatin1String("seek_to"))
+    if (command == "seek_to"_L1)
         return withMilliseconds(request, "positionMs",
                                 [&](qint64 ms) { return player.seekTo(ms); });
-    if (command == QLatin1String("set_speed"))
+    if (command == "set_speed"_L1)
         return setSpeed(player, request);
-    if (command == QLatin1String("set_subtitle"))
+    if (command == "set_subtitle"_L1)
         return player.setSubtitle(track);
-    if (command == QLatin1String("set_audio"))
+    if (command == "set_audio"_L1)
         return player.setAudio(track);
-    if (command != QLatin1String("stop"))
+    if (command != "stop"_L1)
         return badParameter("command");
     player.stop();
     return std::nullopt;
@@ -70,7 +72,7 @@ void addPlaybackEndpoints(httplib::Server& server, Television& television) {
                   [&](const httplib::Request& request, httplib::Response& response) {
                       if (const Outcome refusal = perform(television, request))
                           return replyError(response, refusal->status, refusal->reason);
-                      replyJson(response, {{QStringLiteral("ok"), true}});
+                      replyJson(response, {{u"ok"_s, true}});
                   });
 }
 

@@ -4,6 +4,8 @@
 
 namespace quiv::simulator {
 
+using namespace Qt::StringLiterals;
+
 bool hasBody(const httplib::Request& request) {
     return request.has_header("Content-Length") || request.has_header("Transfer-Encoding");
 }
@@ -57,7 +59,7 @@ void addPairedPut(httplib::Server& server, const std::string& pattern, Pairing& 
             return handler(request, response, reader);
         closeAfterReply(response);
         if (isPaired)
-            replyError(response, 400, QStringLiteral("The name is missing or wrong."));
+            replyError(response, 400, u"The name is missing or wrong."_s);
         else
             replyPairingRequired(response);
     });
@@ -79,8 +81,7 @@ std::optional<QString> parameterOf(const httplib::Request& request, const char* 
 }
 
 bool isFileName(const QString& name) {
-    return !name.isEmpty() && !name.contains(u'/') && name != QLatin1String(".") &&
-           name != QLatin1String("..");
+    return !name.isEmpty() && !name.contains(u'/') && name != "."_L1 && name != ".."_L1;
 }
 
 void addNotFound(httplib::Server& server) {
@@ -93,8 +94,8 @@ void addNotFound(httplib::Server& server) {
 Credentials credentialsOf(const httplib::Request& request) {
     if (const auto token = parameterOf(request, "authToken"))
         return {parameterOf(request, "clientId").value_or(QString()), *token};
-    return {QString::fromStdString(request.get_header_value(clientIdHeader)),
-            QString::fromStdString(request.get_header_value(tokenHeader))};
+    return {QString::fromStdString(request.get_header_value(ClientIdHeader)),
+            QString::fromStdString(request.get_header_value(TokenHeader))};
 }
 
 void replyJson(httplib::Response& response, const QByteArray& json, int status) {
@@ -108,12 +109,12 @@ void replyJson(httplib::Response& response, const QJsonObject& json, int status)
 }
 
 void replyError(httplib::Response& response, int status, const QString& error) {
-    replyJson(response, {{QStringLiteral("ok"), false}, {QStringLiteral("error"), error}}, status);
+    replyJson(response, {{u"ok"_s, false}, {u"error"_s, error}}, status);
 }
 
 void replyFull(httplib::Response& response) {
     closeAfterReply(response);
-    replyError(response, 507, QStringLiteral("Not enough free space on target storage."));
+    replyError(response, 507, u"Not enough free space on target storage."_s);
 }
 
 void closeAfterReply(httplib::Response& response) {
@@ -125,13 +126,12 @@ bool closesAfter(const httplib::Response& response) {
 }
 
 void replyPairingRequired(httplib::Response& response) {
-    replyError(response, 401,
-               QStringLiteral("Pairing required: enter the 3-digit code shown on TV."));
+    replyError(response, 401, u"Pairing required: enter the 3-digit code shown on TV."_s);
 }
 
 void addToken(httplib::Response& response, const Pairing::Grant& grant) {
-    response.set_header(tokenHeader, grant.token.toStdString());
-    response.set_header(tokenLifetimeHeader, std::to_string(grant.expiresInSec));
+    response.set_header(TokenHeader, grant.token.toStdString());
+    response.set_header(TokenLifetimeHeader, std::to_string(grant.expiresInSec));
 }
 
 } // namespace quiv::simulator

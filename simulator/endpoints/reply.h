@@ -12,9 +12,9 @@
 
 namespace quiv::simulator {
 
-inline constexpr const char* clientIdHeader = "X-Quiv-Client-Id";
-inline constexpr const char* tokenHeader = "X-Quiv-Auth-Token";
-inline constexpr const char* tokenLifetimeHeader = "X-Quiv-Auth-Expires-In";
+inline constexpr const char* ClientIdHeader = "X-Quiv-Client-Id";
+inline constexpr const char* TokenHeader = "X-Quiv-Auth-Token";
+inline constexpr const char* TokenLifetimeHeader = "X-Quiv-Auth-Expires-In";
 
 // A POST whose parameters are all in its query. It needs no Content-Length, which the server
 // library insists on unless the handler reads the body itself; a body that comes nevertheless is
@@ -52,7 +52,7 @@ void replyFull(httplib::Response& response);
 void closeAfterReply(httplib::Response& response);
 bool closesAfter(const httplib::Response& response);
 // The status of a response that is not sent, because its connection is broken.
-inline constexpr int noReply = 0;
+inline constexpr int NoReply = 0;
 void replyPairingRequired(httplib::Response& response);
 // Hands out a token in the reply's headers.
 void addToken(httplib::Response& response, const Pairing::Grant& grant);

@@ -4,33 +4,35 @@
 
 namespace quiv::simulator {
 
+using namespace Qt::StringLiterals;
+
 static void move(Television& television, const httplib::Request& request,
                  httplib::Response& response) {
     const QString name = parameterOf(request, "name").value_or(QString());
     const QString target = parameterOf(request, "target").value_or(QString());
-    const bool toUsb = target == QLatin1String("usb");
-    if (!toUsb && target != QLatin1String("internal"))
-        return replyError(response, 400, QStringLiteral("The target is usb or internal."));
+    const bool toUsb = target == "usb"_L1;
+    if (!toUsb && target != "internal"_L1)
+        return replyError(response, 400, u"The target is usb or internal."_s);
     if (const auto refusal = television.mover.start(name, toUsb))
         return replyError(response, refusal->status, refusal->reason);
-    replyJson(response, {{QStringLiteral("ok"), true}});
+    replyJson(response, {{u"ok"_s, true}});
 }
 
 static void remove(Television& television, const httplib::Request& request,
                    httplib::Response& response) {
     const QString name = parameterOf(request, "name").value_or(QString());
     if (!isFileName(name))
-        return replyError(response, 400, QStringLiteral("The name is missing or wrong."));
+        return replyError(response, 400, u"The name is missing or wrong."_s);
     const auto entry = television.library.find(name); // what is not listed is not deleted
     if (!entry)
-        return replyError(response, 404, QStringLiteral("File not found"));
+        return replyError(response, 404, u"File not found"_s);
     if (television.mover.isMoving(name))
-        return replyError(response, 409, QStringLiteral("The file is being moved."));
+        return replyError(response, 409, u"The file is being moved."_s);
     television.player.close(name);
     if (!television.library.remove(*entry))
-        return replyError(response, 500, QStringLiteral("The file could not be deleted."));
+        return replyError(response, 500, u"The file could not be deleted."_s);
     television.thumbnails.forget(name);
-    replyJson(response, {{QStringLiteral("ok"), true}});
+    replyJson(response, {{u"ok"_s, true}});
 }
 
 void addStorageEndpoints(httplib::Server& server, Television& television) {

@@ -4,6 +4,8 @@
 
 namespace quiv::simulator {
 
+using namespace Qt::StringLiterals;
+
 using httplib::ContentReader;
 using httplib::Request;
 using httplib::Response;
@@ -11,16 +13,16 @@ using httplib::Response;
 static void bring(Television& television, const Request& request, Response& response,
                   const QByteArray& jpeg) {
     if (jpeg.isEmpty())
-        return replyError(response, 400, QStringLiteral("The picture is missing."));
+        return replyError(response, 400, u"The picture is missing."_s);
     television.thumbnails.bring(*parameterOf(request, "name"), jpeg);
-    replyJson(response, {{QStringLiteral("ok"), true}});
+    replyJson(response, {{u"ok"_s, true}});
 }
 
 static void show(Television& television, const Request& request, Response& response) {
     const QByteArray jpeg =
         television.thumbnails.find(parameterOf(request, "name").value_or(QString()));
     if (jpeg.isEmpty())
-        return replyError(response, 404, QStringLiteral("There is no picture yet."));
+        return replyError(response, 404, u"There is no picture yet."_s);
     response.set_content(jpeg.constData(), static_cast<size_t>(jpeg.size()), "image/jpeg");
 }
 

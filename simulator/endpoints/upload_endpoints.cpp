@@ -5,6 +5,8 @@
 
 namespace quiv::simulator {
 
+using namespace Qt::StringLiterals;
+
 using httplib::ContentReader;
 using httplib::Request;
 using httplib::Response;
@@ -17,13 +19,13 @@ static std::optional<qint64> number(const QString& text) {
 
 static void announceUpload(Television& television, const Request& request, Response& response,
                            const QByteArray& jpeg) {
-    const auto bytes = number(parameterOf(request, "sizeBytes").value_or(QStringLiteral("0")));
+    const auto bytes = number(parameterOf(request, "sizeBytes").value_or(u"0"_s));
     if (!bytes)
-        return replyError(response, 400, QStringLiteral("The size is wrong."));
+        return replyError(response, 400, u"The size is wrong."_s);
     if (*bytes > television.library.freeBytes())
         return replyFull(response);
     television.thumbnails.bring(*parameterOf(request, "name"), jpeg);
-    replyJson(response, {{QStringLiteral("ok"), true}});
+    replyJson(response, {{u"ok"_s, true}});
 }
 
 static std::optional<qint64> announcedBytes(const Request& request) {
@@ -33,7 +35,7 @@ static std::optional<qint64> announcedBytes(const Request& request) {
 static bool isRefused(Television& television, const Request& request, Response& response) {
     const auto bytes = announcedBytes(request);
     if (!bytes)
-        replyError(response, 411, QStringLiteral("The length is missing."));
+        replyError(response, 411, u"The length is missing."_s);
     else if (*bytes > television.library.freeBytes())
         replyFull(response);
     else
@@ -53,8 +55,7 @@ void addUploadEndpoints(httplib::Server& server, Television& television, FaultLi
                      if (isRefused(television, request, response))
                          return;
                      const auto fault =
-                         faults.take(QStringLiteral("PUT"), QStringLiteral("api/files/upload"),
-                                     Fault::Phase::Receiving);
+                         faults.take(u"PUT"_s, u"api/files/upload"_s, Fault::Phase::Receiving);
                      Reception(request, response, fault, absence, stop)
                          .run(television.uploads, *announcedBytes(request), reader);
                  });

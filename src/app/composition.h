@@ -5,11 +5,11 @@
 #include "platform/avahi/avahi_host_resolver.h"
 #include "platform/avahi/avahi_service_browser.h"
 #include "platform/clock.h"
-#include "platform/http/curl_http_session.h"
 #include "platform/dialogs/file_dialogs.h"
 #include "platform/dialogs/portal_file_dialogs.h"
-#include "platform/stills/process_still_extractor.h"
+#include "platform/http/curl_http_session.h"
 #include "platform/settings_store.h"
+#include "platform/stills/process_still_extractor.h"
 #include "platform/system_log.h"
 
 #include <memory>

@@ -10,6 +10,8 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Ends the program through its event loop on the signals by which systems and terminals end it.
@@ -46,9 +48,9 @@ private:
 // The window a desktop's dialog belongs to; only X11 gives windows a name that others know.
 QString dialogParent() {
     const QWindow* window = QGuiApplication::focusWindow();
-    if (!window || QGuiApplication::platformName() != QStringLiteral("xcb"))
+    if (!window || QGuiApplication::platformName() != u"xcb"_s)
         return {};
-    return QStringLiteral("x11:") + QString::number(window->winId(), 16);
+    return u"x11:"_s + QString::number(window->winId(), 16);
 }
 
 } // namespace
@@ -56,9 +58,9 @@ QString dialogParent() {
 // QuivControllerApp: one window on one model.
 int main(int argc, char* argv[]) {
     TerminationSignals::block();
-    QGuiApplication::setApplicationName(QStringLiteral("quiv-controller"));
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("Quiv Controller"));
-    QGuiApplication::setDesktopFileName(QStringLiteral("quiv-controller"));
+    QGuiApplication::setApplicationName(u"quiv-controller"_s);
+    QGuiApplication::setApplicationDisplayName(u"Quiv Controller"_s);
+    QGuiApplication::setDesktopFileName(u"quiv-controller"_s);
     QGuiApplication app(argc, argv);
     const TerminationSignals termination;
     quiv::Composition composition(dialogParent);

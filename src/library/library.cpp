@@ -11,6 +11,7 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 Library::Library(RequestLayer& requests, const SelectedDevice& selected, StatusLine& status,
@@ -25,15 +26,15 @@ Task<> Library::loadLibrary(Load load) {
     const SelectedDevice::Guard guard(m_selected);
     if (showsProgress) {
         setLoadInProgress(true);
-        m_status.post(QStringLiteral("Loading library from %1...").arg(m_selected.name()));
+        m_status.post(u"Loading library from %1..."_s.arg(m_selected.name()));
     }
     QString message;
     try {
         auto fetching = fetchContent(guard);
         co_await std::move(fetching);
-        message = QStringLiteral("Loaded %1 media item(s)").arg(m_content.groupedFiles.size());
+        message = u"Loaded %1 media item(s)"_s.arg(m_content.groupedFiles.size());
     } catch (const Error& error) {
-        message = QStringLiteral("Failed to fetch files: ") + error.description();
+        message = u"Failed to fetch files: "_s + error.description();
     }
     if (!guard.isCurrent())
         co_return;
@@ -44,8 +45,7 @@ Task<> Library::loadLibrary(Load load) {
 }
 
 Task<> Library::fetchContent(SelectedDevice::Guard guard) {
-    auto fetching =
-        m_requests.fetchBody(*m_selected.baseURL(), QStringLiteral("api/files"), 60s, guard);
+    auto fetching = m_requests.fetchBody(*m_selected.baseURL(), u"api/files"_s, 60s, guard);
     const QByteArray listing = co_await std::move(fetching);
     if (!guard.isCurrent() || listing == m_listing)
         co_return;

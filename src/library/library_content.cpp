@@ -8,6 +8,8 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Between the parts of a search key; no character of any text.
@@ -58,9 +60,9 @@ enum class FileClass { Video, Subtitle, Other };
 
 FileClass classOf(const RemoteFile& file) {
     const QString kind = file.kind.toUpper();
-    if (kind == QLatin1String("VIDEO"))
+    if (kind == "VIDEO"_L1)
         return FileClass::Video;
-    return kind == QLatin1String("SUBTITLE") ? FileClass::Subtitle : FileClass::Other;
+    return kind == "SUBTITLE"_L1 ? FileClass::Subtitle : FileClass::Other;
 }
 
 // A row's files in one list, the video first.
@@ -88,9 +90,9 @@ public:
         for (const RemoteFile& file : files) {
             const FileClass fileClass = classOf(file);
             if (fileClass == FileClass::Subtitle)
-                rowFor(file, QStringLiteral("subtitle:")).group.subtitles.append(file);
+                rowFor(file, u"subtitle:"_s).group.subtitles.append(file);
             else if (fileClass == FileClass::Other)
-                rowFor(file, QStringLiteral("other:")).group.others.append(file);
+                rowFor(file, u"other:"_s).group.others.append(file);
         }
     }
 
@@ -194,15 +196,14 @@ QString uploadTarget(const FilesResponse& response) {
     if (response.preferredUploadTarget)
         return response.preferredUploadTarget->toUpper();
     const bool hasDrive = response.usbStorage && response.usbStorage->isConnected;
-    return hasDrive ? QStringLiteral("USB") : QStringLiteral("INTERNAL");
+    return hasDrive ? u"USB"_s : u"INTERNAL"_s;
 }
 
 } // namespace
 
 bool isHiddenLibraryName(const QString& name) {
     const QString trimmed = name.trimmed();
-    return trimmed.isEmpty() || trimmed.startsWith(u'.') ||
-           trimmed.endsWith(QLatin1String(".moving"));
+    return trimmed.isEmpty() || trimmed.startsWith(u'.') || trimmed.endsWith(".moving"_L1);
 }
 
 LibraryContent libraryContent(FilesResponse response) {

@@ -12,6 +12,8 @@
 // thread.
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 // One library row: a video with the subtitles and other files that share its base name, or a file
 // that belongs to no video.
 struct FileGroup {
@@ -42,7 +44,7 @@ struct LibraryContent {
     std::optional<RemoteStorage> storage;
     std::optional<RemoteUsbStorage> usbStorage;
     std::optional<QString> usbSetupHint;
-    QString preferredUploadTarget = QStringLiteral("INTERNAL"); // or "USB"
+    QString preferredUploadTarget = u"INTERNAL"_s; // or "USB"
 
     bool operator==(const LibraryContent&) const = default;
 };

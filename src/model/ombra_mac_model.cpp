@@ -4,6 +4,8 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 OmbraMacModel::OmbraMacModel(const PlatformPorts& ports, QObject* parent)
     : QObject(parent),
       m_settings(ports.settings),
@@ -56,14 +58,14 @@ void OmbraMacModel::selectDevice(const TVEndpoint& device) {
     m_settings.setText(QString::fromUtf16(SelectedDeviceKey), quiv::endpointKey(device));
     m_selected.set(device);
     if (isSame) {
-        m_status.post(QStringLiteral("Connected to ") + device.name);
+        m_status.post(u"Connected to "_s + device.name);
         return;
     }
     m_playback.reset();
     m_storageMove.reset();
     m_pairing.reset();
     m_library.reset();
-    m_status.post(QStringLiteral("Loading library from %1...").arg(device.name));
+    m_status.post(u"Loading library from %1..."_s.arg(device.name));
 }
 
 void OmbraMacModel::restartRefreshCycle() {

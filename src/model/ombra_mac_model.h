@@ -1,8 +1,8 @@
 #pragma once
 
-#include "model/refresh_cycle.h"
 #include "library/library.h"
 #include "library/thumbnail_url.h"
+#include "model/refresh_cycle.h"
 #include "net/auth_tokens.h"
 #include "net/discovery.h"
 #include "net/pairing.h"

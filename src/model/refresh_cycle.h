@@ -3,8 +3,8 @@
 #include "library/library.h"
 #include "net/pairing.h"
 #include "net/selected_device.h"
-#include "platform/clock.h"
 #include "platform/async/task.h"
+#include "platform/clock.h"
 #include "playback/remote_playback.h"
 #include "transfer/storage_move.h"
 

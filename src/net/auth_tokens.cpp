@@ -7,20 +7,22 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr std::int64_t LongestLifetimeSec = 100ll * 365 * 24 * 3600;
 constexpr std::int64_t ExpiresSoonMs = 60'000;
 constexpr double Int64Bound = 9223372036854775808.0; // 2^63
 
-const QString ClientIdKey = QStringLiteral("ombra.controlClientId.v1");
+const QString ClientIdKey = u"ombra.controlClientId.v1"_s;
 
 QString tokenKey(const QUrl& url) {
-    return QStringLiteral("ombra.authToken.v1.") + tokenDeviceKey(url);
+    return u"ombra.authToken.v1."_s + tokenDeviceKey(url);
 }
 
 QString expiryKey(const QUrl& url) {
-    return QStringLiteral("ombra.authTokenExpiryMs.v1.") + tokenDeviceKey(url);
+    return u"ombra.authTokenExpiryMs.v1."_s + tokenDeviceKey(url);
 }
 
 bool hasControlCharacter(const QByteArray& text) {
@@ -63,7 +65,7 @@ QString AuthTokens::controlClientId() {
     if (m_cachedControlClientId.isEmpty()) {
         m_cachedControlClientId = m_settings.text(ClientIdKey).value_or(QString()).trimmed();
         if (m_cachedControlClientId.isEmpty()) {
-            m_cachedControlClientId = QStringLiteral("mac-") + randomUuid();
+            m_cachedControlClientId = u"mac-"_s + randomUuid();
             m_settings.setText(ClientIdKey, m_cachedControlClientId);
         }
     }
@@ -89,9 +91,9 @@ void AuthTokens::applyControlHeaders(HttpRequest& request, const QUrl& url) {
 }
 
 QueryItems AuthTokens::authQueryItems(const QUrl& url) {
-    QueryItems items{{QStringLiteral("clientId"), controlClientId()}};
+    QueryItems items{{u"clientId"_s, controlClientId()}};
     if (const auto token = storedAuthToken(url))
-        items.append({QStringLiteral("authToken"), *token});
+        items.append({u"authToken"_s, *token});
     return items;
 }
 

@@ -6,6 +6,7 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -61,8 +62,8 @@ void Discovery::refreshDiscovery() {
     m_discoveredDevices.clear();
     Q_EMIT devicesChanged();
     m_browser.stop();
-    m_status.post(QStringLiteral("Searching for TVs on local network..."));
-    m_browser.search(QStringLiteral("_ombra._tcp."), QStringLiteral("local."),
+    m_status.post(u"Searching for TVs on local network..."_s);
+    m_browser.search(u"_ombra._tcp."_s, u"local."_s,
                      [this](const FoundService& service) { m_tasks.add(follow(service)); });
 }
 
@@ -76,7 +77,7 @@ Task<> Discovery::follow(FoundService service) {
     auto probing = probeDeviceInfo(*endpoint);
     const TVEndpoint device = co_await std::move(probing);
     upsertDiscoveredDevice(device);
-    m_status.post(QStringLiteral("Found %1 TV device(s)").arg(m_discoveredDevices.size()));
+    m_status.post(u"Found %1 TV device(s)"_s.arg(m_discoveredDevices.size()));
 }
 
 Task<TVEndpoint> Discovery::probeDeviceInfo(TVEndpoint endpoint) {
@@ -84,8 +85,8 @@ Task<TVEndpoint> Discovery::probeDeviceInfo(TVEndpoint endpoint) {
     if (!base)
         co_return endpoint;
     try {
-        auto fetching = m_requests.fetchJSON<RemoteDeviceInfo>(*base, QStringLiteral("api/info"),
-                                                               ProbeTimeout, std::nullopt);
+        auto fetching = m_requests.fetchJSON<RemoteDeviceInfo>(*base, u"api/info"_s, ProbeTimeout,
+                                                               std::nullopt);
         const RemoteDeviceInfo info = co_await std::move(fetching);
         co_return enriched(endpoint, info);
     } catch (const Error&) {

@@ -2,10 +2,10 @@
 
 #include "net/request_layer.h"
 #include "net/tv_endpoint.h"
-#include "platform/service_browser.h"
-#include "platform/settings_store.h"
 #include "platform/async/task.h"
 #include "platform/async/task_set.h"
+#include "platform/service_browser.h"
+#include "platform/settings_store.h"
 
 #include <QList>
 #include <QObject>

@@ -9,6 +9,7 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -26,7 +27,7 @@ std::optional<QString> pairingCodeValidUntilText(const std::optional<QDateTime>&
     if (!validUntil)
         return std::nullopt;
     const QLocale locale;
-    const QString format = locale.timeFormat(QLocale::ShortFormat).remove(QLatin1String(":ss"));
+    const QString format = locale.timeFormat(QLocale::ShortFormat).remove(":ss"_L1);
     return locale.toString(validUntil->toLocalTime().time(), format);
 }
 
@@ -72,14 +73,14 @@ Task<> Pairing::checkStatus(Check check) {
         co_return;
     const SelectedDevice::Guard guard(m_selected);
     try {
-        auto fetching = m_requests.fetchJSON<PairingStatusResponse>(
-            *base, QStringLiteral("api/mac/auth/status"), check.timeout, guard);
+        auto fetching = m_requests.fetchJSON<PairingStatusResponse>(*base, u"api/mac/auth/status"_s,
+                                                                    check.timeout, guard);
         const PairingStatusResponse response = co_await std::move(fetching);
         if (guard.isCurrent())
             applyStatus(response, check.announces);
     } catch (const Error& error) {
         if (guard.isCurrent() && check.reportsErrors)
-            m_status.post(QStringLiteral("Could not check pairing status: ") + error.description());
+            m_status.post(u"Could not check pairing status: "_s + error.description());
     }
 }
 
@@ -91,9 +92,8 @@ void Pairing::applyStatus(const PairingStatusResponse& response, bool announces)
     state.pairingClientLabel = trimmedOr(response.clientLabel, PairingState().pairingClientLabel);
     publishState(state);
     if (!response.authorized && announces) {
-        m_status.post(
-            trimmedOr(response.message,
-                      QStringLiteral("Pairing required. Enter the 3-digit code shown on TV.")));
+        m_status.post(trimmedOr(response.message,
+                                u"Pairing required. Enter the 3-digit code shown on TV."_s));
     }
 }
 
@@ -118,10 +118,9 @@ Task<bool> Pairing::ensureControlPairing(QString action) {
     PairingState state = m_state;
     state.requiresControlPairing = true;
     publishState(state);
-    QString message =
-        QStringLiteral("Pairing required for %1. Enter the 3-digit code shown on TV.").arg(action);
+    QString message = u"Pairing required for %1. Enter the 3-digit code shown on TV."_s.arg(action);
     if (const auto time = pairingCodeValidUntilText(m_state.pairingCodeValidUntil))
-        message += QStringLiteral(" This code is valid until %1.").arg(*time);
+        message += u" This code is valid until %1."_s.arg(*time);
     m_status.post(message);
     co_return false;
 }
@@ -150,10 +149,9 @@ void Pairing::handleAuthFailure(int status, const QString& message) {
     state.pairingCodeValidUntil = std::nullopt;
     publishState(state);
     if (status == 429) {
-        m_status.post(trimmedOr(
-            message, QStringLiteral("Too many auth attempts. Wait before trying again.")));
-    } else if (message.contains(QLatin1String("pair"), Qt::CaseInsensitive) ||
-               message.contains(QLatin1String("token"), Qt::CaseInsensitive)) {
+        m_status.post(trimmedOr(message, u"Too many auth attempts. Wait before trying again."_s));
+    } else if (message.contains("pair"_L1, Qt::CaseInsensitive) ||
+               message.contains("token"_L1, Qt::CaseInsensitive)) {
         m_status.post(message);
     }
 }
@@ -167,13 +165,13 @@ Task<> Pairing::verify(QString code) {
     if (!base)
         co_return;
     if (!isPairingCode(code)) {
-        m_status.post(QStringLiteral("Enter a valid 3-digit pairing code."));
+        m_status.post(u"Enter a valid 3-digit pairing code."_s);
         co_return;
     }
     const SelectedDevice::Guard guard(m_selected);
-    m_status.post(QStringLiteral("Verifying pairing code..."));
-    HttpRequest request = tvRequest("POST", *base, QStringLiteral("api/mac/auth/verify"),
-                                    {{QStringLiteral("code"), code.trimmed()}});
+    m_status.post(u"Verifying pairing code..."_s);
+    HttpRequest request =
+        tvRequest("POST", *base, u"api/mac/auth/verify"_s, {{u"code"_s, code.trimmed()}});
     request.timeouts.total = 10s;
     try {
         auto sending = m_requests.send(std::move(request), *base);
@@ -185,13 +183,13 @@ Task<> Pairing::verify(QString code) {
             state.isControlPaired = true;
             state.requiresControlPairing = false;
             publishState(state);
-            m_status.post(m_state.pairingClientLabel + QStringLiteral(" paired successfully."));
+            m_status.post(m_state.pairingClientLabel + u" paired successfully."_s);
             co_return;
         }
         m_status.post(serverErrorMessage(reply.status, reply.body));
     } catch (const Error& error) {
         if (guard.isCurrent())
-            m_status.post(QStringLiteral("Pairing failed: ") + error.description());
+            m_status.post(u"Pairing failed: "_s + error.description());
         co_return;
     }
     // The TV's own words on the refused code stay in the status line.
@@ -208,7 +206,7 @@ Task<> Pairing::cancel() {
     if (!base)
         co_return;
     const SelectedDevice::Guard guard(m_selected);
-    HttpRequest request = tvRequest("POST", *base, QStringLiteral("api/mac/auth/cancel"));
+    HttpRequest request = tvRequest("POST", *base, u"api/mac/auth/cancel"_s);
     request.timeouts.total = 5s;
     try {
         auto sending = m_requests.send(std::move(request), *base);
@@ -221,10 +219,10 @@ Task<> Pairing::cancel() {
         state.requiresControlPairing = false;
         state.pairingCodeValidUntil = std::nullopt;
         publishState(state);
-        m_status.post(QStringLiteral("Pairing canceled."));
+        m_status.post(u"Pairing canceled."_s);
     } catch (const Error& error) {
         if (guard.isCurrent())
-            m_status.post(QStringLiteral("Could not cancel pairing: ") + error.description());
+            m_status.post(u"Could not cancel pairing: "_s + error.description());
     }
 }
 

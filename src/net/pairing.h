@@ -1,9 +1,9 @@
 #pragma once
 
 #include "net/request_layer.h"
-#include "platform/clock.h"
 #include "platform/async/task.h"
 #include "platform/async/task_set.h"
+#include "platform/clock.h"
 
 #include <QDateTime>
 #include <QObject>
@@ -12,6 +12,8 @@
 #include <chrono>
 #include <cstdint>
 #include <optional>
+
+using namespace Qt::StringLiterals;
 
 namespace quiv {
 
@@ -28,7 +30,7 @@ public:
     bool isControlPaired = false;
     bool requiresControlPairing = false;
     std::optional<QDateTime> pairingCodeValidUntil; // or the end of the pairing, once paired
-    QString pairingClientLabel = QStringLiteral("Quiv Controller");
+    QString pairingClientLabel = u"Quiv Controller"_s;
 
     bool operator==(const PairingState&) const = default;
 };

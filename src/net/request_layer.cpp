@@ -4,6 +4,7 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -26,18 +27,18 @@ QString errorOf(const QByteArray& body) {
 QString messageOf(int status) {
     switch (status) {
     case 401:
-        return QStringLiteral("Pairing required: enter the 3-digit code shown on TV.");
+        return u"Pairing required: enter the 3-digit code shown on TV."_s;
     case 408:
     case 504:
-        return QStringLiteral("Upload failed: transfer timed out before completion.");
+        return u"Upload failed: transfer timed out before completion."_s;
     case 413:
-        return QStringLiteral("Upload failed: file is too large for the current upload target.");
+        return u"Upload failed: file is too large for the current upload target."_s;
     case 429:
-        return QStringLiteral("Too many auth attempts. Wait before trying again.");
+        return u"Too many auth attempts. Wait before trying again."_s;
     case 507:
-        return QStringLiteral("Upload failed: not enough free space on target storage.");
+        return u"Upload failed: not enough free space on target storage."_s;
     default:
-        return QStringLiteral("Upload failed (HTTP %1).").arg(status);
+        return u"Upload failed (HTTP %1)."_s.arg(status);
     }
 }
 

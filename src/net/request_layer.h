@@ -5,9 +5,9 @@
 #include "net/tv_request.h"
 #include "net/wire_decoding.h"
 #include "platform/async/background.h"
+#include "platform/async/task.h"
 #include "platform/error.h"
 #include "platform/http/http_session.h"
-#include "platform/async/task.h"
 
 #include <QByteArray>
 #include <QString>

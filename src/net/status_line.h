@@ -5,6 +5,8 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 // The window's one-line status text; every operation ends in it.
 class StatusLine : public QObject {
     Q_OBJECT
@@ -20,7 +22,7 @@ Q_SIGNALS:
     void statusMessageChanged();
 
 private:
-    QString m_statusMessage = QStringLiteral("Searching for TVs on local network...");
+    QString m_statusMessage = u"Searching for TVs on local network..."_s;
 };
 
 } // namespace quiv

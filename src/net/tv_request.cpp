@@ -2,8 +2,10 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 std::optional<QUrl> baseURL(const TVEndpoint& endpoint) {
-    const QUrl url(QStringLiteral("http://") + endpointKey(endpoint), QUrl::StrictMode);
+    const QUrl url(u"http://"_s + endpointKey(endpoint), QUrl::StrictMode);
     const bool isOfEndpoint = url.isValid() && !url.host().isEmpty() && url.path().isEmpty() &&
                               url.userInfo().isEmpty() && !url.hasQuery() && !url.hasFragment() &&
                               url.port() == endpoint.port;
@@ -12,8 +14,7 @@ std::optional<QUrl> baseURL(const TVEndpoint& endpoint) {
 
 QString tokenDeviceKey(const QUrl& url) {
     const QString host = url.host().toLower();
-    return (host.isEmpty() ? QStringLiteral("unknown") : host) + u':' +
-           QString::number(url.port(80));
+    return (host.isEmpty() ? u"unknown"_s : host) + u':' + QString::number(url.port(80));
 }
 
 HttpRequest tvRequest(const QByteArray& method, const QUrl& base, const QString& path,

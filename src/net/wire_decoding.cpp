@@ -7,6 +7,8 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // What is wrong with a value, and where, from the inside out.
@@ -23,13 +25,13 @@ struct Problem {
 
 void read(const QJsonValue& value, QString& result) {
     if (!value.isString())
-        throw Problem{{}, QStringLiteral("is not a text")};
+        throw Problem{{}, u"is not a text"_s};
     result = value.toString();
 }
 
 void read(const QJsonValue& value, bool& result) {
     if (!value.isBool())
-        throw Problem{{}, QStringLiteral("is not true or false")};
+        throw Problem{{}, u"is not true or false"_s};
     result = value.toBool();
 }
 
@@ -37,12 +39,12 @@ void read(const QJsonValue& value, std::int64_t& result) {
     // toInteger() gives its argument for whatever is not a whole number of 64 bits.
     result = value.toInteger(0);
     if (!value.isDouble() || result != value.toInteger(1))
-        throw Problem{{}, QStringLiteral("is not a whole number")};
+        throw Problem{{}, u"is not a whole number"_s};
 }
 
 void read(const QJsonValue& value, double& result) {
     if (!value.isDouble())
-        throw Problem{{}, QStringLiteral("is not a number")};
+        throw Problem{{}, u"is not a number"_s};
     result = value.toDouble();
 }
 
@@ -64,7 +66,7 @@ public:
     template <class Value> void required(QLatin1String key, Value& result) const {
         const QJsonValue value = m_object.value(key);
         if (value.isUndefined() || value.isNull())
-            throw Problem{key, QStringLiteral("is missing")};
+            throw Problem{key, u"is missing"_s};
         readAt(key, value, result);
     }
 
@@ -215,21 +217,21 @@ void readFields(const Fields& fields, UploadSuccessPayload& record) {
 
 template <class Record> void readRecord(const QJsonValue& value, Record& result) {
     if (!value.isObject())
-        throw Problem{{}, QStringLiteral("is not an object")};
+        throw Problem{{}, u"is not an object"_s};
     const QJsonObject object = value.toObject();
     readFields(Fields(object), result);
 }
 
 template <class Value> void read(const QJsonValue& value, QList<Value>& result) {
     if (!value.isArray())
-        throw Problem{{}, QStringLiteral("is not a list")};
+        throw Problem{{}, u"is not a list"_s};
     const QJsonArray array = value.toArray();
     result.reserve(array.size());
     for (qsizetype index = 0; index < array.size(); ++index) {
         try {
             readRecord(array.at(index), result.emplaceBack());
         } catch (const Problem& problem) {
-            throw problem.under(QStringLiteral("[%1]").arg(index));
+            throw problem.under(u"[%1]"_s.arg(index));
         }
     }
 }
@@ -237,8 +239,7 @@ template <class Value> void read(const QJsonValue& value, QList<Value>& result) 
 template <class Record> Record decodeRecord(const QByteArray& json) {
     const auto document = QJsonDocument::fromJson(json);
     if (!document.isObject()) {
-        throw DecodingError(
-            QStringLiteral("The TV's reply could not be understood: it is not a JSON object."));
+        throw DecodingError(u"The TV's reply could not be understood: it is not a JSON object."_s);
     }
     try {
         Record record;
@@ -246,8 +247,8 @@ template <class Record> Record decodeRecord(const QByteArray& json) {
         readFields(Fields(object), record);
         return record;
     } catch (const Problem& problem) {
-        throw DecodingError(QStringLiteral("The TV's reply could not be understood: \"%1\" %2.")
-                                .arg(problem.path, problem.what));
+        throw DecodingError(u"The TV's reply could not be understood: \"%1\" %2."_s.arg(
+            problem.path, problem.what));
     }
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/host_address.h"
 #include "platform/async/task.h"
+#include "platform/host_address.h"
 
 #include <QString>
 #include <chrono>

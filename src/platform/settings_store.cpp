@@ -11,6 +11,8 @@
 
 #include <chrono>
 
+using namespace Qt::StringLiterals;
+
 namespace quiv {
 
 namespace {
@@ -35,7 +37,7 @@ FileSettingsStore::FileSettingsStore(QString path) : m_path(std::move(path)) {
 
 QString FileSettingsStore::standardPath() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/quiv-controller/settings.json");
+           u"/quiv-controller/settings.json"_s;
 }
 
 std::optional<QString> FileSettingsStore::text(const QString& key) const {
@@ -67,12 +69,12 @@ void FileSettingsStore::change(const QString& key, const QVariant& value) {
     m_unwritten.insert(key, value);
 
     QDir().mkpath(QFileInfo(m_path).path());
-    QLockFile lock(m_path + QStringLiteral(".lock"));
+    QLockFile lock(m_path + u".lock"_s);
     if (!lock.tryLock(LongestWaitForOtherWriter))
         return;
     auto values = read();
     if (!values) {
-        const QString aside = m_path + QStringLiteral(".unreadable");
+        const QString aside = m_path + u".unreadable"_s;
         QFile::remove(aside);
         if (!QFile::rename(m_path, aside))
             return; // better an old setting than a lost file

@@ -4,55 +4,56 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 PlaybackCommand PlaybackCommand::play(const QString& name) {
-    return {.command = QStringLiteral("play"), .name = name};
+    return {.command = u"play"_s, .name = name};
 }
 
 PlaybackCommand PlaybackCommand::pause() {
-    return {.command = QStringLiteral("pause")};
+    return {.command = u"pause"_s};
 }
 
 PlaybackCommand PlaybackCommand::resume() {
-    return {.command = QStringLiteral("resume")};
+    return {.command = u"resume"_s};
 }
 
 PlaybackCommand PlaybackCommand::stop() {
-    return {.command = QStringLiteral("stop")};
+    return {.command = u"stop"_s};
 }
 
 PlaybackCommand PlaybackCommand::seekBy(std::int64_t offsetMs) {
-    return {.command = QStringLiteral("seek_by"), .offsetMs = offsetMs};
+    return {.command = u"seek_by"_s, .offsetMs = offsetMs};
 }
 
 PlaybackCommand PlaybackCommand::seekTo(std::int64_t positionMs) {
-    return {.command = QStringLiteral("seek_to"),
-            .positionMs = std::max<std::int64_t>(positionMs, 0)};
+    return {.command = u"seek_to"_s, .positionMs = std::max<std::int64_t>(positionMs, 0)};
 }
 
 PlaybackCommand PlaybackCommand::setSpeed(double speed) {
-    return {.command = QStringLiteral("set_speed"), .speed = speed};
+    return {.command = u"set_speed"_s, .speed = speed};
 }
 
 PlaybackCommand PlaybackCommand::setSubtitle(const std::optional<QString>& trackId) {
-    return {.command = QStringLiteral("set_subtitle"), .trackId = trackId};
+    return {.command = u"set_subtitle"_s, .trackId = trackId};
 }
 
 PlaybackCommand PlaybackCommand::setAudio(const QString& trackId) {
-    return {.command = QStringLiteral("set_audio"), .trackId = trackId};
+    return {.command = u"set_audio"_s, .trackId = trackId};
 }
 
 QueryItems queryItems(const PlaybackCommand& command) {
-    QueryItems items{{QStringLiteral("command"), command.command}};
+    QueryItems items{{u"command"_s, command.command}};
     if (command.name)
-        items.append({QStringLiteral("name"), *command.name});
+        items.append({u"name"_s, *command.name});
     if (command.offsetMs)
-        items.append({QStringLiteral("offsetMs"), QString::number(*command.offsetMs)});
+        items.append({u"offsetMs"_s, QString::number(*command.offsetMs)});
     if (command.positionMs)
-        items.append({QStringLiteral("positionMs"), QString::number(*command.positionMs)});
+        items.append({u"positionMs"_s, QString::number(*command.positionMs)});
     if (command.speed)
-        items.append({QStringLiteral("speed"), QString::number(*command.speed, 'f', 2)});
+        items.append({u"speed"_s, QString::number(*command.speed, 'f', 2)});
     if (command.trackId)
-        items.append({QStringLiteral("trackId"), *command.trackId});
+        items.append({u"trackId"_s, *command.trackId});
     return items;
 }
 

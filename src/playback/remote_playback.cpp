@@ -6,11 +6,12 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
 
-const auto PlaybackPath = QStringLiteral("api/playback");
+const auto PlaybackPath = u"api/playback"_s;
 
 } // namespace
 
@@ -45,7 +46,7 @@ Task<> RemotePlayback::refreshPlayback(Errors errors) {
         Q_EMIT playbackRead();
     } catch (const Error& error) {
         if (guard.isCurrent() && errors == Errors::Reported)
-            m_status.post(QStringLiteral("Failed to fetch playback: ") + error.description());
+            m_status.post(u"Failed to fetch playback: "_s + error.description());
     }
 }
 
@@ -53,7 +54,7 @@ Task<bool> RemotePlayback::sendPlaybackCommand(PlaybackCommand command, ShowStat
     if (!m_selected.isSelected())
         co_return false;
     const SelectedDevice::Guard guard(m_selected);
-    auto asking = m_pairing.ensureControlPairing(QStringLiteral("playback"));
+    auto asking = m_pairing.ensureControlPairing(u"playback"_s);
     const bool isAllowed = co_await std::move(asking);
     if (!isAllowed || !guard.isCurrent())
         co_return false;
@@ -63,14 +64,14 @@ Task<bool> RemotePlayback::sendPlaybackCommand(PlaybackCommand command, ShowStat
         co_await std::move(posting);
     } catch (const Error& error) {
         if (guard.isCurrent())
-            m_status.post(QStringLiteral("Playback command failed: ") + error.description());
+            m_status.post(u"Playback command failed: "_s + error.description());
         co_return false;
     }
     if (guard.isCurrent()) {
         m_oldestValidReading = m_readingsBegun;
         m_tasks.add(refreshPlayback(Errors::Quiet));
         if (showStatus == ShowStatus::Yes)
-            m_status.post(QStringLiteral("Sent playback command: ") + command.command);
+            m_status.post(u"Sent playback command: "_s + command.command);
     }
     co_return true;
 }

@@ -10,9 +10,9 @@ namespace quiv {
 
 namespace {
 
-constexpr double tolerance = 0.25;                             // seconds
-constexpr double nearby = 1.0;                                 // seconds before the target
-constexpr std::int64_t mostPixels = std::int64_t{8192} * 4608; // 8K in any of its shapes
+constexpr double Tolerance = 0.25;                             // seconds
+constexpr double Nearby = 1.0;                                 // seconds before the target
+constexpr std::int64_t MostPixels = std::int64_t{8192} * 4608; // 8K in any of its shapes
 
 DecoderPointer openDecoder(const AVStream& video) {
     const AVCodec* const codec = avcodec_find_decoder(video.codecpar->codec_id);
@@ -20,7 +20,7 @@ DecoderPointer openDecoder(const AVStream& video) {
     if (avcodec_parameters_to_context(decoder.get(), video.codecpar) < 0)
         throw NoStill("the video's description is broken");
     decoder->pkt_timebase = video.time_base;
-    decoder->max_pixels = mostPixels;
+    decoder->max_pixels = MostPixels;
     decoder->thread_count = 2;
     if (avcodec_open2(decoder.get(), codec, nullptr) < 0)
         throw NoStill("the video cannot be decoded");
@@ -39,7 +39,7 @@ bool isDamaged(const AVFrame& frame) {
 class FrameSearch {
 public:
     FrameSearch(LocalMedia& media, double time)
-        : m_media(media), m_target(time - tolerance), m_decoder(openDecoder(media.video())) {}
+        : m_media(media), m_target(time - Tolerance), m_decoder(openDecoder(media.video())) {}
 
     FramePointer run(const Patience& patience) {
         const PacketPointer packet(orOutOfMemory(av_packet_alloc()));
@@ -64,7 +64,7 @@ private:
     // Far from the target only those frames are decoded that others build on.
     void hurryTo(const AVPacket& packet) {
         const std::int64_t timestamp = packet.pts != AV_NOPTS_VALUE ? packet.pts : packet.dts;
-        const bool isFar = m_media.secondsOf(timestamp) < m_target - nearby;
+        const bool isFar = m_media.secondsOf(timestamp) < m_target - Nearby;
         m_decoder->skip_frame = isFar ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
     }
 

@@ -9,7 +9,7 @@ namespace quiv {
 
 namespace {
 
-constexpr int quality = 82;
+constexpr int Quality = 82;
 
 struct Release {
     void operator()(void* compressor) const { tjDestroy(compressor); }
@@ -25,7 +25,7 @@ std::vector<std::uint8_t> jpegOf(const Picture& picture) {
     const bool isEncoded =
         compressor &&
         tjCompress2(compressor.get(), picture.rgb.data(), picture.width, 0, picture.height,
-                    TJPF_RGB, &bytes, &size, TJSAMP_420, quality, TJFLAG_ACCURATEDCT) == 0;
+                    TJPF_RGB, &bytes, &size, TJSAMP_420, Quality, TJFLAG_ACCURATEDCT) == 0;
     const std::unique_ptr<unsigned char, Release> owner(bytes);
     if (!isEncoded || size == 0)
         throw NoStill("the picture cannot be encoded");

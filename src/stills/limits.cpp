@@ -16,13 +16,13 @@ namespace {
 
 // Sanitizers reserve terabytes of addresses and open files of their own.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool isSanitized = true;
+constexpr bool IsSanitized = true;
 #else
-constexpr bool isSanitized = false;
+constexpr bool IsSanitized = false;
 #endif
 
-constexpr rlim_t addressSpace = rlim_t{2} << 30; // 8K with 10 bits needs about half of it
-constexpr rlim_t processorSeconds = 20;
+constexpr rlim_t AddressSpace = rlim_t{2} << 30; // 8K with 10 bits needs about half of it
+constexpr rlim_t ProcessorSeconds = 20;
 
 void require(bool done, const char* what) {
     if (!done)
@@ -52,19 +52,19 @@ void limitThisProcess() {
     require(prctl(PR_SET_DUMPABLE, 0) == 0,
             "PR_SET_DUMPABLE"); // crash reporters get nothing either
     limit(RLIMIT_CORE, 0);
-    limit(RLIMIT_CPU, processorSeconds);
+    limit(RLIMIT_CPU, ProcessorSeconds);
     // Started by hand, the still or the reason may go to a file.
     if (!isFile(STDOUT_FILENO) && !isFile(STDERR_FILENO))
         limit(RLIMIT_FSIZE, 0);
-    if (!isSanitized)
-        limit(RLIMIT_AS, addressSpace);
+    if (!IsSanitized)
+        limit(RLIMIT_AS, AddressSpace);
     // Niceties: a system that refuses them changes nothing but the pace.
     setpriority(PRIO_PROCESS, 0, 19);
     syscall(SYS_ioprio_set, IOPRIO_WHO_PROCESS, 0, IOPRIO_PRIO_VALUE(IOPRIO_CLASS_BE, 7));
 }
 
 void forbidFurtherFiles() {
-    if (!isSanitized)
+    if (!IsSanitized)
         limit(RLIMIT_NOFILE, 0);
 }
 

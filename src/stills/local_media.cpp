@@ -15,7 +15,7 @@ namespace quiv {
 namespace {
 
 constexpr char containers[] = "mov,matroska,avi,mpegts,mpeg,flv,asf";
-constexpr int inputBuffer = 64 << 10;
+constexpr int InputBuffer = 64 << 10;
 
 int refuseToOpen(AVFormatContext*, AVIOContext**, const char*, int, AVDictionary**) {
     return AVERROR(EPERM);
@@ -67,9 +67,9 @@ LocalMedia::LocalMedia(const LocalFile& file, const Patience& patience)
 }
 
 void LocalMedia::makeInput() {
-    auto* const buffer = static_cast<unsigned char*>(orOutOfMemory(av_malloc(inputBuffer)));
+    auto* const buffer = static_cast<unsigned char*>(orOutOfMemory(av_malloc(InputBuffer)));
     m_input.reset(
-        avio_alloc_context(buffer, inputBuffer, 0, this, &readInput, nullptr, &seekInput));
+        avio_alloc_context(buffer, InputBuffer, 0, this, &readInput, nullptr, &seekInput));
     if (!m_input) {
         av_free(buffer);
         throw std::bad_alloc();

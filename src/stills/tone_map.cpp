@@ -8,26 +8,26 @@ namespace quiv {
 
 namespace {
 
-constexpr double whiteNits = 203;         // what HDR pictures show paper white with
-constexpr double peak = 1000 / whiteNits; // brighter than that is all the same
-constexpr double knee = 0.6;              // highlights are squeezed from here on
-constexpr double gamma = 2.2;
-constexpr int lightSteps = 4096;
-constexpr int shadeSteps = 1 << 14;
+constexpr double WhiteNits = 203;         // what HDR pictures show paper white with
+constexpr double Peak = 1000 / WhiteNits; // brighter than that is all the same
+constexpr double Knee = 0.6;              // highlights are squeezed from here on
+constexpr double Gamma = 2.2;
+constexpr int LightSteps = 4096;
+constexpr int ShadeSteps = 1 << 14;
 
 // ITU-R BT.2100, perceptual quantizer.
 double lightOfPerceptual(double signal) {
     const double power = std::pow(signal, 1 / 78.84375);
     const double light = std::max(power - 0.8359375, 0.0) / (18.8515625 - 18.6875 * power);
-    return std::pow(light, 1 / 0.1593017578125) * 10000 / whiteNits;
+    return std::pow(light, 1 / 0.1593017578125) * 10000 / WhiteNits;
 }
 
-// ITU-R BT.2100, hybrid log-gamma, on a display of 1000 nits.
+// ITU-R BT.2100, hybrid log-Gamma, on a display of 1000 nits.
 double lightOfHybrid(double signal) {
     const double scene = signal <= 0.5
                              ? signal * signal / 3
                              : (std::exp((signal - 0.55991073) / 0.17883277) + 0.28466892) / 12;
-    return std::pow(scene, 1.2) * peak;
+    return std::pow(scene, 1.2) * Peak;
 }
 
 double lightOf(double signal, AVColorTransferCharacteristic transfer) {
@@ -37,24 +37,24 @@ double lightOf(double signal, AVColorTransferCharacteristic transfer) {
     case AVCOL_TRC_ARIB_STD_B67:
         return lightOfHybrid(signal);
     default:
-        return std::pow(signal, gamma);
+        return std::pow(signal, Gamma);
     }
 }
 
 // Light for signals, 1 is white.
 std::vector<float> lightTable(AVColorTransferCharacteristic transfer) {
-    std::vector<float> table(lightSteps);
-    for (int i = 0; i < lightSteps; ++i)
-        table[i] = static_cast<float>(lightOf(i / (lightSteps - 1.0), transfer));
+    std::vector<float> table(LightSteps);
+    for (int i = 0; i < LightSteps; ++i)
+        table[i] = static_cast<float>(lightOf(i / (LightSteps - 1.0), transfer));
     return table;
 }
 
 // 8-bit shades for light up to white.
 std::vector<std::uint8_t> shadeTable() {
-    std::vector<std::uint8_t> table(shadeSteps);
-    for (int i = 0; i < shadeSteps; ++i)
+    std::vector<std::uint8_t> table(ShadeSteps);
+    for (int i = 0; i < ShadeSteps; ++i)
         table[i] = static_cast<std::uint8_t>(
-            std::lround(255 * std::pow(i / (shadeSteps - 1.0), 1 / gamma)));
+            std::lround(255 * std::pow(i / (ShadeSteps - 1.0), 1 / Gamma)));
     return table;
 }
 
@@ -72,12 +72,12 @@ Light fromWidePrimaries(Light wide) {
 // All three by the same factor, which keeps the hue.
 Light squeezed(Light light) {
     const float brightest = std::max({light.red, light.green, light.blue});
-    if (brightest <= knee)
+    if (brightest <= Knee)
         return light;
-    constexpr double room = 1 - knee;
-    constexpr double limit = (peak - knee) / room;
-    const double above = std::min((brightest - knee) / room, limit);
-    const double shown = knee + room * above * (1 + above / (limit * limit)) / (1 + above);
+    constexpr double room = 1 - Knee;
+    constexpr double limit = (Peak - Knee) / room;
+    const double above = std::min((brightest - Knee) / room, limit);
+    const double shown = Knee + room * above * (1 + above / (limit * limit)) / (1 + above);
     const auto factor = static_cast<float>(shown / brightest);
     return {light.red * factor, light.green * factor, light.blue * factor};
 }
@@ -105,10 +105,10 @@ FramePointer toneMapped(const AVFrame& rgb48, const AVFrame& original) {
     const bool isSqueezed = isHighRange(original);
     const bool isWide = original.color_primaries == AVCOL_PRI_BT2020;
     const auto light = [&](std::uint16_t signal) {
-        return lights[signal / (65536 / lightSteps)];
+        return lights[signal / (65536 / LightSteps)];
     };
     const auto shade = [&](float value) {
-        return shades[static_cast<int>(std::min(value, 1.0f) * (shadeSteps - 1))];
+        return shades[static_cast<int>(std::min(value, 1.0f) * (ShadeSteps - 1))];
     };
     for (int y = 0; y < rgb48.height; ++y) {
         const auto* from = reinterpret_cast<const std::uint16_t*>(

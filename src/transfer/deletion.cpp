@@ -7,6 +7,8 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 QList<RemoteFile> filesOf(const FileGroup& group) {
     QList<RemoteFile> files;
     if (group.video)
@@ -31,17 +33,17 @@ Task<> Deletion::deleting(FileGroup group) {
     if (!m_selected.baseURL())
         co_return;
     const SelectedDevice::Guard guard(m_selected);
-    auto asking = m_pairing.ensureControlPairing(QStringLiteral("delete"));
+    auto asking = m_pairing.ensureControlPairing(u"delete"_s);
     const bool isAllowed = co_await std::move(asking);
     if (!isAllowed || !guard.isCurrent())
         co_return;
-    m_status.post(QStringLiteral("Deleting ") + group.title + QStringLiteral("..."));
+    m_status.post(u"Deleting "_s + group.title + u"..."_s);
     try {
         auto files = deleteFiles(group, guard);
         co_await std::move(files);
     } catch (const Error& error) {
         if (guard.isCurrent())
-            m_status.post(QStringLiteral("Delete failed: ") + error.description());
+            m_status.post(u"Delete failed: "_s + error.description());
         co_return;
     }
     if (!guard.isCurrent())
@@ -49,7 +51,7 @@ Task<> Deletion::deleting(FileGroup group) {
     auto loading = m_library.loadLibrary(Library::Load::Announced);
     co_await std::move(loading);
     if (guard.isCurrent())
-        m_status.post(QStringLiteral("Deleted ") + group.title);
+        m_status.post(u"Deleted "_s + group.title);
 }
 
 Task<> Deletion::deleteFiles(FileGroup group, SelectedDevice::Guard guard) {
@@ -64,8 +66,7 @@ Task<> Deletion::deleteFiles(FileGroup group, SelectedDevice::Guard guard) {
 }
 
 Task<> Deletion::deleteRemoteFile(QString name, QUrl base, SelectedDevice::Guard guard) {
-    return m_requests.post(base, QStringLiteral("api/files/delete"),
-                           {{QStringLiteral("name"), name}}, guard);
+    return m_requests.post(base, u"api/files/delete"_s, {{u"name"_s, name}}, guard);
 }
 
 } // namespace quiv

@@ -6,6 +6,8 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr qsizetype MostBytes = 255; // of a file name on the file systems in use
@@ -52,7 +54,7 @@ QString proposedDownloadName(const QString& remoteName) {
     name.removeIf(isControl);
     trimEnds(name);
     shorten(name);
-    return name.isEmpty() ? QStringLiteral("Download") : name;
+    return name.isEmpty() ? u"Download"_s : name;
 }
 
 } // namespace quiv

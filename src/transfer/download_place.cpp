@@ -13,30 +13,29 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // As for the errors of the system's calls.
 PlaceError placeError(int code, const QString& folder) {
-    const QString name = QLatin1Char('"') + folder + QLatin1Char('"');
+    const QString name = u'"' + folder + u'"';
     switch (code) {
     case EACCES:
     case EPERM:
     case EROFS:
-        return PlaceError(
-            QStringLiteral("Files cannot be written to %1. Choose another folder.").arg(name));
+        return PlaceError(u"Files cannot be written to %1. Choose another folder."_s.arg(name));
     case ENOSPC:
     case EDQUOT:
         return PlaceError(
-            QStringLiteral("There is no space left in %1. Free some or choose another folder.")
-                .arg(name));
+            u"There is no space left in %1. Free some or choose another folder."_s.arg(name));
     case ENOENT:
     case ENOTDIR:
         return PlaceError(
-            QStringLiteral("%1 is no longer there. Choose another folder and download again.")
-                .arg(name));
+            u"%1 is no longer there. Choose another folder and download again."_s.arg(name));
     default:
-        return PlaceError(QStringLiteral("The file could not be saved in %1 (%2).")
-                              .arg(name, QString::fromLocal8Bit(std::strerror(code))));
+        return PlaceError(u"The file could not be saved in %1 (%2)."_s.arg(
+            name, QString::fromLocal8Bit(std::strerror(code))));
     }
 }
 
@@ -49,15 +48,13 @@ QString folderOf(const QString& path) {
 DownloadPlace::DownloadPlace(const QString& destination) : m_destination(destination) {
     const QFileInfo place(destination);
     if (place.exists() && !place.isSymbolicLink() && !place.isFile())
-        throw PlaceError(QStringLiteral("\"%1\" is no file that could be replaced. Choose another "
-                                        "name.")
-                             .arg(place.fileName()));
+        throw PlaceError(u"\"%1\" is no file that could be replaced. Choose another "
+                         "name."_s.arg(place.fileName()));
     const QString folder = folderOf(destination);
     if (!QDir().mkpath(folder))
         throw PlaceError(
-            QStringLiteral("The folder \"%1\" could not be created. Choose another one.")
-                .arg(folder));
-    m_temporaryFile = folder + QStringLiteral("/.quiv-download-") + randomUuid();
+            u"The folder \"%1\" could not be created. Choose another one."_s.arg(folder));
+    m_temporaryFile = folder + u"/.quiv-download-"_s + randomUuid();
     QFile file(m_temporaryFile);
     errno = 0;
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))

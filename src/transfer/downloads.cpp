@@ -13,6 +13,7 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -21,18 +22,17 @@ constexpr std::chrono::seconds TransferTimeout = 1h;
 constexpr std::chrono::seconds IdleTimeout = 2min;
 
 QString downloadingMessage(const QString& name, double progress) {
-    return QStringLiteral("Downloading ") + name + QStringLiteral("... ") +
+    return u"Downloading "_s + name + u"... "_s +
            QString::number(static_cast<int>(progress * 100)) + u'%';
 }
 
 QString outcomeMessage(const QString& name, const Error& error) {
     if (isCancellation(error))
-        return QStringLiteral("Download canceled");
+        return u"Download canceled"_s;
     const auto* failure = dynamic_cast<const HttpError*>(&error);
     const bool isNoHttp = failure && failure->code() == HttpErrorCode::BadServerResponse;
-    return QStringLiteral("Download failed for ") + name + QStringLiteral(": ") +
-           (isNoHttp ? QStringLiteral("Download failed: invalid server response")
-                     : error.description());
+    return u"Download failed for "_s + name + u": "_s +
+           (isNoHttp ? u"Download failed: invalid server response"_s : error.description());
 }
 
 } // namespace
@@ -42,11 +42,11 @@ QString downloadErrorMessage(int status, const std::optional<QByteArray>& body) 
         return words;
     switch (status) {
     case 401:
-        return QStringLiteral("Pairing required: enter the 3-digit code shown on TV.");
+        return u"Pairing required: enter the 3-digit code shown on TV."_s;
     case 429:
-        return QStringLiteral("Too many auth attempts. Wait before trying again.");
+        return u"Too many auth attempts. Wait before trying again."_s;
     default:
-        return QStringLiteral("Download failed (HTTP %1).").arg(status);
+        return u"Download failed (HTTP %1)."_s.arg(status);
     }
 }
 
@@ -67,26 +67,26 @@ void Downloads::downloadFile(const RemoteFile& file) {
 Task<> Downloads::download(QString name) {
     const auto base = m_selected.baseURL();
     if (!base) {
-        m_status.post(QStringLiteral("Select a TV first"));
+        m_status.post(u"Select a TV first"_s);
         co_return;
     }
     const SelectedDevice::Guard guard(m_selected);
-    auto pairing = m_pairing.ensureControlPairing(QStringLiteral("download"));
+    auto pairing = m_pairing.ensureControlPairing(u"download"_s);
     const bool isAllowed = co_await std::move(pairing);
     if (!isAllowed)
         co_return;
     if (m_state.isDownloading) {
-        m_status.post(QStringLiteral("Another download is already in progress"));
+        m_status.post(u"Another download is already in progress"_s);
         co_return;
     }
     auto choosing = chooseDestination(name);
     const QUrl destination = co_await std::move(choosing);
     if (destination.isEmpty()) {
-        m_status.post(QStringLiteral("Download canceled"));
+        m_status.post(u"Download canceled"_s);
         co_return;
     }
     if (m_state.isDownloading) { // begun while the user was choosing
-        m_status.post(QStringLiteral("Another download is already in progress"));
+        m_status.post(u"Another download is already in progress"_s);
         co_return;
     }
     auto transferring = transfer(name, *base, guard, destination);
@@ -95,8 +95,8 @@ Task<> Downloads::download(QString name) {
 
 Task<QUrl> Downloads::chooseDestination(QString name) {
     auto asking = m_dialogs.ask({.purpose = FileDialogRequest::Purpose::Save,
-                                 .title = QStringLiteral("Download from TV"),
-                                 .acceptLabel = QStringLiteral("Download"),
+                                 .title = u"Download from TV"_s,
+                                 .acceptLabel = u"Download"_s,
                                  .proposedName = proposedDownloadName(name)});
     const FileDialogAnswer answer = co_await std::move(asking);
     co_return answer && !answer->isEmpty() ? answer->constFirst() : QUrl();
@@ -106,7 +106,7 @@ Task<> Downloads::transfer(QString name, QUrl base, SelectedDevice::Guard guard,
     changeState({true, 0, name});
     m_status.post(downloadingMessage(name, 0));
     m_stop = {};
-    QString message = QStringLiteral("Downloaded ") + name;
+    QString message = u"Downloaded "_s + name;
     try {
         auto downloading = downloadSingle(name, base, guard, destination.toLocalFile());
         co_await std::move(downloading);
@@ -120,10 +120,9 @@ Task<> Downloads::transfer(QString name, QUrl base, SelectedDevice::Guard guard,
 Task<> Downloads::downloadSingle(QString name, QUrl base, SelectedDevice::Guard guard,
                                  QString destination) {
     if (destination.isEmpty())
-        throw PlaceError(QStringLiteral("Download failed: missing destination path"));
+        throw PlaceError(u"Download failed: missing destination path"_s);
     const DownloadPlace place(destination);
-    HttpRequest request = tvRequest("GET", base, QStringLiteral("api/files/download"),
-                                    {{QStringLiteral("name"), name}});
+    HttpRequest request = tvRequest("GET", base, u"api/files/download"_s, {{u"name"_s, name}});
     request.replyFile = place.temporaryFile();
     request.timeouts = {TransferTimeout, IdleTimeout};
     request.stop = m_stop.get_token();
@@ -158,7 +157,7 @@ void Downloads::cancelDownload() {
     if (!m_state.isDownloading)
         return;
     m_stop.request_stop();
-    m_status.post(QStringLiteral("Canceling download..."));
+    m_status.post(u"Canceling download..."_s);
 }
 
 void Downloads::changeState(DownloadState state) {

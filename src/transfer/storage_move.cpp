@@ -9,12 +9,13 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
 
-const auto UsbStorage = QStringLiteral("USB");
-const auto InternalStorage = QStringLiteral("INTERNAL");
+const auto UsbStorage = u"USB"_s;
+const auto InternalStorage = u"INTERNAL"_s;
 
 double progressOf(const MoveStatusResponse& report) {
     double progress = 0;
@@ -34,25 +35,24 @@ MoveStep movingStep(const MoveState& before, const MoveStatusResponse& report) {
         state.moveSpeedBytesPerSecond = static_cast<double>(*report.speedBytesPerSec);
     const QString percent = QString::number(static_cast<int>(state.moveProgress * 100));
     return {.state = state,
-            .statusMessage = QStringLiteral("Moving ") + report.fileName + QStringLiteral("... ") +
-                             percent + u'%'};
+            .statusMessage = u"Moving "_s + report.fileName + u"... "_s + percent + u'%'};
 }
 
 QString startFailureText(int status, const QByteArray&) {
-    return QStringLiteral("Move failed to start (HTTP %1)").arg(status);
+    return u"Move failed to start (HTTP %1)"_s.arg(status);
 }
 
 } // namespace
 
 MoveStep moveStep(const MoveState& before, const MoveStatusResponse& report) {
     const QString state = report.state.toUpper();
-    if (state == QLatin1String("MOVING"))
+    if (state == "MOVING"_L1)
         return movingStep(before, report);
-    if (state == QLatin1String("COMPLETED"))
+    if (state == "COMPLETED"_L1)
         return {.state = {.moveProgress = 1, .currentMoveFileName = report.fileName},
                 .statusMessage = report.message,
                 .hasMovedFile = before.isMovingFile};
-    if (state == QLatin1String("FAILED"))
+    if (state == "FAILED"_L1)
         return {.state = {.currentMoveFileName = report.fileName}, .statusMessage = report.message};
     return {.state = before.isMovingFile ? MoveState() : before};
 }
@@ -85,19 +85,17 @@ Task<> StorageMove::start(QString videoName, QString target) {
         co_return;
     const SelectedDevice::Guard guard(m_selected);
     try {
-        const QueryItems query{{QStringLiteral("name"), videoName},
-                               {QStringLiteral("target"), target.toLower()}};
-        auto posting = m_requests.post(*base, QStringLiteral("api/files/move"), query, guard,
-                                       startFailureText);
+        const QueryItems query{{u"name"_s, videoName}, {u"target"_s, target.toLower()}};
+        auto posting = m_requests.post(*base, u"api/files/move"_s, query, guard, startFailureText);
         co_await std::move(posting);
     } catch (const Error& error) {
         if (guard.isCurrent())
-            m_status.post(QStringLiteral("Move failed to start: ") + error.description());
+            m_status.post(u"Move failed to start: "_s + error.description());
         co_return;
     }
     if (!guard.isCurrent())
         co_return;
-    m_status.post(QStringLiteral("Move started for ") + videoName);
+    m_status.post(u"Move started for "_s + videoName);
     auto reading = refreshMoveStatus(Errors::Reported);
     co_await std::move(reading);
 }
@@ -108,14 +106,14 @@ Task<> StorageMove::refreshMoveStatus(Errors errors) {
         co_return;
     const SelectedDevice::Guard guard(m_selected);
     try {
-        auto fetching = m_requests.fetchJSON<MoveStatusResponse>(
-            *base, QStringLiteral("api/move-status"), 60s, guard);
+        auto fetching =
+            m_requests.fetchJSON<MoveStatusResponse>(*base, u"api/move-status"_s, 60s, guard);
         const MoveStatusResponse report = co_await std::move(fetching);
         if (guard.isCurrent())
             applyMoveStatus(report);
     } catch (const Error& error) {
         if (guard.isCurrent() && errors == Errors::Reported)
-            m_status.post(QStringLiteral("Failed to fetch move status: ") + error.description());
+            m_status.post(u"Failed to fetch move status: "_s + error.description());
     }
 }
 

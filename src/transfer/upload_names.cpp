@@ -5,22 +5,21 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QSet<QString>& supportedVideoExtensions() {
     static const QSet<QString> extensions{
-        QStringLiteral("mp4"), QStringLiteral("mkv"),  QStringLiteral("avi"),
-        QStringLiteral("mov"), QStringLiteral("m4v"),  QStringLiteral("webm"),
-        QStringLiteral("ts"),  QStringLiteral("m2ts"), QStringLiteral("flv"),
-        QStringLiteral("wmv"),
+        u"mp4"_s,  u"mkv"_s, u"avi"_s,  u"mov"_s, u"m4v"_s,
+        u"webm"_s, u"ts"_s,  u"m2ts"_s, u"flv"_s, u"wmv"_s,
     };
     return extensions;
 }
 
 const QSet<QString>& supportedSubtitleExtensions() {
     static const QSet<QString> extensions{
-        QStringLiteral("srt"), QStringLiteral("sub"),  QStringLiteral("vtt"), QStringLiteral("ass"),
-        QStringLiteral("ssa"), QStringLiteral("ttml"), QStringLiteral("xml"), QStringLiteral("txt"),
+        u"srt"_s, u"sub"_s, u"vtt"_s, u"ass"_s, u"ssa"_s, u"ttml"_s, u"xml"_s, u"txt"_s,
     };
     return extensions;
 }
@@ -31,7 +30,7 @@ QString withoutExtension(const QString& name) {
 }
 
 QString withoutCopyMarker(const QString& stem) {
-    static const QRegularExpression marker(QStringLiteral(" \\([0-9]+\\)$"));
+    static const QRegularExpression marker(u" \\([0-9]+\\)$"_s);
     return QString(stem).remove(marker);
 }
 
@@ -70,8 +69,7 @@ bool uploadNamesMatch(const QString& name, const QString& other) {
 QString proposedSubtitleRemoteName(const QString& videoName, const QUrl& subtitleURL) {
     const QString lastComponent = videoName.sliced(videoName.lastIndexOf(u'/') + 1);
     const QString extension = lowerCasedExtension(subtitleURL.fileName());
-    return withoutExtension(lastComponent) + u'.' +
-           (extension.isEmpty() ? QStringLiteral("srt") : extension);
+    return withoutExtension(lastComponent) + u'.' + (extension.isEmpty() ? u"srt"_s : extension);
 }
 
 } // namespace quiv

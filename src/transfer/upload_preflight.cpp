@@ -8,6 +8,7 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -57,19 +58,18 @@ Task<UploadPreflightResult> UploadPreflight::prepareUploadPreflight(UploadJob jo
         co_await std::move(sending);
         result.sentTo = base;
     } catch (const Error& error) {
-        m_log.write(QStringLiteral("QuivController upload preflight failed for %1: %2")
-                        .arg(job.remoteName, error.description()));
+        m_log.write(u"QuivController upload preflight failed for %1: %2"_s.arg(
+            job.remoteName, error.description()));
     }
     co_return result;
 }
 
 Task<> UploadPreflight::sendUploadPreflight(QString name, std::optional<std::int64_t> sizeBytes,
                                             QByteArray thumbnail, QUrl base) {
-    QueryItems query{{QStringLiteral("name"), name}};
+    QueryItems query{{u"name"_s, name}};
     if (sizeBytes.value_or(0) >= 1)
-        query.append({QStringLiteral("sizeBytes"), QString::number(*sizeBytes)});
-    HttpRequest request =
-        tvRequest("PUT", base, QStringLiteral("api/files/upload-preflight"), query);
+        query.append({u"sizeBytes"_s, QString::number(*sizeBytes)});
+    HttpRequest request = tvRequest("PUT", base, u"api/files/upload-preflight"_s, query);
     setBody(request, thumbnail);
     auto putting = put(std::move(request), base);
     co_await std::move(putting);
@@ -79,15 +79,15 @@ Task<> UploadPreflight::uploadThumbnailSidecar(QByteArray thumbnail, QString sto
     const auto base = m_selected.baseURL();
     if (!base)
         co_return;
-    HttpRequest request = tvRequest("PUT", *base, QStringLiteral("api/files/thumbnail"),
-                                    {{QStringLiteral("name"), storedName}});
+    HttpRequest request =
+        tvRequest("PUT", *base, u"api/files/thumbnail"_s, {{u"name"_s, storedName}});
     setBody(request, thumbnail);
     try {
         auto putting = put(std::move(request), *base);
         co_await std::move(putting);
     } catch (const Error& error) {
-        m_log.write(QStringLiteral("QuivController thumbnail sidecar upload failed for %1: %2")
-                        .arg(storedName, error.description()));
+        m_log.write(u"QuivController thumbnail sidecar upload failed for %1: %2"_s.arg(
+            storedName, error.description()));
     }
 }
 

@@ -4,6 +4,8 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr double SmallestInterval = 0.2; // seconds
@@ -32,8 +34,8 @@ UploadProgress progressReported(UploadProgress progress, std::int64_t sentBytes,
 }
 
 QString uploadingMessage(const QString& fileName, qsizetype queued, double fraction) {
-    const QString waiting = queued > 0 ? QStringLiteral(" (%1 queued)").arg(queued) : QString();
-    return QStringLiteral("Uploading ") + fileName + waiting + QStringLiteral("... ") +
+    const QString waiting = queued > 0 ? u" (%1 queued)"_s.arg(queued) : QString();
+    return u"Uploading "_s + fileName + waiting + u"... "_s +
            QString::number(static_cast<int>(fraction * 100)) + u'%';
 }
 

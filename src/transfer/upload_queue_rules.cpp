@@ -10,6 +10,8 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 QList<QUrl> droppableFiles(const QList<QUrl>& urls) {
     QList<QUrl> files;
     for (const QUrl& url : urls) {
@@ -48,18 +50,18 @@ QList<UploadJob> filteredDuplicateUploadJobs(const QList<UploadJob>& jobs,
 QString queuedMessage(qsizetype added, qsizetype duplicates, qsizetype unsupported) {
     QStringList parts;
     if (added >= 1)
-        parts.append(QStringLiteral("Queued %1 upload(s)").arg(added));
+        parts.append(u"Queued %1 upload(s)"_s.arg(added));
     if (duplicates >= 1)
-        parts.append(QStringLiteral("%1 duplicate upload(s) skipped").arg(duplicates));
+        parts.append(u"%1 duplicate upload(s) skipped"_s.arg(duplicates));
     if (unsupported >= 1)
-        parts.append(QStringLiteral("skipped %1 unsupported file(s)").arg(unsupported));
-    return parts.isEmpty() ? QStringLiteral("All selected files are already uploading or queued")
-                           : parts.join(QStringLiteral(", "));
+        parts.append(u"skipped %1 unsupported file(s)"_s.arg(unsupported));
+    return parts.isEmpty() ? u"All selected files are already uploading or queued"_s
+                           : parts.join(u", "_s);
 }
 
 QString queueFinishedMessage(int uploaded, int failed) {
-    const QString message = QStringLiteral("Upload queue finished: %1 uploaded").arg(uploaded);
-    return failed == 0 ? message : message + QStringLiteral(", %1 failed").arg(failed);
+    const QString message = u"Upload queue finished: %1 uploaded"_s.arg(uploaded);
+    return failed == 0 ? message : message + u", %1 failed"_s.arg(failed);
 }
 
 QList<UploadListItem> orderedItems(QList<UploadListItem> items) {

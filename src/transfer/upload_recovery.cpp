@@ -6,6 +6,8 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr std::int64_t SmallestTolerance = 4096;
@@ -36,7 +38,7 @@ std::int64_t nearEndThreshold(std::int64_t sizeBytes) {
 }
 
 bool confirmsUpload(const UploadStatusResponse& status, const ExpectedUpload& expected) {
-    if (status.state.trimmed().toUpper() != QLatin1String("COMPLETED") ||
+    if (status.state.trimmed().toUpper() != "COMPLETED"_L1 ||
         status.updatedAtMs < expected.startedAtMs - ClockSkewMs)
         return false;
     if (uploadNamesMatch(expected.remoteName, status.fileName))

@@ -13,11 +13,12 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
 
-const auto UploadPath = QStringLiteral("api/files/upload");
+const auto UploadPath = u"api/files/upload"_s;
 constexpr std::chrono::seconds TransferTimeout = 1h;
 constexpr std::chrono::seconds IdleTimeout = 2min;
 // How long a cancelled upload may go on asking the TV whether it has the file after all.
@@ -115,14 +116,13 @@ Task<> UploadTransport::awaitPairing() {
         if (!m_selected.baseURL())
             throw HttpError(HttpErrorCode::BadUrl);
         const SelectedDevice::Guard guard(m_selected);
-        auto asking = m_pairing.ensureControlPairing(QStringLiteral("upload"));
+        auto asking = m_pairing.ensureControlPairing(u"upload"_s);
         const bool isPaired = co_await std::move(asking);
         if (!guard.isCurrent())
             continue;
         if (isPaired)
             co_return;
-        throw UploadFailure(
-            QStringLiteral("Pairing required: enter the 3-digit code shown on TV."));
+        throw UploadFailure(u"Pairing required: enter the 3-digit code shown on TV."_s);
     }
 }
 
@@ -138,8 +138,8 @@ Task<QString> UploadTransport::transfer(UploadTaskState* state) {
     state->recovery.cancel();
     if (reply && reply->isSuccess() && !state->isConfirmed) {
         if (stampOf(state->upload.file) != state->file)
-            throw UploadFailure(QStringLiteral("The file changed while it was being uploaded. "
-                                               "Upload it again when it is complete."));
+            throw UploadFailure(u"The file changed while it was being uploaded. "
+                                "Upload it again when it is complete."_s);
         co_return storedName(*reply, state->upload.remoteName);
     }
     if (!state->isConfirmed) {
@@ -152,15 +152,15 @@ Task<QString> UploadTransport::transfer(UploadTaskState* state) {
         m_requests.refuse(reply->status, serverErrorMessage(reply->status, reply->body),
                           state->guard);
     if (error->code() == HttpErrorCode::BadServerResponse)
-        throw UploadFailure(QStringLiteral("Upload failed: invalid server response"));
+        throw UploadFailure(u"Upload failed: invalid server response"_s);
     throw HttpError(error->code());
 }
 
 HttpRequest UploadTransport::fileRequest(UploadTaskState* state) {
-    QueryItems query{{QStringLiteral("name"), state->upload.remoteName},
-                     {QStringLiteral("uploadId"), state->upload.uploadId}};
+    QueryItems query{{u"name"_s, state->upload.remoteName},
+                     {u"uploadId"_s, state->upload.uploadId}};
     if (state->upload.expectsClientThumbnail)
-        query.append({QStringLiteral("thumbnailMode"), QStringLiteral("client")});
+        query.append({u"thumbnailMode"_s, u"client"_s});
     HttpRequest request = tvRequest("PUT", state->baseURL, UploadPath, query);
     request.bodyFile = state->upload.file;
     request.timeouts = {TransferTimeout, IdleTimeout};
@@ -207,7 +207,7 @@ Task<> UploadTransport::recoverRestarted(UploadTaskState* state, HttpProgress pr
 Task<bool> UploadTransport::confirmUploadOnServer(UploadTaskState* state) {
     try {
         auto fetching = m_requests.fetchJSON<UploadStatusResponse>(
-            state->baseURL, QStringLiteral("api/upload-status"), 3s, state->guard,
+            state->baseURL, u"api/upload-status"_s, 3s, state->guard,
             state->stopConfirmation.get_token());
         const UploadStatusResponse status = co_await std::move(fetching);
         if (confirmsUpload(status, state->expected))
@@ -216,9 +216,8 @@ Task<bool> UploadTransport::confirmUploadOnServer(UploadTaskState* state) {
         // The listing may still tell.
     }
     try {
-        auto fetching =
-            m_requests.fetchJSON<FilesResponse>(state->baseURL, QStringLiteral("api/files"), 5s,
-                                                state->guard, state->stopConfirmation.get_token());
+        auto fetching = m_requests.fetchJSON<FilesResponse>(
+            state->baseURL, u"api/files"_s, 5s, state->guard, state->stopConfirmation.get_token());
         const FilesResponse listing = co_await std::move(fetching);
         co_return confirmsUpload(listing, state->expected);
     } catch (const Error&) {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "net/request_layer.h"
-#include "platform/clock.h"
 #include "platform/async/task.h"
+#include "platform/clock.h"
 
 #include <QString>
 #include <QUrl>

@@ -15,9 +15,11 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const auto Action = QStringLiteral("upload");
+const auto Action = u"upload"_s;
 
 } // namespace
 
@@ -43,7 +45,7 @@ QSet<QString> Uploads::uploadMatchKeys() const {
 bool Uploads::queueDroppedFiles(const QList<QUrl>& urls) {
     const QList<QUrl> files = droppableFiles(urls);
     if (files.isEmpty())
-        m_status.post(QStringLiteral("Drop one or more video files to upload"));
+        m_status.post(u"Drop one or more video files to upload"_s);
     else
         queueUploadsFromPicker(files);
     return !files.isEmpty();
@@ -51,12 +53,12 @@ bool Uploads::queueDroppedFiles(const QList<QUrl>& urls) {
 
 void Uploads::queueUploadsFromPicker(const QList<QUrl>& urls) {
     if (!m_selected.baseURL()) {
-        m_status.post(QStringLiteral("Select a TV first"));
+        m_status.post(u"Select a TV first"_s);
         return;
     }
     const PickedFiles picked = pickedFiles(urls);
     if (picked.jobs.isEmpty()) {
-        m_status.post(QStringLiteral("No supported video/subtitle files selected"));
+        m_status.post(u"No supported video/subtitle files selected"_s);
         return;
     }
     m_tasks.add(queuePicked(picked.jobs, picked.unsupported));
@@ -73,9 +75,9 @@ Task<> Uploads::queuePicked(QList<UploadJob> jobs, int unsupported) {
 
 void Uploads::queueSubtitleUpload(const QUrl& sourceURL, const QString& remoteName) {
     if (!m_selected.baseURL())
-        m_status.post(QStringLiteral("Select a TV first"));
+        m_status.post(u"Select a TV first"_s);
     else if (!hasSupportedSubtitleExtension(remoteName))
-        m_status.post(QStringLiteral("Selected file is not a supported subtitle type"));
+        m_status.post(u"Selected file is not a supported subtitle type"_s);
     else
         m_tasks.add(queueSubtitle({randomUuid().toUpper(), sourceURL, remoteName}));
 }
@@ -86,9 +88,9 @@ Task<> Uploads::queueSubtitle(UploadJob job) {
     if (!isAllowed)
         co_return;
     const bool isAdded = enqueueUploadJobs({job}) > 0;
-    m_status.post((isAdded ? QStringLiteral("Queued subtitle upload: ")
-                           : QStringLiteral("Subtitle is already uploading or queued: ")) +
-                  job.remoteName);
+    m_status.post(
+        (isAdded ? u"Queued subtitle upload: "_s : u"Subtitle is already uploading or queued: "_s) +
+        job.remoteName);
 }
 
 qsizetype Uploads::enqueueUploadJobs(const QList<UploadJob>& jobs) {
@@ -138,11 +140,10 @@ Task<> Uploads::processUploadQueue() {
             ++uploaded;
         } catch (const Error& error) {
             if (m_singleCanceledUploadJobIDs.contains(job.id) || isCancellation(error)) {
-                message = QStringLiteral("Canceled ") + job.remoteName;
+                message = u"Canceled "_s + job.remoteName;
             } else {
                 ++failed;
-                message = QStringLiteral("Upload failed for ") + job.remoteName +
-                          QStringLiteral(": ") + error.description();
+                message = u"Upload failed for "_s + job.remoteName + u": "_s + error.description();
             }
         }
         m_singleCanceledUploadJobIDs.remove(job.id);
@@ -207,15 +208,14 @@ void Uploads::setCurrentJob(const UploadJob* job) {
     if (!job)
         return;
     setUploadListItemState(job->id, UploadListItemState::Uploading);
-    m_status.post(QStringLiteral("Uploading ") + job->remoteName);
+    m_status.post(u"Uploading "_s + job->remoteName);
 }
 
 void Uploads::cancelUploadJob(const QString& id) {
     if (id == m_currentUploadJobID) {
         m_singleCanceledUploadJobIDs.insert(id);
         m_transport.cancel();
-        m_status.post(QStringLiteral("Canceling ") + m_state.currentUploadFileName +
-                      QStringLiteral("..."));
+        m_status.post(u"Canceling "_s + m_state.currentUploadFileName + u"..."_s);
         return;
     }
     const auto job = std::ranges::find(m_pendingUploadJobs, id, &UploadJob::id);
@@ -226,7 +226,7 @@ void Uploads::cancelUploadJob(const QString& id) {
     m_uploadPreflightTasks.erase(id);
     publishQueueCount();
     removeItem(id);
-    m_status.post(QStringLiteral("Removed ") + name + QStringLiteral(" from upload queue"));
+    m_status.post(u"Removed "_s + name + u" from upload queue"_s);
 }
 
 void Uploads::setUploadListItemState(const QString& id, UploadListItemState state) {

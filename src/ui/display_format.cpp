@@ -6,10 +6,12 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Beyond any line that fits a screen; keeps laying out a hostile text cheap.
-constexpr qsizetype longestDisplayText = 1000;
+constexpr qsizetype LongestDisplayText = 1000;
 
 struct ByteUnit {
     const char* name;
@@ -17,7 +19,7 @@ struct ByteUnit {
     std::uint64_t steps; // per unit that are shown: 1, 10 or 100
 };
 
-constexpr std::array<ByteUnit, 4> byteUnits{{
+constexpr std::array<ByteUnit, 4> ByteUnits{{
     {"KB", 1'000, 1},
     {"MB", 1'000'000, 10},
     {"GB", 1'000'000'000, 100},
@@ -43,13 +45,13 @@ QString stepsText(std::uint64_t steps, const ByteUnit& unit) {
 
 QString magnitudeText(std::uint64_t bytes) {
     if (bytes == 0)
-        return QStringLiteral("Zero KB");
+        return u"Zero KB"_s;
     if (bytes == 1)
-        return QStringLiteral("1 byte");
-    if (bytes < byteUnits.front().bytes)
-        return QString::number(bytes) + QStringLiteral(" bytes");
+        return u"1 byte"_s;
+    if (bytes < ByteUnits.front().bytes)
+        return QString::number(bytes) + u" bytes"_s;
     // A count that rounds to a thousand of a unit is shown as one of the next.
-    const auto unit = std::find_if(byteUnits.begin(), byteUnits.end() - 1, [&](const auto& each) {
+    const auto unit = std::find_if(ByteUnits.begin(), ByteUnits.end() - 1, [&](const auto& each) {
         return roundedSteps(bytes, each) < 1000 * each.steps;
     });
     return stepsText(roundedSteps(bytes, *unit), *unit) + u' ' + QLatin1String(unit->name);
@@ -69,10 +71,9 @@ std::int64_t playingSubtitleCount(const FileGroup& group,
                                   const std::optional<PlaybackResponse>& playback) {
     if (!playback || !group.video || playback->currentVideoName != group.video->name)
         return 0;
-    return std::count_if(playback->subtitleTracks.begin(), playback->subtitleTracks.end(),
-                         [](const PlaybackTrack& track) {
-                             return track.id.trimmed().toLower() != QStringLiteral("off");
-                         });
+    return std::count_if(
+        playback->subtitleTracks.begin(), playback->subtitleTracks.end(),
+        [](const PlaybackTrack& track) { return track.id.trimmed().toLower() != u"off"_s; });
 }
 
 bool isDirectionOverride(char16_t character) {
@@ -130,8 +131,8 @@ double nearestSpeedOption(const QList<double>& options, double target) {
 QString formatTransferSpeed(double bytesPerSecond) {
     const double rounded = std::round(bytesPerSecond);
     if (!(bytesPerSecond > 0) || !fitsInteger(rounded))
-        return QStringLiteral("-- B/s");
-    return formatByteCount(static_cast<std::int64_t>(rounded)) + QStringLiteral("/s");
+        return u"-- B/s"_s;
+    return formatByteCount(static_cast<std::int64_t>(rounded)) + u"/s"_s;
 }
 
 QString formatByteCount(std::int64_t bytes) {
@@ -150,9 +151,8 @@ QString subtitleCountText(const FileGroup& group, const std::optional<PlaybackRe
                                          static_cast<std::int64_t>(group.subtitles.size()),
                                          group.reportedSubtitleCount.value_or(0)});
     if (count == 0)
-        return QStringLiteral("No subtitles");
-    return QString::number(count) +
-           (count == 1 ? QStringLiteral(" subtitle") : QStringLiteral(" subtitles"));
+        return u"No subtitles"_s;
+    return QString::number(count) + (count == 1 ? u" subtitle"_s : u" subtitles"_s);
 }
 
 std::optional<QString> deviceDisplayLabel(const TVEndpoint& device) {
@@ -170,7 +170,7 @@ std::optional<QString> deviceDisplayLabel(const TVEndpoint& device) {
 }
 
 QString displayText(const QString& text) {
-    QString shown = text.left(longestDisplayText);
+    QString shown = text.left(LongestDisplayText);
     if (!shown.isEmpty() && shown.back().isHighSurrogate())
         shown.chop(1);
     std::transform(shown.cbegin(), shown.cend(), shown.begin(), displayCharacter);

@@ -4,16 +4,18 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 StorageStatusBadge driveBadge(const RemoteUsbStorage& drive) {
     const QString name = displayText(drive.driveName);
     if (drive.isConnected) {
-        return {name + u' ' + formatByteCount(drive.freeBytes) + QStringLiteral(" free"),
+        return {name + u' ' + formatByteCount(drive.freeBytes) + u" free"_s,
                 BadgeTone::Tone::Green};
     }
-    return {name + u' ' + QString::number(drive.cachedVideoCount) + QStringLiteral(" videos/") +
-                formatByteCount(drive.cachedVideoBytes) + QStringLiteral(" unplugged"),
+    return {name + u' ' + QString::number(drive.cachedVideoCount) + u" videos/"_s +
+                formatByteCount(drive.cachedVideoBytes) + u" unplugged"_s,
             BadgeTone::Tone::Amber};
 }
 
@@ -30,8 +32,7 @@ QList<StorageStatusBadge> storageStatusBadges(const std::optional<RemoteStorage>
                                               const std::optional<RemoteUsbStorage>& usbStorage) {
     QList<StorageStatusBadge> badges;
     if (storage) {
-        badges.append({QStringLiteral("Internal ") + formatByteCount(storage->freeBytes) +
-                           QStringLiteral(" free"),
+        badges.append({u"Internal "_s + formatByteCount(storage->freeBytes) + u" free"_s,
                        BadgeTone::Tone::Green});
     }
     if (usbStorage)
@@ -40,9 +41,9 @@ QList<StorageStatusBadge> storageStatusBadges(const std::optional<RemoteStorage>
 }
 
 StorageStatusBadge storageLocationBadge(const std::optional<QString>& storageLocation) {
-    if (storageLocation && storageLocation->toUpper() == QStringLiteral("USB"))
-        return {QStringLiteral("USB"), BadgeTone::Tone::Usb};
-    return {QStringLiteral("Internal"), BadgeTone::Tone::Internal};
+    if (storageLocation && storageLocation->toUpper() == u"USB"_s)
+        return {u"USB"_s, BadgeTone::Tone::Usb};
+    return {u"Internal"_s, BadgeTone::Tone::Internal};
 }
 
 } // namespace quiv

@@ -7,12 +7,14 @@
 #include <QRasterWindow>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 class DragSource final : public QRasterWindow {
 public:
     explicit DragSource(QList<QUrl> files) : m_files(std::move(files)) {
-        setTitle(QStringLiteral("drag source"));
+        setTitle(u"drag source"_s);
         setFlags(Qt::BypassWindowManagerHint);
         setGeometry(0, 0, 60, 60);
     }

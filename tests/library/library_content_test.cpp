@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 
 namespace {
@@ -36,18 +37,18 @@ QStringList namesOf(const QList<RemoteFile>& files) {
     return names;
 }
 
-const QString Video = QStringLiteral("VIDEO");
-const QString Subtitle = QStringLiteral("SUBTITLE");
-const QString Other = QStringLiteral("OTHER");
+const QString Video = u"VIDEO"_s;
+const QString Subtitle = u"SUBTITLE"_s;
+const QString Other = u"OTHER"_s;
 
 LibraryContent largeContent(int count) {
     QList<RemoteFile> files;
     QList<RemoteVideo> videos;
     for (int index = 0; index < count; ++index) {
-        const QString base = QStringLiteral("Some Film With A Name %1").arg(index);
-        files.append(file(base + QStringLiteral(".mkv"), Video, index * 7919ll % count));
-        files.append(file(base + QStringLiteral(".srt"), Subtitle, index));
-        videos.append(video(base + QStringLiteral(".mkv"), base, 1));
+        const QString base = u"Some Film With A Name %1"_s.arg(index);
+        files.append(file(base + u".mkv"_s, Video, index * 7919ll % count));
+        files.append(file(base + u".srt"_s, Subtitle, index));
+        videos.append(video(base + u".mkv"_s, base, 1));
     }
     return contentOf(files, videos);
 }
@@ -56,7 +57,7 @@ qint64 millisecondsFor(int count) {
     QElapsedTimer timer;
     timer.start();
     const auto content = largeContent(count);
-    const auto found = filteredRows(content.groupedFiles, QStringLiteral("name 99"));
+    const auto found = filteredRows(content.groupedFiles, u"name 99"_s);
     return found.isEmpty() ? -1 : timer.elapsed();
 }
 
@@ -67,96 +68,86 @@ class LibraryContentTest : public QObject {
 
 private Q_SLOTS:
     void housekeepingFilesAreHidden() {
-        const auto content = contentOf(
-            {file(QStringLiteral(".ombra_rw_probe_123"), Other),
-             file(QStringLiteral(" .DS_Store"), Other),
-             file(QStringLiteral("Movie.mkv.moving"), Video), file(QStringLiteral(" "), Video),
-             file(QStringLiteral(".."), Other), file(QStringLiteral(" kept "), Other)});
-        QCOMPARE(namesOf(content.files), QStringList(QStringLiteral(" kept ")));
-        QCOMPARE(idsOf(content.groupedFiles), QStringList(QStringLiteral("other: kept ")));
+        const auto content =
+            contentOf({file(u".ombra_rw_probe_123"_s, Other), file(u" .DS_Store"_s, Other),
+                       file(u"Movie.mkv.moving"_s, Video), file(u" "_s, Video),
+                       file(u".."_s, Other), file(u" kept "_s, Other)});
+        QCOMPARE(namesOf(content.files), QStringList(u" kept "_s));
+        QCOMPARE(idsOf(content.groupedFiles), QStringList(u"other: kept "_s));
     }
 
     void filesJoinTheFirstVideoOfTheSameBaseName() {
-        const auto content =
-            contentOf({file(QStringLiteral("Show.S01E01.mkv"), QStringLiteral("video"), 1),
-                       file(QStringLiteral("show.s01e01.mp4"), Video, 9),
-                       file(QStringLiteral("show.s01e01.SRT"), Subtitle, 3),
-                       file(QStringLiteral("SHOW.S01E01.Ass"), Subtitle, 2),
-                       file(QStringLiteral("Show.S01E01.nfo"), Other),
-                       file(QStringLiteral("Show.S01E01.en.srt"), Subtitle)},
-                      {video(QStringLiteral("Show.S01E01.mkv"), QStringLiteral("The Show"), -4)});
+        const auto content = contentOf(
+            {file(u"Show.S01E01.mkv"_s, u"video"_s, 1), file(u"show.s01e01.mp4"_s, Video, 9),
+             file(u"show.s01e01.SRT"_s, Subtitle, 3), file(u"SHOW.S01E01.Ass"_s, Subtitle, 2),
+             file(u"Show.S01E01.nfo"_s, Other), file(u"Show.S01E01.en.srt"_s, Subtitle)},
+            {video(u"Show.S01E01.mkv"_s, u"The Show"_s, -4)});
         QCOMPARE(idsOf(content.groupedFiles),
-                 QStringList({QStringLiteral("show.s01e01.mp4"), QStringLiteral("Show.S01E01.mkv"),
-                              QStringLiteral("subtitle:Show.S01E01.en.srt")}));
+                 QStringList({u"show.s01e01.mp4"_s, u"Show.S01E01.mkv"_s,
+                              u"subtitle:Show.S01E01.en.srt"_s}));
         const FileGroup& joined = content.groupedFiles[0].group;
-        QCOMPARE(joined.title, QStringLiteral("show.s01e01.mp4"));
-        QCOMPARE(namesOf(joined.subtitles), QStringList({QStringLiteral("SHOW.S01E01.Ass"),
-                                                         QStringLiteral("show.s01e01.SRT")}));
+        QCOMPARE(joined.title, u"show.s01e01.mp4"_s);
+        QCOMPARE(namesOf(joined.subtitles),
+                 QStringList({u"SHOW.S01E01.Ass"_s, u"show.s01e01.SRT"_s}));
         QCOMPARE(joined.others.size(), 1);
         QVERIFY(!joined.reportedSubtitleCount);
         const FileGroup& listed = content.groupedFiles[1].group;
-        QCOMPARE(listed.title, QStringLiteral("The Show"));
+        QCOMPARE(listed.title, u"The Show"_s);
         QCOMPARE(listed.reportedSubtitleCount, 0);
         const FileGroup& alone = content.groupedFiles[2].group;
-        QCOMPARE(alone.title, QStringLiteral("Show.S01E01.en.srt"));
+        QCOMPARE(alone.title, u"Show.S01E01.en.srt"_s);
         QVERIFY(!alone.video && !alone.reportedSubtitleCount);
     }
 
     void rowsAreOrderedByRecencyThenVideoThenTitle() {
         const auto content = contentOf(
-            {file(QStringLiteral("b.mkv"), Video), file(QStringLiteral("A2.mkv"), Video),
-             file(QStringLiteral("A.mkv"), Video), file(QStringLiteral("a.txt"), Other, -5),
-             file(QStringLiteral("0.txt"), Other), file(QStringLiteral("old.mkv"), Video, 1),
-             file(QStringLiteral("old.srt"), Subtitle, 50),
-             file(QStringLiteral("new.mkv"), Video, 49)});
+            {file(u"b.mkv"_s, Video), file(u"A2.mkv"_s, Video), file(u"A.mkv"_s, Video),
+             file(u"a.txt"_s, Other, -5), file(u"0.txt"_s, Other), file(u"old.mkv"_s, Video, 1),
+             file(u"old.srt"_s, Subtitle, 50), file(u"new.mkv"_s, Video, 49)});
         QCOMPARE(idsOf(content.groupedFiles),
-                 QStringList({QStringLiteral("old.mkv"), QStringLiteral("new.mkv"),
-                              QStringLiteral("A2.mkv"), QStringLiteral("b.mkv"),
-                              QStringLiteral("other:0.txt"), QStringLiteral("A.mkv")}));
+                 QStringList({u"old.mkv"_s, u"new.mkv"_s, u"A2.mkv"_s, u"b.mkv"_s, u"other:0.txt"_s,
+                              u"A.mkv"_s}));
     }
 
     void aNameListedTwiceIsHarmless() {
-        const auto content = contentOf(
-            {file(QStringLiteral("a.mkv"), Video, 1), file(QStringLiteral("a.mkv"), Video, 2),
-             file(QStringLiteral("x.srt"), Subtitle), file(QStringLiteral("x.srt"), Subtitle)},
-            {video(QStringLiteral("a.mkv"), QStringLiteral("One")),
-             video(QStringLiteral("a.mkv"), QStringLiteral("Two"))});
+        const auto content = contentOf({file(u"a.mkv"_s, Video, 1), file(u"a.mkv"_s, Video, 2),
+                                        file(u"x.srt"_s, Subtitle), file(u"x.srt"_s, Subtitle)},
+                                       {video(u"a.mkv"_s, u"One"_s), video(u"a.mkv"_s, u"Two"_s)});
         QCOMPARE(content.groupedFiles.size(), 2);
         QCOMPARE(content.groupedFiles[1].group.subtitles.size(), 2);
     }
 
     void storageAndTargetAreWhatTheTvSays() {
         FilesResponse response;
-        QCOMPARE(libraryContent(response).preferredUploadTarget, QStringLiteral("INTERNAL"));
+        QCOMPARE(libraryContent(response).preferredUploadTarget, u"INTERNAL"_s);
         response.usbStorage = RemoteUsbStorage{.driveId = {}, .driveName = {}, .isConnected = true};
         response.storage = RemoteStorage{1, 2, 3};
-        response.usbSetupHint = QStringLiteral("  ");
+        response.usbSetupHint = u"  "_s;
         LibraryContent content = libraryContent(response);
-        QCOMPARE(content.preferredUploadTarget, QStringLiteral("USB"));
+        QCOMPARE(content.preferredUploadTarget, u"USB"_s);
         QCOMPARE(content.storage->freeBytes, 3);
         QCOMPARE(content.usbSetupHint, QString());
         response.usbStorage->isConnected = false;
         response.internalStorage = RemoteStorage{4, 5, 6};
         content = libraryContent(response);
-        QCOMPARE(content.preferredUploadTarget, QStringLiteral("INTERNAL"));
+        QCOMPARE(content.preferredUploadTarget, u"INTERNAL"_s);
         QCOMPARE(content.storage->freeBytes, 6);
-        response.preferredUploadTarget = QStringLiteral("usb");
-        QCOMPARE(libraryContent(response).preferredUploadTarget, QStringLiteral("USB"));
+        response.preferredUploadTarget = u"usb"_s;
+        QCOMPARE(libraryContent(response).preferredUploadTarget, u"USB"_s);
     }
 
     void aSearchFindsTitlesAndFileNames() {
-        const auto content = contentOf(
-            {file(QStringLiteral("one.mkv"), Video),
-             file(QStringLiteral("my.movie.en.srt"), Subtitle),
-             file(QStringLiteral("two.mkv"), Video), file(QStringLiteral("two.srt"), Subtitle)},
-            {video(QStringLiteral("one.mkv"), QStringLiteral("Ünique"))});
+        const auto content =
+            contentOf({file(u"one.mkv"_s, Video), file(u"my.movie.en.srt"_s, Subtitle),
+                       file(u"two.mkv"_s, Video), file(u"two.srt"_s, Subtitle)},
+                      {video(u"one.mkv"_s, u"Ünique"_s)});
         const auto search = [&content](const char* text) {
             return idsOf(filteredRows(content.groupedFiles, QString::fromUtf8(text)));
         };
-        QCOMPARE(search("  MOVIE "), QStringList(QStringLiteral("subtitle:my.movie.en.srt")));
-        QCOMPARE(search("ÜNI"), QStringList(QStringLiteral("one.mkv")));
-        QCOMPARE(search("one.m"), QStringList(QStringLiteral("one.mkv")));
-        QCOMPARE(search("two.srt"), QStringList(QStringLiteral("two.mkv")));
+        QCOMPARE(search("  MOVIE "), QStringList(u"subtitle:my.movie.en.srt"_s));
+        QCOMPARE(search("ÜNI"), QStringList(u"one.mkv"_s));
+        QCOMPARE(search("one.m"), QStringList(u"one.mkv"_s));
+        QCOMPARE(search("two.srt"), QStringList(u"two.mkv"_s));
         QCOMPARE(search("   ").size(), 3);
         QVERIFY(search("two.mkvtwo").isEmpty());
     }
@@ -166,8 +157,7 @@ private Q_SLOTS:
         QVERIFY(millisecondsFor(2'000) >= 0); // warms up
         const qint64 small = std::max<qint64>(millisecondsFor(10'000), 1);
         const qint64 large = millisecondsFor(100'000);
-        QVERIFY2(large < small * 40,
-                 qPrintable(QStringLiteral("%1 ms, then %2 ms").arg(small).arg(large)));
+        QVERIFY2(large < small * 40, qPrintable(u"%1 ms, then %2 ms"_s.arg(small).arg(large)));
     }
 };
 

@@ -4,12 +4,13 @@
 #include <QTest>
 #include <QThreadPool>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 
 namespace {
 
-const TVEndpoint Tv = tvNamed(QStringLiteral("TV"), QStringLiteral("tv.local"));
-const TVEndpoint OtherTv = tvNamed(QStringLiteral("Other"), QStringLiteral("other.local"));
+const TVEndpoint Tv = tvNamed(u"TV"_s, u"tv.local"_s);
+const TVEndpoint OtherTv = tvNamed(u"Other"_s, u"other.local"_s);
 
 QByteArray listing(const QByteArray& names) {
     QByteArray files;
@@ -46,11 +47,11 @@ private Q_SLOTS:
         LibraryFixture fixture;
         fixture.model.status()->post(QString());
         const Task<> task = fixture.load(Library::Load::Visible);
-        QCOMPARE(fixture.status(), QStringLiteral("Loading library from TV..."));
+        QCOMPARE(fixture.status(), u"Loading library from TV..."_s);
         QVERIFY(fixture.model.library()->isLibraryLoadInProgress());
         fixture.answer(task, listing("a.mkv b.mkv"));
-        QCOMPARE(fixture.names(), QStringList({QStringLiteral("a.mkv"), QStringLiteral("b.mkv")}));
-        QCOMPARE(fixture.status(), QStringLiteral("Loaded 2 media item(s)"));
+        QCOMPARE(fixture.names(), QStringList({u"a.mkv"_s, u"b.mkv"_s}));
+        QCOMPARE(fixture.status(), u"Loaded 2 media item(s)"_s);
         QVERIFY(!fixture.model.library()->isLibraryLoadInProgress());
     }
 
@@ -58,15 +59,15 @@ private Q_SLOTS:
         LibraryFixture fixture;
         fixture.answer(fixture.load(Library::Load::Quiet), listing("a.mkv"));
         fixture.answer(fixture.load(Library::Load::Visible), "{\"files\":[]}");
-        QVERIFY(fixture.status().startsWith(QStringLiteral("Failed to fetch files: ")));
-        QVERIFY(fixture.status().contains(QStringLiteral("\"videos\" is missing")));
+        QVERIFY(fixture.status().startsWith(u"Failed to fetch files: "_s));
+        QVERIFY(fixture.status().contains(u"\"videos\" is missing"_s));
         QVERIFY(!fixture.model.library()->isLibraryLoadInProgress());
         fixture.answer(fixture.load(Library::Load::Announced), "Disk error", 500);
-        QCOMPARE(fixture.status(), QStringLiteral("Failed to fetch files: Disk error"));
-        fixture.model.status()->post(QStringLiteral("before"));
+        QCOMPARE(fixture.status(), u"Failed to fetch files: Disk error"_s);
+        fixture.model.status()->post(u"before"_s);
         fixture.answer(fixture.load(Library::Load::Quiet), "Disk error", 500);
-        QCOMPARE(fixture.status(), QStringLiteral("before"));
-        QCOMPARE(fixture.names(), QStringList(QStringLiteral("a.mkv")));
+        QCOMPARE(fixture.status(), u"before"_s);
+        QCOMPARE(fixture.names(), QStringList(u"a.mkv"_s));
     }
 
     void anUnchangedListingCostsNoRebuild() {
@@ -75,7 +76,7 @@ private Q_SLOTS:
         QSignalSpy changed(fixture.model.library(), &Library::contentChanged);
         fixture.answer(fixture.load(Library::Load::Visible), listing("a.mkv"));
         QCOMPARE(changed.count(), 0);
-        QCOMPARE(fixture.status(), QStringLiteral("Loaded 1 media item(s)"));
+        QCOMPARE(fixture.status(), u"Loaded 1 media item(s)"_s);
         fixture.answer(fixture.load(Library::Load::Quiet), listing("a.mkv b.mkv"));
         QCOMPARE(changed.count(), 1);
     }
@@ -91,10 +92,10 @@ private Q_SLOTS:
         fixture.answer(task, listing("late.mkv"));
         QVERIFY(fixture.names().isEmpty());
         QVERIFY(fixture.model.library()->isLibraryLoadInProgress());
-        QCOMPARE(fixture.status(), QStringLiteral("Loading library from Other..."));
+        QCOMPARE(fixture.status(), u"Loading library from Other..."_s);
         // What the first TV listed is no reason to take the same listing of this one as known.
         fixture.answer(fixture.load(Library::Load::Visible), listing("a.mkv"));
-        QCOMPARE(fixture.names(), QStringList(QStringLiteral("a.mkv")));
+        QCOMPARE(fixture.names(), QStringList(u"a.mkv"_s));
     }
 
     void theTvMayChangeWhileAListingIsDecoded() {

@@ -2,13 +2,14 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 using namespace std::chrono_literals;
 
 namespace {
 
-const TVEndpoint Tv = tvNamed(QStringLiteral("TV"), QStringLiteral("tv.local"));
-const TVEndpoint OtherTv = tvNamed(QStringLiteral("Other"), QStringLiteral("other.local"));
+const TVEndpoint Tv = tvNamed(u"TV"_s, u"tv.local"_s);
+const TVEndpoint OtherTv = tvNamed(u"Other"_s, u"other.local"_s);
 const QByteArray Empty = R"({"files":[],"videos":[]})";
 const QByteArray Idle = R"({"isPlaying":false,"positionMs":0,"durationMs":0})";
 const QByteArray NoMove = R"({"state":"IDLE","fileName":"","movedBytes":0,"totalBytes":0,
@@ -48,7 +49,7 @@ private Q_SLOTS:
         ModelFixture::turn();
         fixture.clock.advance(1min);
         QVERIFY(fixture.http.paths.isEmpty());
-        QCOMPARE(fixture.status(), QStringLiteral("Searching for TVs on local network..."));
+        QCOMPARE(fixture.status(), u"Searching for TVs on local network..."_s);
     }
 
     void passesFollowTwoSecondsAfterTheEndOfTheLast() {
@@ -82,8 +83,7 @@ private Q_SLOTS:
         CycleFixture fixture;
         fixture.select(Tv);
         fixture.finishFirstPass(false);
-        QCOMPARE(fixture.status(),
-                 QStringLiteral("Pairing required. Enter the 3-digit code shown on TV."));
+        QCOMPARE(fixture.status(), u"Pairing required. Enter the 3-digit code shown on TV."_s);
         for (int pass = 0; pass < 3; ++pass) {
             fixture.clock.advance(2s);
             QCOMPARE(fixture.http.takePaths(), QStringList(StatusPath));
@@ -116,13 +116,12 @@ private Q_SLOTS:
         QCOMPARE(fixture.http.waiting(), 0u); // the old pass is cancelled at once
         QCOMPARE(fixture.pairing(), PairingState());
         QVERIFY(fixture.model.library()->isLibraryLoadInProgress());
-        QCOMPARE(fixture.status(), QStringLiteral("Loading library from Other..."));
+        QCOMPARE(fixture.status(), u"Loading library from Other..."_s);
         fixture.http.takePaths();
         ModelFixture::turn();
         QCOMPARE(fixture.http.takePaths(), QStringList(FilesPath));
         QVERIFY(fixture.http.sent.last().url.startsWith("http://other.local:8080/"));
-        QCOMPARE(fixture.settings.texts.value(QStringLiteral("ombra.selectedDeviceKey")),
-                 QStringLiteral("other.local:8080"));
+        QCOMPARE(fixture.settings.texts.value(u"ombra.selectedDeviceKey"_s), u"other.local:8080"_s);
     }
 
     void selectingTheSameTvKeepsEverything() {
@@ -131,10 +130,10 @@ private Q_SLOTS:
         fixture.finishFirstPass(false);
         const PairingState pairing = fixture.pairing();
         TVEndpoint renamed = Tv;
-        renamed.name = QStringLiteral("Renamed");
+        renamed.name = u"Renamed"_s;
         fixture.model.selectDevice(renamed);
-        QCOMPARE(fixture.status(), QStringLiteral("Connected to Renamed"));
-        QCOMPARE(fixture.model.selected()->name(), QStringLiteral("Renamed"));
+        QCOMPARE(fixture.status(), u"Connected to Renamed"_s);
+        QCOMPARE(fixture.model.selected()->name(), u"Renamed"_s);
         QCOMPARE(fixture.pairing(), pairing);
         QVERIFY(!fixture.model.library()->isLibraryLoadInProgress());
     }

@@ -11,6 +11,7 @@
 #include "support/fake_still_extractor.h"
 #include "support/memory_settings.h"
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 using quiv::simulator::SimulatorProcess;
 
@@ -47,13 +48,13 @@ struct RealModel {
 
 // Starts an announced TV whose announced name and own name are the same.
 bool startTv(SimulatorProcess& tv, const QString& name, QStringList more = {}) {
-    more += {QStringLiteral("--name"), name, QStringLiteral("--generate"), QStringLiteral("5")};
+    more += {u"--name"_s, name, u"--generate"_s, u"5"_s};
     return tv.start(more, SimulatorProcess::Announcing::Embedded);
 }
 
 QJsonObject infoFault(const QString& kind, QJsonObject more = {}) {
-    more[QStringLiteral("path")] = QStringLiteral("api/info");
-    more[QStringLiteral("kind")] = kind;
+    more[u"path"_s] = u"api/info"_s;
+    more[u"kind"_s] = kind;
     return more;
 }
 
@@ -86,57 +87,47 @@ private Q_SLOTS:
     void twoTvsAreFoundAndAChangedNameReachesTheList() {
         SimulatorProcess first;
         SimulatorProcess second;
-        QVERIFY2(startTv(first, QStringLiteral("Attic")), qPrintable(first.errorText()));
-        QVERIFY2(startTv(second, QStringLiteral("Bedroom")), qPrintable(second.errorText()));
+        QVERIFY2(startTv(first, u"Attic"_s), qPrintable(first.errorText()));
+        QVERIFY2(startTv(second, u"Bedroom"_s), qPrintable(second.errorText()));
         RealModel real(backend());
         QVERIFY(real.ready);
-        QTRY_COMPARE_WITH_TIMEOUT(real.names(),
-                                  QStringList({QStringLiteral("Attic"), QStringLiteral("Bedroom")}),
+        QTRY_COMPARE_WITH_TIMEOUT(real.names(), QStringList({u"Attic"_s, u"Bedroom"_s}),
                                   PatienceMs);
         QTRY_COMPARE(real.model.library()->content().groupedFiles.isEmpty(), false);
 
-        QVERIFY(first.setName(QStringLiteral("Cellar")));
-        QVERIFY(first.announce({{QStringLiteral("serviceName"), QStringLiteral("Cellar")}}));
-        QTRY_COMPARE_WITH_TIMEOUT(
-            real.names(), QStringList({QStringLiteral("Bedroom"), QStringLiteral("Cellar")}),
-            PatienceMs);
+        QVERIFY(first.setName(u"Cellar"_s));
+        QVERIFY(first.announce({{u"serviceName"_s, u"Cellar"_s}}));
+        QTRY_COMPARE_WITH_TIMEOUT(real.names(), QStringList({u"Bedroom"_s, u"Cellar"_s}),
+                                  PatienceMs);
     }
 
     void aTvWithIPv6AloneIsListedAndReachedByItsHostName() {
         SimulatorProcess tv;
-        QVERIFY2(startTv(tv, QStringLiteral("Six"),
-                         {QStringLiteral("--ipv6-only"), QStringLiteral("--host-name"),
-                          QStringLiteral("sixtv")}),
+        QVERIFY2(startTv(tv, u"Six"_s, {u"--ipv6-only"_s, u"--host-name"_s, u"sixtv"_s}),
                  qPrintable(tv.errorText()));
         RealModel real(backend());
-        QTRY_COMPARE_WITH_TIMEOUT(real.names(), QStringList(QStringLiteral("Six")), PatienceMs);
-        QCOMPARE(real.model.selected()->device()->host, QStringLiteral("sixtv.local"));
+        QTRY_COMPARE_WITH_TIMEOUT(real.names(), QStringList(u"Six"_s), PatienceMs);
+        QCOMPARE(real.model.selected()->device()->host, u"sixtv.local"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!real.model.library()->content().groupedFiles.isEmpty(),
                                  PatienceMs);
     }
 
     void oddAndSilentTvsAreListedAsAnnouncedAndPortZeroIsNot() {
-        const QString odd =
-            QStringLiteral("Küche · TV\\2. \"Ünïcode\" <b>box</b> 📺 (living room…") +
-            QStringLiteral("x)");
+        const QString odd = u"Küche · TV\\2. \"Ünïcode\" <b>box</b> 📺 (living room…"_s + u"x)"_s;
         QVERIFY(odd.toUtf8().size() <= 63);
         const QString longest = odd + QString(63 - odd.toUtf8().size(), u'z');
         SimulatorProcess oddTv;
         SimulatorProcess silentTv;
         SimulatorProcess portless;
-        QVERIFY2(
-            startTv(oddTv, QStringLiteral("unused"), {QStringLiteral("--service-name"), longest}),
-            qPrintable(oddTv.errorText()));
-        QVERIFY(
-            oddTv.setFault(infoFault(QStringLiteral("status"), {{QStringLiteral("status"), 500}})));
-        QVERIFY2(startTv(silentTv, QStringLiteral("Silent")), qPrintable(silentTv.errorText()));
-        QVERIFY(silentTv.setFault(infoFault(QStringLiteral("hang"))));
-        QVERIFY2(startTv(portless, QStringLiteral("Portless"),
-                         {QStringLiteral("--announce-port"), QStringLiteral("0")}),
+        QVERIFY2(startTv(oddTv, u"unused"_s, {u"--service-name"_s, longest}),
+                 qPrintable(oddTv.errorText()));
+        QVERIFY(oddTv.setFault(infoFault(u"status"_s, {{u"status"_s, 500}})));
+        QVERIFY2(startTv(silentTv, u"Silent"_s), qPrintable(silentTv.errorText()));
+        QVERIFY(silentTv.setFault(infoFault(u"hang"_s)));
+        QVERIFY2(startTv(portless, u"Portless"_s, {u"--announce-port"_s, u"0"_s}),
                  qPrintable(portless.errorText()));
         RealModel real(backend());
-        QTRY_COMPARE_WITH_TIMEOUT(real.names(), QStringList({longest, QStringLiteral("Silent")}),
-                                  PatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(real.names(), QStringList({longest, u"Silent"_s}), PatienceMs);
         QCOMPARE(portless.requests().size(), 0);
     }
 };

@@ -5,21 +5,21 @@
 #include <QFile>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 using quiv::simulator::SimulatorProcess;
 
 namespace {
 
-const QString PlaybackPath = QStringLiteral("api/playback");
-const QString Movie = QStringLiteral("Generated Movie 000000.mp4");
+const QString PlaybackPath = u"api/playback"_s;
+const QString Movie = u"Generated Movie 000000.mp4"_s;
 
 // The query of a request as it was received, "name=value" each.
 QStringList query(const QJsonValue& request) {
     QStringList items;
-    const QJsonArray pairs = request[QLatin1String("query")].toArray();
+    const QJsonArray pairs = request["query"_L1].toArray();
     for (const QJsonValue& pair : pairs)
-        items.append(pair[QLatin1String("name")].toString() + u'=' +
-                     pair[QLatin1String("value")].toString());
+        items.append(pair["name"_L1].toString() + u'=' + pair["value"_L1].toString());
     return items;
 }
 
@@ -32,9 +32,8 @@ class SimulatedControlTest : public QObject {
 private Q_SLOTS:
     void init() {
         m_usb = std::make_unique<QTemporaryDir>();
-        QVERIFY2(m_tv.start({QStringLiteral("--generate"), QStringLiteral("5"),
-                             QStringLiteral("--move-seconds"), QStringLiteral("1"),
-                             QStringLiteral("--usb"), m_usb->path()}),
+        QVERIFY2(m_tv.start({u"--generate"_s, u"5"_s, u"--move-seconds"_s, u"1"_s, u"--usb"_s,
+                             m_usb->path()}),
                  qPrintable(m_tv.errorText()));
         m_real = std::make_unique<RealModel>();
         m_real->find(m_tv.port());
@@ -64,11 +63,11 @@ private Q_SLOTS:
         QTRY_VERIFY(shown().positionMs < 3'600'000);
         playback().send(Command::setSpeed(1.25));
         QTRY_COMPARE(shown().playbackSpeed, 1.25);
-        playback().send(Command::setSubtitle(QStringLiteral("4")));
+        playback().send(Command::setSubtitle(u"4"_s));
         QTRY_VERIFY(shown().subtitleTracks.value(1).selected);
         playback().send(Command::setSubtitle(std::nullopt));
         QTRY_VERIFY(!shown().subtitleTracks.value(1).selected);
-        playback().send(Command::setAudio(QStringLiteral("2")));
+        playback().send(Command::setAudio(u"2"_s));
         QTRY_VERIFY(shown().audioTracks.value(1).selected);
         playback().send(Command::stop());
         QTRY_VERIFY(!shown().currentVideoName);
@@ -76,7 +75,7 @@ private Q_SLOTS:
         QList<QStringList> received;
         const QJsonArray requests = m_tv.requestsTo(PlaybackPath);
         for (const QJsonValue& request : requests) {
-            if (request[QLatin1String("method")] == QLatin1String("POST"))
+            if (request["method"_L1] == "POST"_L1)
                 received.append(query(request));
         }
         const auto items = [](const char* text) {
@@ -95,23 +94,22 @@ private Q_SLOTS:
     void brokenAnswersAreSaidAndHoldNothingUp_data() {
         QTest::addColumn<QJsonObject>("broken");
         const auto row = [](const char* name, QJsonObject fault) {
-            fault[QStringLiteral("path")] = PlaybackPath;
-            fault[QStringLiteral("method")] = QStringLiteral("POST");
+            fault[u"path"_s] = PlaybackPath;
+            fault[u"method"_s] = u"POST"_s;
             QTest::newRow(name) << fault;
         };
-        const QString kind = QStringLiteral("kind");
-        const QString status = QStringLiteral("status");
+        const QString kind = u"kind"_s;
+        const QString status = u"status"_s;
         row("401", {{kind, status}, {status, 401}});
         row("429", {{kind, status}, {status, 429}});
         row("500", {{kind, status}, {status, 500}});
-        row("nothing", {{kind, QStringLiteral("reset-before-reply")}});
+        row("nothing", {{kind, u"reset-before-reply"_s}});
     }
     void brokenAnswersAreSaidAndHoldNothingUp() {
         QFETCH(QJsonObject, broken);
         QVERIFY(m_tv.setFault(broken));
         playback().send(PlaybackCommand::play(Movie));
-        QTRY_VERIFY2(status().startsWith(QStringLiteral("Playback command failed: ")),
-                     qPrintable(status()));
+        QTRY_VERIFY2(status().startsWith(u"Playback command failed: "_s), qPrintable(status()));
         m_tv.clearFaults();
         if (pairing().requiresControlPairing) {
             m_real->model.pairing()->verifyPairingCode(m_tv.pairingCode());
@@ -122,38 +120,35 @@ private Q_SLOTS:
     }
 
     void aFileMovesToTheDriveAndBack() {
-        const QString name = QStringLiteral("Clip.mp4");
+        const QString name = u"Clip.mp4"_s;
         write(name);
         StorageMove& move = *m_real->model.storageMove();
-        move.startMove(name, QStringLiteral("USB"));
+        move.startMove(name, u"USB"_s);
         QTRY_VERIFY(move.state().isMovingFile);
         QTRY_COMPARE(move.state().moveProgress, 1.0);
         QVERIFY(!QFile::exists(m_tv.mediaFolder() + u'/' + name));
-        QTRY_COMPARE(storageOf(name), QStringLiteral("USB")); // the library was loaded anew
+        QTRY_COMPARE(storageOf(name), u"USB"_s); // the library was loaded anew
 
-        QVERIFY(m_tv.control("POST", QStringLiteral("move"),
-                             QJsonObject{{QStringLiteral("failNext"), true}}));
-        move.startMove(name, QStringLiteral("internal"));
-        QTRY_VERIFY(status().contains(QStringLiteral("could not be moved")));
+        QVERIFY(m_tv.control("POST", u"move"_s, QJsonObject{{u"failNext"_s, true}}));
+        move.startMove(name, u"internal"_s);
+        QTRY_VERIFY(status().contains(u"could not be moved"_s));
         QVERIFY(!move.state().isMovingFile);
         QCOMPARE(QDir(m_usb->path()).entryList(QDir::Files | QDir::Hidden), QStringList(name));
-        move.startMove(name, QStringLiteral("USB"));
-        QTRY_COMPARE(status(),
-                     QStringLiteral("Move failed to start: Move failed to start (HTTP 409)"));
-        move.startMove(name, QStringLiteral("internal"));
+        move.startMove(name, u"USB"_s);
+        QTRY_COMPARE(status(), u"Move failed to start: Move failed to start (HTTP 409)"_s);
+        move.startMove(name, u"internal"_s);
         QTRY_VERIFY(QFile::exists(m_tv.mediaFolder() + u'/' + name));
-        QTRY_COMPARE(storageOf(name), QStringLiteral("INTERNAL"));
+        QTRY_COMPARE(storageOf(name), u"INTERNAL"_s);
     }
 
     void aGroupIsDeletedFromTheDisk() {
         for (const char* name : {"Film.mp4", "Film.srt", "Other.mp4"})
             write(QString::fromLatin1(name));
-        QTRY_VERIFY(groupTitled(QStringLiteral("Film")));
-        m_real->model.deletion()->deleteGroup(*groupTitled(QStringLiteral("Film")));
-        QTRY_COMPARE(status(), QStringLiteral("Deleted Film"));
-        QCOMPARE(QDir(m_tv.mediaFolder()).entryList(QDir::Files),
-                 QStringList(QStringLiteral("Other.mp4")));
-        QVERIFY(!groupTitled(QStringLiteral("Film")));
+        QTRY_VERIFY(groupTitled(u"Film"_s));
+        m_real->model.deletion()->deleteGroup(*groupTitled(u"Film"_s));
+        QTRY_COMPARE(status(), u"Deleted Film"_s);
+        QCOMPARE(QDir(m_tv.mediaFolder()).entryList(QDir::Files), QStringList(u"Other.mp4"_s));
+        QVERIFY(!groupTitled(u"Film"_s));
     }
 
 private:

@@ -10,13 +10,14 @@
 #include <sys/mount.h>
 #include <sys/resource.h>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 using quiv::simulator::SimulatorProcess;
 
 namespace {
 
 constexpr int FileSize = 3 << 20;
-const QString DownloadPath = QStringLiteral("api/files/download");
+const QString DownloadPath = u"api/files/download"_s;
 
 QByteArray contentOf(const QString& path) {
     QFile file(path);
@@ -37,7 +38,7 @@ class SimulatedDownloadTest : public QObject {
 
 private Q_SLOTS:
     void initTestCase() {
-        QFile file(m_tv.mediaFolder() + QStringLiteral("/Ein Film +&ü.mkv"));
+        QFile file(m_tv.mediaFolder() + u"/Ein Film +&ü.mkv"_s);
         QVERIFY(file.open(QIODevice::WriteOnly));
         for (int byte = 0; byte < FileSize; ++byte)
             m_bytes.append(static_cast<char>(byte * 31 + byte / 251));
@@ -56,14 +57,13 @@ private Q_SLOTS:
     void cleanup() {
         m_tv.clearFaults();
         m_real.reset();
-        QCOMPARE(QDir(m_folder->path())
-                     .entryList({QStringLiteral(".quiv*")}, QDir::Files | QDir::Hidden),
+        QCOMPARE(QDir(m_folder->path()).entryList({u".quiv*"_s}, QDir::Files | QDir::Hidden),
                  QStringList());
     }
 
     void aFileArrivesByteForByte() {
         begin(path());
-        QTRY_COMPARE(m_real->status(), QStringLiteral("Downloaded Ein Film +&ü.mkv"));
+        QTRY_COMPARE(m_real->status(), u"Downloaded Ein Film +&ü.mkv"_s);
         QVERIFY(contentOf(path()) == m_bytes);
     }
 
@@ -71,26 +71,22 @@ private Q_SLOTS:
         QTest::addColumn<QString>("kind");
         QTest::addColumn<int>("bytes");
         for (int tenth = 0; tenth < 10; ++tenth)
-            QTest::addRow("%d tenths", tenth)
-                << QStringLiteral("reset-after-bytes") << FileSize / 10 * tenth;
-        QTest::newRow("less than announced") << QStringLiteral("announce-more") << 1;
+            QTest::addRow("%d tenths", tenth) << u"reset-after-bytes"_s << FileSize / 10 * tenth;
+        QTest::newRow("less than announced") << u"announce-more"_s << 1;
     }
     void aFileThatIsCutOffReplacesNothing() {
         QFETCH(QString, kind);
         QFETCH(int, bytes);
         writeBefore();
-        QVERIFY(m_tv.setFault({{QStringLiteral("path"), DownloadPath},
-                               {QStringLiteral("kind"), kind},
-                               {QStringLiteral("bytes"), bytes}}));
+        QVERIFY(m_tv.setFault({{u"path"_s, DownloadPath}, {u"kind"_s, kind}, {u"bytes"_s, bytes}}));
         begin(path());
-        QTRY_COMPARE(
-            m_real->status(),
-            QStringLiteral("Download failed for Ein Film +&ü.mkv: The connection to the TV "
-                           "was lost. Check the network and try again."));
+        QTRY_COMPARE(m_real->status(),
+                     u"Download failed for Ein Film +&ü.mkv: The connection to the TV "
+                     "was lost. Check the network and try again."_s);
         QCOMPARE(contentOf(path()), "before");
         m_tv.clearFaults();
         begin(path());
-        QTRY_COMPARE(m_real->status(), QStringLiteral("Downloaded Ein Film +&ü.mkv"));
+        QTRY_COMPARE(m_real->status(), u"Downloaded Ein Film +&ü.mkv"_s);
         QVERIFY(contentOf(path()) == m_bytes);
     }
 
@@ -99,7 +95,7 @@ private Q_SLOTS:
         QElapsedTimer since;
         since.start();
         m_real->model.downloads()->cancelDownload();
-        QTRY_COMPARE(m_real->status(), QStringLiteral("Download canceled"));
+        QTRY_COMPARE(m_real->status(), u"Download canceled"_s);
         QVERIFY2(since.elapsed() < 1000, qPrintable(QString::number(since.elapsed())));
         QCOMPARE(contentOf(path()), "before");
     }
@@ -117,14 +113,14 @@ private Q_SLOTS:
         writeBefore();
         begin(path());
         QTRY_COMPARE(m_real->status(),
-                     QStringLiteral("Download failed for Ein Film +&ü.mkv: The file could not be "
-                                    "written. Check the free space of the disk."));
+                     u"Download failed for Ein Film +&ü.mkv: The file could not be "
+                     "written. Check the free space of the disk."_s);
         QCOMPARE(contentOf(path()), "before");
         QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
 
         QCOMPARE(::mount(nullptr, disk.constData(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
         begin(path());
-        QTRY_VERIFY2(m_real->status().contains(QStringLiteral("Files cannot be written to")),
+        QTRY_VERIFY2(m_real->status().contains(u"Files cannot be written to"_s),
                      qPrintable(m_real->status()));
         ::umount(disk.constData());
     }
@@ -132,12 +128,12 @@ private Q_SLOTS:
     void memoryDoesNotGrowWithTheFile() {
         if (QStorageInfo(m_folder->path()).bytesAvailable() < qint64(5) << 30)
             QSKIP("needs 5 GiB of disk");
-        const QString name = QStringLiteral("Huge.mkv");
+        const QString name = u"Huge.mkv"_s;
         QFile sparse(m_tv.mediaFolder() + u'/' + name);
         QVERIFY(sparse.open(QIODevice::WriteOnly) && sparse.resize(qint64(4) << 30));
         const long before = peakKilobytes();
         begin(path(), name);
-        QTRY_COMPARE_WITH_TIMEOUT(m_real->status(), QStringLiteral("Downloaded Huge.mkv"), 100'000);
+        QTRY_COMPARE_WITH_TIMEOUT(m_real->status(), u"Downloaded Huge.mkv"_s, 100'000);
         const long grown = peakKilobytes() - before;
         QVERIFY2(grown < 16 << 10, qPrintable(QString::number(grown)));
         QCOMPARE(QFileInfo(path()).size(), qint64(4) << 30);
@@ -145,23 +141,22 @@ private Q_SLOTS:
     }
 
 private:
-    QString path() const { return m_folder->filePath(QStringLiteral("kept.mkv")); }
+    QString path() const { return m_folder->filePath(u"kept.mkv"_s); }
     void writeBefore() {
         QFile file(path());
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write("before") == 6);
     }
-    void begin(const QString& destination,
-               const QString& name = QStringLiteral("Ein Film +&ü.mkv")) {
-        m_real->model.downloads()->downloadFile({name, QStringLiteral("VIDEO"), 1, {}});
+    void begin(const QString& destination, const QString& name = u"Ein Film +&ü.mkv"_s) {
+        m_real->model.downloads()->downloadFile({name, u"VIDEO"_s, 1, {}});
         m_real->dialogs.desktop.answer(QList<QUrl>{QUrl::fromLocalFile(destination)});
     }
 
     // Over a file that is there; returns when a part has come.
     void beginSlowly() {
         writeBefore();
-        QVERIFY(m_tv.setFault({{QStringLiteral("path"), DownloadPath},
-                               {QStringLiteral("kind"), QStringLiteral("trickle")},
-                               {QStringLiteral("bytesPerSecond"), 1 << 20}}));
+        QVERIFY(m_tv.setFault({{u"path"_s, DownloadPath},
+                               {u"kind"_s, u"trickle"_s},
+                               {u"bytesPerSecond"_s, 1 << 20}}));
         begin(path());
         QTRY_VERIFY(m_real->model.downloads()->state().currentDownloadProgress > 0);
     }

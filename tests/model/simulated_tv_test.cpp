@@ -6,12 +6,13 @@
 #include <QTest>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 using quiv::simulator::SimulatorProcess;
 
 namespace {
 
-const QString FilesPath = QStringLiteral("api/files");
+const QString FilesPath = u"api/files"_s;
 
 // The longest time for which the event loop did not turn.
 class StallWatch {
@@ -30,8 +31,8 @@ private:
 };
 
 QJsonObject fault(const QString& path, const QString& kind, QJsonObject more = {}) {
-    more[QStringLiteral("path")] = path;
-    more[QStringLiteral("kind")] = kind;
+    more[u"path"_s] = path;
+    more[u"kind"_s] = kind;
     return more;
 }
 
@@ -44,8 +45,7 @@ class SimulatedTvTest : public QObject {
 
 private Q_SLOTS:
     void init() {
-        QVERIFY2(m_tv.start({QStringLiteral("--generate"), QStringLiteral("20"),
-                             QStringLiteral("--name"), QStringLiteral("Den")}),
+        QVERIFY2(m_tv.start({u"--generate"_s, u"20"_s, u"--name"_s, u"Den"_s}),
                  qPrintable(m_tv.errorText()));
     }
     void cleanup() { m_tv.stop(); }
@@ -55,20 +55,20 @@ private Q_SLOTS:
         {
             RealModel real(settings);
             real.find(m_tv.port());
-            QTRY_COMPARE(real.model.selected()->name(), QStringLiteral("Den"));
+            QTRY_COMPARE(real.model.selected()->name(), u"Den"_s);
             QTRY_VERIFY(real.rows() >= 20);
             QTRY_VERIFY(real.pairing().requiresControlPairing);
-            real.model.pairing()->verifyPairingCode(QStringLiteral("999"));
-            QTRY_VERIFY(real.status().contains(QStringLiteral("rong")));
-            QVERIFY(m_tv.waitForRequests(QStringLiteral("api/mac/auth/status"), 2));
+            real.model.pairing()->verifyPairingCode(u"999"_s);
+            QTRY_VERIFY(real.status().contains(u"rong"_s));
+            QVERIFY(m_tv.waitForRequests(u"api/mac/auth/status"_s, 2));
             real.model.pairing()->verifyPairingCode(m_tv.pairingCode());
-            QTRY_COMPARE(real.status(), QStringLiteral("Quiv Controller paired successfully."));
+            QTRY_COMPARE(real.status(), u"Quiv Controller paired successfully."_s);
         }
         RealModel later(settings);
         later.find(m_tv.port());
         QTRY_VERIFY(later.pairing().isControlPaired);
         later.model.pairing()->cancelPairing();
-        QTRY_COMPARE(later.status(), QStringLiteral("Pairing canceled."));
+        QTRY_COMPARE(later.status(), u"Pairing canceled."_s);
         QTRY_VERIFY(later.pairing().requiresControlPairing); // as the next pass learns
         QCOMPARE(settings.reals.size(), 0);
     }
@@ -79,11 +79,11 @@ private Q_SLOTS:
         real.find(m_tv.port());
         QTRY_VERIFY(real.pairing().requiresControlPairing);
         for (int attempt = 1; attempt <= 6; ++attempt) {
-            real.model.pairing()->verifyPairingCode(QStringLiteral("000"));
-            QVERIFY(m_tv.waitForRequests(QStringLiteral("api/mac/auth/verify"), attempt));
-            QTRY_VERIFY(real.status() != QStringLiteral("Verifying pairing code..."));
+            real.model.pairing()->verifyPairingCode(u"000"_s);
+            QVERIFY(m_tv.waitForRequests(u"api/mac/auth/verify"_s, attempt));
+            QTRY_VERIFY(real.status() != u"Verifying pairing code..."_s);
         }
-        QVERIFY2(real.status().contains(QStringLiteral("oo many")), qPrintable(real.status()));
+        QVERIFY2(real.status().contains(u"oo many"_s), qPrintable(real.status()));
         QVERIFY(real.pairing().requiresControlPairing);
     }
 
@@ -92,13 +92,13 @@ private Q_SLOTS:
         const auto row = [](const char* kind, QJsonObject more = {}) {
             QTest::newRow(kind) << fault(FilesPath, QString::fromUtf8(kind), std::move(more));
         };
-        row("status", {{QStringLiteral("status"), 500}});
-        row("body", {{QStringLiteral("body"), QStringLiteral("null")}});
+        row("status", {{u"status"_s, 500}});
+        row("body", {{u"body"_s, u"null"_s}});
         row("broken-json");
         row("mistyped-json");
         row("oversized-json");
         row("reset-before-reply");
-        row("reset-after-bytes", {{QStringLiteral("bytes"), 100}});
+        row("reset-after-bytes", {{u"bytes"_s, 100}});
     }
     void aBrokenListingIsSaidAndKeepsTheRows() {
         QFETCH(QJsonObject, broken);
@@ -114,8 +114,7 @@ private Q_SLOTS:
         const StallWatch watch;
         const Task<> load = real.model.library()->loadLibrary(Library::Load::Announced);
         QTRY_VERIFY_WITH_TIMEOUT(load.isDone(), 30'000);
-        QVERIFY2(real.status().startsWith(QStringLiteral("Failed to fetch files: ")),
-                 qPrintable(real.status()));
+        QVERIFY2(real.status().startsWith(u"Failed to fetch files: "_s), qPrintable(real.status()));
         QVERIFY(real.status().size() > 30);
         QCOMPARE(real.rows(), rows);
         QVERIFY2(watch.longestMs() < 1500, qPrintable(QString::number(watch.longestMs())));
@@ -123,17 +122,17 @@ private Q_SLOTS:
         m_tv.clearFaults();
         const Task<> again = real.model.library()->loadLibrary(Library::Load::Announced);
         QTRY_VERIFY(again.isDone());
-        QCOMPARE(real.status(), QStringLiteral("Loaded %1 media item(s)").arg(rows));
+        QCOMPARE(real.status(), u"Loaded %1 media item(s)"_s.arg(rows));
     }
 
     void aTvThatNeverAnswersBlocksNothing() {
         MemorySettings settings;
         RealModel real(settings);
-        QVERIFY(m_tv.setFault(fault(QStringLiteral("*"), QStringLiteral("hang"))));
+        QVERIFY(m_tv.setFault(fault(u"*"_s, u"hang"_s)));
         const StallWatch watch;
         real.find(m_tv.port());
         QTRY_COMPARE(real.model.selected()->name(),
-                     QStringLiteral("Announced")); // after the probe's 1.5 s
+                     u"Announced"_s); // after the probe's 1.5 s
         QVERIFY(m_tv.waitForRequests(FilesPath));
         QVERIFY(real.model.library()->isLibraryLoadInProgress());
         QVERIFY(watch.longestMs() < 1000);
@@ -144,18 +143,17 @@ private Q_SLOTS:
         RealModel real(settings);
         real.find(m_tv.port());
         QTRY_VERIFY(real.pairing().requiresControlPairing);
-        QVERIFY(m_tv.setFault(fault(QStringLiteral("api/mac/auth/verify"),
-                                    QStringLiteral("one-auth-header"),
-                                    {{QStringLiteral("header"), QStringLiteral("token")}})));
+        QVERIFY(m_tv.setFault(
+            fault(u"api/mac/auth/verify"_s, u"one-auth-header"_s, {{u"header"_s, u"token"_s}})));
         real.model.pairing()->verifyPairingCode(m_tv.pairingCode());
-        QTRY_COMPARE(real.status(), QStringLiteral("Quiv Controller paired successfully."));
-        QVERIFY(!settings.texts.keys().join(u' ').contains(QStringLiteral("authToken")));
+        QTRY_COMPARE(real.status(), u"Quiv Controller paired successfully."_s);
+        QVERIFY(!settings.texts.keys().join(u' ').contains(u"authToken"_s));
         QTRY_VERIFY(real.pairing().requiresControlPairing); // the TV does not know this client
     }
 
     void aLargeLibraryKeepsTheWindowLive() {
         m_tv.stop();
-        QVERIFY(m_tv.start({QStringLiteral("--generate"), QStringLiteral("100000")}));
+        QVERIFY(m_tv.start({u"--generate"_s, u"100000"_s}));
         MemorySettings settings;
         RealModel real(settings);
         const StallWatch watch;

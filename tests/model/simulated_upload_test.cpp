@@ -9,6 +9,7 @@
 
 #include <sys/resource.h>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 using quiv::simulator::SimulatorProcess;
 
@@ -63,16 +64,16 @@ private Q_SLOTS:
     }
 
     void filesArriveWithAllTheirBytes() {
-        const QUrl video = file(QStringLiteral("Ein Film +&ü.mkv"), FileSize);
-        const QUrl subtitle = file(QStringLiteral("Ein Film +&ü.srt"), 100);
-        const QUrl empty = file(QStringLiteral("empty.srt"), 0);
+        const QUrl video = file(u"Ein Film +&ü.mkv"_s, FileSize);
+        const QUrl subtitle = file(u"Ein Film +&ü.srt"_s, 100);
+        const QUrl empty = file(u"empty.srt"_s, 0);
         upload({video, subtitle, empty});
-        QCOMPARE(status(), QStringLiteral("Upload queue finished: 3 uploaded"));
+        QCOMPARE(status(), u"Upload queue finished: 3 uploaded"_s);
         for (const QUrl& url : {video, subtitle, empty})
             QCOMPARE(digest(m_tv.mediaFolder() + u'/' + url.fileName()), digest(url.toLocalFile()));
         upload({video}); // once more
         QCOMPARE(stored().size(), 4);
-        QVERIFY(stored().contains(QStringLiteral("Ein Film +&ü (1).mkv")));
+        QVERIFY(stored().contains(u"Ein Film +&ü (1).mkv"_s));
     }
 
     // Whatever goes wrong: what is called uploaded is there, whole and once; the next file follows.
@@ -81,14 +82,14 @@ private Q_SLOTS:
         QTest::addColumn<bool>("arrives");
         const auto row = [](const char* name, const char* kind, bool arrives,
                             QJsonObject more = {}) {
-            more[QStringLiteral("path")] = QStringLiteral("api/files/upload");
-            more[QStringLiteral("method")] = QStringLiteral("PUT");
-            more[QStringLiteral("kind")] = QString::fromLatin1(kind);
-            more[QStringLiteral("times")] = 1;
+            more[u"path"_s] = u"api/files/upload"_s;
+            more[u"method"_s] = u"PUT"_s;
+            more[u"kind"_s] = QString::fromLatin1(kind);
+            more[u"times"_s] = 1;
             QTest::newRow(name) << more << arrives;
         };
         const auto bytes = [](qint64 count) {
-            return QJsonObject{{QStringLiteral("bytes"), count}};
+            return QJsonObject{{u"bytes"_s, count}};
         };
         row("reset at once", "reset-before-reply", false);
         row("reset half way", "read-then-reset", false, bytes(FileSize / 2));
@@ -97,52 +98,49 @@ private Q_SLOTS:
         row("stored under another name", "rename-store", true);
         row("stored, its reply lost", "reset-after-bytes", true, bytes(0));
         row("full", "fill-up", false, bytes(1 << 20));
-        row("too large, said at once", "status", false, {{QStringLiteral("status"), 413}});
-        row("500", "status", false, {{QStringLiteral("status"), 500}});
+        row("too large, said at once", "status", false, {{u"status"_s, 413}});
+        row("500", "status", false, {{u"status"_s, 500}});
     }
     void noFaultLosesAFile() {
         QFETCH(QJsonObject, fault);
         QFETCH(bool, arrives);
-        const QUrl first = file(QStringLiteral("First.mkv"), FileSize);
-        const QUrl second = file(QStringLiteral("Second.mkv"), FileSize / 2);
+        const QUrl first = file(u"First.mkv"_s, FileSize);
+        const QUrl second = file(u"Second.mkv"_s, FileSize / 2);
         QVERIFY(m_tv.setFault(fault));
         upload({first, second});
         const QHash<QByteArray, QString> there = digests(m_tv.mediaFolder());
-        QCOMPARE(there.value(digest(second.toLocalFile())), QStringLiteral("Second.mkv"));
+        QCOMPARE(there.value(digest(second.toLocalFile())), u"Second.mkv"_s);
         QCOMPARE(there.contains(digest(first.toLocalFile())), arrives);
         QCOMPARE(there.size(), arrives ? 2 : 1); // neither parts nor copies
-        QCOMPARE(status(), arrives ? QStringLiteral("Upload queue finished: 2 uploaded")
-                                   : QStringLiteral("Upload queue finished: 1 uploaded, 1 failed"));
-        QCOMPARE(m_said.join(u'\n').contains(QStringLiteral("Upload failed for First.mkv: ")),
-                 !arrives);
+        QCOMPARE(status(), arrives ? u"Upload queue finished: 2 uploaded"_s
+                                   : u"Upload queue finished: 1 uploaded, 1 failed"_s);
+        QCOMPARE(m_said.join(u'\n').contains(u"Upload failed for First.mkv: "_s), !arrives);
     }
 
     // The answer is lost, and the TV's list tells that there is less than was sent.
     void aPartOfAFileIsNoSuccess() {
-        const QUrl first = file(QStringLiteral("First.mkv"), FileSize);
+        const QUrl first = file(u"First.mkv"_s, FileSize);
         for (const char* kind : {"truncate-store", "reset-after-bytes"})
-            QVERIFY(m_tv.setFault({{QStringLiteral("path"), QStringLiteral("api/files/upload")},
-                                   {QStringLiteral("kind"), QString::fromLatin1(kind)},
-                                   {QStringLiteral("bytes"), 0},
-                                   {QStringLiteral("times"), 1}}));
-        QVERIFY(m_tv.setFault({{QStringLiteral("path"), QStringLiteral("api/upload-status")},
-                               {QStringLiteral("kind"), QStringLiteral("status")},
-                               {QStringLiteral("status"), 404}}));
+            QVERIFY(m_tv.setFault({{u"path"_s, u"api/files/upload"_s},
+                                   {u"kind"_s, QString::fromLatin1(kind)},
+                                   {u"bytes"_s, 0},
+                                   {u"times"_s, 1}}));
+        QVERIFY(m_tv.setFault(
+            {{u"path"_s, u"api/upload-status"_s}, {u"kind"_s, u"status"_s}, {u"status"_s, 404}}));
         upload({first});
-        QCOMPARE(status(), QStringLiteral("Upload queue finished: 0 uploaded, 1 failed"));
+        QCOMPARE(status(), u"Upload queue finished: 0 uploaded, 1 failed"_s);
         m_tv.clearFaults();
     }
 
     void aTvThatGoesAndComesBackGetsItsFilesThen() {
-        QVERIFY(m_tv.setFault({{QStringLiteral("path"), QStringLiteral("api/files/upload")},
-                               {QStringLiteral("kind"), QStringLiteral("vanish")},
-                               {QStringLiteral("bytes"), FileSize / 2},
-                               {QStringLiteral("milliseconds"), 1000},
-                               {QStringLiteral("times"), 1}}));
-        const QList<QUrl> urls{file(QStringLiteral("First.mkv"), FileSize),
-                               file(QStringLiteral("Second.mkv"), FileSize)};
+        QVERIFY(m_tv.setFault({{u"path"_s, u"api/files/upload"_s},
+                               {u"kind"_s, u"vanish"_s},
+                               {u"bytes"_s, FileSize / 2},
+                               {u"milliseconds"_s, 1000},
+                               {u"times"_s, 1}}));
+        const QList<QUrl> urls{file(u"First.mkv"_s, FileSize), file(u"Second.mkv"_s, FileSize)};
         upload(urls);
-        QCOMPARE(status(), QStringLiteral("Upload queue finished: 0 uploaded, 2 failed"));
+        QCOMPARE(status(), u"Upload queue finished: 0 uploaded, 2 failed"_s);
         QCOMPARE(stored(), QStringList());
         while (stored().isEmpty()) // until it is back
             upload(urls);
@@ -153,76 +151,72 @@ private Q_SLOTS:
     void aStalledUploadIsCancelledWithinASecond_data() {
         QTest::addColumn<QString>("kind");
         QTest::addColumn<bool>("isSilent"); // the TV answers nothing at all
-        QTest::newRow("stalled") << QStringLiteral("stall-reading") << false;
-        QTest::newRow("stored but silent") << QStringLiteral("store-then-hang") << false;
-        QTest::newRow("stalled, silent TV") << QStringLiteral("stall-reading") << true;
+        QTest::newRow("stalled") << u"stall-reading"_s << false;
+        QTest::newRow("stored but silent") << u"store-then-hang"_s << false;
+        QTest::newRow("stalled, silent TV") << u"stall-reading"_s << true;
     }
     void aStalledUploadIsCancelledWithinASecond() {
         QFETCH(QString, kind);
         QFETCH(bool, isSilent);
-        QVERIFY(m_tv.setFault({{QStringLiteral("path"), QStringLiteral("api/files/upload")},
-                               {QStringLiteral("kind"), kind},
-                               {QStringLiteral("bytes"), 1 << 20}}));
+        QVERIFY(m_tv.setFault(
+            {{u"path"_s, u"api/files/upload"_s}, {u"kind"_s, kind}, {u"bytes"_s, 1 << 20}}));
         Uploads& uploads = *m_real->model.uploads();
-        uploads.queueUploadsFromPicker({file(QStringLiteral("First.mkv"), 64 << 20)});
-        QTRY_VERIFY(status().startsWith(QStringLiteral("Uploading First.mkv... ")));
+        uploads.queueUploadsFromPicker({file(u"First.mkv"_s, 64 << 20)});
+        QTRY_VERIFY(status().startsWith(u"Uploading First.mkv... "_s));
         if (isSilent)
-            QVERIFY(m_tv.setFault({{QStringLiteral("path"), QStringLiteral("*")},
-                                   {QStringLiteral("kind"), QStringLiteral("hang")}}));
-        if (kind == QLatin1String("store-then-hang"))
+            QVERIFY(m_tv.setFault({{u"path"_s, u"*"_s}, {u"kind"_s, u"hang"_s}}));
+        if (kind == "store-then-hang"_L1)
             QTRY_VERIFY(!stored().isEmpty() && !stored().first().startsWith(u'.'));
         QElapsedTimer since;
         since.start();
         uploads.cancelUploadJob(uploads.uploadListItems()[0].id);
         QTRY_VERIFY(uploads.uploadListItems().isEmpty());
         QVERIFY2(since.elapsed() < 1000, qPrintable(QString::number(since.elapsed())));
-        const bool isThere = kind == QLatin1String("store-then-hang");
-        QCOMPARE(m_said.contains(QStringLiteral("Canceled First.mkv")), !isThere);
+        const bool isThere = kind == "store-then-hang"_L1;
+        QCOMPARE(m_said.contains(u"Canceled First.mkv"_s), !isThere);
         m_tv.clearFaults();
     }
 
     void aFileThatShrinksOrGoesIsSaid() {
-        QVERIFY(m_tv.setFault({{QStringLiteral("path"), QStringLiteral("api/files/upload")},
-                               {QStringLiteral("kind"), QStringLiteral("slow-reading")},
-                               {QStringLiteral("bytesPerSecond"), 32 << 20},
-                               {QStringLiteral("times"), 1}}));
-        const QUrl shrinking = file(QStringLiteral("Shrinking.mkv"), 64 << 20);
-        const QUrl gone = file(QStringLiteral("Gone.mkv"), 10);
+        QVERIFY(m_tv.setFault({{u"path"_s, u"api/files/upload"_s},
+                               {u"kind"_s, u"slow-reading"_s},
+                               {u"bytesPerSecond"_s, 32 << 20},
+                               {u"times"_s, 1}}));
+        const QUrl shrinking = file(u"Shrinking.mkv"_s, 64 << 20);
+        const QUrl gone = file(u"Gone.mkv"_s, 10);
         m_real->model.uploads()->queueUploadsFromPicker({shrinking, gone});
         QFile::remove(gone.toLocalFile());
-        QTRY_VERIFY(status().startsWith(QStringLiteral("Uploading Shrinking.mkv (1 queued)... ")));
+        QTRY_VERIFY(status().startsWith(u"Uploading Shrinking.mkv (1 queued)... "_s));
         QVERIFY(QFile::resize(shrinking.toLocalFile(), 1000));
-        QTRY_COMPARE_WITH_TIMEOUT(
-            status(), QStringLiteral("Upload queue finished: 0 uploaded, 2 failed"), 20'000);
+        QTRY_COMPARE_WITH_TIMEOUT(status(), u"Upload queue finished: 0 uploaded, 2 failed"_s,
+                                  20'000);
         QVERIFY(m_said.join(u'\n').contains(
-            QStringLiteral("Upload failed for Gone.mkv: The file could not be read.")));
+            u"Upload failed for Gone.mkv: The file could not be read."_s));
         QCOMPARE(stored(), QStringList());
     }
 
     void severalHundredFilesAreQueuedAtOnce() {
         QList<QUrl> urls;
         for (int number = 0; number < 300; ++number)
-            urls.append(file(QStringLiteral("Part %1.mkv").arg(number), 10));
+            urls.append(file(u"Part %1.mkv"_s.arg(number), 10));
         QElapsedTimer since;
         since.start();
         m_real->model.uploads()->queueUploadsFromPicker(urls);
         QVERIFY2(since.elapsed() < 200, qPrintable(QString::number(since.elapsed())));
-        QTRY_COMPARE_WITH_TIMEOUT(status(), QStringLiteral("Upload queue finished: 300 uploaded"),
-                                  60'000);
+        QTRY_COMPARE_WITH_TIMEOUT(status(), u"Upload queue finished: 300 uploaded"_s, 60'000);
         QCOMPARE(stored().size(), 300);
     }
 
     void memoryDoesNotGrowWithTheFile() {
-        QFile sparse(m_files->filePath(QStringLiteral("Huge.mkv")));
+        QFile sparse(m_files->filePath(u"Huge.mkv"_s));
         QVERIFY(sparse.open(QIODevice::WriteOnly) && sparse.resize(qint64(4) << 30));
         sparse.close();
         const long before = peakKilobytes();
-        QVERIFY(m_tv.setFault({{QStringLiteral("path"), QStringLiteral("api/files/upload")},
-                               {QStringLiteral("kind"), QStringLiteral("fill-up")},
-                               {QStringLiteral("bytes"), qint64(4) << 30}}));
+        QVERIFY(m_tv.setFault({{u"path"_s, u"api/files/upload"_s},
+                               {u"kind"_s, u"fill-up"_s},
+                               {u"bytes"_s, qint64(4) << 30}}));
         m_real->model.uploads()->queueUploadsFromPicker({QUrl::fromLocalFile(sparse.fileName())});
-        QTRY_VERIFY_WITH_TIMEOUT(status().startsWith(QStringLiteral("Upload queue finished")),
-                                 100'000);
+        QTRY_VERIFY_WITH_TIMEOUT(status().startsWith(u"Upload queue finished"_s), 100'000);
         const long grown = peakKilobytes() - before;
         QVERIFY2(grown < 16 << 10, qPrintable(QString::number(grown)));
     }
@@ -238,8 +232,8 @@ private:
     }
     void upload(const QList<QUrl>& urls) {
         m_real->model.uploads()->queueUploadsFromPicker(urls);
-        QTRY_VERIFY_WITH_TIMEOUT(m_said.join(u'\n').contains(QStringLiteral("queue finished")) &&
-                                     status().startsWith(QStringLiteral("Upload queue finished")),
+        QTRY_VERIFY_WITH_TIMEOUT(m_said.join(u'\n').contains(u"queue finished"_s) &&
+                                     status().startsWith(u"Upload queue finished"_s),
                                  30'000);
         m_said.append(QString());
     }

@@ -6,12 +6,13 @@
 #include <QRegularExpression>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 using namespace std::chrono_literals;
 
 namespace {
 
-const QUrl Tv(QStringLiteral("http://TV.local:8080/api/files"));
+const QUrl Tv(u"http://TV.local:8080/api/files"_s);
 
 HttpReply replyWith(const QByteArray& token, const QByteArray& lifetime) {
     HttpReply reply;
@@ -32,52 +33,49 @@ private Q_SLOTS:
         MemorySettings settings;
         FakeClock clock;
         const QString id = AuthTokens(settings, clock).controlClientId();
-        QVERIFY(
-            QRegularExpression(QStringLiteral("^mac-[0-9a-f]{8}-([0-9a-f]{4}-){3}[0-9a-f]{12}$"))
-                .match(id)
-                .hasMatch());
+        QVERIFY(QRegularExpression(u"^mac-[0-9a-f]{8}-([0-9a-f]{4}-){3}[0-9a-f]{12}$"_s)
+                    .match(id)
+                    .hasMatch());
         QCOMPARE(AuthTokens(settings, clock).controlClientId(), id);
-        settings.texts[QStringLiteral("ombra.controlClientId.v1")] = QStringLiteral("  mine \n");
-        QCOMPARE(AuthTokens(settings, clock).controlClientId(), QStringLiteral("mine"));
+        settings.texts[u"ombra.controlClientId.v1"_s] = u"  mine \n"_s;
+        QCOMPARE(AuthTokens(settings, clock).controlClientId(), u"mine"_s);
     }
 
     void aTokenIsKnownUnderEveryUrlOfItsTv() {
         MemorySettings settings;
         FakeClock clock;
         AuthTokens tokens(settings, clock);
-        QVERIFY(tokens.storeAuthToken({QStringLiteral(" secret "), 300}, Tv));
-        const QUrl sameTv(QStringLiteral("http://tv.LOCAL:8080"));
-        QCOMPARE(tokens.storedAuthToken(sameTv), QStringLiteral("secret"));
-        QVERIFY(!tokens.storedAuthToken(QUrl(QStringLiteral("http://tv.local:8081"))));
-        QCOMPARE(settings.reals.value(QStringLiteral("ombra.authTokenExpiryMs.v1.tv.local:8080")),
+        QVERIFY(tokens.storeAuthToken({u" secret "_s, 300}, Tv));
+        const QUrl sameTv(u"http://tv.LOCAL:8080"_s);
+        QCOMPARE(tokens.storedAuthToken(sameTv), u"secret"_s);
+        QVERIFY(!tokens.storedAuthToken(QUrl(u"http://tv.local:8081"_s)));
+        QCOMPARE(settings.reals.value(u"ombra.authTokenExpiryMs.v1.tv.local:8080"_s),
                  double(clock.wallTime().time_since_epoch().count() + 300'000));
 
         HttpRequest request;
         tokens.applyControlHeaders(request, sameTv);
         QCOMPARE(request.headers.size(), 2);
         QCOMPARE(request.headers[1].second, QByteArray("secret"));
-        QCOMPARE(tokens.authQueryItems(sameTv)[1].second, QStringLiteral("secret"));
-        QCOMPARE(tokens.authQueryItems(QUrl(QStringLiteral("http://other")))[0].first,
-                 QStringLiteral("clientId"));
-        QCOMPARE(tokenDeviceKey(QUrl(QStringLiteral("http://Other"))), QStringLiteral("other:80"));
-        QCOMPARE(tokenDeviceKey(QUrl()), QStringLiteral("unknown:80"));
+        QCOMPARE(tokens.authQueryItems(sameTv)[1].second, u"secret"_s);
+        QCOMPARE(tokens.authQueryItems(QUrl(u"http://other"_s))[0].first, u"clientId"_s);
+        QCOMPARE(tokenDeviceKey(QUrl(u"http://Other"_s)), u"other:80"_s);
+        QCOMPARE(tokenDeviceKey(QUrl()), u"unknown:80"_s);
     }
 
     void repliesStoreReplaceOrRemoveTheToken_data() {
         QTest::addColumn<QByteArray>("token");
         QTest::addColumn<QByteArray>("lifetime");
         QTest::addColumn<QString>("stored");
-        const QString old = QStringLiteral("old");
+        const QString old = u"old"_s;
         QTest::newRow("neither") << QByteArray() << QByteArray() << old;
-        QTest::newRow("both") << QByteArray("new") << QByteArray(" +60 ") << QStringLiteral("new");
+        QTest::newRow("both") << QByteArray("new") << QByteArray(" +60 ") << u"new"_s;
         QTest::newRow("token only") << QByteArray("new") << QByteArray() << QString();
         QTest::newRow("lifetime only") << QByteArray() << QByteArray("60") << QString();
         QTest::newRow("zero") << QByteArray("new") << QByteArray("0") << QString();
         QTest::newRow("negative") << QByteArray("new") << QByteArray("-5") << QString();
         QTest::newRow("no number") << QByteArray("new") << QByteArray("soon") << QString();
         QTest::newRow("blank token") << QByteArray("  ") << QByteArray("60") << QString();
-        QTest::newRow("huge") << QByteArray("new") << QByteArray("9223372036854775807")
-                              << QStringLiteral("new");
+        QTest::newRow("huge") << QByteArray("new") << QByteArray("9223372036854775807") << u"new"_s;
         QTest::newRow("token that could not be sent")
             << QByteArray("a\tb") << QByteArray("60") << old;
     }
@@ -88,7 +86,7 @@ private Q_SLOTS:
         MemorySettings settings;
         FakeClock clock;
         AuthTokens tokens(settings, clock);
-        tokens.storeAuthToken({QStringLiteral("old"), 60}, Tv);
+        tokens.storeAuthToken({u"old"_s, 60}, Tv);
         if (const auto grant = authGrant(replyWith(token, lifetime)))
             tokens.storeAuthToken(*grant, Tv);
         QCOMPARE(tokens.storedAuthToken(Tv).value_or(QString()), stored);
@@ -100,7 +98,7 @@ private Q_SLOTS:
         FakeClock clock;
         AuthTokens tokens(settings, clock);
         QVERIFY(!tokens.authTokenExpiresSoon(Tv));
-        tokens.storeAuthToken({QStringLiteral("token"), 100}, Tv);
+        tokens.storeAuthToken({u"token"_s, 100}, Tv);
         clock.advance(39'999ms);
         QVERIFY(!tokens.authTokenExpiresSoon(Tv));
         clock.advance(1ms);
@@ -108,7 +106,7 @@ private Q_SLOTS:
         clock.advance(1h);
         QVERIFY(tokens.authTokenExpiresSoon(Tv));
         for (const double broken : {std::nan(""), 1e300, -1.0, 0.5}) {
-            settings.reals[QStringLiteral("ombra.authTokenExpiryMs.v1.tv.local:8080")] = broken;
+            settings.reals[u"ombra.authTokenExpiryMs.v1.tv.local:8080"_s] = broken;
             QVERIFY(!tokens.authTokenExpiresSoon(Tv));
         }
     }
@@ -149,9 +147,8 @@ private Q_SLOTS:
         for (const char* host : {"", "my tv", "a/b", "u@h", "a?b", "a#b", "::1"})
             QVERIFY2(!url(host, 80), host);
         QVERIFY(!url("tv.local", 70000));
-        const auto request =
-            tvRequest("POST", *url("tv.local", 80), QStringLiteral("api/files/delete"),
-                      {{QStringLiteral("name"), QStringLiteral("a+b &c=é.mkv")}});
+        const auto request = tvRequest("POST", *url("tv.local", 80), u"api/files/delete"_s,
+                                       {{u"name"_s, u"a+b &c=é.mkv"_s}});
         QCOMPARE(request.url,
                  QByteArray("http://tv.local:80/api/files/delete?name=a%2Bb%20%26c%3D%C3%A9.mkv"));
     }

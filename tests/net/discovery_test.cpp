@@ -2,12 +2,13 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 using namespace std::chrono_literals;
 
 namespace {
 
-const QString PersistedKey = QStringLiteral("ombra.selectedDeviceKey");
+const QString PersistedKey = u"ombra.selectedDeviceKey"_s;
 
 struct DiscoveryFixture : ModelFixture {
     DiscoveryFixture() { model.discovery()->refreshDiscovery(); }
@@ -25,8 +26,8 @@ struct DiscoveryFixture : ModelFixture {
     }
 };
 
-const ResolvedService Bedroom = serviceAt(QStringLiteral("Bedroom"), {10, 0, 0, 1}, 80);
-const ResolvedService Attic = serviceAt(QStringLiteral("attic"), {10, 0, 0, 2}, 80);
+const ResolvedService Bedroom = serviceAt(u"Bedroom"_s, {10, 0, 0, 1}, 80);
+const ResolvedService Attic = serviceAt(u"attic"_s, {10, 0, 0, 2}, 80);
 
 } // namespace
 
@@ -36,15 +37,15 @@ class DiscoveryTest : public QObject {
 private Q_SLOTS:
     void tvsAreProbedListedInOrderAndTheFirstIsSelected() {
         DiscoveryFixture fixture;
-        QCOMPARE(fixture.browser.searches, QStringList(QStringLiteral("_ombra._tcp. local.")));
+        QCOMPARE(fixture.browser.searches, QStringList(u"_ombra._tcp. local."_s));
         fixture.find(Bedroom, R"({"name":" Big TV ","deviceModel":"KD-55"})");
-        QCOMPARE(fixture.status(), QStringLiteral("Found 1 TV device(s)"));
+        QCOMPARE(fixture.status(), u"Found 1 TV device(s)"_s);
         QCOMPARE(fixture.http.sent.last().timeouts.total, 1500ms);
         fixture.find(Attic, R"({"name":"  "})");
-        QCOMPARE(fixture.names(), QStringList({QStringLiteral("attic"), QStringLiteral("Big TV")}));
-        QCOMPARE(fixture.model.selected()->key(), QStringLiteral("10.0.0.1:80"));
-        QCOMPARE(fixture.settings.texts.value(PersistedKey), QStringLiteral("10.0.0.1:80"));
-        QCOMPARE(fixture.model.selected()->device()->deviceModel, QStringLiteral("KD-55"));
+        QCOMPARE(fixture.names(), QStringList({u"attic"_s, u"Big TV"_s}));
+        QCOMPARE(fixture.model.selected()->key(), u"10.0.0.1:80"_s);
+        QCOMPARE(fixture.settings.texts.value(PersistedKey), u"10.0.0.1:80"_s);
+        QCOMPARE(fixture.model.selected()->device()->deviceModel, u"KD-55"_s);
     }
 
     void aTvThatDoesNotAnswerTheProbeIsListedAsAnnounced() {
@@ -52,10 +53,9 @@ private Q_SLOTS:
         fixture.browser.announce(Bedroom);
         fixture.clock.advance(0ms);
         fixture.http.answer(InfoPath, HttpErrorCode::TimedOut);
-        QCOMPARE(fixture.names(), QStringList(QStringLiteral("Bedroom")));
+        QCOMPARE(fixture.names(), QStringList(u"Bedroom"_s));
         fixture.find(Attic, R"({"apiVersion":"3","name":"never"})");
-        QCOMPARE(fixture.names(),
-                 QStringList({QStringLiteral("attic"), QStringLiteral("Bedroom")}));
+        QCOMPARE(fixture.names(), QStringList({u"attic"_s, u"Bedroom"_s}));
     }
 
     void whatDoesNotResolveIsDroppedSilently() {
@@ -73,10 +73,10 @@ private Q_SLOTS:
         ipv6.family = HostAddress::Family::IPv6;
         ResolvedService service = Bedroom;
         service.addresses.prepend(ipv6);
-        QCOMPARE(endpointOf(service)->host, QStringLiteral("10.0.0.1"));
+        QCOMPARE(endpointOf(service)->host, u"10.0.0.1"_s);
         service.addresses = {ipv6};
-        service.hostName = QStringLiteral(".tv.local..");
-        QCOMPARE(endpointOf(service)->host, QStringLiteral("tv.local"));
+        service.hostName = u".tv.local.."_s;
+        QCOMPARE(endpointOf(service)->host, u"tv.local"_s);
         service.hostName.reset();
         QVERIFY(!endpointOf(service));
         service = Bedroom;
@@ -86,11 +86,11 @@ private Q_SLOTS:
 
     void thePersistedTvIsPreferredOnceFound() {
         DiscoveryFixture fixture;
-        fixture.settings.texts[PersistedKey] = QStringLiteral(" 10.0.0.2:80 ");
+        fixture.settings.texts[PersistedKey] = u" 10.0.0.2:80 "_s;
         fixture.browser.services = {{Attic.name, Attic}, {Bedroom.name, Bedroom}};
         fixture.find(Attic);
         fixture.find(Bedroom);
-        QCOMPARE(fixture.model.selected()->name(), QStringLiteral("attic"));
+        QCOMPARE(fixture.model.selected()->name(), u"attic"_s);
     }
 
     void aRefreshKeepsTheSelectionUntilAnotherTvIsFirst() {
@@ -98,24 +98,23 @@ private Q_SLOTS:
         fixture.find(Bedroom);
         fixture.model.discovery()->refreshDiscovery();
         QVERIFY(fixture.names().isEmpty());
-        QCOMPARE(fixture.status(), QStringLiteral("Searching for TVs on local network..."));
-        QCOMPARE(fixture.model.selected()->name(), QStringLiteral("Bedroom"));
+        QCOMPARE(fixture.status(), u"Searching for TVs on local network..."_s);
+        QCOMPARE(fixture.model.selected()->name(), u"Bedroom"_s);
         fixture.find(Bedroom, R"({"name":"Renamed"})"); // back first: taken over without a reset
-        QCOMPARE(fixture.model.selected()->name(), QStringLiteral("Bedroom"));
+        QCOMPARE(fixture.model.selected()->name(), u"Bedroom"_s);
         fixture.find(Bedroom, R"({"name":"Renamed"})");
-        QCOMPARE(fixture.model.selected()->name(), QStringLiteral("Renamed"));
+        QCOMPARE(fixture.model.selected()->name(), u"Renamed"_s);
 
         fixture.model.discovery()->refreshDiscovery();
         fixture.find(Attic);
-        QCOMPARE(fixture.model.selected()->name(), QStringLiteral("attic"));
-        QCOMPARE(fixture.settings.texts.value(PersistedKey), QStringLiteral("10.0.0.2:80"));
+        QCOMPARE(fixture.model.selected()->name(), u"attic"_s);
+        QCOMPARE(fixture.settings.texts.value(PersistedKey), u"10.0.0.2:80"_s);
     }
 
     void theListHasAStrictOrder() {
-        const auto lowerHost =
-            tvNamed(QStringLiteral("Living Room"), QStringLiteral(" A.local"), 9);
-        const auto lowerPort = tvNamed(QStringLiteral("living room"), QStringLiteral("b.local"), 8);
-        const auto last = tvNamed(QStringLiteral("LIVING ROOM"), QStringLiteral("B.local"), 9);
+        const auto lowerHost = tvNamed(u"Living Room"_s, u" A.local"_s, 9);
+        const auto lowerPort = tvNamed(u"living room"_s, u"b.local"_s, 8);
+        const auto last = tvNamed(u"LIVING ROOM"_s, u"B.local"_s, 9);
         const QList<TVEndpoint> order{lowerHost, lowerPort, last};
         for (int a = 0; a < 3; ++a) {
             for (int b = 0; b < 3; ++b)

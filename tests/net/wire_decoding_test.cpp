@@ -3,6 +3,7 @@
 #include <QRandomGenerator>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 
 namespace {
@@ -47,9 +48,9 @@ private Q_SLOTS:
     void aListingKeepsEveryField() {
         const auto response = decode<FilesResponse>(Files);
         QCOMPARE(response.files.size(), 1);
-        QVERIFY((response.files[0] == RemoteFile{QStringLiteral("a.mkv"), QStringLiteral("VIDEO"),
-                                                 3000000000, 1700000000123}));
-        QCOMPARE(response.videos[0].storageLocation, QStringLiteral("USB"));
+        QVERIFY(
+            (response.files[0] == RemoteFile{u"a.mkv"_s, u"VIDEO"_s, 3000000000, 1700000000123}));
+        QCOMPARE(response.videos[0].storageLocation, u"USB"_s);
         QVERIFY(!response.videos[0].lastModifiedMs);
         QCOMPARE(response.usbStorage->cachedVideoBytes, 4);
         QVERIFY(!response.storage && !response.internalStorage && !response.usbSetupHint);

@@ -1,5 +1,5 @@
-#include "platform/http/curl_http_session.h"
 #include "platform/host_resolver.h"
+#include "platform/http/curl_http_session.h"
 #include "platform/http/http_early_answer.h"
 #include "support/raw_server.h"
 
@@ -9,6 +9,7 @@
 
 #include <mutex>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 using namespace std::chrono_literals;
 
@@ -87,7 +88,7 @@ class HttpSessionTest : public QObject {
     QTemporaryDir m_directory;
 
     QString file(const QByteArray& content) const {
-        QFile result(m_directory.filePath(QStringLiteral("body")));
+        QFile result(m_directory.filePath(u"body"_s));
         if (result.open(QIODevice::WriteOnly))
             result.write(content);
         return result.fileName();
@@ -168,7 +169,7 @@ private Q_SLOTS:
         injecting.headers = {{"X-Quiv-Auth-Token", "a\r\nX-Evil: 1"}};
         QCOMPARE(outcomeOf(injecting).error, HttpErrorCode::BadUrl);
         HttpRequest missing = request("PUT", "http://127.0.0.1:1/");
-        missing.bodyFile = m_directory.filePath(QStringLiteral("missing"));
+        missing.bodyFile = m_directory.filePath(u"missing"_s);
         QCOMPARE(outcomeOf(missing).error, HttpErrorCode::CannotReadFile);
     }
 
@@ -215,7 +216,7 @@ private Q_SLOTS:
         });
         HttpRequest put = request("PUT", server.url("/upload"));
         put.bodyFile = file(content);
-        put.replyFile = m_directory.filePath(QStringLiteral("reply"));
+        put.replyFile = m_directory.filePath(u"reply"_s);
         QCOMPARE(*outcomeOf(put).error, HttpErrorCode::CannotWriteFile); // nobody wants it
         QVERIFY(!QFile::exists(put.replyFile));
         QVERIFY(QFile(put.replyFile).open(QIODevice::WriteOnly));
@@ -237,7 +238,7 @@ private Q_SLOTS:
     void aFileThatShrinksIsAnErrorNotAHang() {
         const RawServer server([this](RawServer::Connection& connection) {
             connection.readHeaders();
-            QFile::resize(m_directory.filePath(QStringLiteral("body")), 10);
+            QFile::resize(m_directory.filePath(u"body"_s), 10);
             connection.awaitClose();
         });
         HttpRequest put = request("PUT", server.url());
@@ -317,18 +318,17 @@ private Q_SLOTS:
         QTRY_VERIFY(outcome.isThere());
         QVERIFY(outcome.reply);
         QVERIFY(seen.all().contains("\r\nHost: tv.local:" + port + "\r\n"));
-        QCOMPARE(resolver.asked, QStringList(QStringLiteral("tv.local")));
+        QCOMPARE(resolver.asked, QStringList(u"tv.local"_s));
         QVERIFY(resolver.forgotten.isEmpty());
 
         Outcome failed;
         task = exchange(session, request("GET", "http://xn--kche-0ra.local:1/"), &failed);
         QTRY_COMPARE(failed.error, HttpErrorCode::CannotConnect);
-        QCOMPARE(resolver.forgotten, QStringList(QStringLiteral("küche.local")));
+        QCOMPARE(resolver.forgotten, QStringList(u"küche.local"_s));
     }
 
     void everythingButUnreservedCharactersIsEncoded() {
-        QCOMPARE(percentEncoded(QStringLiteral("a+b c&d=é/~-_.")),
-                 QByteArray("a%2Bb%20c%26d%3D%C3%A9%2F~-_."));
+        QCOMPARE(percentEncoded(u"a+b c&d=é/~-_."_s), QByteArray("a%2Bb%20c%26d%3D%C3%A9%2F~-_."));
     }
 };
 

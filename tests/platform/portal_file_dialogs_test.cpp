@@ -6,16 +6,17 @@
 #include <QDBusObjectPath>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 using namespace std::chrono_literals;
 
 namespace {
 
-const QString PortalPath = QStringLiteral("/org/freedesktop/portal/desktop");
-const QString PortalService = QStringLiteral("org.freedesktop.portal.Desktop");
+const QString PortalPath = u"/org/freedesktop/portal/desktop"_s;
+const QString PortalService = u"org.freedesktop.portal.Desktop"_s;
 
 QDBusConnection portalBus() {
-    return QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("portal"));
+    return QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"portal"_s);
 }
 
 } // namespace
@@ -53,7 +54,7 @@ public:
     }
     void leave() { portalBus().unregisterService(PortalService); }
     void respond(uint response, const QStringList& uris = {}) {
-        Q_EMIT m_dialog.Response(response, {{QStringLiteral("uris"), uris}});
+        Q_EMIT m_dialog.Response(response, {{u"uris"_s, uris}});
     }
 
     Manner manner = Manner::Opens;
@@ -83,8 +84,8 @@ private:
             setDelayedReply(true);
         const QString sender = message().service().mid(1).replace(u'.', u'_');
         portalBus().unregisterObject(m_handle.path()); // signals come from one path
-        m_handle = QDBusObjectPath(PortalPath + QStringLiteral("/request/") + sender + u'/' +
-                                   given.value(QStringLiteral("handle_token")).toString());
+        m_handle = QDBusObjectPath(PortalPath + u"/request/"_s + sender + u'/' +
+                                   given.value(u"handle_token"_s).toString());
         portalBus().registerObject(m_handle.path(), &m_dialog,
                                    QDBusConnection::ExportAllSlots |
                                        QDBusConnection::ExportAllSignals);
@@ -104,22 +105,21 @@ struct Asking {
     explicit Asking(Purpose purpose) : task(run(purpose)) {}
 
     Task<> run(Purpose purpose) {
-        auto asking = dialogs.ask({purpose, QStringLiteral("A title"), QStringLiteral("Take"),
-                                   QStringLiteral("Name.mkv")});
+        auto asking = dialogs.ask({purpose, u"A title"_s, u"Take"_s, u"Name.mkv"_s});
         answer = co_await std::move(asking);
     }
     QString ended() const {
         if (!task.isDone())
-            return QStringLiteral("open");
+            return u"open"_s;
         if (!answer)
-            return QStringLiteral("none");
+            return u"none"_s;
         QStringList files;
         for (const QUrl& file : *answer)
             files.append(file.toLocalFile());
         return files.join(u',');
     }
 
-    PortalFileDialogs dialogs{[] { return QStringLiteral("x11:2a"); }, 300ms};
+    PortalFileDialogs dialogs{[] { return u"x11:2a"_s; }, 300ms};
     FileDialogAnswer answer;
     Task<> task;
 };
@@ -134,52 +134,50 @@ private Q_SLOTS:
         Portal portal;
         Asking several(Purpose::OpenSeveral);
         QTRY_COMPARE(portal.calls, QByteArrayList{"open"});
-        QCOMPARE(portal.parent, QStringLiteral("x11:2a"));
-        QCOMPARE(portal.title, QStringLiteral("A title"));
-        QCOMPARE(portal.options.value(QStringLiteral("multiple")), QVariant(true));
-        QCOMPARE(portal.options.value(QStringLiteral("accept_label")).toString(),
-                 QStringLiteral("Take"));
-        portal.respond(0, {QStringLiteral("file:///tmp/a%20b.mkv"), QStringLiteral("file:///c")});
-        QTRY_COMPARE(several.ended(), QStringLiteral("/tmp/a b.mkv,/c"));
+        QCOMPARE(portal.parent, u"x11:2a"_s);
+        QCOMPARE(portal.title, u"A title"_s);
+        QCOMPARE(portal.options.value(u"multiple"_s), QVariant(true));
+        QCOMPARE(portal.options.value(u"accept_label"_s).toString(), u"Take"_s);
+        portal.respond(0, {u"file:///tmp/a%20b.mkv"_s, u"file:///c"_s});
+        QTRY_COMPARE(several.ended(), u"/tmp/a b.mkv,/c"_s);
 
         Asking one(Purpose::OpenOne);
         QTRY_COMPARE(portal.calls.size(), 2);
-        QVERIFY(!portal.options.contains(QStringLiteral("multiple")));
+        QVERIFY(!portal.options.contains(u"multiple"_s));
         portal.respond(1);
         QTRY_COMPARE(one.ended(), QString());
 
         Asking save(Purpose::Save);
         QTRY_COMPARE(portal.calls.constLast(), "save");
-        QCOMPARE(portal.options.value(QStringLiteral("current_name")).toString(),
-                 QStringLiteral("Name.mkv"));
-        portal.respond(0, {QStringLiteral("file:///d.mkv")});
-        QTRY_COMPARE(save.ended(), QStringLiteral("/d.mkv"));
+        QCOMPARE(portal.options.value(u"current_name"_s).toString(), u"Name.mkv"_s);
+        portal.respond(0, {u"file:///d.mkv"_s});
+        QTRY_COMPARE(save.ended(), u"/d.mkv"_s);
         QVERIFY(!portal.calls.contains("close"));
     }
 
     void withoutAPortalThatOpensItThereIsNoDialog() {
         const Asking nobody(Purpose::OpenOne);
-        QTRY_COMPARE(nobody.ended(), QStringLiteral("none"));
+        QTRY_COMPARE(nobody.ended(), u"none"_s);
         Portal portal;
         portal.manner = Portal::Manner::Refuses;
         const Asking refused(Purpose::OpenOne);
-        QTRY_COMPARE(refused.ended(), QStringLiteral("none"));
+        QTRY_COMPARE(refused.ended(), u"none"_s);
         portal.manner = Portal::Manner::Opens;
         const Asking broken(Purpose::OpenOne);
         QTRY_COMPARE(portal.calls.count("open"), 2);
         portal.respond(2);
-        QTRY_COMPARE(broken.ended(), QStringLiteral("none"));
+        QTRY_COMPARE(broken.ended(), u"none"_s);
         const Asking left(Purpose::OpenOne);
         QTRY_COMPARE(portal.calls.count("open"), 3);
         portal.leave();
-        QTRY_COMPARE(left.ended(), QStringLiteral("none"));
+        QTRY_COMPARE(left.ended(), u"none"_s);
     }
 
     void aDialogThatComesTooLateIsClosed() {
         Portal portal;
         portal.manner = Portal::Manner::KeepsSilent;
         const Asking late(Purpose::OpenOne);
-        QTRY_COMPARE(late.ended(), QStringLiteral("none"));
+        QTRY_COMPARE(late.ended(), u"none"_s);
         QTRY_COMPARE(portal.calls, QByteArrayList({"open", "close"}));
     }
 

@@ -10,12 +10,13 @@
 #include <sys/resource.h>
 #include <thread>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 
 namespace {
 
-const QString TextKey = QStringLiteral("a.text");
-const QString RealKey = QStringLiteral("a.real");
+const QString TextKey = u"a.text"_s;
+const QString RealKey = u"a.real"_s;
 
 } // namespace
 
@@ -28,15 +29,15 @@ class SettingsStoreTest : public QObject {
 private Q_SLOTS:
     void init() {
         m_path = m_directory.filePath(QString::fromUtf8(QTest::currentTestFunction()) +
-                                      QStringLiteral("/settings.json"));
+                                      u"/settings.json"_s);
     }
 
     void valuesAreOnDiskWhenSetAndReadableByTheOwnerOnly() {
         FileSettingsStore store(m_path);
-        store.setText(TextKey, QStringLiteral("schlüssel \u202e"));
+        store.setText(TextKey, u"schlüssel \u202e"_s);
         store.setReal(RealKey, 1'700'000'000'123.0);
         const FileSettingsStore later(m_path);
-        QCOMPARE(later.text(TextKey), QStringLiteral("schlüssel \u202e"));
+        QCOMPARE(later.text(TextKey), u"schlüssel \u202e"_s);
         QCOMPARE(later.real(RealKey), 1'700'000'000'123.0);
         QVERIFY(!later.text(RealKey));
         QVERIFY(!later.real(TextKey));
@@ -55,20 +56,20 @@ private Q_SLOTS:
             for (int number = 0; number < 40; ++number)
                 store.setReal(prefix + QString::number(number), number);
         };
-        std::thread first(write, QStringLiteral("first."));
-        std::thread second(write, QStringLiteral("second."));
+        std::thread first(write, u"first."_s);
+        std::thread second(write, u"second."_s);
         first.join();
         second.join();
         const FileSettingsStore store(m_path);
         for (int number = 0; number < 40; ++number) {
-            QCOMPARE(store.real(QStringLiteral("first.%1").arg(number)), number);
-            QCOMPARE(store.real(QStringLiteral("second.%1").arg(number)), number);
+            QCOMPARE(store.real(u"first.%1"_s.arg(number)), number);
+            QCOMPARE(store.real(u"second.%1"_s.arg(number)), number);
         }
     }
 
     void aFullDiskLosesNothingThatWasThere() {
         FileSettingsStore store(m_path);
-        store.setText(TextKey, QStringLiteral("kept"));
+        store.setText(TextKey, u"kept"_s);
         {
             // No file of this process may grow beyond 64 bytes: writes fail as on a full disk.
             const auto previous = ::signal(SIGXFSZ, SIG_IGN);
@@ -76,16 +77,16 @@ private Q_SLOTS:
             ::getrlimit(RLIMIT_FSIZE, &limit);
             const rlimit full{64, limit.rlim_max};
             ::setrlimit(RLIMIT_FSIZE, &full);
-            store.setText(QStringLiteral("a.long"), QString(4096, u'x'));
+            store.setText(u"a.long"_s, QString(4096, u'x'));
             ::setrlimit(RLIMIT_FSIZE, &limit);
             ::signal(SIGXFSZ, previous);
         }
-        QCOMPARE(FileSettingsStore(m_path).text(TextKey), QStringLiteral("kept"));
-        QVERIFY(!FileSettingsStore(m_path).text(QStringLiteral("a.long")));
-        QCOMPARE(store.text(QStringLiteral("a.long"))->size(), 4096);
+        QCOMPARE(FileSettingsStore(m_path).text(TextKey), u"kept"_s);
+        QVERIFY(!FileSettingsStore(m_path).text(u"a.long"_s));
+        QCOMPARE(store.text(u"a.long"_s)->size(), 4096);
 
         store.setReal(RealKey, 1);
-        QCOMPARE(FileSettingsStore(m_path).text(QStringLiteral("a.long"))->size(), 4096);
+        QCOMPARE(FileSettingsStore(m_path).text(u"a.long"_s)->size(), 4096);
     }
 
     void aFileThatIsNoSettingsIsKeptAside() {
@@ -96,9 +97,9 @@ private Q_SLOTS:
         file.close();
         FileSettingsStore store(m_path);
         QVERIFY(!store.text(TextKey));
-        store.setText(TextKey, QStringLiteral("new"));
-        QCOMPARE(FileSettingsStore(m_path).text(TextKey), QStringLiteral("new"));
-        QFile aside(m_path + QStringLiteral(".unreadable"));
+        store.setText(TextKey, u"new"_s);
+        QCOMPARE(FileSettingsStore(m_path).text(TextKey), u"new"_s);
+        QFile aside(m_path + u".unreadable"_s);
         QVERIFY(aside.open(QIODevice::ReadOnly));
         QCOMPARE(aside.readAll(), QByteArray("{\"a.text\": \"half"));
     }

@@ -1,14 +1,15 @@
 #include "platform/async/background.h"
-#include "platform/clock.h"
 #include "platform/async/task.h"
 #include "platform/async/task_set.h"
 #include "platform/async/turnstile.h"
+#include "platform/clock.h"
 #include "support/fake_clock.h"
 
 #include <QTest>
 
 #include <stdexcept>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 using namespace std::chrono_literals;
 
@@ -34,7 +35,7 @@ Task<int> failAfter(Clock& clock) {
 }
 
 Task<> nested(Clock& clock, QStringList* log) {
-    const Witness witness{log, QStringLiteral("locals gone")};
+    const Witness witness{log, u"locals gone"_s};
     auto first = valueAfter(clock, 1);
     const int one = co_await std::move(first);
     log->append(QString::number(one));
@@ -49,12 +50,12 @@ Task<> nested(Clock& clock, QStringList* log) {
 }
 
 Task<> callThenSleep(Clock& clock, std::function<void()> call, QStringList* log) {
-    const Witness witness{log, QStringLiteral("locals gone")};
+    const Witness witness{log, u"locals gone"_s};
     call();
-    log->append(QStringLiteral("ran on"));
+    log->append(u"ran on"_s);
     auto sleep = sleepFor(clock, 10ms);
     co_await std::move(sleep);
-    log->append(QStringLiteral("never"));
+    log->append(u"never"_s);
 }
 
 Task<> sleepThenCall(Clock& clock, std::function<void()> call, QStringList* log) {
@@ -62,16 +63,15 @@ Task<> sleepThenCall(Clock& clock, std::function<void()> call, QStringList* log)
     co_await std::move(sleep);
     auto rest = callThenSleep(clock, std::move(call), log);
     co_await std::move(rest);
-    log->append(QStringLiteral("never"));
+    log->append(u"never"_s);
 }
 
 Task<> computeInBackground(QStringList* log) {
     const auto mainThread = QThread::currentThread();
     auto work = inBackground([mainThread] { return QThread::currentThread() != mainThread; });
     const bool wasElsewhere = co_await std::move(work);
-    log->append(wasElsewhere && QThread::currentThread() == mainThread
-                    ? QStringLiteral("there and back")
-                    : QStringLiteral("wrong thread"));
+    log->append(wasElsewhere && QThread::currentThread() == mainThread ? u"there and back"_s
+                                                                       : u"wrong thread"_s);
     auto failing = inBackground([]() -> int { throw std::runtime_error("worker broke"); });
     try {
         co_await std::move(failing);
@@ -99,8 +99,7 @@ private Q_SLOTS:
         QStringList log;
         Task<> task = nested(clock, &log);
         clock.advance(30ms);
-        QCOMPARE(log, QStringList({QStringLiteral("1"), QStringLiteral("broken"),
-                                   QStringLiteral("2"), QStringLiteral("locals gone")}));
+        QCOMPARE(log, QStringList({u"1"_s, u"broken"_s, u"2"_s, u"locals gone"_s}));
         QVERIFY(task.isDone());
     }
 
@@ -112,7 +111,7 @@ private Q_SLOTS:
             clock.advance(awaits * 10ms);
             QCOMPARE(clock.pendingTimers(), 1u);
             task.cancel();
-            QCOMPARE(log.last(), QStringLiteral("locals gone"));
+            QCOMPARE(log.last(), u"locals gone"_s);
             QCOMPARE(clock.pendingTimers(), 0u);
             QCOMPARE(log.size(), awaits + 1);
         }
@@ -125,7 +124,7 @@ private Q_SLOTS:
         task = sleepThenCall(
             clock, [&task] { task.cancel(); }, &log);
         clock.advance(100ms);
-        QCOMPARE(log, QStringList({QStringLiteral("ran on"), QStringLiteral("locals gone")}));
+        QCOMPARE(log, QStringList({u"ran on"_s, u"locals gone"_s}));
         QCOMPARE(clock.pendingTimers(), 0u);
     }
 
@@ -134,7 +133,7 @@ private Q_SLOTS:
         QStringList log;
         Task<> task = nested(clock, &log);
         task = nested(clock, &log);
-        QCOMPARE(log, QStringList(QStringLiteral("locals gone")));
+        QCOMPARE(log, QStringList(u"locals gone"_s));
         clock.advance(30ms);
         QVERIFY(task.isDone());
     }
@@ -148,7 +147,7 @@ private Q_SLOTS:
             clock.advance(30ms);
             tasks.add(nested(clock, &log));
         }
-        QCOMPARE(log.count(QStringLiteral("locals gone")), 2);
+        QCOMPARE(log.count(u"locals gone"_s), 2);
         QCOMPARE(clock.pendingTimers(), 0u);
     }
 
@@ -156,8 +155,7 @@ private Q_SLOTS:
         QStringList log;
         Task<> task = computeInBackground(&log);
         QTRY_VERIFY(task.isDone());
-        QCOMPARE(log,
-                 QStringList({QStringLiteral("there and back"), QStringLiteral("worker broke")}));
+        QCOMPARE(log, QStringList({u"there and back"_s, u"worker broke"_s}));
     }
 
     void droppedBackgroundWorkResumesNothing() {
@@ -182,13 +180,13 @@ private Q_SLOTS:
             QCoreApplication::processEvents();
             return log.join(QString());
         };
-        QCOMPARE(entered(), QStringLiteral("ab"));
+        QCOMPARE(entered(), u"ab"_s);
         tasks[2].cancel(); // waits
         tasks[0].cancel(); // is inside: lets d in, who goes before being there
         tasks[3].cancel();
-        QCOMPARE(entered(), QStringLiteral("abe"));
+        QCOMPARE(entered(), u"abe"_s);
         clock.advance(10ms);
-        QCOMPARE(entered(), QStringLiteral("abef"));
+        QCOMPARE(entered(), u"abef"_s);
         clock.advance(10ms);
         QVERIFY(tasks[5].isDone());
     }

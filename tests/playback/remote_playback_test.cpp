@@ -3,12 +3,13 @@
 #include <QLocale>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 
 namespace {
 
-const TVEndpoint Tv = tvNamed(QStringLiteral("TV"), QStringLiteral("tv.local"));
-const TVEndpoint OtherTv = tvNamed(QStringLiteral("Other"), QStringLiteral("other.local"));
+const TVEndpoint Tv = tvNamed(u"TV"_s, u"tv.local"_s);
+const TVEndpoint OtherTv = tvNamed(u"Other"_s, u"other.local"_s);
 
 QByteArray playing(const QByteArray& name, int positionMs = 1000, bool isPlaying = true) {
     return R"({"currentVideoName":")" + name + R"(","isPlaying":)" +
@@ -40,7 +41,7 @@ private Q_SLOTS:
             QTest::newRow(query) << command << QString::fromLatin1(query);
         };
         using Command = PlaybackCommand;
-        row("command=play&name=a%20%2B%26b%C3%A9.mkv", Command::play(QStringLiteral("a +&bé.mkv")));
+        row("command=play&name=a%20%2B%26b%C3%A9.mkv", Command::play(u"a +&bé.mkv"_s));
         row("command=pause", Command::pause());
         row("command=resume", Command::resume());
         row("command=stop", Command::stop());
@@ -50,9 +51,9 @@ private Q_SLOTS:
         row("command=set_speed&speed=1.25", Command::setSpeed(1.25));
         row("command=set_speed&speed=2.00", Command::setSpeed(2));
         row("command=set_subtitle", Command::setSubtitle(std::nullopt));
-        row("command=set_subtitle&trackId=OFF", Command::setSubtitle(QStringLiteral("OFF")));
+        row("command=set_subtitle&trackId=OFF", Command::setSubtitle(u"OFF"_s));
         row("command=set_subtitle&trackId=", Command::setSubtitle(QString()));
-        row("command=set_audio&trackId=2", Command::setAudio(QStringLiteral("2")));
+        row("command=set_audio&trackId=2", Command::setAudio(u"2"_s));
     }
     void commandsSayExactlyWhatTheyMean() {
         QFETCH(PlaybackCommand, command);
@@ -61,12 +62,10 @@ private Q_SLOTS:
         Fixture fixture;
         fixture.selectPaired(Tv);
         fixture.playback().send(command);
-        QCOMPARE(fixture.takeTargets(PlaybackPath),
-                 QStringList(QStringLiteral("POST api/playback?") + query));
+        QCOMPARE(fixture.takeTargets(PlaybackPath), QStringList(u"POST api/playback?"_s + query));
         fixture.http.answer(PlaybackPath, "not read");
-        QCOMPARE(fixture.status(), QStringLiteral("Sent playback command: ") + command.command);
-        QCOMPARE(fixture.takeTargets(PlaybackPath),
-                 QStringList(QStringLiteral("GET api/playback")));
+        QCOMPARE(fixture.status(), u"Sent playback command: "_s + command.command);
+        QCOMPARE(fixture.takeTargets(PlaybackPath), QStringList(u"GET api/playback"_s));
     }
 
     void togglingDependsOnWhatTheTvShows() {
@@ -76,11 +75,10 @@ private Q_SLOTS:
             response.isPlaying = isPlaying;
             return response;
         };
-        const QString name = QStringLiteral("a.mkv");
+        const QString name = u"a.mkv"_s;
         QCOMPARE(toggleCommand(std::nullopt, name), PlaybackCommand::play(name));
         QCOMPARE(toggleCommand(playback(std::nullopt, true), name), PlaybackCommand::play(name));
-        QCOMPARE(toggleCommand(playback(QStringLiteral("A.mkv"), true), name),
-                 PlaybackCommand::play(name));
+        QCOMPARE(toggleCommand(playback(u"A.mkv"_s, true), name), PlaybackCommand::play(name));
         QCOMPARE(toggleCommand(playback(name, true), name), PlaybackCommand::pause());
         QCOMPARE(toggleCommand(playback(name, false), name), PlaybackCommand::resume());
     }
@@ -91,14 +89,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("message");
         QTest::addColumn<bool>("requiresPairing");
         QTest::newRow("401") << 401 << QByteArray()
-                             << QStringLiteral(
-                                    "Pairing required: enter the 3-digit code shown on TV.")
+                             << u"Pairing required: enter the 3-digit code shown on TV."_s << true;
+        QTest::newRow("429") << 429 << QByteArray(R"({"ok":false,"error":" Wait. "})") << u"Wait."_s
                              << true;
-        QTest::newRow("429") << 429 << QByteArray(R"({"ok":false,"error":" Wait. "})")
-                             << QStringLiteral("Wait.") << true;
-        QTest::newRow("500") << 500 << QByteArray("<html>") << QStringLiteral("<html>") << false;
-        QTest::newRow("garbage") << 503 << QByteArray("\xff\xfe")
-                                 << QStringLiteral("Upload failed (HTTP 503).") << false;
+        QTest::newRow("500") << 500 << QByteArray("<html>") << u"<html>"_s << false;
+        QTest::newRow("garbage") << 503 << QByteArray("\xff\xfe") << u"Upload failed (HTTP 503)."_s
+                                 << false;
         QTest::newRow("nothing") << 0 << QByteArray()
                                  << HttpError(HttpErrorCode::TimedOut).description() << false;
     }
@@ -114,7 +110,7 @@ private Q_SLOTS:
             fixture.http.answer(PlaybackPath, HttpErrorCode::TimedOut);
         else
             fixture.http.answer(PlaybackPath, body, status);
-        QCOMPARE(fixture.status(), QStringLiteral("Playback command failed: ") + message);
+        QCOMPARE(fixture.status(), u"Playback command failed: "_s + message);
         QCOMPARE(fixture.pairing().requiresControlPairing, requiresPairing);
         QCOMPARE(fixture.http.waiting(), 0u); // nothing is read after a refusal
     }
@@ -128,9 +124,8 @@ private Q_SLOTS:
         fixture.playback().send(PlaybackCommand::stop());
         fixture.http.answer(StatusPath, R"({"authorized":false})");
         QCOMPARE(fixture.takeTargets(PlaybackPath), QStringList());
-        QCOMPARE(
-            fixture.status(),
-            QStringLiteral("Pairing required for playback. Enter the 3-digit code shown on TV."));
+        QCOMPARE(fixture.status(),
+                 u"Pairing required for playback. Enter the 3-digit code shown on TV."_s);
     }
 
     void failedReadingsKeepWhatIsKnown() {
@@ -140,7 +135,7 @@ private Q_SLOTS:
         const auto before = fixture.playback().playback();
         const Task<> loud = fixture.playback().refreshPlayback(RemotePlayback::Errors::Reported);
         fixture.http.answer(PlaybackPath, R"({"isPlaying":true})");
-        QVERIFY(fixture.status().startsWith(QStringLiteral("Failed to fetch playback: ")));
+        QVERIFY(fixture.status().startsWith(u"Failed to fetch playback: "_s));
         const QString status = fixture.status();
         const Task<> silent = fixture.playback().refreshPlayback(RemotePlayback::Errors::Quiet);
         fixture.http.answer(PlaybackPath, HttpErrorCode::ConnectionLost);

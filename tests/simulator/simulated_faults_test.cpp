@@ -10,9 +10,10 @@
 #include <memory>
 #include <vector>
 
+using namespace Qt::StringLiterals;
 using namespace quiv::simulator;
 
-static constexpr int patienceMs = 5000;
+static constexpr int PatienceMs = 5000;
 
 // Faults that are on the wire and not only in the list.
 class TestSimulatedFaults : public QObject {
@@ -38,7 +39,7 @@ private Q_SLOTS:
 
 private:
     bool fault(const char* kind, QJsonObject parameters = {});
-    std::unique_ptr<RawExchange> ask(int silenceMs = patienceMs);
+    std::unique_ptr<RawExchange> ask(int silenceMs = PatienceMs);
     int firedCount();
 
     SimulatorProcess m_tv;
@@ -54,8 +55,8 @@ void TestSimulatedFaults::cleanup() {
 }
 
 bool TestSimulatedFaults::fault(const char* kind, QJsonObject parameters) {
-    parameters[QLatin1String("kind")] = QLatin1String(kind);
-    parameters[QLatin1String("path")] = QStringLiteral("api/info");
+    parameters["kind"_L1] = QLatin1String(kind);
+    parameters["path"_L1] = u"api/info"_s;
     return m_tv.setFault(parameters);
 }
 
@@ -66,25 +67,24 @@ std::unique_ptr<RawExchange> TestSimulatedFaults::ask(int silenceMs) {
 }
 
 int TestSimulatedFaults::firedCount() {
-    return m_tv.faults().at(0)[QLatin1String("fired")].toInt();
+    return m_tv.faults().at(0)["fired"_L1].toInt();
 }
 
 void TestSimulatedFaults::aFaultWithoutSenseIsRefused() {
     QVERIFY(!fault("no-such-kind"));
     QVERIFY(!fault("status"));
-    QVERIFY(!fault("trickle", {{QStringLiteral("bytesPerSecond"), QStringLiteral("10")}}));
-    QVERIFY(!m_tv.setFault({{QStringLiteral("kind"), QStringLiteral("hang")}}));
+    QVERIFY(!fault("trickle", {{u"bytesPerSecond"_s, u"10"_s}}));
+    QVERIFY(!m_tv.setFault({{u"kind"_s, u"hang"_s}}));
     QCOMPARE(m_tv.faults().size(), 0);
 }
 
 void TestSimulatedFaults::statusAndBodyReplaceTheReply() {
-    QVERIFY(fault("status", {{QStringLiteral("status"), 503}, {QStringLiteral("times"), 1}}));
+    QVERIFY(fault("status", {{u"status"_s, 503}, {u"times"_s, 1}}));
     const auto unavailable = ask();
     QVERIFY(unavailable->received.startsWith("HTTP/1.1 503 "));
     QCOMPARE(unavailable->body(), QByteArray());
 
-    QVERIFY(fault("body", {{QStringLiteral("body"), QStringLiteral("[]")},
-                           {QStringLiteral("contentType"), QStringLiteral("text/html")}}));
+    QVERIFY(fault("body", {{u"body"_s, u"[]"_s}, {u"contentType"_s, u"text/html"_s}}));
     const auto other = ask();
     QVERIFY(other->received.startsWith("HTTP/1.1 200 "));
     QVERIFY(other->received.contains("Content-Type: text/html\r\n"));
@@ -92,9 +92,7 @@ void TestSimulatedFaults::statusAndBodyReplaceTheReply() {
 }
 
 void TestSimulatedFaults::timesAndSkipChooseTheRequests() {
-    QVERIFY(fault("status", {{QStringLiteral("status"), 500},
-                             {QStringLiteral("skip"), 1},
-                             {QStringLiteral("times"), 2}}));
+    QVERIFY(fault("status", {{u"status"_s, 500}, {u"skip"_s, 1}, {u"times"_s, 2}}));
     QByteArrayList statuses;
     for (int request = 0; request < 4; ++request)
         statuses.append(ask()->received.mid(9, 3));
@@ -107,17 +105,16 @@ void TestSimulatedFaults::theConnectionIsResetBeforeTheReplyOrWithinIt() {
     const auto exchange = ask();
     QVERIFY(exchange->wasReset);
     QCOMPARE(exchange->received, QByteArray());
-    QCOMPARE(m_tv.requestsTo(QStringLiteral("api/info")).at(0)[QLatin1String("status")].toInt(-1),
-             0);
+    QCOMPARE(m_tv.requestsTo(u"api/info"_s).at(0)["status"_L1].toInt(-1), 0);
     m_tv.clearFaults();
-    QVERIFY(fault("reset-after-bytes", {{QStringLiteral("bytes"), 25}}));
+    QVERIFY(fault("reset-after-bytes", {{u"bytes"_s, 25}}));
     const auto within = ask();
     QVERIFY(within->wasReset);
     QCOMPARE(within->body().size(), 25);
 }
 
 void TestSimulatedFaults::aDelayedReplyComesLater() {
-    QVERIFY(fault("delay", {{QStringLiteral("milliseconds"), 300}}));
+    QVERIFY(fault("delay", {{u"milliseconds"_s, 300}}));
     const auto exchange = ask();
     QVERIFY(exchange->received.startsWith("HTTP/1.1 200 "));
     QVERIFY(exchange->longestPauseMs >= 290);
@@ -125,7 +122,7 @@ void TestSimulatedFaults::aDelayedReplyComesLater() {
 
 void TestSimulatedFaults::aTricklingReplyComesInPieces() {
     const QByteArray whole = ask()->body();
-    QVERIFY(fault("trickle", {{QStringLiteral("bytesPerSecond"), 1000}}));
+    QVERIFY(fault("trickle", {{u"bytesPerSecond"_s, 1000}}));
     QElapsedTimer elapsed;
     elapsed.start();
     const auto exchange = ask();
@@ -139,9 +136,9 @@ void TestSimulatedFaults::hangingRequestsDoNotHoldUpOthers() {
     std::vector<std::unique_ptr<RawExchange>> hanging;
     for (int request = 0; request < 50; ++request)
         hanging.push_back(std::make_unique<RawExchange>(m_tv.port(), "api/info"));
-    QVERIFY(m_tv.waitForRequests(QStringLiteral("api/info"), 50));
+    QVERIFY(m_tv.waitForRequests(u"api/info"_s, 50));
     RawExchange other(m_tv.port(), "api/files");
-    other.read(patienceMs);
+    other.read(PatienceMs);
     QVERIFY(other.received.startsWith("HTTP/1.1 200 "));
     hanging.front()->read(100);
     QVERIFY(hanging.front()->peerWasSilent);
@@ -157,10 +154,10 @@ void TestSimulatedFaults::brokenJsonDoesNotParse() {
 
 void TestSimulatedFaults::mistypedJsonParses() {
     const QJsonObject right = QJsonDocument::fromJson(ask()->body()).object();
-    QVERIFY(fault("mistyped-json", {{QStringLiteral("field"), QStringLiteral("apiVersion")}}));
+    QVERIFY(fault("mistyped-json", {{u"field"_s, u"apiVersion"_s}}));
     QJsonObject wrong = QJsonDocument::fromJson(ask()->body()).object();
-    QVERIFY(wrong[QLatin1String("apiVersion")].isString());
-    wrong[QLatin1String("apiVersion")] = right[QLatin1String("apiVersion")];
+    QVERIFY(wrong["apiVersion"_L1].isString());
+    wrong["apiVersion"_L1] = right["apiVersion"_L1];
     QCOMPARE(wrong, right);
 }
 
@@ -170,11 +167,11 @@ void TestSimulatedFaults::oversizedJsonPassesAnyCap() {
 }
 
 void TestSimulatedFaults::oneOfTheTokenHeadersComesAlone() {
-    QVERIFY(fault("one-auth-header", {{QStringLiteral("times"), 1}}));
+    QVERIFY(fault("one-auth-header", {{u"times"_s, 1}}));
     const QByteArray token = ask()->received;
     QVERIFY(token.contains("X-Quiv-Auth-Token: "));
     QVERIFY(!token.contains("X-Quiv-Auth-Expires-In: "));
-    QVERIFY(fault("one-auth-header", {{QStringLiteral("header"), QStringLiteral("lifetime")}}));
+    QVERIFY(fault("one-auth-header", {{u"header"_s, u"lifetime"_s}}));
     const QByteArray lifetime = ask()->received;
     QVERIFY(!lifetime.contains("X-Quiv-Auth-Token: "));
     QVERIFY(lifetime.contains("X-Quiv-Auth-Expires-In: "));
@@ -184,17 +181,17 @@ void TestSimulatedFaults::theLogTellsWhatWasAsked() {
     httplib::Client client("127.0.0.1", m_tv.port());
     client.Put("/api/nothing?b=1%2B1+x&a=%C3%BC", {{"X-Quiv-Client-Id", "mac-7"}}, "12345",
                "image/jpeg");
-    const QJsonObject request = m_tv.requestsTo(QStringLiteral("api/nothing")).at(0).toObject();
-    QCOMPARE(request[QLatin1String("method")].toString(), QStringLiteral("PUT"));
-    QCOMPARE(request[QLatin1String("status")].toInt(), 404);
-    QCOMPARE(request[QLatin1String("bodyBytes")].toInt(), 5);
-    const QJsonObject headers = request[QLatin1String("headers")].toObject();
-    QCOMPARE(headers[QLatin1String("X-Quiv-Client-Id")].toString(), QStringLiteral("mac-7"));
-    QCOMPARE(headers[QLatin1String("Content-Type")].toString(), QStringLiteral("image/jpeg"));
-    const QJsonArray query = request[QLatin1String("query")].toArray();
-    QCOMPARE(query.at(0)[QLatin1String("name")].toString(), QStringLiteral("b"));
-    QCOMPARE(query.at(0)[QLatin1String("value")].toString(), QStringLiteral("1+1+x"));
-    QCOMPARE(query.at(1)[QLatin1String("value")].toString(), QStringLiteral("ü"));
+    const QJsonObject request = m_tv.requestsTo(u"api/nothing"_s).at(0).toObject();
+    QCOMPARE(request["method"_L1].toString(), u"PUT"_s);
+    QCOMPARE(request["status"_L1].toInt(), 404);
+    QCOMPARE(request["bodyBytes"_L1].toInt(), 5);
+    const QJsonObject headers = request["headers"_L1].toObject();
+    QCOMPARE(headers["X-Quiv-Client-Id"_L1].toString(), u"mac-7"_s);
+    QCOMPARE(headers["Content-Type"_L1].toString(), u"image/jpeg"_s);
+    const QJsonArray query = request["query"_L1].toArray();
+    QCOMPARE(query.at(0)["name"_L1].toString(), u"b"_s);
+    QCOMPARE(query.at(0)["value"_L1].toString(), u"1+1+x"_s);
+    QCOMPARE(query.at(1)["value"_L1].toString(), u"ü"_s);
     m_tv.clearRequests();
     QCOMPARE(m_tv.requests().size(), 0);
 }
@@ -202,11 +199,10 @@ void TestSimulatedFaults::theLogTellsWhatWasAsked() {
 void TestSimulatedFaults::stoppingDoesNotWaitForHangingRequests() {
     SimulatorProcess tv;
     QVERIFY(tv.start());
-    QVERIFY(tv.setFault({{QStringLiteral("path"), QStringLiteral("*")},
-                         {QStringLiteral("kind"), QStringLiteral("hang")}}));
+    QVERIFY(tv.setFault({{u"path"_s, u"*"_s}, {u"kind"_s, u"hang"_s}}));
     RawExchange hanging(tv.port(), "api/info");
     RawExchange idle(tv.port(), "api/files");
-    QVERIFY(tv.waitForRequests(QStringLiteral("api/files")));
+    QVERIFY(tv.waitForRequests(u"api/files"_s));
     QElapsedTimer elapsed;
     elapsed.start();
     tv.stop();

@@ -6,6 +6,7 @@
 #include <QJsonDocument>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace quiv::simulator;
 
 static QByteArray get(const SimulatorProcess& tv, const char* path) {
@@ -21,7 +22,7 @@ static QJsonObject listing(const SimulatorProcess& tv) {
 static QJsonObject memberNamed(const QJsonObject& listing, const char* list, const QString& name) {
     const QJsonArray members = listing[QLatin1String(list)].toArray();
     for (const QJsonValue& member : members) {
-        if (member[QLatin1String("name")] == name)
+        if (member["name"_L1] == name)
             return member.toObject();
     }
     return {};
@@ -46,101 +47,100 @@ private Q_SLOTS:
 
 void TestSimulatedLibrary::tellsItsName() {
     SimulatorProcess tv;
-    QVERIFY(tv.start({QStringLiteral("--name"), QStringLiteral("Küche")}));
+    QVERIFY(tv.start({u"--name"_s, u"Küche"_s}));
     const auto name = [&] {
-        return QJsonDocument::fromJson(get(tv, "/api/info"))[QLatin1String("name")].toString();
+        return QJsonDocument::fromJson(get(tv, "/api/info"))["name"_L1].toString();
     };
-    QCOMPARE(name(), QStringLiteral("Küche"));
-    QVERIFY(tv.setName(QStringLiteral("Kitchen")));
-    QCOMPARE(name(), QStringLiteral("Kitchen"));
+    QCOMPARE(name(), u"Küche"_s);
+    QVERIFY(tv.setName(u"Kitchen"_s));
+    QCOMPARE(name(), u"Kitchen"_s);
 }
 
 void TestSimulatedLibrary::listsTheFilesOfItsMediaFolder() {
     SimulatorProcess tv;
     QVERIFY(tv.start());
-    QCOMPARE(listing(tv)[QLatin1String("files")].toArray().size(), 0);
+    QCOMPARE(listing(tv)["files"_L1].toArray().size(), 0);
     writeFile(tv.mediaFolder(), "Big_Film.mkv", 500);
     writeFile(tv.mediaFolder(), "big_film.en.SRT", 10);
     writeFile(tv.mediaFolder(), "Big_Film 2.srt", 10);
     writeFile(tv.mediaFolder(), "notes.txt", 3);
 
     const QJsonObject files = listing(tv);
-    QCOMPARE(files[QLatin1String("files")].toArray().size(), 4);
+    QCOMPARE(files["files"_L1].toArray().size(), 4);
     const auto kindOf = [&](const char* name) {
-        return memberNamed(files, "files", QLatin1String(name))[QLatin1String("kind")].toString();
+        return memberNamed(files, "files", QLatin1String(name))["kind"_L1].toString();
     };
-    QCOMPARE(kindOf("Big_Film.mkv"), QStringLiteral("VIDEO"));
-    QCOMPARE(kindOf("big_film.en.SRT"), QStringLiteral("SUBTITLE"));
-    QCOMPARE(kindOf("notes.txt"), QStringLiteral("OTHER"));
+    QCOMPARE(kindOf("Big_Film.mkv"), u"VIDEO"_s);
+    QCOMPARE(kindOf("big_film.en.SRT"), u"SUBTITLE"_s);
+    QCOMPARE(kindOf("notes.txt"), u"OTHER"_s);
 
-    QCOMPARE(files[QLatin1String("videos")].toArray().size(), 1);
-    const QJsonObject video = memberNamed(files, "videos", QStringLiteral("Big_Film.mkv"));
-    QCOMPARE(video[QLatin1String("displayName")].toString(), QStringLiteral("Big Film"));
-    QCOMPARE(video[QLatin1String("sizeBytes")].toInt(), 500);
-    QCOMPARE(video[QLatin1String("subtitleCount")].toInt(), 1);
-    QCOMPARE(video[QLatin1String("storageLocation")].toString(), QStringLiteral("INTERNAL"));
-    QCOMPARE(files[QLatin1String("internalStorage")][QLatin1String("usedBytes")].toInt(), 523);
-    QVERIFY(!files.contains(QLatin1String("usbStorage")));
+    QCOMPARE(files["videos"_L1].toArray().size(), 1);
+    const QJsonObject video = memberNamed(files, "videos", u"Big_Film.mkv"_s);
+    QCOMPARE(video["displayName"_L1].toString(), u"Big Film"_s);
+    QCOMPARE(video["sizeBytes"_L1].toInt(), 500);
+    QCOMPARE(video["subtitleCount"_L1].toInt(), 1);
+    QCOMPARE(video["storageLocation"_L1].toString(), u"INTERNAL"_s);
+    QCOMPARE(files["internalStorage"_L1]["usedBytes"_L1].toInt(), 523);
+    QVERIFY(!files.contains("usbStorage"_L1));
 }
 
 void TestSimulatedLibrary::listsTheFilesOfItsUsbDriveUntilItIsUnplugged() {
     const QTemporaryDir usb;
     writeFile(usb.path(), "Trip.mp4", 70);
     SimulatorProcess tv;
-    QVERIFY(tv.start({QStringLiteral("--usb"), usb.path()}));
+    QVERIFY(tv.start({u"--usb"_s, usb.path()}));
     QJsonObject files = listing(tv);
-    const QJsonObject video = memberNamed(files, "videos", QStringLiteral("Trip.mp4"));
-    QCOMPARE(video[QLatin1String("storageLocation")].toString(), QStringLiteral("USB"));
-    QJsonObject storage = files[QLatin1String("usbStorage")].toObject();
-    QCOMPARE(storage[QLatin1String("isConnected")].toBool(), true);
-    QCOMPARE(storage[QLatin1String("cachedVideoBytes")].toInt(), 70);
-    QCOMPARE(files[QLatin1String("preferredUploadTarget")].toString(), QStringLiteral("USB"));
+    const QJsonObject video = memberNamed(files, "videos", u"Trip.mp4"_s);
+    QCOMPARE(video["storageLocation"_L1].toString(), u"USB"_s);
+    QJsonObject storage = files["usbStorage"_L1].toObject();
+    QCOMPARE(storage["isConnected"_L1].toBool(), true);
+    QCOMPARE(storage["cachedVideoBytes"_L1].toInt(), 70);
+    QCOMPARE(files["preferredUploadTarget"_L1].toString(), u"USB"_s);
 
-    QVERIFY(tv.changeLibrary({{QStringLiteral("usbConnected"), false}}));
+    QVERIFY(tv.changeLibrary({{u"usbConnected"_s, false}}));
     files = listing(tv);
-    QCOMPARE(files[QLatin1String("files")].toArray().size(), 0);
-    storage = files[QLatin1String("usbStorage")].toObject();
-    QCOMPARE(storage[QLatin1String("isConnected")].toBool(true), false);
-    QCOMPARE(files[QLatin1String("preferredUploadTarget")].toString(), QStringLiteral("INTERNAL"));
+    QCOMPARE(files["files"_L1].toArray().size(), 0);
+    storage = files["usbStorage"_L1].toObject();
+    QCOMPARE(storage["isConnected"_L1].toBool(true), false);
+    QCOMPARE(files["preferredUploadTarget"_L1].toString(), u"INTERNAL"_s);
 }
 
 void TestSimulatedLibrary::generatedEntriesAreTheSameInEveryRun() {
     SimulatorProcess tv;
-    QVERIFY(tv.start({QStringLiteral("--generate"), QStringLiteral("20000")}));
+    QVERIFY(tv.start({u"--generate"_s, u"20000"_s}));
     const QByteArray first = get(tv, "/api/files");
-    QCOMPARE(QJsonDocument::fromJson(first)[QLatin1String("files")].toArray().size(), 20000);
+    QCOMPARE(QJsonDocument::fromJson(first)["files"_L1].toArray().size(), 20000);
     QVERIFY(get(tv, "/api/files") == first);
     tv.stop();
     QCOMPARE(tv.exitCode(), 0);
-    QVERIFY(tv.start({QStringLiteral("--generate"), QStringLiteral("20000")}));
+    QVERIFY(tv.start({u"--generate"_s, u"20000"_s}));
     QVERIFY(get(tv, "/api/files") == first);
 }
 
 void TestSimulatedLibrary::generatedEntriesChangeOnDemand() {
     SimulatorProcess tv;
-    QVERIFY(tv.start({QStringLiteral("--generate"), QStringLiteral("3")}));
-    const QString name = QStringLiteral("Generated Movie 000001.mp4");
+    QVERIFY(tv.start({u"--generate"_s, u"3"_s}));
+    const QString name = u"Generated Movie 000001.mp4"_s;
     const auto change = [&](const char* action, const QString& entry, const QString& display = {}) {
-        return tv.changeLibrary({{QStringLiteral("action"), QLatin1String(action)},
-                                 {QStringLiteral("name"), entry},
-                                 {QStringLiteral("displayName"), display}});
+        return tv.changeLibrary({{u"action"_s, QLatin1String(action)},
+                                 {u"name"_s, entry},
+                                 {u"displayName"_s, display}});
     };
     const auto modified = [&] {
-        return memberNamed(listing(tv), "files", name)[QLatin1String("lastModifiedMs")].toInteger();
+        return memberNamed(listing(tv), "files", name)["lastModifiedMs"_L1].toInteger();
     };
     const qint64 before = modified();
     QVERIFY(change("touch", name));
     QCOMPARE(modified(), before + 1);
-    QVERIFY(change("rename", name, QStringLiteral("A \"b\" \\ c\n")));
-    QCOMPARE(memberNamed(listing(tv), "videos", name)[QLatin1String("displayName")].toString(),
-             QStringLiteral("A \"b\" \\ c\n"));
+    QVERIFY(change("rename", name, u"A \"b\" \\ c\n"_s));
+    QCOMPARE(memberNamed(listing(tv), "videos", name)["displayName"_L1].toString(),
+             u"A \"b\" \\ c\n"_s);
     QVERIFY(change("remove", name));
     QVERIFY(!change("remove", name));
-    QVERIFY(change("add", QStringLiteral("New.srt")));
-    QVERIFY(!change("add", QStringLiteral("New.srt")));
-    QCOMPARE(memberNamed(listing(tv), "files", QStringLiteral("New.srt"))[QLatin1String("kind")],
-             QStringLiteral("SUBTITLE"));
-    QCOMPARE(listing(tv)[QLatin1String("files")].toArray().size(), 3);
+    QVERIFY(change("add", u"New.srt"_s));
+    QVERIFY(!change("add", u"New.srt"_s));
+    QCOMPARE(memberNamed(listing(tv), "files", u"New.srt"_s)["kind"_L1], u"SUBTITLE"_s);
+    QCOMPARE(listing(tv)["files"_L1].toArray().size(), 3);
 }
 
 QTEST_GUILESS_MAIN(TestSimulatedLibrary)

@@ -8,9 +8,10 @@
 
 #include <thread>
 
+using namespace Qt::StringLiterals;
 using namespace quiv::simulator;
 
-static const QByteArray movieParameter = "Generated%20Movie%20000000.mp4";
+static const QByteArray MovieParameter = "Generated%20Movie%20000000.mp4";
 
 static QStringList filesIn(const QString& folder) {
     return QDir(folder).entryList(QDir::Files | QDir::Hidden);
@@ -20,7 +21,7 @@ static QStringList labels(const QJsonValue& tracks) {
     QStringList labels;
     const QJsonArray array = tracks.toArray();
     for (const QJsonValue& track : array)
-        labels.append(track[QLatin1String("label")].toString());
+        labels.append(track["label"_L1].toString());
     return labels;
 }
 
@@ -31,9 +32,8 @@ class TestSimulatedMedia : public QObject {
 private Q_SLOTS:
     void initTestCase() {
         m_tv.useSampleMedia();
-        QVERIFY2(m_tv.start({QStringLiteral("--generate"), QStringLiteral("2"),
-                             QStringLiteral("--move-seconds"), QStringLiteral("3600"),
-                             QStringLiteral("--usb"), m_usb.path()}),
+        QVERIFY2(m_tv.start({u"--generate"_s, u"2"_s, u"--move-seconds"_s, u"3600"_s, u"--usb"_s,
+                             m_usb.path()}),
                  qPrintable(m_tv.errorText()));
         m_client = std::make_unique<TvClient>(m_tv);
         m_client->pair();
@@ -62,10 +62,10 @@ private Q_SLOTS:
     }
 
     void playsAFileWithItsTracksToItsEnd() {
-        QCOMPARE(command(("play&name=" + movieParameter).constData()).status, 200);
+        QCOMPARE(command(("play&name=" + MovieParameter).constData()).status, 200);
         QCOMPARE(command("set_speed&speed=4").status, 200);
         const auto positionMs = [this] {
-            return state("playback")[QLatin1String("positionMs")].toInteger();
+            return state("playback")["positionMs"_L1].toInteger();
         };
         QElapsedTimer elapsed;
         elapsed.start();
@@ -73,65 +73,63 @@ private Q_SLOTS:
         QTRY_VERIFY((elapsedMs = elapsed.elapsed()) > 100 && positionMs() >= 4 * elapsedMs);
 
         QCOMPARE(command("play&name=Two.Languages.2024.mkv").status, 200);
-        const QStringList languages{QStringLiteral("English"), QStringLiteral("Deutsch")};
-        QCOMPARE(labels(state("playback")[QLatin1String("audioTracks")]), languages);
-        QCOMPARE(labels(state("playback")[QLatin1String("subtitleTracks")]), languages);
+        const QStringList languages{u"English"_s, u"Deutsch"_s};
+        QCOMPARE(labels(state("playback")["audioTracks"_L1]), languages);
+        QCOMPARE(labels(state("playback")["subtitleTracks"_L1]), languages);
         QCOMPARE(command("set_audio&trackId=77").status, 400);
         QCOMPARE(command("set_speed&speed=9").status, 400);
 
         QCOMPARE(command("play&name=Test%20Card.mp4").status, 200); // with subtitle files beside it
-        QCOMPARE(labels(state("playback")[QLatin1String("subtitleTracks")]).size(), 2);
+        QCOMPARE(labels(state("playback")["subtitleTracks"_L1]).size(), 2);
         QCOMPARE(command("set_subtitle&trackId=Test%20Card.de.srt").status, 200);
         QCOMPARE(command("seek_to&positionMs=1000").status, 200);
         QCOMPARE(command("set_speed&speed=4").status, 200);
-        QTRY_VERIFY(!state("playback")[QLatin1String("isPlaying")].toBool());
+        QTRY_VERIFY(!state("playback")["isPlaying"_L1].toBool());
         const QJsonObject end = state("playback");
-        QVERIFY(end[QLatin1String("durationMs")].toInt() >= 4000);
-        QCOMPARE(end[QLatin1String("positionMs")], end[QLatin1String("durationMs")]);
+        QVERIFY(end["durationMs"_L1].toInt() >= 4000);
+        QCOMPARE(end["positionMs"_L1], end["durationMs"_L1]);
     }
 
     void aMoveEndsWithItsDriveAndLosesNothing() {
         const char* start = "/api/files/move?name=Test%20Card.mp4&target=usb";
         const QStringList before = filesIn(m_usb.path());
         QCOMPARE(m_client->post(start).status, 200);
-        QCOMPARE(state("move-status")[QLatin1String("state")].toString(), QStringLiteral("MOVING"));
+        QCOMPARE(state("move-status")["state"_L1].toString(), u"MOVING"_s);
         QCOMPARE(m_client->post(start).status, 409);
         QCOMPARE(m_client->post("/api/files/delete?name=Test%20Card.mp4").status, 409);
         m_tv.stop(); // at once, although the move takes an hour
         QCOMPARE(m_tv.exitCode(), 0);
-        QVERIFY(filesIn(m_tv.mediaFolder()).contains(QStringLiteral("Test Card.mp4")));
+        QVERIFY(filesIn(m_tv.mediaFolder()).contains(u"Test Card.mp4"_s));
         QCOMPARE(filesIn(m_usb.path()), before);
 
-        QVERIFY(m_tv.start({QStringLiteral("--generate"), QStringLiteral("2"),
-                            QStringLiteral("--move-seconds"), QStringLiteral("1"),
-                            QStringLiteral("--usb"), m_usb.path()}));
+        QVERIFY(m_tv.start(
+            {u"--generate"_s, u"2"_s, u"--move-seconds"_s, u"1"_s, u"--usb"_s, m_usb.path()}));
         m_client = std::make_unique<TvClient>(m_tv);
         m_client->pair();
         QCOMPARE(m_client->post(start).status, 200);
-        QVERIFY(m_tv.changeLibrary({{QStringLiteral("usbConnected"), false}}));
-        QTRY_COMPARE(state("move-status")[QLatin1String("state")].toString(),
-                     QStringLiteral("FAILED"));
-        QVERIFY(filesIn(m_tv.mediaFolder()).contains(QStringLiteral("Test Card.mp4")));
+        QVERIFY(m_tv.changeLibrary({{u"usbConnected"_s, false}}));
+        QTRY_COMPARE(state("move-status")["state"_L1].toString(), u"FAILED"_s);
+        QVERIFY(filesIn(m_tv.mediaFolder()).contains(u"Test Card.mp4"_s));
         QCOMPARE(filesIn(m_usb.path()), before);
         QCOMPARE(m_client->post(start).status, 409);
     }
 
     void deletingClosesTheVideo() {
-        QCOMPARE(command(("play&name=" + movieParameter).constData()).status, 200);
-        QCOMPARE(state("playback")[QLatin1String("durationMs")].toInt(), 90 * 60 * 1000);
-        const std::string remove = "/api/files/delete?name=" + movieParameter.toStdString();
+        QCOMPARE(command(("play&name=" + MovieParameter).constData()).status, 200);
+        QCOMPARE(state("playback")["durationMs"_L1].toInt(), 90 * 60 * 1000);
+        const std::string remove = "/api/files/delete?name=" + MovieParameter.toStdString();
         QCOMPARE(m_client->post(remove).status, 200);
-        QVERIFY(!state("playback").contains(QLatin1String("currentVideoName")));
+        QVERIFY(!state("playback").contains("currentVideoName"_L1));
         QCOMPARE(m_client->post(remove).status, 404);
     }
 
     void filesArriveOrAreRefused() {
         const std::string preflight = "/api/files/upload-preflight?name=New.mkv&sizeBytes=100";
         QCOMPARE(m_client->get("/api/upload-status").body, QByteArray("null"));
-        QVERIFY(m_tv.changeLibrary({{QStringLiteral("freeBytes"), 99}}));
+        QVERIFY(m_tv.changeLibrary({{u"freeBytes"_s, 99}}));
         QCOMPARE(m_client->put(preflight, {}).status, 507);
         QCOMPARE(m_client->put("/api/files/upload?name=New.mkv", QByteArray(100, 'x')).status, 507);
-        QVERIFY(m_tv.changeLibrary({{QStringLiteral("freeBytes"), QJsonValue()}}));
+        QVERIFY(m_tv.changeLibrary({{u"freeBytes"_s, QJsonValue()}}));
         QCOMPARE(m_client->put(preflight, "picture").status, 200);
         QVERIFY(fault("api/files/upload", "slow-reading", 1 << 20));
         std::jthread sender([this] {
@@ -140,13 +138,12 @@ private Q_SLOTS:
             other.put("/api/files/upload?name=New.mkv", QByteArray(1 << 19, 'x'));
         });
         const auto received = [this] {
-            return state("upload-status")[QLatin1String("receivedBytes")].toInt();
+            return state("upload-status")["receivedBytes"_L1].toInt();
         };
         QTRY_VERIFY(received() > 0 && received() < 1 << 19);
         QVERIFY(!m_client->get("/api/files").body.contains("New.mkv"));
         sender.join();
-        QCOMPARE(state("upload-status")[QLatin1String("state")].toString(),
-                 QStringLiteral("COMPLETED"));
+        QCOMPARE(state("upload-status")["state"_L1].toString(), u"COMPLETED"_s);
         QVERIFY(m_client->get("/api/files").body.contains("New.mkv"));
         QCOMPARE(m_client->get("/api/thumbnail?name=New.mkv").body, QByteArray("picture"));
     }
@@ -160,7 +157,7 @@ private Q_SLOTS:
         const auto sizeOf = [this](const char* name) {
             return QFileInfo(m_tv.mediaFolder() + u'/' + QLatin1String(name)).size();
         };
-        QVERIFY(m_tv.changeLibrary({{QStringLiteral("usbConnected"), false}}));
+        QVERIFY(m_tv.changeLibrary({{u"usbConnected"_s, false}}));
         upload("store-then-reset", 0);
         QCOMPARE(m_client->put("/api/files/upload?name=a.mkv", file).status, 0);
         QCOMPARE(sizeOf("a.mkv"), file.size());
@@ -168,19 +165,18 @@ private Q_SLOTS:
         QCOMPARE(m_client->put("/api/files/upload?name=b.mkv", file).status, 200);
         QCOMPARE(sizeOf("b.mkv"), 1000);
         upload("rename-store", 0);
-        QCOMPARE(
-            m_client->put("/api/files/upload?name=c.mkv", file).json[QLatin1String("fileName")],
-            QStringLiteral("c (1).mkv"));
+        QCOMPARE(m_client->put("/api/files/upload?name=c.mkv", file).json["fileName"_L1],
+                 u"c (1).mkv"_s);
         upload("read-then-reset", file.size()); // all of it
         QCOMPARE(m_client->put("/api/files/upload?name=d.mkv", file).status, 0);
         upload("fill-up", 5000);
         QCOMPARE(m_client->put("/api/files/upload?name=d.mkv", file).status, 507);
-        QCOMPARE(state("upload-status")[QLatin1String("receivedBytes")].toInt(), 5000);
-        QVERIFY(filesIn(m_tv.mediaFolder()).filter(QStringLiteral("d.mkv")).isEmpty());
+        QCOMPARE(state("upload-status")["receivedBytes"_L1].toInt(), 5000);
+        QVERIFY(filesIn(m_tv.mediaFolder()).filter(u"d.mkv"_s).isEmpty());
     }
 
     void filesAndThumbnailsAreFetched() {
-        QFile original(m_tv.mediaFolder() + QStringLiteral("/Colours.webm"));
+        QFile original(m_tv.mediaFolder() + u"/Colours.webm"_s);
         QVERIFY(original.open(QIODevice::ReadOnly));
         const QByteArray bytes = original.readAll();
         QCOMPARE(m_client->get("/api/files/download?name=Colours.webm").body, bytes);
@@ -211,10 +207,10 @@ private:
     }
     QJsonObject state(const char* of) { return m_client->get(std::string("/api/") + of).json; }
     bool fault(const char* path, const char* kind, int number = 0) {
-        return m_tv.setFault({{QStringLiteral("path"), QLatin1String(path)},
-                              {QStringLiteral("kind"), QLatin1String(kind)},
-                              {QStringLiteral("bytes"), number},
-                              {QStringLiteral("bytesPerSecond"), number}});
+        return m_tv.setFault({{u"path"_s, QLatin1String(path)},
+                              {u"kind"_s, QLatin1String(kind)},
+                              {u"bytes"_s, number},
+                              {u"bytesPerSecond"_s, number}});
     }
 
     QTemporaryDir m_usb;

@@ -2,16 +2,17 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace quiv::simulator;
 
 namespace {
 
 bool isAuthorized(const Reply& reply) {
-    return reply.status == 200 && reply.json[QLatin1String("authorized")].toBool();
+    return reply.status == 200 && reply.json["authorized"_L1].toBool();
 }
 
 qint64 expiresInSec(const Reply& reply) {
-    return reply.json[QLatin1String("expiresInSec")].toInteger(-1);
+    return reply.json["expiresInSec"_L1].toInteger(-1);
 }
 
 } // namespace
@@ -31,27 +32,25 @@ private Q_SLOTS:
 
 void TestSimulatedPairing::startsUnpairedAndTellsTheLifeOfTheCode() {
     SimulatorProcess tv;
-    QVERIFY2(tv.start({QStringLiteral("--code-lifetime"), QStringLiteral("120")}),
-             qPrintable(tv.errorText()));
+    QVERIFY2(tv.start({u"--code-lifetime"_s, u"120"_s}), qPrintable(tv.errorText()));
     const Reply reply = TvClient(tv).status();
     QCOMPARE(reply.status, 200);
     QVERIFY(!isAuthorized(reply));
-    QVERIFY(reply.json[QLatin1String("requiresPairing")].toBool());
-    QCOMPARE(reply.json[QLatin1String("client")].toString(), QStringLiteral("mac-1"));
-    QCOMPARE(reply.json[QLatin1String("clientLabel")].toString(),
-             QStringLiteral("Quiv Controller"));
+    QVERIFY(reply.json["requiresPairing"_L1].toBool());
+    QCOMPARE(reply.json["client"_L1].toString(), u"mac-1"_s);
+    QCOMPARE(reply.json["clientLabel"_L1].toString(), u"Quiv Controller"_s);
     QVERIFY(expiresInSec(reply) > 60 && expiresInSec(reply) <= 120);
     QCOMPARE(reply.token, QString());
 }
 
 void TestSimulatedPairing::theRightCodeHandsOutATokenForItsClientUntilCancelled() {
     SimulatorProcess tv;
-    QVERIFY(tv.start({QStringLiteral("--token-lifetime"), QStringLiteral("5000")}));
+    QVERIFY(tv.start({u"--token-lifetime"_s, u"5000"_s}));
     TvClient client(tv);
     const Reply verified = client.verify("123");
     QCOMPARE(verified.status, 200);
     QVERIFY(!verified.token.isEmpty());
-    QCOMPARE(verified.lifetime, QStringLiteral("5000"));
+    QCOMPARE(verified.lifetime, u"5000"_s);
 
     client.token = verified.token;
     const Reply status = client.status();
@@ -68,15 +67,14 @@ void TestSimulatedPairing::theRightCodeHandsOutATokenForItsClientUntilCancelled(
 
 void TestSimulatedPairing::aWrongCodeIsRefusedAndFiveOfThemLockOutForAWhile() {
     SimulatorProcess tv;
-    QVERIFY(tv.start({QStringLiteral("--lockout-seconds"), QStringLiteral("1")}));
+    QVERIFY(tv.start({u"--lockout-seconds"_s, u"1"_s}));
     QCOMPARE(TvClient(tv, "").verify("123").status, 400); // who is this?
     TvClient client(tv);
     for (int attempt = 0; attempt < 5; ++attempt) {
         const Reply reply = client.verify("321");
         QCOMPARE(reply.status, 401);
         QCOMPARE(reply.token, QString());
-        QVERIFY(
-            reply.json[QLatin1String("error")].toString().startsWith(QLatin1String("Wrong code.")));
+        QVERIFY(reply.json["error"_L1].toString().startsWith("Wrong code."_L1));
     }
     QCOMPARE(client.verify("123").status, 429);
     QVERIFY(!isAuthorized(client.status()));
@@ -85,16 +83,16 @@ void TestSimulatedPairing::aWrongCodeIsRefusedAndFiveOfThemLockOutForAWhile() {
 
 void TestSimulatedPairing::anExpiredCodeIsReplacedAndNoLongerWorks() {
     SimulatorProcess tv;
-    QVERIFY(tv.start({QStringLiteral("--code-lifetime"), QStringLiteral("1")}));
+    QVERIFY(tv.start({u"--code-lifetime"_s, u"1"_s}));
     QVERIFY(tv.setCode(QString()));
     const QString first = tv.pairingCode();
     QTRY_VERIFY_WITH_TIMEOUT(tv.pairingCode() != first, 5000);
 
-    QVERIFY(tv.setCode(QStringLiteral("456")));
+    QVERIFY(tv.setCode(u"456"_s));
     TvClient client(tv);
     QCOMPARE(client.verify("123").status, 401);
     QCOMPARE(client.verify("456").status, 200);
-    QVERIFY(!tv.setCode(QStringLiteral("45")));
+    QVERIFY(!tv.setCode(u"45"_s));
 }
 
 void TestSimulatedPairing::expiredTokensNoLongerAuthorize() {
@@ -102,10 +100,10 @@ void TestSimulatedPairing::expiredTokensNoLongerAuthorize() {
     QVERIFY(tv.start());
     TvClient client(tv);
     client.pair();
-    QVERIFY(tv.changePairing({{QStringLiteral("expireTokens"), true}}));
+    QVERIFY(tv.changePairing({{u"expireTokens"_s, true}}));
     QVERIFY(!isAuthorized(client.status()));
 
-    QVERIFY(tv.changePairing({{QStringLiteral("tokenLifetime"), 1}}));
+    QVERIFY(tv.changePairing({{u"tokenLifetime"_s, 1}}));
     client.pair();
     QVERIFY(isAuthorized(client.status()));
     QTRY_VERIFY_WITH_TIMEOUT(!isAuthorized(client.status()), 5000);
@@ -118,7 +116,7 @@ void TestSimulatedPairing::aTokenPastHalfOfItsLifeIsRenewed() {
     client.pair();
     QCOMPARE(client.get("/api/info").token, QString());
     // Against a life twice as long, all of the token's life is less than half.
-    QVERIFY(tv.changePairing({{QStringLiteral("tokenLifetime"), 3 * 86400}}));
+    QVERIFY(tv.changePairing({{u"tokenLifetime"_s, 3 * 86400}}));
     const Reply renewed = client.get("/api/info");
     QVERIFY(!renewed.token.isEmpty());
     QVERIFY(renewed.token != client.token);
@@ -131,12 +129,12 @@ void TestSimulatedPairing::aTokenPastHalfOfItsLifeIsRenewed() {
 
 void TestSimulatedPairing::browsingMayNeedPairing() {
     SimulatorProcess tv;
-    QVERIFY(tv.start({QStringLiteral("--require-pairing-to-browse")}));
+    QVERIFY(tv.start({u"--require-pairing-to-browse"_s}));
     TvClient client(tv);
     const Reply refused = client.get("/api/files");
     QCOMPARE(refused.status, 401);
-    QCOMPARE(refused.json[QLatin1String("error")].toString(),
-             QStringLiteral("Pairing required: enter the 3-digit code shown on TV."));
+    QCOMPARE(refused.json["error"_L1].toString(),
+             u"Pairing required: enter the 3-digit code shown on TV."_s);
     QCOMPARE(client.get("/api/info").status, 200);
     client.pair();
     QCOMPARE(client.get("/api/files").status, 200);

@@ -8,13 +8,15 @@
 
 namespace quiv::simulator {
 
-static constexpr int startTimeoutMs = 30'000; // an mDNS stack takes its time to announce
-static constexpr int stopTimeoutMs = 10'000;
+using namespace Qt::StringLiterals;
+
+static constexpr int StartTimeoutMs = 30'000; // an mDNS stack takes its time to announce
+static constexpr int StopTimeoutMs = 10'000;
 
 static QString programPath() {
     const QString folder =
         qEnvironmentVariable("QUIV_BIN_DIR", QStringLiteral(QUIV_DEFAULT_BIN_DIR));
-    return folder + QStringLiteral("/quiv-tv-simulator");
+    return folder + u"/quiv-tv-simulator"_s;
 }
 
 SimulatorProcess::SimulatorProcess() {
@@ -33,17 +35,17 @@ static void addUnlessGiven(QStringList& arguments, const QStringList& option,
 }
 
 QStringList SimulatorProcess::completed(QStringList arguments, Announcing announcing) const {
-    addUnlessGiven(arguments, {QStringLiteral("--port"), QStringLiteral("0")});
-    addUnlessGiven(arguments, {QStringLiteral("--code"), QStringLiteral("123")});
-    addUnlessGiven(arguments, {QStringLiteral("--media"), m_media.path()});
-    addUnlessGiven(arguments, {QStringLiteral("--no-usb")}, QStringLiteral("--usb"));
-    arguments += {QStringLiteral("--quiet"), QStringLiteral("--exit-with-parent")};
+    addUnlessGiven(arguments, {u"--port"_s, u"0"_s});
+    addUnlessGiven(arguments, {u"--code"_s, u"123"_s});
+    addUnlessGiven(arguments, {u"--media"_s, m_media.path()});
+    addUnlessGiven(arguments, {u"--no-usb"_s}, u"--usb"_s);
+    arguments += {u"--quiet"_s, u"--exit-with-parent"_s};
     if (!m_usesSampleMedia)
-        arguments += QStringLiteral("--no-samples");
+        arguments += u"--no-samples"_s;
     if (announcing == Announcing::None)
-        arguments += QStringLiteral("--no-announce");
+        arguments += u"--no-announce"_s;
     else
-        addUnlessGiven(arguments, {QStringLiteral("--announce-with"), QStringLiteral("embedded")});
+        addUnlessGiven(arguments, {u"--announce-with"_s, u"embedded"_s});
     return arguments;
 }
 
@@ -51,8 +53,7 @@ bool SimulatorProcess::start(const QStringList& arguments, Announcing announcing
     m_ready = false;
     m_serviceName.clear();
     m_errorText.clear();
-    m_host = arguments.contains(QStringLiteral("--ipv6-only")) ? QStringLiteral("[::1]")
-                                                               : QStringLiteral("127.0.0.1");
+    m_host = arguments.contains(u"--ipv6-only"_s) ? u"[::1]"_s : u"127.0.0.1"_s;
     m_process.start(programPath(), completed(arguments, announcing));
     return waitUntilReady(announcing);
 }
@@ -62,14 +63,14 @@ bool SimulatorProcess::waitUntilReady(Announcing announcing) {
             return m_ready && (announcing == Announcing::None || !m_serviceName.isEmpty());
         }))
         return true;
-    return fail(QStringLiteral("The simulator did not start: ") + m_process.errorString());
+    return fail(u"The simulator did not start: "_s + m_process.errorString());
 }
 
 bool SimulatorProcess::readLinesUntil(const std::function<bool()>& done) {
     QElapsedTimer elapsed;
     elapsed.start();
     while (!done()) {
-        const int left = startTimeoutMs - static_cast<int>(elapsed.elapsed());
+        const int left = StartTimeoutMs - static_cast<int>(elapsed.elapsed());
         if (!m_process.canReadLine() && (left <= 0 || !m_process.waitForReadyRead(left)))
             return false;
         while (m_process.canReadLine())
@@ -82,13 +83,13 @@ void SimulatorProcess::readLine(const QString& line) {
     const auto portOf = [&] {
         return line.section(u':', -1).toUShort();
     };
-    if (line.startsWith(QLatin1String("Address: ")))
+    if (line.startsWith("Address: "_L1))
         m_port = portOf();
-    else if (line.startsWith(QLatin1String("Control: ")))
+    else if (line.startsWith("Control: "_L1))
         m_controlPort = portOf();
-    else if (line.startsWith(QLatin1String("Announced as: ")))
-        m_serviceName = line.section(QLatin1String(": "), 1);
-    else if (line == QLatin1String("Ready"))
+    else if (line.startsWith("Announced as: "_L1))
+        m_serviceName = line.section(": "_L1, 1);
+    else if (line == "Ready"_L1)
         m_ready = true;
 }
 
@@ -102,15 +103,15 @@ void SimulatorProcess::stop() {
     if (!isRunning())
         return;
     m_process.terminate();
-    if (!m_process.waitForFinished(stopTimeoutMs))
-        fail(QStringLiteral("The simulator did not stop when asked to."));
+    if (!m_process.waitForFinished(StopTimeoutMs))
+        fail(u"The simulator did not stop when asked to."_s);
 }
 
 void SimulatorProcess::kill() {
     if (!isRunning())
         return;
     m_process.kill();
-    m_process.waitForFinished(stopTimeoutMs);
+    m_process.waitForFinished(StopTimeoutMs);
 }
 
 bool SimulatorProcess::isRunning() const {
@@ -123,47 +124,47 @@ int SimulatorProcess::exitCode() const {
 }
 
 QString SimulatorProcess::baseUrl() const {
-    return QStringLiteral("http://%1:%2").arg(m_host).arg(m_port);
+    return u"http://%1:%2"_s.arg(m_host).arg(m_port);
 }
 
 QString SimulatorProcess::pairingCode() {
     QJsonObject reply;
-    control("GET", QStringLiteral("pairing"), {}, &reply);
-    return reply[QLatin1String("code")].toString();
+    control("GET", u"pairing"_s, {}, &reply);
+    return reply["code"_L1].toString();
 }
 
 bool SimulatorProcess::setFault(const QJsonObject& fault) {
-    return control("POST", QStringLiteral("faults"), fault);
+    return control("POST", u"faults"_s, fault);
 }
 
 void SimulatorProcess::clearFaults() {
-    control("DELETE", QStringLiteral("faults"));
+    control("DELETE", u"faults"_s);
 }
 
 QJsonArray SimulatorProcess::faults() {
     QJsonObject reply;
-    control("GET", QStringLiteral("faults"), {}, &reply);
-    return reply[QLatin1String("faults")].toArray();
+    control("GET", u"faults"_s, {}, &reply);
+    return reply["faults"_L1].toArray();
 }
 
 QJsonArray SimulatorProcess::requests() {
     QJsonObject reply;
-    control("GET", QStringLiteral("requests"), {}, &reply);
-    return reply[QLatin1String("requests")].toArray();
+    control("GET", u"requests"_s, {}, &reply);
+    return reply["requests"_L1].toArray();
 }
 
 QJsonArray SimulatorProcess::requestsTo(const QString& path) {
     QJsonArray matching;
     const QJsonArray all = requests();
     for (const QJsonValue& request : all) {
-        if (request[QLatin1String("path")] == path)
+        if (request["path"_L1] == path)
             matching.append(request);
     }
     return matching;
 }
 
 void SimulatorProcess::clearRequests() {
-    control("DELETE", QStringLiteral("requests"));
+    control("DELETE", u"requests"_s);
 }
 
 bool SimulatorProcess::waitForRequests(const QString& path, int count, int timeoutMs) {
@@ -171,26 +172,26 @@ bool SimulatorProcess::waitForRequests(const QString& path, int count, int timeo
 }
 
 bool SimulatorProcess::setCode(const QString& code) {
-    return changePairing({{QStringLiteral("code"), code}});
+    return changePairing({{u"code"_s, code}});
 }
 
 bool SimulatorProcess::setName(const QString& name) {
-    return control("POST", QStringLiteral("name"), {{QStringLiteral("name"), name}});
+    return control("POST", u"name"_s, {{u"name"_s, name}});
 }
 
 bool SimulatorProcess::changePairing(const QJsonObject& change) {
-    return control("POST", QStringLiteral("pairing"), change);
+    return control("POST", u"pairing"_s, change);
 }
 
 bool SimulatorProcess::changeLibrary(const QJsonObject& change) {
-    return control("POST", QStringLiteral("library"), change);
+    return control("POST", u"library"_s, change);
 }
 
 bool SimulatorProcess::announce(const QJsonObject& announcement) {
     m_serviceName.clear();
-    if (!control("POST", QStringLiteral("announce"), announcement))
+    if (!control("POST", u"announce"_s, announcement))
         return false;
-    return !announcement[QLatin1String("announced")].toBool(true) ||
+    return !announcement["announced"_L1].toBool(true) ||
            readLinesUntil([&] { return !m_serviceName.isEmpty(); });
 }
 

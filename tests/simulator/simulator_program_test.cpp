@@ -7,6 +7,7 @@
 #include <QScopeGuard>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace quiv::simulator;
 
 // How the program starts and ends.
@@ -52,7 +53,7 @@ void TestSimulatorProgram::badOptionsEndItWithCodeTwo() {
 void TestSimulatorProgram::aTakenPortEndsIt() {
     SimulatorProcess first;
     QVERIFY(first.start());
-    QCOMPARE(exitCodeWith({QStringLiteral("--port"), QString::number(first.port())}), 1);
+    QCOMPARE(exitCodeWith({u"--port"_s, QString::number(first.port())}), 1);
 }
 
 void TestSimulatorProgram::killingItFreesItsPortForTheNext() {
@@ -64,7 +65,7 @@ void TestSimulatorProgram::killingItFreesItsPortForTheNext() {
     tv.kill();
     QVERIFY(!tv.isRunning());
     QVERIFY(!client.Get("/api/info"));
-    QVERIFY(tv.start({QStringLiteral("--port"), QString::number(port)}));
+    QVERIFY(tv.start({u"--port"_s, QString::number(port)}));
     QCOMPARE(tv.port(), port);
     QVERIFY(client.Get("/api/info"));
 }
@@ -72,11 +73,10 @@ void TestSimulatorProgram::killingItFreesItsPortForTheNext() {
 void TestSimulatorProgram::leavesAFolderThatHoldsAnythingAlone() {
     SimulatorProcess tv;
     tv.useSampleMedia();
-    QFile file(tv.mediaFolder() + QStringLiteral("/mine.mp4"));
+    QFile file(tv.mediaFolder() + u"/mine.mp4"_s);
     QVERIFY(file.open(QIODevice::WriteOnly));
     QVERIFY(tv.start());
-    QCOMPARE(QDir(tv.mediaFolder()).entryList(QDir::Files),
-             QStringList(QStringLiteral("mine.mp4")));
+    QCOMPARE(QDir(tv.mediaFolder()).entryList(QDir::Files), QStringList(u"mine.mp4"_s));
 }
 
 void TestSimulatorProgram::goesOnWithoutSamplesWhenFfmpegIsMissing() {

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <csignal>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 using namespace std::chrono_literals;
 
@@ -60,26 +61,26 @@ private Q_SLOTS:
         QFETCH(bool, isStill);
         ProcessStillExtractor extractor(program(script));
         Outcome outcome;
-        const Task<> task = ask(extractor, QStringLiteral("video"), &outcome);
+        const Task<> task = ask(extractor, u"video"_s, &outcome);
         QCOMPARE(outcome.count, 0); // from the event loop only
         QTRY_COMPARE(outcome.count, 1);
         QCOMPARE(outcome.still, isStill ? std::optional(jpeg) : std::nullopt);
     }
 
     void aProgramOrPathThatIsNoneGivesNoStill() {
-        ProcessStillExtractor missing(m_folder->filePath(QStringLiteral("missing")));
+        ProcessStillExtractor missing(m_folder->filePath(u"missing"_s));
         ProcessStillExtractor present(program("printf '\\377\\330 a still'"));
         Outcome withoutProgram, withoutPath, withZero;
-        const Task<> first = ask(missing, QStringLiteral("video"), &withoutProgram);
+        const Task<> first = ask(missing, u"video"_s, &withoutProgram);
         const Task<> second = ask(present, QString(), &withoutPath);
-        const Task<> third = ask(present, QStringLiteral("a") + QChar::Null, &withZero);
+        const Task<> third = ask(present, u"a"_s + QChar::Null, &withZero);
         QCOMPARE(withoutProgram.count + withoutPath.count + withZero.count, 0);
         QTRY_COMPARE(withoutProgram.count + withoutPath.count + withZero.count, 3);
         QVERIFY(!withoutProgram.still && !withoutPath.still && !withZero.still);
     }
 
     void namesReachTheProgramAsTheyAre() {
-        const QString name = QStringLiteral("-x 'a\n\"\u00e9\u4e2d$HOME*");
+        const QString name = u"-x 'a\n\"\u00e9\u4e2d$HOME*"_s;
         ProcessStillExtractor extractor(program("printf '\\377\\330%s' \"$#$1\""));
         Outcome outcome;
         const Task<> task = ask(extractor, name, &outcome);
@@ -130,9 +131,9 @@ private Q_SLOTS:
         ProcessStillExtractor extractor(
             program("echo $$ $1 >>log; [ $1 = slow ] && exec sleep 1000; printf '\\377\\330'"), 1s);
         Outcome slow, other, waiting;
-        const Task<> first = ask(extractor, QStringLiteral("slow"), &slow);
-        const Task<> second = ask(extractor, QStringLiteral("slow"), &other);
-        const Task<> third = ask(extractor, QStringLiteral("quick"), &waiting);
+        const Task<> first = ask(extractor, u"slow"_s, &slow);
+        const Task<> second = ask(extractor, u"slow"_s, &other);
+        const Task<> third = ask(extractor, u"quick"_s, &waiting);
         QTRY_COMPARE(waiting.count, 1);
         QVERIFY(waiting.still);
         QTRY_COMPARE(slow.count + other.count, 2);
@@ -147,7 +148,7 @@ private Q_SLOTS:
         std::vector<Task<>> tasks;
         for (int i = 0; i < 5; ++i)
             tasks.push_back(ask(*extractor, QString::number(i), &outcome));
-        Task<> droppedTask = ask(*extractor, QStringLiteral("5"), &dropped);
+        Task<> droppedTask = ask(*extractor, u"5"_s, &dropped);
         QTRY_COMPARE(log().size(), 2);
         extractor.reset();
         droppedTask.cancel();
@@ -162,7 +163,7 @@ private Q_SLOTS:
 private:
     // A shell script, running in the folder of its log.
     QString program(const QByteArray& script) {
-        QFile file(m_folder->filePath(QStringLiteral("program")));
+        QFile file(m_folder->filePath(u"program"_s));
         if (file.open(QIODevice::WriteOnly))
             file.write("#!/bin/sh\ncd '" + m_folder->path().toUtf8() + "'\n" + script + '\n');
         file.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
@@ -170,7 +171,7 @@ private:
     }
     // Whole lines only.
     QList<QByteArray> log() const {
-        QFile file(m_folder->filePath(QStringLiteral("log")));
+        QFile file(m_folder->filePath(u"log"_s));
         if (!file.open(QIODevice::ReadOnly))
             return {};
         auto lines = file.readAll().split('\n');

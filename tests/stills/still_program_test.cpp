@@ -11,6 +11,7 @@
 #include <limits>
 #include <sys/stat.h>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 
 namespace {
@@ -34,8 +35,7 @@ class StillProgramTest : public QObject {
 
 private Q_SLOTS:
     void initTestCase() { // a video to turn
-        QVERIFY(make(redQuarter({640, 360}), QStringLiteral("-c:v libx264"),
-                     QStringLiteral("plain.mp4")));
+        QVERIFY(make(redQuarter({640, 360}), u"-c:v libx264"_s, u"plain.mp4"_s));
     }
 
     void candidateTimes() {
@@ -104,8 +104,8 @@ private Q_SLOTS:
 
     // Red where the first candidate is, blue before and after.
     void stillsAreTakenWhereTheyShould() {
-        const QString source = QStringLiteral(
-            "color=blue:s=160x90:r=10:d=100,drawbox=c=red:t=fill:enable='between(t,11.7,12.5)'");
+        const QString source =
+            u"color=blue:s=160x90:r=10:d=100,drawbox=c=red:t=fill:enable='between(t,11.7,12.5)'"_s;
         const char* const once = "-c:v libx264 -preset ultrafast -g 100000";
         const std::pair<const char*, const char*> files[] = {
             {"indexed.mp4", "-c:v libx264 -preset ultrafast"},
@@ -125,15 +125,14 @@ private Q_SLOTS:
 
     // Paper white must not become the grey that its code is in a plain picture.
     void highDynamicRangeIsNotWashedOut() {
-        const QString tags = QStringLiteral("-c:v libx265 -color_primaries bt2020 "
-                                            "-colorspace bt2020nc -color_trc ");
+        const QString tags = u"-c:v libx265 -color_primaries bt2020 "
+                             "-colorspace bt2020nc -color_trc "_s;
         const auto white = [](int code) {
-            return QStringLiteral("color=black:s=64x64:d=0.2,format=yuv420p10le,"
-                                  "geq=lum=%1:cb=512:cr=512")
-                .arg(code);
+            return u"color=black:s=64x64:d=0.2,format=yuv420p10le,"
+                   "geq=lum=%1:cb=512:cr=512"_s.arg(code);
         };
-        QVERIFY(make(white(573), tags + QStringLiteral("smpte2084"), QStringLiteral("pq.mp4")));
-        QVERIFY(make(white(721), tags + QStringLiteral("arib-std-b67"), QStringLiteral("hlg.mp4")));
+        QVERIFY(make(white(573), tags + u"smpte2084"_s, u"pq.mp4"_s));
+        QVERIFY(make(white(721), tags + u"arib-std-b67"_s, u"hlg.mp4"_s));
         for (const char* file : {"pq.mp4", "hlg.mp4"}) {
             const QColor seen =
                 QImage::fromData(run(QString::fromLatin1(file)).output).pixelColor(32, 32);
@@ -143,42 +142,41 @@ private Q_SLOTS:
     }
 
     void brokenFilesGiveWhatTheyStillHave() {
-        const QString source = QStringLiteral("testsrc2=s=320x180:r=10:d=20");
-        QVERIFY(make(source, QStringLiteral("-c:v libx264 -g 10 -movflags +faststart"),
-                     QStringLiteral("front.mp4")));
-        QVERIFY(make(source, QStringLiteral("-c:v libx264 -g 10"), QStringLiteral("end.mp4")));
-        QVERIFY(make(source, QStringLiteral("-c:v libx264 -g 10"), QStringLiteral("whole.mkv")));
+        const QString source = u"testsrc2=s=320x180:r=10:d=20"_s;
+        QVERIFY(make(source, u"-c:v libx264 -g 10 -movflags +faststart"_s, u"front.mp4"_s));
+        QVERIFY(make(source, u"-c:v libx264 -g 10"_s, u"end.mp4"_s));
+        QVERIFY(make(source, u"-c:v libx264 -g 10"_s, u"whole.mkv"_s));
         for (const char* file : {"front.mp4", "end.mp4", "whole.mkv"})
             QVERIFY(QFile::resize(path(QString::fromLatin1(file)), 60'000)); // a tenth of it
-        QCOMPARE(run(QStringLiteral("front.mp4")).exitCode, 0);
-        QCOMPARE(run(QStringLiteral("whole.mkv")).exitCode, 0);
+        QCOMPARE(run(u"front.mp4"_s).exitCode, 0);
+        QCOMPARE(run(u"whole.mkv"_s).exitCode, 0);
         QVERIFY(hasNone("end.mp4"));
     }
 
     void whatIsNoVideoGivesNone() {
-        const QString video = QStringLiteral("testsrc2=s=320x180:r=10:d=3");
-        const QString sound = QStringLiteral("sine=d=2");
-        QVERIFY(make(video, QStringLiteral("-c:v libx264"), QStringLiteral("real.mp4")));
-        QVERIFY(make(video, QStringLiteral("-frames:v 1"), QStringLiteral("picture.jpg")));
-        QVERIFY(make(video, QStringLiteral("-c:v mjpeg -f image2pipe"), QStringLiteral("raw.mp4")));
-        QVERIFY(make(sound, QStringLiteral("-c:a aac"), QStringLiteral("sound.mp4")));
+        const QString video = u"testsrc2=s=320x180:r=10:d=3"_s;
+        const QString sound = u"sine=d=2"_s;
+        QVERIFY(make(video, u"-c:v libx264"_s, u"real.mp4"_s));
+        QVERIFY(make(video, u"-frames:v 1"_s, u"picture.jpg"_s));
+        QVERIFY(make(video, u"-c:v mjpeg -f image2pipe"_s, u"raw.mp4"_s));
+        QVERIFY(make(sound, u"-c:a aac"_s, u"sound.mp4"_s));
         QVERIFY(make(sound,
-                     QStringLiteral("-i picture.jpg -map 0 -map 1 -c:v copy "
-                                    "-disposition:v attached_pic"),
-                     QStringLiteral("cover.mp4")));
+                     u"-i picture.jpg -map 0 -map 1 -c:v copy "
+                     "-disposition:v attached_pic"_s,
+                     u"cover.mp4"_s));
         QVERIFY(make(video,
-                     QStringLiteral("-c:v libx264 -encryption_scheme cenc-aes-ctr "
-                                    "-encryption_key 76a6c65c5ea762046bd749a2e632ccbb "
-                                    "-encryption_kid a7e61c373e219033c21091fa607bf3b8"),
-                     QStringLiteral("encrypted.mp4")));
+                     u"-c:v libx264 -encryption_scheme cenc-aes-ctr "
+                     "-encryption_key 76a6c65c5ea762046bd749a2e632ccbb "
+                     "-encryption_kid a7e61c373e219033c21091fa607bf3b8"_s,
+                     u"encrypted.mp4"_s));
         write("empty.mp4", {});
         write("garbage.mp4", QByteArray(100'000, 'G'));
         write("hls.mp4",
               "#EXTM3U\n#EXT-X-TARGETDURATION:3\n#EXTINF:3,\nreal.mp4\n#EXT-X-ENDLIST\n");
         write("concat.mp4", "ffconcat version 1.0\nfile real.mp4\n");
-        QCOMPARE(mkfifo(QFile::encodeName(path(QStringLiteral("fifo.mp4"))), 0600), 0);
-        QVERIFY(QDir(m_folder.path()).mkdir(QStringLiteral("folder.mp4")));
-        QCOMPARE(run(QStringLiteral("real.mp4")).exitCode, 0);
+        QCOMPARE(mkfifo(QFile::encodeName(path(u"fifo.mp4"_s)), 0600), 0);
+        QVERIFY(QDir(m_folder.path()).mkdir(u"folder.mp4"_s));
+        QCOMPARE(run(u"real.mp4"_s).exitCode, 0);
         for (const char* file :
              {"picture.jpg", "raw.mp4", "sound.mp4", "cover.mp4", "encrypted.mp4", "empty.mp4",
               "garbage.mp4", "hls.mp4", "concat.mp4", "fifo.mp4", "folder.mp4", "missing.mp4"})
@@ -187,8 +185,7 @@ private Q_SLOTS:
 
 private:
     static QString redQuarter(QSize size) {
-        return QStringLiteral("color=red:s=%1x%2:r=10:d=0.5,pad=iw*2:ih*2:0:0:blue")
-            .arg(size.width())
+        return u"color=red:s=%1x%2:r=10:d=0.5,pad=iw*2:ih*2:0:0:blue"_s.arg(size.width())
             .arg(size.height());
     }
     QString path(const QString& file) const { return m_folder.filePath(file); }
@@ -196,10 +193,9 @@ private:
     bool make(const QString& source, const QString& options, const QString& file) {
         QProcess ffmpeg;
         ffmpeg.setWorkingDirectory(m_folder.path());
-        ffmpeg.start(QStringLiteral("ffmpeg"),
-                     QStringLiteral("-nostdin -v fatal -y -f lavfi -i").split(u' ') +
-                         QStringList(source) + options.split(u' ') +
-                         QStringList(QStringLiteral("file:") + file));
+        ffmpeg.start(u"ffmpeg"_s, u"-nostdin -v fatal -y -f lavfi -i"_s.split(u' ') +
+                                      QStringList(source) + options.split(u' ') +
+                                      QStringList(u"file:"_s + file));
         return ffmpeg.waitForFinished(60'000) && ffmpeg.exitCode() == 0;
     }
     void write(const char* name, const QByteArray& content) {
@@ -210,7 +206,7 @@ private:
     Outcome run(const QString& file) {
         QProcess program;
         program.setWorkingDirectory(m_folder.path());
-        program.start(qEnvironmentVariable("QUIV_BIN_DIR") + QStringLiteral("/quiv-still"), {file});
+        program.start(qEnvironmentVariable("QUIV_BIN_DIR") + u"/quiv-still"_s, {file});
         if (!program.waitForFinished(15'000) || program.exitStatus() != QProcess::NormalExit)
             return {};
         return {program.exitCode(), program.readAllStandardOutput(),

@@ -7,6 +7,8 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 // A local network whose announcements the test makes. Services resolve to what the test has put
 // into `services`, from the clock's next turn; those it has not never do.
 class FakeServiceBrowser final : public ServiceBrowser {
@@ -32,7 +34,7 @@ public:
     void announce(const ResolvedService& service) {
         services.insert(service.name, service);
         if (m_found)
-            m_found({service.name, QStringLiteral("_ombra._tcp"), QStringLiteral("local")});
+            m_found({service.name, u"_ombra._tcp"_s, u"local"_s});
     }
 
     QHash<QString, ResolvedService> services;
@@ -46,7 +48,7 @@ private:
 inline ResolvedService serviceAt(const QString& name, std::array<std::uint8_t, 4> ipv4, int port) {
     HostAddress address;
     std::ranges::copy(ipv4, address.bytes.begin());
-    return {name, {address}, QStringLiteral("tv.local."), port};
+    return {name, {address}, u"tv.local."_s, port};
 }
 
 } // namespace quiv

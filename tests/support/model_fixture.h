@@ -10,15 +10,17 @@
 
 #include <QCoreApplication>
 
+using namespace Qt::StringLiterals;
+
 namespace quiv {
 
-inline const QString FilesPath = QStringLiteral("api/files");
-inline const QString InfoPath = QStringLiteral("api/info");
-inline const QString PlaybackPath = QStringLiteral("api/playback");
-inline const QString MoveStatusPath = QStringLiteral("api/move-status");
-inline const QString StatusPath = QStringLiteral("api/mac/auth/status");
-inline const QString VerifyPath = QStringLiteral("api/mac/auth/verify");
-inline const QString CancelPath = QStringLiteral("api/mac/auth/cancel");
+inline const QString FilesPath = u"api/files"_s;
+inline const QString InfoPath = u"api/info"_s;
+inline const QString PlaybackPath = u"api/playback"_s;
+inline const QString MoveStatusPath = u"api/move-status"_s;
+inline const QString StatusPath = u"api/mac/auth/status"_s;
+inline const QString VerifyPath = u"api/mac/auth/verify"_s;
+inline const QString CancelPath = u"api/mac/auth/cancel"_s;
 
 inline TVEndpoint tvNamed(const QString& name, const QString& host, int port = 8080) {
     TVEndpoint endpoint;

@@ -7,6 +7,8 @@
 #include "support/fake_still_extractor.h"
 #include "support/memory_settings.h"
 
+using namespace Qt::StringLiterals;
+
 namespace quiv {
 
 // The model over real sockets and the real clock; only announcements and stills are made by the
@@ -19,7 +21,7 @@ struct RealModel {
     // A TV at this port of this machine is found.
     void find(quint16 port) {
         model.appear();
-        browser.announce(serviceAt(QStringLiteral("Announced"), {127, 0, 0, 1}, port));
+        browser.announce(serviceAt(u"Announced"_s, {127, 0, 0, 1}, port));
     }
     const QString& status() { return model.status()->statusMessage(); }
     const PairingState& pairing() { return model.pairing()->state(); }

@@ -2,21 +2,22 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 
 namespace {
 
-const QString DeletePath = QStringLiteral("api/files/delete");
-const TVEndpoint Tv = tvNamed(QStringLiteral("TV"), QStringLiteral("tv.local"));
-const TVEndpoint OtherTv = tvNamed(QStringLiteral("Other"), QStringLiteral("other.local"));
+const QString DeletePath = u"api/files/delete"_s;
+const TVEndpoint Tv = tvNamed(u"TV"_s, u"tv.local"_s);
+const TVEndpoint OtherTv = tvNamed(u"Other"_s, u"other.local"_s);
 
 RemoteFile file(const char* name) {
-    return {QString::fromLatin1(name), QStringLiteral("OTHER"), 0, std::nullopt};
+    return {QString::fromLatin1(name), u"OTHER"_s, 0, std::nullopt};
 }
 
 FileGroup movie() {
     FileGroup group;
-    group.title = QStringLiteral("Movie");
+    group.title = u"Movie"_s;
     group.video = file("m.mkv");
     group.subtitles = {file("m.en.srt"), file("m.de.srt")};
     group.others = {file("m.nfo")};
@@ -33,15 +34,14 @@ private Q_SLOTS:
         ModelFixture fixture;
         fixture.selectPaired(Tv);
         fixture.model.deletion()->deleteGroup(movie());
-        QCOMPARE(fixture.status(), QStringLiteral("Deleting Movie..."));
+        QCOMPARE(fixture.status(), u"Deleting Movie..."_s);
         for (const char* name : {"m.mkv", "m.en.srt", "m.de.srt", "m.nfo"}) {
             QCOMPARE(fixture.takeTargets(DeletePath),
-                     QStringList(QStringLiteral("POST api/files/delete?name=") +
-                                 QString::fromLatin1(name)));
+                     QStringList(u"POST api/files/delete?name="_s + QString::fromLatin1(name)));
             fixture.http.answer(DeletePath, "whatever");
         }
         QVERIFY(fixture.http.answer(FilesPath, R"({"files":[],"videos":[]})"));
-        QTRY_COMPARE(fixture.status(), QStringLiteral("Deleted Movie"));
+        QTRY_COMPARE(fixture.status(), u"Deleted Movie"_s);
     }
 
     void theFirstFailureEndsIt() {
@@ -52,7 +52,7 @@ private Q_SLOTS:
         fixture.model.deletion()->deleteGroup(group);
         fixture.http.answer(DeletePath, QByteArray());
         fixture.http.answer(DeletePath, R"({"ok":false,"error":"In use."})", 409);
-        QCOMPARE(fixture.status(), QStringLiteral("Delete failed: In use."));
+        QCOMPARE(fixture.status(), u"Delete failed: In use."_s);
         QCOMPARE(fixture.http.waiting(), 0u);
     }
 
@@ -61,7 +61,7 @@ private Q_SLOTS:
         fixture.model.selectDevice(Tv);
         fixture.model.deletion()->deleteGroup(movie());
         fixture.http.answer(StatusPath, R"({"authorized":false})");
-        QVERIFY(fixture.status().startsWith(QStringLiteral("Pairing required for delete.")));
+        QVERIFY(fixture.status().startsWith(u"Pairing required for delete."_s));
         QVERIFY(fixture.takeTargets(DeletePath).isEmpty());
     }
 

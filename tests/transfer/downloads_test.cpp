@@ -8,12 +8,13 @@
 #include <QTest>
 #include <QThreadPool>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 
 namespace {
 
-const QString DownloadPath = QStringLiteral("api/files/download");
-const TVEndpoint Tv = tvNamed(QStringLiteral("TV"), QStringLiteral("tv.local"));
+const QString DownloadPath = u"api/files/download"_s;
+const TVEndpoint Tv = tvNamed(u"TV"_s, u"tv.local"_s);
 
 QString text(const char* latin) {
     return QString::fromLatin1(latin);
@@ -249,12 +250,11 @@ private Q_SLOTS:
         QTest::newRow("parent") << text("..") << text("Download");
         QTest::newRow("folder") << text("a/") << text("Download");
         QTest::newRow("ends") << text("x.mkv. . ") << text("x.mkv");
-        QTest::newRow("controls") << QStringLiteral("a\n\u0000b\u202Egpj.mkv") << text("abgpj.mkv");
+        QTest::newRow("controls") << u"a\n\u0000b\u202Egpj.mkv"_s << text("abgpj.mkv");
         QTest::newRow("long") << QString(300, u'n') + text(".mkv")
                               << QString(251, u'n') + text(".mkv");
-        QTest::newRow("long, four bytes each")
-            << QStringLiteral("\U0001F3AC").repeated(100) + text(".mkv")
-            << QStringLiteral("\U0001F3AC").repeated(62) + text(".mkv");
+        QTest::newRow("long, four bytes each") << u"\U0001F3AC"_s.repeated(100) + text(".mkv")
+                                               << u"\U0001F3AC"_s.repeated(62) + text(".mkv");
         QTest::newRow("no extension to keep")
             << text("a.") + QString(300, u'n') << text("a.") + QString(253, u'n');
     }

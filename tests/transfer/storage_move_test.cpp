@@ -2,24 +2,25 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 
 namespace {
 
-const QString MovePath = QStringLiteral("api/files/move");
-const TVEndpoint Tv = tvNamed(QStringLiteral("TV"), QStringLiteral("tv.local"));
-const TVEndpoint OtherTv = tvNamed(QStringLiteral("Other"), QStringLiteral("other.local"));
+const QString MovePath = u"api/files/move"_s;
+const TVEndpoint Tv = tvNamed(u"TV"_s, u"tv.local"_s);
+const TVEndpoint OtherTv = tvNamed(u"Other"_s, u"other.local"_s);
 
 MoveStatusResponse report(const QString& state, std::int64_t updatedAtMs = 1) {
     MoveStatusResponse response;
     response.state = state;
-    response.fileName = QStringLiteral("a.mkv");
-    response.message = QStringLiteral("The TV's words.");
+    response.fileName = u"a.mkv"_s;
+    response.message = u"The TV's words."_s;
     response.updatedAtMs = updatedAtMs;
     return response;
 }
 
-const MoveState Moving{true, 0.5, 1000, QStringLiteral("a.mkv")};
+const MoveState Moving{true, 0.5, 1000, u"a.mkv"_s};
 
 } // namespace
 
@@ -36,7 +37,7 @@ private Q_SLOTS:
         const auto row = [](const char* name, Percent percent, std::int64_t moved,
                             std::int64_t total, const char* shown) {
             QTest::newRow(name) << percent << moved << total
-                                << QStringLiteral("Moving a.mkv... ") + QLatin1String(shown);
+                                << u"Moving a.mkv... "_s + QLatin1String(shown);
         };
         row("percent", 42.9, 0, 0, "42%");
         row("too much", 150, 0, 0, "100%");
@@ -50,7 +51,7 @@ private Q_SLOTS:
         QFETCH(std::int64_t, moved);
         QFETCH(std::int64_t, total);
         QFETCH(QString, message);
-        MoveStatusResponse moving = report(QStringLiteral("moving"));
+        MoveStatusResponse moving = report(u"moving"_s);
         moving.progressPercent = percent;
         moving.movedBytes = moved;
         moving.totalBytes = total;
@@ -61,7 +62,7 @@ private Q_SLOTS:
     }
 
     void anUnknownSpeedLeavesTheLast() {
-        MoveStatusResponse moving = report(QStringLiteral("MOVING"));
+        MoveStatusResponse moving = report(u"MOVING"_s);
         for (const std::optional<std::int64_t> speed : {std::optional<std::int64_t>(), {0}, {-4}}) {
             moving.speedBytesPerSec = speed;
             QCOMPARE(moveStep(Moving, moving).state.moveSpeedBytesPerSecond, 1000);
@@ -71,36 +72,36 @@ private Q_SLOTS:
     }
 
     void movesEndAsTheTvSays() {
-        const MoveStep completed = moveStep(Moving, report(QStringLiteral("Completed")));
-        QCOMPARE(completed.state, (MoveState{false, 1, 0, QStringLiteral("a.mkv")}));
-        QCOMPARE(completed.statusMessage, QStringLiteral("The TV's words."));
+        const MoveStep completed = moveStep(Moving, report(u"Completed"_s));
+        QCOMPARE(completed.state, (MoveState{false, 1, 0, u"a.mkv"_s}));
+        QCOMPARE(completed.statusMessage, u"The TV's words."_s);
         QVERIFY(completed.hasMovedFile);
-        QVERIFY(!moveStep({}, report(QStringLiteral("COMPLETED"))).hasMovedFile);
+        QVERIFY(!moveStep({}, report(u"COMPLETED"_s)).hasMovedFile);
 
-        const MoveStep failed = moveStep(Moving, report(QStringLiteral("FAILED")));
-        QCOMPARE(failed.state, (MoveState{false, 0, 0, QStringLiteral("a.mkv")}));
+        const MoveStep failed = moveStep(Moving, report(u"FAILED"_s));
+        QCOMPARE(failed.state, (MoveState{false, 0, 0, u"a.mkv"_s}));
         QVERIFY(failed.statusMessage && !failed.hasMovedFile);
 
-        const MoveStep idle = moveStep(Moving, report(QStringLiteral("IDLE")));
+        const MoveStep idle = moveStep(Moving, report(u"IDLE"_s));
         QCOMPARE(idle.state, MoveState());
         QVERIFY(!idle.statusMessage);
-        const MoveState finished{false, 1, 0, QStringLiteral("a.mkv")};
-        QCOMPARE(moveStep(finished, report(QStringLiteral("?"))).state, finished);
+        const MoveState finished{false, 1, 0, u"a.mkv"_s};
+        QCOMPARE(moveStep(finished, report(u"?"_s)).state, finished);
     }
 
     void aReportToldAgainChangesNothing() {
         ModelFixture fixture;
         fixture.selectPaired(Tv);
         StorageMove& move = *fixture.model.storageMove();
-        move.applyMoveStatus(report(QStringLiteral("MOVING")));
-        move.applyMoveStatus(report(QStringLiteral("COMPLETED"), 2));
+        move.applyMoveStatus(report(u"MOVING"_s));
+        move.applyMoveStatus(report(u"COMPLETED"_s, 2));
         QCOMPARE(fixture.takeTargets(FilesPath).size(), 1); // shows the new storage
-        fixture.model.status()->post(QStringLiteral("Something else"));
-        move.applyMoveStatus(report(QStringLiteral("completed"), 2));
-        QCOMPARE(fixture.status(), QStringLiteral("Something else"));
+        fixture.model.status()->post(u"Something else"_s);
+        move.applyMoveStatus(report(u"completed"_s, 2));
+        QCOMPARE(fixture.status(), u"Something else"_s);
         fixture.model.selectDevice(OtherTv);
         QCOMPARE(move.state(), MoveState());
-        move.applyMoveStatus(report(QStringLiteral("completed"), 2)); // the other TV may say so too
+        move.applyMoveStatus(report(u"completed"_s, 2)); // the other TV may say so too
         QCOMPARE(move.state().moveProgress, 1);
     }
 
@@ -108,32 +109,31 @@ private Q_SLOTS:
         ModelFixture fixture;
         fixture.model.selectDevice(Tv); // moves ask for no pairing
         StorageMove& move = *fixture.model.storageMove();
-        move.startMove(QStringLiteral("a.mkv"), QStringLiteral("attic"));
+        move.startMove(u"a.mkv"_s, u"attic"_s);
         QVERIFY(fixture.http.sent.isEmpty());
-        move.startMove(QStringLiteral("a b.mkv"), QStringLiteral("usb"));
+        move.startMove(u"a b.mkv"_s, u"usb"_s);
         QCOMPARE(fixture.takeTargets(MovePath),
-                 QStringList(QStringLiteral("POST api/files/move?name=a%20b.mkv&target=usb")));
+                 QStringList(u"POST api/files/move?name=a%20b.mkv&target=usb"_s));
         fixture.http.answer(MovePath, QByteArray());
-        QCOMPARE(fixture.status(), QStringLiteral("Move started for a b.mkv"));
+        QCOMPARE(fixture.status(), u"Move started for a b.mkv"_s);
         fixture.http.answer(MoveStatusPath, HttpErrorCode::TimedOut);
-        QVERIFY(fixture.status().startsWith(QStringLiteral("Failed to fetch move status: ")));
+        QVERIFY(fixture.status().startsWith(u"Failed to fetch move status: "_s));
     }
 
     void aRefusedMoveIsSaid() {
         ModelFixture fixture;
         fixture.selectPaired(Tv);
         StorageMove& move = *fixture.model.storageMove();
-        move.startMove(QStringLiteral("a.mkv"), QStringLiteral("INTERNAL"));
+        move.startMove(u"a.mkv"_s, u"INTERNAL"_s);
         fixture.http.answer(MovePath, R"({"error":"ignored"})", 409);
-        QCOMPARE(fixture.status(),
-                 QStringLiteral("Move failed to start: Move failed to start (HTTP 409)"));
+        QCOMPARE(fixture.status(), u"Move failed to start: Move failed to start (HTTP 409)"_s);
         QVERIFY(!fixture.pairing().requiresControlPairing);
-        move.startMove(QStringLiteral("a.mkv"), QStringLiteral("INTERNAL"));
+        move.startMove(u"a.mkv"_s, u"INTERNAL"_s);
         fixture.http.answer(MovePath, QByteArray(), 401);
         QVERIFY(fixture.pairing().requiresControlPairing);
-        move.startMove(QStringLiteral("a.mkv"), QStringLiteral("INTERNAL"));
+        move.startMove(u"a.mkv"_s, u"INTERNAL"_s);
         fixture.http.answer(MovePath, HttpErrorCode::CannotConnect);
-        QCOMPARE(fixture.status(), QStringLiteral("Move failed to start: ") +
+        QCOMPARE(fixture.status(), u"Move failed to start: "_s +
                                        HttpError(HttpErrorCode::CannotConnect).description());
         QCOMPARE(fixture.http.waiting(), 0u);
     }

@@ -7,6 +7,7 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 using namespace std::chrono_literals;
 
@@ -17,17 +18,17 @@ constexpr auto Huge = std::numeric_limits<std::int64_t>::max();
 QList<QUrl> files(const QStringList& names) {
     QList<QUrl> urls;
     for (const QString& name : names)
-        urls.append(QUrl::fromLocalFile(QStringLiteral("/videos/") + name));
+        urls.append(QUrl::fromLocalFile(u"/videos/"_s + name));
     return urls;
 }
 
 ExpectedUpload expectedUpload(std::optional<std::int64_t> size) {
-    return {QStringLiteral(" Movie.mkv"), size, 100'000};
+    return {u" Movie.mkv"_s, size, 100'000};
 }
 
 UploadStatusResponse status(const QString& name, std::int64_t total, std::int64_t updatedAtMs) {
     UploadStatusResponse response;
-    response.state = QStringLiteral(" completed\n");
+    response.state = u" completed\n"_s;
     response.fileName = name;
     response.totalBytes = total;
     response.updatedAtMs = updatedAtMs;
@@ -36,7 +37,7 @@ UploadStatusResponse status(const QString& name, std::int64_t total, std::int64_
 
 FilesResponse listing(const QString& name, std::int64_t size) {
     FilesResponse response;
-    response.files.append({name, QStringLiteral("VIDEO"), size, std::nullopt});
+    response.files.append({name, u"VIDEO"_s, size, std::nullopt});
     return response;
 }
 
@@ -48,32 +49,27 @@ class UploadRulesTest : public QObject {
 private Q_SLOTS:
     void pickedFilesAreCountedAndTold() {
         const PickedFiles picked =
-            pickedFiles(files({QStringLiteral("a.MP4"), QStringLiteral("b.srt"),
-                               QStringLiteral("notes.pdf"), QStringLiteral("mp4")}));
+            pickedFiles(files({u"a.MP4"_s, u"b.srt"_s, u"notes.pdf"_s, u"mp4"_s}));
         QCOMPARE(picked.jobs.size(), 2);
         QCOMPARE(picked.unsupported, 2);
         QVERIFY(picked.jobs[0].id != picked.jobs[1].id);
         QCOMPARE(picked.jobs[0].id, picked.jobs[0].id.toUpper());
 
-        QCOMPARE(queuedMessage(2, 1, 3),
-                 QStringLiteral("Queued 2 upload(s), 1 duplicate upload(s) skipped, "
-                                "skipped 3 unsupported file(s)"));
-        QCOMPARE(queuedMessage(0, 0, 0),
-                 QStringLiteral("All selected files are already uploading or queued"));
-        QCOMPARE(queueFinishedMessage(2, 1),
-                 QStringLiteral("Upload queue finished: 2 uploaded, 1 failed"));
-        QCOMPARE(queueFinishedMessage(3, 0), QStringLiteral("Upload queue finished: 3 uploaded"));
+        QCOMPARE(queuedMessage(2, 1, 3), u"Queued 2 upload(s), 1 duplicate upload(s) skipped, "
+                                         "skipped 3 unsupported file(s)"_s);
+        QCOMPARE(queuedMessage(0, 0, 0), u"All selected files are already uploading or queued"_s);
+        QCOMPARE(queueFinishedMessage(2, 1), u"Upload queue finished: 2 uploaded, 1 failed"_s);
+        QCOMPARE(queueFinishedMessage(3, 0), u"Upload queue finished: 3 uploaded"_s);
     }
 
     void eachNameIsQueuedOnce() {
         QList<UploadJob> jobs;
         for (const char* name : {"x.mp4", "X.MP4", "  ", "movie.mkv", "x (1).mp4"})
             jobs.append({QString(), QUrl(), QString::fromLatin1(name)});
-        const auto kept =
-            filteredDuplicateUploadJobs(jobs, {uploadNameKey(QStringLiteral(" Movie.MKV"))});
+        const auto kept = filteredDuplicateUploadJobs(jobs, {uploadNameKey(u" Movie.MKV"_s)});
         QCOMPARE(kept.size(), 2);
-        QCOMPARE(kept[0].remoteName, QStringLiteral("x.mp4"));
-        QCOMPARE(kept[1].remoteName, QStringLiteral("x (1).mp4"));
+        QCOMPARE(kept[0].remoteName, u"x.mp4"_s);
+        QCOMPARE(kept[1].remoteName, u"x (1).mp4"_s);
     }
 
     void attachedSubtitlesTakeTheVideosName_data() {
@@ -81,14 +77,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("subtitle");
         QTest::addColumn<QString>("proposed");
         QTest::newRow("another name")
-            << QStringLiteral("Movie.Name.2019.mkv") << QStringLiteral("movie.EN.SRT")
-            << QStringLiteral("Movie.Name.2019.srt");
-        QTest::newRow("letter case") << QStringLiteral("Show.mp4") << QStringLiteral("Subs.ASS")
-                                     << QStringLiteral("Show.ass");
-        QTest::newRow("the same name") << QStringLiteral("Show.mkv") << QStringLiteral("Show.srt")
-                                       << QStringLiteral("Show.srt");
-        QTest::newRow("no extension")
-            << QStringLiteral("Show") << QStringLiteral("subs") << QStringLiteral("Show.srt");
+            << u"Movie.Name.2019.mkv"_s << u"movie.EN.SRT"_s << u"Movie.Name.2019.srt"_s;
+        QTest::newRow("letter case") << u"Show.mp4"_s << u"Subs.ASS"_s << u"Show.ass"_s;
+        QTest::newRow("the same name") << u"Show.mkv"_s << u"Show.srt"_s << u"Show.srt"_s;
+        QTest::newRow("no extension") << u"Show"_s << u"subs"_s << u"Show.srt"_s;
     }
     void attachedSubtitlesTakeTheVideosName() {
         QFETCH(QString, video);
@@ -98,12 +90,12 @@ private Q_SLOTS:
     }
 
     void copiesOnTheTvMatchTheirUpload() {
-        const QString name = QStringLiteral("movie.mkv");
-        QVERIFY(uploadNamesMatch(name, QStringLiteral("Movie (2).mkv ")));
-        QVERIFY(!uploadNamesMatch(name, QStringLiteral("movie (2).mp4")));
-        QVERIFY(!uploadNamesMatch(name, QStringLiteral("movie (a).mkv")));
-        QVERIFY(!uploadNamesMatch(name, QStringLiteral("movie(2).mkv")));
-        QVERIFY(!uploadNamesMatch(QString(), QStringLiteral(" ")));
+        const QString name = u"movie.mkv"_s;
+        QVERIFY(uploadNamesMatch(name, u"Movie (2).mkv "_s));
+        QVERIFY(!uploadNamesMatch(name, u"movie (2).mp4"_s));
+        QVERIFY(!uploadNamesMatch(name, u"movie (a).mkv"_s));
+        QVERIFY(!uploadNamesMatch(name, u"movie(2).mkv"_s));
+        QVERIFY(!uploadNamesMatch(QString(), u" "_s));
     }
 
     void speedIsSampledAndSmoothed() {
@@ -121,10 +113,8 @@ private Q_SLOTS:
         const UploadProgress back = progressReported(tooSoon, 5, 100'000'000, start + 2s);
         QCOMPARE(back.speedBytesPerSecond, progress.speedBytesPerSecond);
         QCOMPARE(progressReported({}, 200, 100, start).fraction, 1.0);
-        QCOMPARE(uploadingMessage(QStringLiteral("a.mp4"), 2, 0.379),
-                 QStringLiteral("Uploading a.mp4 (2 queued)... 37%"));
-        QCOMPARE(uploadingMessage(QStringLiteral("a.mp4"), 0, 1),
-                 QStringLiteral("Uploading a.mp4... 100%"));
+        QCOMPARE(uploadingMessage(u"a.mp4"_s, 2, 0.379), u"Uploading a.mp4 (2 queued)... 37%"_s);
+        QCOMPARE(uploadingMessage(u"a.mp4"_s, 0, 1), u"Uploading a.mp4... 100%"_s);
     }
 
     void theEndIsNear() {
@@ -135,8 +125,8 @@ private Q_SLOTS:
     }
 
     void theTvConfirmsByNameOrBySize() {
-        const QString other = QStringLiteral("other.mkv");
-        const QString copy = QStringLiteral("Movie (1).MKV");
+        const QString other = u"other.mkv"_s;
+        const QString copy = u"Movie (1).MKV"_s;
         QVERIFY(confirmsUpload(status(copy, 0, 95'000), expectedUpload(std::nullopt)));
         QVERIFY(!confirmsUpload(status(copy, 0, 94'999), expectedUpload(std::nullopt)));
         QVERIFY(confirmsUpload(status(other, 10'009'000, 100'000), expectedUpload(10'000'000)));
@@ -146,18 +136,17 @@ private Q_SLOTS:
         QVERIFY(!confirmsUpload(status(other, -Huge, 100'000), expectedUpload(Huge)));
         QVERIFY(!confirmsUpload(status(other, 0, 100'000), expectedUpload(0)));
         UploadStatusResponse receiving = status(copy, 10, 100'000);
-        receiving.state = QStringLiteral("RECEIVING");
+        receiving.state = u"RECEIVING"_s;
         QVERIFY(!confirmsUpload(receiving, expectedUpload(10)));
     }
 
     void theListingConfirmsNameAndSize() {
-        const QString copy = QStringLiteral("movie (12).mkv");
+        const QString copy = u"movie (12).mkv"_s;
         QVERIFY(confirmsUpload(listing(copy, 1'004'096), expectedUpload(1'000'000)));
         QVERIFY(!confirmsUpload(listing(copy, 1'004'097), expectedUpload(1'000'000)));
         QVERIFY(!confirmsUpload(listing(copy, 0), expectedUpload(3000)));
         QVERIFY(confirmsUpload(listing(copy, 1), expectedUpload(std::nullopt)));
-        QVERIFY(!confirmsUpload(listing(QStringLiteral("movie.mp4"), 1'000'000),
-                                expectedUpload(1'000'000)));
+        QVERIFY(!confirmsUpload(listing(u"movie.mp4"_s, 1'000'000), expectedUpload(1'000'000)));
     }
 };
 

@@ -3,17 +3,18 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 using namespace std::chrono_literals;
 
 namespace {
 
-const QString PreflightPath = QStringLiteral("api/files/upload-preflight");
-const QString UploadPath = QStringLiteral("api/files/upload");
-const QString ThumbnailPath = QStringLiteral("api/files/thumbnail");
-const QString UploadStatusPath = QStringLiteral("api/upload-status");
-const TVEndpoint Tv = tvNamed(QStringLiteral("TV"), QStringLiteral("tv.local"));
-const TVEndpoint OtherTv = tvNamed(QStringLiteral("Other"), QStringLiteral("other.local"));
+const QString PreflightPath = u"api/files/upload-preflight"_s;
+const QString UploadPath = u"api/files/upload"_s;
+const QString ThumbnailPath = u"api/files/thumbnail"_s;
+const QString UploadStatusPath = u"api/upload-status"_s;
+const TVEndpoint Tv = tvNamed(u"TV"_s, u"tv.local"_s);
+const TVEndpoint OtherTv = tvNamed(u"Other"_s, u"other.local"_s);
 const QByteArray Empty = R"({"files":[],"videos":[]})";
 
 // The queue over a paired TV, fed with files of 1000 bytes.
@@ -137,7 +138,7 @@ private Q_SLOTS:
         Fixture fixture;
         QStringList names;
         for (int number = 0; number < 20; ++number)
-            names.append(QStringLiteral("%1.mkv").arg(number));
+            names.append(u"%1.mkv"_s.arg(number));
         fixture.queue(names);
         QCOMPARE(fixture.takeTargets(PreflightPath).size(), 4);
         fixture.http.answer(PreflightPath, QByteArray());

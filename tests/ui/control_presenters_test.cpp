@@ -14,6 +14,7 @@
 #include <functional>
 #include <limits>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 
 namespace {
@@ -41,22 +42,21 @@ PlaybackResponse playing(const char* name, std::int64_t positionMs = 0,
     return playback;
 }
 
-const TVEndpoint bedroom = sampleTv(QStringLiteral("Bedroom"), QStringLiteral("10.0.0.2"));
-const TVEndpoint kitchen = sampleTv(QStringLiteral("Kitchen"), QStringLiteral("10.0.0.3"));
+const TVEndpoint Bedroom = sampleTv(u"Bedroom"_s, u"10.0.0.2"_s);
+const TVEndpoint Kitchen = sampleTv(u"Kitchen"_s, u"10.0.0.3"_s);
 
 // A chooser's home with folders and files, and what was chosen.
 struct ChooserFixture {
     ChooserFixture() {
         qputenv("HOME", home.path().toUtf8());
         const QDir folder(home.path());
-        folder.mkpath(QStringLiteral("Videos/Old"));
+        folder.mkpath(u"Videos/Old"_s);
         for (const char* name : {"Videos/b 10.mkv", "Videos/a 10.mkv", "Videos/Old/c.mkv"})
             QFile(folder.filePath(QString::fromLatin1(name))).open(QIODevice::WriteOnly);
     }
 
     Task<> ask(FileChooserPresenter& chooser, FileDialogRequest::Purpose purpose) const {
-        auto asking = chooser.ask({purpose, QStringLiteral("Files"), QStringLiteral("Take"),
-                                   QStringLiteral("Proposed.mkv")});
+        auto asking = chooser.ask({purpose, u"Files"_s, u"Take"_s, u"Proposed.mkv"_s});
         const FileDialogAnswer answer = co_await std::move(asking);
         *files = answer.value();
     }
@@ -102,22 +102,22 @@ private:
 };
 
 void ControlPresentersTest::rowsShowPlayerAndMove() {
-    const LibraryRow row = sampleRow(QStringLiteral("a.mkv"), QStringLiteral("A"));
+    const LibraryRow row = sampleRow(u"a.mkv"_s, u"A"_s);
     RowContext context;
     context.playback = playing("a.mkv");
-    context.move = {true, 0.426, 1, QStringLiteral("A.MKV")};
+    context.move = {true, 0.426, 1, u"A.MKV"_s};
     FileGroupRowState state = fileGroupRowState(row, context);
-    QCOMPARE(state.playbackText, QStringLiteral("Playing"));
-    QCOMPARE(state.playSymbol, QStringLiteral("pause.fill"));
+    QCOMPARE(state.playbackText, u"Playing"_s);
+    QCOMPARE(state.playSymbol, u"pause.fill"_s);
     QVERIFY(state.isMoving);
-    QCOMPARE(state.movePercentText, QStringLiteral("42%"));
+    QCOMPARE(state.movePercentText, u"42%"_s);
 
     context.playback->isPlaying = false;
-    QCOMPARE(fileGroupRowState(row, context).playbackText, QStringLiteral("Paused"));
-    context.playback->currentVideoName = QStringLiteral("A.mkv"); // another file
+    QCOMPARE(fileGroupRowState(row, context).playbackText, u"Paused"_s);
+    context.playback->currentVideoName = u"A.mkv"_s; // another file
     state = fileGroupRowState(row, context);
     QCOMPARE(state.playbackText, QString());
-    QCOMPARE(state.playSymbol, QStringLiteral("play.fill"));
+    QCOMPARE(state.playSymbol, u"play.fill"_s);
 
     LibraryRow subtitle = row;
     subtitle.group.video.reset();
@@ -128,36 +128,35 @@ void ControlPresentersTest::rowsShowPlayerAndMove() {
 }
 
 void ControlPresentersTest::aMoveIsOfferedWhereItCanGo() {
-    LibraryRow row = sampleRow(QStringLiteral("a.mkv"), QStringLiteral("A"));
+    LibraryRow row = sampleRow(u"a.mkv"_s, u"A"_s);
     RowContext context;
-    QCOMPARE(fileGroupRowState(row, context).moveTitle, QStringLiteral("Move to USB"));
+    QCOMPARE(fileGroupRowState(row, context).moveTitle, u"Move to USB"_s);
     QVERIFY(!fileGroupRowState(row, context).canMove); // no drive
     context.isUsbConnected = true;
     QVERIFY(fileGroupRowState(row, context).canMove);
     context.move.isMovingFile = true;
     QVERIFY(!fileGroupRowState(row, context).canMove); // one at a time
-    row.storageLocation = QStringLiteral("usb");
+    row.storageLocation = u"usb"_s;
     context = {};
-    QCOMPARE(fileGroupRowState(row, context).moveTitle, QStringLiteral("Move to Internal"));
+    QCOMPARE(fileGroupRowState(row, context).moveTitle, u"Move to Internal"_s);
     QVERIFY(fileGroupRowState(row, context).canMove);
 
     WindowPresenter presenter(m_actions, m_ports.ports);
-    LibraryContent content = library({QStringLiteral("a.mkv"), QStringLiteral("b.mkv")});
-    content.groupedFiles[1].storageLocation = QStringLiteral("usb");
+    LibraryContent content = library({u"a.mkv"_s, u"b.mkv"_s});
+    content.groupedFiles[1].storageLocation = u"usb"_s;
     content.groupedFiles[0].group.video.reset();
     presenter.setContent(content);
     m_actions.calls.clear();
-    presenter.library()->moveStorage(QStringLiteral("a.mkv"));
-    presenter.library()->moveStorage(QStringLiteral("b.mkv"));
-    presenter.library()->playOrPause(QStringLiteral("b.mkv"));
-    QCOMPARE(m_actions.calls, QStringList({QStringLiteral("move b.mkv to INTERNAL"),
-                                           QStringLiteral("toggle b.mkv")}));
+    presenter.library()->moveStorage(u"a.mkv"_s);
+    presenter.library()->moveStorage(u"b.mkv"_s);
+    presenter.library()->playOrPause(u"b.mkv"_s);
+    QCOMPARE(m_actions.calls, QStringList({u"move b.mkv to INTERNAL"_s, u"toggle b.mkv"_s}));
 }
 
 void ControlPresentersTest::onlyTheRowsInViewAnswerForThePlayer() {
     WindowPresenter presenter(m_actions, m_ports.ports);
-    presenter.setSelectedDevice(bedroom);
-    presenter.setContent(library({QStringLiteral("a.mkv"), QStringLiteral("b.mkv")}));
+    presenter.setSelectedDevice(Bedroom);
+    presenter.setContent(library({u"a.mkv"_s, u"b.mkv"_s}));
     const QSignalSpy changes(presenter.library()->rows(), &QAbstractItemModel::dataChanged);
     presenter.setPlayback(playing("a.mkv", 1000));
     QCOMPARE(changes.size(), 1);
@@ -172,13 +171,13 @@ void ControlPresentersTest::aDragSeeksOnce() {
     dock.beginDrag(0.1);
     dock.drag(0.5);
     dock.setPlayback(playing("a.mkv", 5000)); // does not move the held knob
-    QCOMPARE(dock.timeline().positionText, QStringLiteral("1:00:00"));
+    QCOMPARE(dock.timeline().positionText, u"1:00:00"_s);
     dock.drop();
     dock.drop();
-    QCOMPARE(m_actions.calls, QStringList(QStringLiteral("seek_to 3600000")));
-    QCOMPARE(dock.timeline().positionText, QStringLiteral("1:00:00"));
+    QCOMPARE(m_actions.calls, QStringList(u"seek_to 3600000"_s));
+    QCOMPARE(dock.timeline().positionText, u"1:00:00"_s);
     dock.setPlayback(playing("a.mkv", 5000)); // the TV did not go there
-    QCOMPARE(dock.timeline().positionText, QStringLiteral("00:05"));
+    QCOMPARE(dock.timeline().positionText, u"00:05"_s);
 }
 
 void ControlPresentersTest::aDragThatEndsOtherwiseSeeksNowhere_data() {
@@ -203,23 +202,22 @@ void ControlPresentersTest::aDragThatEndsOtherwiseSeeksNowhere() {
     dock.drop();
     QVERIFY(m_actions.calls.isEmpty());
     dock.setPlayback(playing("a.mkv", 9000));
-    QCOMPARE(dock.timeline().positionText, QStringLiteral("00:09")); // not stuck
+    QCOMPARE(dock.timeline().positionText, u"00:09"_s); // not stuck
 }
 
 void ControlPresentersTest::menusMarkWhatTheTvConfirmed() {
     PlaybackResponse playback = playing("a.mkv");
     playback.playbackSpeed = 1.3;
     DockState state = dockState(playback, QString());
-    QCOMPARE(state.subtitles, QStringList(QStringLiteral("Off")));
-    QCOMPARE(state.speeds.at(state.speedIndex), QStringLiteral("1.25x"));
+    QCOMPARE(state.subtitles, QStringList(u"Off"_s));
+    QCOMPARE(state.speeds.at(state.speedIndex), u"1.25x"_s);
     QVERIFY(state.audioTracks.isEmpty());
 
     playback.subtitleTracks = {track("1", "", false), track("1", "Twin", true),
                                track("", "", false)};
     playback.audioTracks = {track("2", "Stereo", false), track("3", "<b>5.1</b>", false)};
     state = dockState(playback, QString());
-    QCOMPARE(state.subtitles, QStringList({QStringLiteral("Off"), QStringLiteral("1"),
-                                           QStringLiteral("Twin"), QStringLiteral("Track 3")}));
+    QCOMPARE(state.subtitles, QStringList({u"Off"_s, u"1"_s, u"Twin"_s, u"Track 3"_s}));
     QCOMPARE(state.subtitleIndex, 2); // the one of its id that is selected
     QCOMPARE(state.audioIndex, 0);
     playback.audioTracks[1].selected = true;
@@ -248,18 +246,16 @@ void ControlPresentersTest::choicesAreSentByTheirTags() {
     dock.chooseSpeed(6);
     dock.chooseSpeed(7);
     QCOMPARE(m_actions.calls,
-             QStringList({QStringLiteral("set_subtitle"), QStringLiteral("set_subtitle OFF"),
-                          QStringLiteral("set_subtitle"), QStringLiteral("set_audio 9"),
-                          QStringLiteral("set_speed 2.00")}));
+             QStringList({u"set_subtitle"_s, u"set_subtitle OFF"_s, u"set_subtitle"_s,
+                          u"set_audio 9"_s, u"set_speed 2.00"_s}));
     QCOMPARE(dock.state(), before); // until the TV says so
 }
 
 void ControlPresentersTest::theDockIsNamedByTheLibrary() {
-    const QList<LibraryRow> rows{
-        sampleRow(QStringLiteral("a.mkv"), QStringLiteral("Glacier Road"))};
-    QCOMPARE(nowPlayingTitle(rows, QStringLiteral("a.mkv")), QStringLiteral("Glacier Road"));
-    QCOMPARE(nowPlayingTitle(rows, QStringLiteral(" B.x.mkv")), QStringLiteral("B.x"));
-    QCOMPARE(nowPlayingTitle(rows, QStringLiteral(" .mkv")), QStringLiteral(" .mkv"));
+    const QList<LibraryRow> rows{sampleRow(u"a.mkv"_s, u"Glacier Road"_s)};
+    QCOMPARE(nowPlayingTitle(rows, u"a.mkv"_s), u"Glacier Road"_s);
+    QCOMPARE(nowPlayingTitle(rows, u" B.x.mkv"_s), u"B.x"_s);
+    QCOMPARE(nowPlayingTitle(rows, u" .mkv"_s), u" .mkv"_s);
     DockPresenter dock(m_actions);
     dock.setPlayback(playing(" \n"));
     QVERIFY(!dock.state().isShown);
@@ -271,57 +267,56 @@ void ControlPresentersTest::strangePositionsAreShownWithinBounds() {
     dock.setPlayback(playing("a.mkv", huge, huge));
     QCOMPARE(dock.timeline().fraction, 1.0);
     dock.setPlayback(playing("a.mkv", -5, 60'000));
-    QCOMPARE(dock.timeline().positionText, QStringLiteral("00:00"));
+    QCOMPARE(dock.timeline().positionText, u"00:00"_s);
     dock.setPlayback(playing("a.mkv", 5000, -60'000));
-    QCOMPARE(dock.timeline().positionText, QStringLiteral("00:05"));
+    QCOMPARE(dock.timeline().positionText, u"00:05"_s);
     QVERIFY(!dock.timeline().canSeek);
     dock.beginDrag(0.5);
-    QCOMPARE(dock.timeline().positionText, QStringLiteral("00:05"));
+    QCOMPARE(dock.timeline().positionText, u"00:05"_s);
 }
 
 void ControlPresentersTest::deletingIsAskedFirst() {
     WindowPresenter presenter(m_actions, m_ports.ports);
-    presenter.setSelectedDevice(bedroom);
-    LibraryContent content = library({QStringLiteral("a.mkv")});
+    presenter.setSelectedDevice(Bedroom);
+    LibraryContent content = library({u"a.mkv"_s});
     content.groupedFiles[0].group.subtitles = {RemoteFile(), RemoteFile()};
     presenter.setContent(content);
     DeletePromptPresenter& prompt = *presenter.deletePrompt();
     m_actions.calls.clear();
-    presenter.library()->requestDelete(QStringLiteral("a.mkv"));
+    presenter.library()->requestDelete(u"a.mkv"_s);
     QCOMPARE(prompt.message(),
-             QStringLiteral("This will delete 3 file(s) from the TV, including subtitles linked to "
-                            "\"a.mkv\"."));
+             u"This will delete 3 file(s) from the TV, including subtitles linked to "
+             "\"a.mkv\"."_s);
     prompt.cancel();
     prompt.confirm();
-    presenter.library()->requestDelete(QStringLiteral("a.mkv"));
-    presenter.setSelectedDevice(kitchen); // the question was about the other TV's file
+    presenter.library()->requestDelete(u"a.mkv"_s);
+    presenter.setSelectedDevice(Kitchen); // the question was about the other TV's file
     QVERIFY(!prompt.isShown());
     QVERIFY(m_actions.calls.isEmpty());
     prompt.ask(content.groupedFiles[0].group);
     prompt.confirm();
-    QCOMPARE(m_actions.calls, QStringList(QStringLiteral("delete a.mkv")));
+    QCOMPARE(m_actions.calls, QStringList(u"delete a.mkv"_s));
     QVERIFY(!prompt.isShown());
 }
 
 void ControlPresentersTest::uploadsAreListedAndMarkTheirRows() {
-    UploadListItem item{QStringLiteral("1"), QStringLiteral("a.mkv"), UploadListItemState::Queued};
-    QCOMPARE(uploadStatusText(item), QStringLiteral("Queued"));
+    UploadListItem item{u"1"_s, u"a.mkv"_s, UploadListItemState::Queued};
+    QCOMPARE(uploadStatusText(item), u"Queued"_s);
     item.state = UploadListItemState::Uploading;
     item.progress = 0.379;
-    QCOMPARE(uploadStatusText(item), QStringLiteral("Uploading  37%  -- B/s"));
+    QCOMPARE(uploadStatusText(item), u"Uploading  37%  -- B/s"_s);
 
     WindowPresenter presenter(m_actions, m_ports.ports);
-    presenter.setSelectedDevice(bedroom);
+    presenter.setSelectedDevice(Bedroom);
     presenter.setUploads({item}, {uploadMatchKey(item.fileName)});
     QCOMPARE(presenter.library()->phase(), Phase::List); // also without a library
     QCOMPARE(presenter.uploads()->count(), 1);
-    presenter.setContent(library({QStringLiteral("A (2).mkv"), QStringLiteral("b.mkv")}));
+    presenter.setContent(library({u"A (2).mkv"_s, u"b.mkv"_s}));
     m_actions.calls.clear();
-    presenter.library()->playOrPause(QStringLiteral("A (2).mkv")); // not there yet
-    presenter.library()->playOrPause(QStringLiteral("b.mkv"));
+    presenter.library()->playOrPause(u"A (2).mkv"_s); // not there yet
+    presenter.library()->playOrPause(u"b.mkv"_s);
     presenter.uploads()->cancel(item.id);
-    QCOMPARE(m_actions.calls,
-             QStringList({QStringLiteral("toggle b.mkv"), QStringLiteral("cancel upload 1")}));
+    QCOMPARE(m_actions.calls, QStringList({u"toggle b.mkv"_s, u"cancel upload 1"_s}));
     presenter.setContent({});
     presenter.setUploads({}, {});
     QCOMPARE(presenter.library()->phase(), Phase::Empty);
@@ -329,11 +324,11 @@ void ControlPresentersTest::uploadsAreListedAndMarkTheirRows() {
 
 void ControlPresentersTest::dropsAreTakenWhenThereAreFiles() {
     UploadsPresenter uploads(m_actions);
-    QCOMPARE(uploads.dropHint(), QStringLiteral("Select a TV first"));
-    uploads.setSelectedDevice(bedroom);
-    QCOMPARE(uploads.dropHint(), QStringLiteral("Files will be added to the upload queue"));
+    QCOMPARE(uploads.dropHint(), u"Select a TV first"_s);
+    uploads.setSelectedDevice(Bedroom);
+    QCOMPARE(uploads.dropHint(), u"Files will be added to the upload queue"_s);
     uploads.setDropTargeted(true);
-    QVERIFY(uploads.drop({QUrl(QStringLiteral("file:///a.mkv"))}));
+    QVERIFY(uploads.drop({QUrl(u"file:///a.mkv"_s)}));
     QVERIFY(!uploads.isUploadDropTargeted());
     QVERIFY(!uploads.drop({}));
 }
@@ -345,29 +340,28 @@ void ControlPresentersTest::filesAreChosenFromFolders() {
         return chooser.rows()->index(row, 0).data(Qt::UserRole).toString();
     };
     Task<> asking = fixture.ask(chooser, FileDialogRequest::Purpose::OpenSeveral);
-    QTRY_COMPARE(name(0), QStringLiteral("Old"));
-    QCOMPARE(name(1), QStringLiteral("a 10.mkv"));
+    QTRY_COMPARE(name(0), u"Old"_s);
+    QCOMPARE(name(1), u"a 10.mkv"_s);
     chooser.accept(); // nothing is chosen yet
     QVERIFY(chooser.isShown());
-    chooser.select(QStringLiteral("b 10.mkv"));
-    chooser.select(QStringLiteral("a 10.mkv"));
-    chooser.select(QStringLiteral("not there"));
+    chooser.select(u"b 10.mkv"_s);
+    chooser.select(u"a 10.mkv"_s);
+    chooser.select(u"not there"_s);
     chooser.accept();
-    QTRY_COMPARE(fixture.names(),
-                 QStringList({QStringLiteral("a 10.mkv"), QStringLiteral("b 10.mkv")}));
+    QTRY_COMPARE(fixture.names(), QStringList({u"a 10.mkv"_s, u"b 10.mkv"_s}));
     QVERIFY(!chooser.isShown());
 
     asking = fixture.ask(chooser, FileDialogRequest::Purpose::OpenOne);
     QTRY_COMPARE(chooser.rows()->rowCount(), 3);
-    chooser.select(QStringLiteral("a 10.mkv"));
-    chooser.select(QStringLiteral("Old")); // what was chosen stays behind
+    chooser.select(u"a 10.mkv"_s);
+    chooser.select(u"Old"_s); // what was chosen stays behind
     QVERIFY(!chooser.canAccept());
-    QTRY_COMPARE(name(0), QStringLiteral("c.mkv"));
+    QTRY_COMPARE(name(0), u"c.mkv"_s);
     chooser.goUp();
     QTRY_COMPARE(chooser.rows()->rowCount(), 3);
-    chooser.select(QStringLiteral("a 10.mkv"));
-    chooser.activate(QStringLiteral("b 10.mkv"));
-    QTRY_COMPARE(fixture.names(), QStringList(QStringLiteral("b 10.mkv")));
+    chooser.select(u"a 10.mkv"_s);
+    chooser.activate(u"b 10.mkv"_s);
+    QTRY_COMPARE(fixture.names(), QStringList(u"b 10.mkv"_s));
 
     asking = fixture.ask(chooser, FileDialogRequest::Purpose::OpenOne);
     asking.cancel(); // nobody waits for it any more
@@ -379,33 +373,33 @@ void ControlPresentersTest::aPlaceToSaveToIsChosen() {
     FileChooserPresenter chooser;
     Task<> asking = fixture.ask(chooser, FileDialogRequest::Purpose::Save);
     QTRY_COMPARE(chooser.rows()->rowCount(), 3);
-    QCOMPARE(chooser.name(), QStringLiteral("Proposed.mkv"));
+    QCOMPARE(chooser.name(), u"Proposed.mkv"_s);
     for (const char* bad : {"", "  ", "..", "../x", "a/b"}) {
         chooser.setName(QString::fromLatin1(bad));
         QVERIFY2(!chooser.canAccept(), bad);
     }
-    chooser.setName(QStringLiteral("Old"));
+    chooser.setName(u"Old"_s);
     chooser.accept(); // a folder
     chooser.accept();
     QVERIFY(chooser.isShown());
-    chooser.select(QStringLiteral("a 10.mkv"));
+    chooser.select(u"a 10.mkv"_s);
     chooser.accept();
-    QCOMPARE(chooser.acceptLabel(), QStringLiteral("Replace"));
-    QVERIFY(chooser.note().contains(QStringLiteral("a 10.mkv")));
-    chooser.setName(QStringLiteral("b 10.mkv")); // asks anew
+    QCOMPARE(chooser.acceptLabel(), u"Replace"_s);
+    QVERIFY(chooser.note().contains(u"a 10.mkv"_s));
+    chooser.setName(u"b 10.mkv"_s); // asks anew
     chooser.accept();
     QVERIFY(chooser.isShown());
     chooser.accept();
-    QTRY_COMPARE(fixture.names(), QStringList(QStringLiteral("b 10.mkv")));
+    QTRY_COMPARE(fixture.names(), QStringList(u"b 10.mkv"_s));
 
     asking = fixture.ask(chooser, FileDialogRequest::Purpose::Save);
-    chooser.createFolder(QStringLiteral("Old/x/y"));
+    chooser.createFolder(u"Old/x/y"_s);
     QVERIFY(!chooser.note().isEmpty());
-    chooser.createFolder(QStringLiteral("New"));
-    QVERIFY(chooser.folder().endsWith(QStringLiteral("Videos/New")));
+    chooser.createFolder(u"New"_s);
+    QVERIFY(chooser.folder().endsWith(u"Videos/New"_s));
     chooser.accept();
-    QTRY_COMPARE(fixture.names(), QStringList(QStringLiteral("Proposed.mkv")));
-    QVERIFY(fixture.files->constFirst().path().endsWith(QStringLiteral("New/Proposed.mkv")));
+    QTRY_COMPARE(fixture.names(), QStringList(u"Proposed.mkv"_s));
+    QVERIFY(fixture.files->constFirst().path().endsWith(u"New/Proposed.mkv"_s));
 
     asking = fixture.ask(chooser, FileDialogRequest::Purpose::Save);
     chooser.cancel();
@@ -423,8 +417,8 @@ void ControlPresentersTest::theDesktopsDialogsComeFirst() {
         m_ports.dialogs.desktop.answer(QList<QUrl>()); // cancelled
         QVERIFY(!presenter.fileChooser()->isShown());
         presenter.pickUploads();
-        m_ports.dialogs.desktop.answer(QList<QUrl>{QUrl(QStringLiteral("file:///a.mkv"))});
-        QTRY_COMPARE(m_actions.calls, QStringList(QStringLiteral("pick a.mkv")));
+        m_ports.dialogs.desktop.answer(QList<QUrl>{QUrl(u"file:///a.mkv"_s)});
+        QTRY_COMPARE(m_actions.calls, QStringList(u"pick a.mkv"_s));
         presenter.pickUploads();
         presenter.pickUploads(); // the first closes
         QCOMPARE(m_ports.dialogs.desktop.dropped, 1);
@@ -438,18 +432,18 @@ void ControlPresentersTest::theDesktopsDialogsComeFirst() {
 
 void ControlPresentersTest::aSubtitleOfAnotherNameIsAskedAbout() {
     SubtitleRenamePresenter rename(m_actions);
-    rename.setSelectedDevice(bedroom);
+    rename.setSelectedDevice(Bedroom);
     m_actions.calls.clear();
-    rename.attach(QUrl(QStringLiteral("file:///SHOW.srt")), QStringLiteral("Show.mkv"));
-    QCOMPARE(m_actions.calls, QStringList(QStringLiteral("attach SHOW.srt as Show.srt")));
-    rename.attach(QUrl(QStringLiteral("file:///x.ASS")), QStringLiteral("Show.mkv"));
-    QVERIFY(rename.message().contains(QStringLiteral("\"Show.ass\"")));
-    rename.setSelectedDevice(kitchen);
+    rename.attach(QUrl(u"file:///SHOW.srt"_s), u"Show.mkv"_s);
+    QCOMPARE(m_actions.calls, QStringList(u"attach SHOW.srt as Show.srt"_s));
+    rename.attach(QUrl(u"file:///x.ASS"_s), u"Show.mkv"_s);
+    QVERIFY(rename.message().contains(u"\"Show.ass\""_s));
+    rename.setSelectedDevice(Kitchen);
     rename.confirm();
     QCOMPARE(m_actions.calls.size(), 1);
-    rename.attach(QUrl(QStringLiteral("file:///x.ASS")), QStringLiteral("Show.mkv"));
+    rename.attach(QUrl(u"file:///x.ASS"_s), u"Show.mkv"_s);
     rename.confirm();
-    QCOMPARE(m_actions.calls.last(), QStringLiteral("attach x.ASS as Show.ass"));
+    QCOMPARE(m_actions.calls.last(), u"attach x.ASS as Show.ass"_s);
     QVERIFY(!rename.isShown());
 }
 

@@ -4,6 +4,7 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 
 namespace {
@@ -21,7 +22,7 @@ std::optional<QString> label(const char* manufacturer, const char* model, const 
 
 FileGroup group(int subtitles, std::optional<std::int64_t> reported = std::nullopt) {
     FileGroup made;
-    made.video = RemoteFile{QStringLiteral("a.mkv"), QStringLiteral("VIDEO"), 0, std::nullopt};
+    made.video = RemoteFile{u"a.mkv"_s, u"VIDEO"_s, 0, std::nullopt};
     made.reportedSubtitleCount = reported;
     for (int i = 0; i < subtitles; ++i)
         made.subtitles.append(RemoteFile());
@@ -92,21 +93,21 @@ void DisplayFormatTest::byteCounts() {
 }
 
 void DisplayFormatTest::playbackTimes() {
-    QCOMPARE(formatPlaybackTime(0), QStringLiteral("00:00"));
-    QCOMPARE(formatPlaybackTime(59'999), QStringLiteral("00:59"));
-    QCOMPARE(formatPlaybackTime(83'000), QStringLiteral("01:23"));
-    QCOMPARE(formatPlaybackTime(3'599'999), QStringLiteral("59:59"));
-    QCOMPARE(formatPlaybackTime(3'600'000), QStringLiteral("1:00:00"));
-    QCOMPARE(formatPlaybackTime(90'061'000), QStringLiteral("25:01:01"));
-    QCOMPARE(formatPlaybackTime(-5'000), QStringLiteral("00:00"));
+    QCOMPARE(formatPlaybackTime(0), u"00:00"_s);
+    QCOMPARE(formatPlaybackTime(59'999), u"00:59"_s);
+    QCOMPARE(formatPlaybackTime(83'000), u"01:23"_s);
+    QCOMPARE(formatPlaybackTime(3'599'999), u"59:59"_s);
+    QCOMPARE(formatPlaybackTime(3'600'000), u"1:00:00"_s);
+    QCOMPARE(formatPlaybackTime(90'061'000), u"25:01:01"_s);
+    QCOMPARE(formatPlaybackTime(-5'000), u"00:00"_s);
 }
 
 void DisplayFormatTest::playbackSpeeds() {
-    QCOMPARE(formatPlaybackSpeed(1.0), QStringLiteral("1x"));
-    QCOMPARE(formatPlaybackSpeed(1.0004), QStringLiteral("1x"));
-    QCOMPARE(formatPlaybackSpeed(1.5), QStringLiteral("1.5x"));
-    QCOMPARE(formatPlaybackSpeed(1.25), QStringLiteral("1.25x"));
-    QCOMPARE(formatPlaybackSpeed(0.333), QStringLiteral("0.33x"));
+    QCOMPARE(formatPlaybackSpeed(1.0), u"1x"_s);
+    QCOMPARE(formatPlaybackSpeed(1.0004), u"1x"_s);
+    QCOMPARE(formatPlaybackSpeed(1.5), u"1.5x"_s);
+    QCOMPARE(formatPlaybackSpeed(1.25), u"1.25x"_s);
+    QCOMPARE(formatPlaybackSpeed(0.333), u"0.33x"_s);
 }
 
 void DisplayFormatTest::nearestSpeedKeepsTheEarlierOfTwo() {
@@ -116,57 +117,54 @@ void DisplayFormatTest::nearestSpeedKeepsTheEarlierOfTwo() {
 }
 
 void DisplayFormatTest::transferSpeeds() {
-    const QString none = QStringLiteral("-- B/s");
+    const QString none = u"-- B/s"_s;
     QCOMPARE(formatTransferSpeed(0), none);
     QCOMPARE(formatTransferSpeed(-3), none);
     QCOMPARE(formatTransferSpeed(std::numeric_limits<double>::quiet_NaN()), none);
     QCOMPARE(formatTransferSpeed(std::numeric_limits<double>::infinity()), none);
     QCOMPARE(formatTransferSpeed(1e300), none);
-    QCOMPARE(formatTransferSpeed(1499.6), QStringLiteral("2 KB/s"));
-    QCOMPARE(formatTransferSpeed(31'500'000), QStringLiteral("31.5 MB/s"));
+    QCOMPARE(formatTransferSpeed(1499.6), u"2 KB/s"_s);
+    QCOMPARE(formatTransferSpeed(31'500'000), u"31.5 MB/s"_s);
 }
 
 void DisplayFormatTest::percentagesAreTruncated() {
-    QCOMPARE(formatPercent(0.426), QStringLiteral("42%"));
-    QCOMPARE(formatPercent(0.999), QStringLiteral("99%"));
-    QCOMPARE(formatPercent(1.0), QStringLiteral("100%"));
-    QCOMPARE(formatPercent(std::numeric_limits<double>::quiet_NaN()), QStringLiteral("0%"));
-    QCOMPARE(formatPercent(1e300), QStringLiteral("0%"));
+    QCOMPARE(formatPercent(0.426), u"42%"_s);
+    QCOMPARE(formatPercent(0.999), u"99%"_s);
+    QCOMPARE(formatPercent(1.0), u"100%"_s);
+    QCOMPARE(formatPercent(std::numeric_limits<double>::quiet_NaN()), u"0%"_s);
+    QCOMPARE(formatPercent(1e300), u"0%"_s);
 }
 
 void DisplayFormatTest::deviceLabelsDoNotRepeatTheMaker() {
-    QCOMPARE(label("Sony", "Sony Bravia", nullptr), QStringLiteral("Sony Bravia"));
-    QCOMPARE(label("SONY", "sony Bravia", nullptr), QStringLiteral("sony Bravia"));
-    QCOMPARE(label("Sony", "KD-55", "Other"), QStringLiteral("Sony KD-55"));
-    QCOMPARE(label(nullptr, " KD-55 ", nullptr), QStringLiteral("KD-55"));
-    QCOMPARE(label("Sony", "  ", "Bravia"), QStringLiteral("Bravia"));
+    QCOMPARE(label("Sony", "Sony Bravia", nullptr), u"Sony Bravia"_s);
+    QCOMPARE(label("SONY", "sony Bravia", nullptr), u"sony Bravia"_s);
+    QCOMPARE(label("Sony", "KD-55", "Other"), u"Sony KD-55"_s);
+    QCOMPARE(label(nullptr, " KD-55 ", nullptr), u"KD-55"_s);
+    QCOMPARE(label("Sony", "  ", "Bravia"), u"Bravia"_s);
     QVERIFY(!label("Sony", nullptr, nullptr));
 }
 
 void DisplayFormatTest::subtitleCountTakesTheHighest() {
-    QCOMPARE(subtitleCountText(group(0), {}), QStringLiteral("No subtitles"));
-    QCOMPARE(subtitleCountText(group(1), {}), QStringLiteral("1 subtitle"));
-    QCOMPARE(subtitleCountText(group(2, 5), {}), QStringLiteral("5 subtitles"));
-    QCOMPARE(subtitleCountText(group(3, 1), {}), QStringLiteral("3 subtitles"));
-    QCOMPARE(subtitleCountText(group(0, -4), {}), QStringLiteral("No subtitles"));
-    const QStringList tracks{QStringLiteral(" OFF "), QStringLiteral("1"), QStringLiteral("2")};
-    QCOMPARE(subtitleCountText(group(1), playing(QStringLiteral("a.mkv"), tracks)),
-             QStringLiteral("2 subtitles"));
-    QCOMPARE(subtitleCountText(group(1), playing(QStringLiteral("b.mkv"), tracks)),
-             QStringLiteral("1 subtitle"));
+    QCOMPARE(subtitleCountText(group(0), {}), u"No subtitles"_s);
+    QCOMPARE(subtitleCountText(group(1), {}), u"1 subtitle"_s);
+    QCOMPARE(subtitleCountText(group(2, 5), {}), u"5 subtitles"_s);
+    QCOMPARE(subtitleCountText(group(3, 1), {}), u"3 subtitles"_s);
+    QCOMPARE(subtitleCountText(group(0, -4), {}), u"No subtitles"_s);
+    const QStringList tracks{u" OFF "_s, u"1"_s, u"2"_s};
+    QCOMPARE(subtitleCountText(group(1), playing(u"a.mkv"_s, tracks)), u"2 subtitles"_s);
+    QCOMPARE(subtitleCountText(group(1), playing(u"b.mkv"_s, tracks)), u"1 subtitle"_s);
 }
 
 void DisplayFormatTest::aHostileTextStaysOnOneLine_data() {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("shown");
-    QTest::newRow("line break") << QStringLiteral("a\nb") << QStringLiteral("a b");
-    QTest::newRow("separators") << QStringLiteral("a\u2028b\u2029c") << QStringLiteral("a b c");
-    QTest::newRow("null") << QStringLiteral("a") + QChar(0) << QStringLiteral("a\uFFFD");
-    QTest::newRow("override") << QStringLiteral("a\u202Egpj.exe")
-                              << QStringLiteral("a\uFFFDgpj.exe");
-    QTest::newRow("isolate") << QStringLiteral("\u2067a") << QStringLiteral("\uFFFDa");
-    QTest::newRow("markup") << QStringLiteral("<b>a</b>") << QStringLiteral("<b>a</b>");
-    QTest::newRow("other scripts") << QStringLiteral("שלום 🎬") << QStringLiteral("שלום 🎬");
+    QTest::newRow("line break") << u"a\nb"_s << u"a b"_s;
+    QTest::newRow("separators") << u"a\u2028b\u2029c"_s << u"a b c"_s;
+    QTest::newRow("null") << u"a"_s + QChar(0) << u"a\uFFFD"_s;
+    QTest::newRow("override") << u"a\u202Egpj.exe"_s << u"a\uFFFDgpj.exe"_s;
+    QTest::newRow("isolate") << u"\u2067a"_s << u"\uFFFDa"_s;
+    QTest::newRow("markup") << u"<b>a</b>"_s << u"<b>a</b>"_s;
+    QTest::newRow("other scripts") << u"שלום 🎬"_s << u"שלום 🎬"_s;
 }
 
 void DisplayFormatTest::aHostileTextStaysOnOneLine() {
@@ -175,7 +173,7 @@ void DisplayFormatTest::aHostileTextStaysOnOneLine() {
 }
 
 void DisplayFormatTest::aLongTextIsCutBetweenCharacters() {
-    const QString text = QString(999, u'a') + QStringLiteral("🎬🎬");
+    const QString text = QString(999, u'a') + u"🎬🎬"_s;
     QCOMPARE(displayText(text), QString(999, u'a') + QChar(0x2026));
     QCOMPARE(displayText(QString(1000, u'a')), QString(1000, u'a'));
 }

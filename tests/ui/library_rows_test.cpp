@@ -5,6 +5,7 @@
 #include <QTest>
 #include <QUrlQuery>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 
 // The library's rows in the real window: reading, walking, scrolling, acting on them.
@@ -25,20 +26,20 @@ private Q_SLOTS:
 };
 
 void LibraryRowsTest::rowsAreReadOut() {
-    LibraryRow row = sampleRow(QStringLiteral("a.mkv"), QStringLiteral("Glacier Road"));
+    LibraryRow row = sampleRow(u"a.mkv"_s, u"Glacier Road"_s);
     row.group.reportedSubtitleCount = 2;
-    row.storageLocation = QStringLiteral("USB");
-    m_presenter->setSelectedDevice(bedroom);
+    row.storageLocation = u"USB"_s;
+    m_presenter->setSelectedDevice(Bedroom);
     m_presenter->setContent(contentOf({row}));
     QTRY_VERIFY(find(QAccessible::ListItem, "Glacier Road"));
     QCOMPARE(find(QAccessible::ListItem, "Glacier Road")->text(QAccessible::Description),
-             QStringLiteral("2 subtitles"));
-    QVERIFY(shows(QStringLiteral("2 subtitles")));
-    QVERIFY(shows(QStringLiteral("USB")));
+             u"2 subtitles"_s);
+    QVERIFY(shows(u"2 subtitles"_s));
+    QVERIFY(shows(u"USB"_s));
 }
 
 void LibraryRowsTest::arrowKeysWalkTheLibrary() {
-    m_presenter->setSelectedDevice(bedroom);
+    m_presenter->setSelectedDevice(Bedroom);
     m_presenter->setContent(contentOf(sampleRows(30)));
     QVERIFY(libraryList());
     libraryList()->forceActiveFocus(Qt::TabFocusReason);
@@ -56,7 +57,7 @@ void LibraryRowsTest::arrowKeysWalkTheLibrary() {
 
 void LibraryRowsTest::aRefreshKeepsPlaceAndCurrentRow() {
     const QList<LibraryRow> rows = sampleRows(100'000);
-    m_presenter->setSelectedDevice(bedroom);
+    m_presenter->setSelectedDevice(Bedroom);
     m_presenter->setContent(contentOf(rows));
     QQuickItem* list = libraryList();
     QVERIFY(list);
@@ -66,14 +67,14 @@ void LibraryRowsTest::aRefreshKeepsPlaceAndCurrentRow() {
     const double place = list->property("contentY").toDouble();
 
     QList<LibraryRow> changed = rows;
-    changed[49'999].group.title = QStringLiteral("renamed");
+    changed[49'999].group.title = u"renamed"_s;
     m_presenter->setContent(contentOf(changed));
     QTRY_VERIFY(find(QAccessible::ListItem, "renamed"));
     QCOMPARE(list->property("contentY").toDouble(), place);
     QCOMPARE(list->property("currentIndex").toInt(), 50'000);
 
     const QRect onScreen = find(QAccessible::ListItem, "video 50000")->rect();
-    changed.prepend(sampleRow(QStringLiteral("new.mkv"), QStringLiteral("new")));
+    changed.prepend(sampleRow(u"new.mkv"_s, u"new"_s));
     m_presenter->setContent(contentOf(changed));
     QTRY_COMPARE(list->property("currentIndex").toInt(), 50'001);
     QTRY_VERIFY(find(QAccessible::ListItem, "video 50000"));
@@ -81,8 +82,8 @@ void LibraryRowsTest::aRefreshKeepsPlaceAndCurrentRow() {
 }
 
 void LibraryRowsTest::scrollingFastFetchesFewPictures() {
-    m_presenter->setSelectedDevice(bedroom);
-    m_presenter->setThumbnails(ThumbnailAddress{QUrl(QStringLiteral("http://tv:1")), {}});
+    m_presenter->setSelectedDevice(Bedroom);
+    m_presenter->setThumbnails(ThumbnailAddress{QUrl(u"http://tv:1"_s), {}});
     m_presenter->setContent(contentOf(sampleRows(100'000)));
     QQuickItem* list = libraryList();
     QVERIFY(list);
@@ -95,48 +96,46 @@ void LibraryRowsTest::scrollingFastFetchesFewPictures() {
     QTRY_COMPARE(m_ports.http.waiting(), 4u);
     const QStringList shown = accessibleNames(window(), QAccessible::ListItem);
     for (const QUrl& url : m_ports.http.waitingUrls()) {
-        const QString name = QUrlQuery(url).queryItemValue(QStringLiteral("name"));
+        const QString name = QUrlQuery(url).queryItemValue(u"name"_s);
         QVERIFY2(shown.contains(name.chopped(4)), qPrintable(name)); // without ".mkv"
     }
-    m_presenter->library()->search(QStringLiteral("nothing like it"));
+    m_presenter->library()->search(u"nothing like it"_s);
     QTRY_COMPARE(m_ports.http.waiting(), 0u);
 }
 
 void LibraryRowsTest::aDownloadIsChosenAndCancelled() {
-    LibraryRow row = sampleRow(QStringLiteral("b.mkv"), QStringLiteral("B"));
-    row.group.subtitles = {{QStringLiteral("A.srt"), QStringLiteral("subtitle"), 1, {}},
-                           {QStringLiteral("c.nfo"), QStringLiteral("OTHER"), 1, {}}};
-    m_presenter->setSelectedDevice(bedroom);
+    LibraryRow row = sampleRow(u"b.mkv"_s, u"B"_s);
+    row.group.subtitles = {{u"A.srt"_s, u"subtitle"_s, 1, {}}, {u"c.nfo"_s, u"OTHER"_s, 1, {}}};
+    m_presenter->setSelectedDevice(Bedroom);
     m_presenter->setContent(contentOf({row}));
     m_actions.calls.clear();
     QTRY_VERIFY(find(QAccessible::Button, "Download"));
     QVERIFY(press(QAccessible::Button, "Download"));
     QTRY_VERIFY(find(QAccessible::Button, "A.srt"));
     QCOMPARE(m_presenter->library()->downloadMenu()->symbols(),
-             QStringList({QStringLiteral("captions.bubble"), QStringLiteral("film"),
-                          QStringLiteral("doc")}));
+             QStringList({u"captions.bubble"_s, u"film"_s, u"doc"_s}));
     key(Qt::Key_Down);
     key(Qt::Key_Return);
-    QCOMPARE(m_actions.calls, QStringList(QStringLiteral("download b.mkv")));
+    QCOMPARE(m_actions.calls, QStringList(u"download b.mkv"_s));
     QTRY_VERIFY(!find(QAccessible::Button, "A.srt"));
 
-    m_presenter->setDownload({true, 1.3, QStringLiteral("a (2).SRT")}); // one of the row's files
+    m_presenter->setDownload({true, 1.3, u"a (2).SRT"_s}); // one of the row's files
     QVERIFY(!find(QAccessible::Button, "Download"));
     QAccessibleInterface* progress = find(QAccessible::Button, "Cancel download");
     QVERIFY(progress);
-    QCOMPARE(progress->text(QAccessible::Description), QStringLiteral("100%"));
+    QCOMPARE(progress->text(QAccessible::Description), u"100%"_s);
     QVERIFY(press(QAccessible::Button, "Cancel download"));
-    QCOMPARE(m_actions.calls.last(), QStringLiteral("cancel download"));
-    m_presenter->setDownload({true, -0.2, QStringLiteral("other.mkv")});
+    QCOMPARE(m_actions.calls.last(), u"cancel download"_s);
+    m_presenter->setDownload({true, -0.2, u"other.mkv"_s});
     QVERIFY(find(QAccessible::Button, "Download"));
-    m_presenter->setUploads({}, {uploadMatchKey(QStringLiteral("b.mkv"))});
-    QVERIFY(!m_presenter->library()->offerDownloads(QStringLiteral("b.mkv")));
+    m_presenter->setUploads({}, {uploadMatchKey(u"b.mkv"_s)});
+    QVERIFY(!m_presenter->library()->offerDownloads(u"b.mkv"_s));
 }
 
 void LibraryRowsTest::aRowsControlsAskForIt() {
-    m_presenter->setSelectedDevice(bedroom);
+    m_presenter->setSelectedDevice(Bedroom);
     LibraryContent content = contentOf(sampleRows(1));
-    content.usbStorage = RemoteUsbStorage{{}, QStringLiteral("Drive"), true, 1, 1, 0, 0};
+    content.usbStorage = RemoteUsbStorage{{}, u"Drive"_s, true, 1, 1, 0, 0};
     m_presenter->setContent(content);
     QTRY_VERIFY(find(QAccessible::Button, "Play or pause"));
     QVERIFY(press(QAccessible::Button, "Play or pause"));
@@ -149,19 +148,18 @@ void LibraryRowsTest::aRowsControlsAskForIt() {
     QTRY_VERIFY(find(QAccessible::Heading, "Delete media from TV?"));
     key(Qt::Key_Tab); // from "Cancel"
     key(Qt::Key_Return);
-    QCOMPARE(m_actions.calls, QStringList({QStringLiteral("toggle video 0.mkv"),
-                                           QStringLiteral("move video 0.mkv to USB"),
-                                           QStringLiteral("delete video 0")}));
+    QCOMPARE(m_actions.calls, QStringList({u"toggle video 0.mkv"_s, u"move video 0.mkv to USB"_s,
+                                           u"delete video 0"_s}));
 }
 
 void LibraryRowsTest::aRefreshOfThePlayerKeepsTheRows() {
-    m_presenter->setSelectedDevice(bedroom);
+    m_presenter->setSelectedDevice(Bedroom);
     m_presenter->setContent(contentOf(sampleRows(50)));
     QTRY_VERIFY(find(QAccessible::ListItem, "video 3"));
     QObject* row = find(QAccessible::ListItem, "video 3")->object();
     m_presenter->setPlayback(playingVideo("video 3.mkv"));
-    QTRY_VERIFY(shows(QStringLiteral("Playing")));
-    m_presenter->setMove({true, 0.5, 1000, QStringLiteral("video 3.mkv")});
+    QTRY_VERIFY(shows(u"Playing"_s));
+    m_presenter->setMove({true, 0.5, 1000, u"video 3.mkv"_s});
     QTRY_VERIFY(find(QAccessible::ProgressBar, "Move"));
     QCOMPARE(find(QAccessible::ListItem, "video 3")->object(), row);
 }

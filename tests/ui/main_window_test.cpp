@@ -6,6 +6,7 @@
 #include <QQuickWindow>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 using namespace std::chrono_literals;
 
@@ -21,14 +22,14 @@ private Q_SLOTS:
 
 namespace {
 
-const QByteArray oneVideo =
+const QByteArray OneVideo =
     R"({"files":[{"name":"a.mkv","kind":"VIDEO","sizeBytes":1}],"videos":[]})";
 
 struct Desk : ModelFixture {
     Desk() : window(model, {dialogs.preferred, http, clock}) { window.show(); }
 
     void announceTv() {
-        browser.announce(serviceAt(QStringLiteral("tv"), {10, 0, 0, 2}, 8080));
+        browser.announce(serviceAt(u"tv"_s, {10, 0, 0, 2}, 8080));
         clock.advance(0ms);
         http.answer(InfoPath, R"({"name":"Bedroom"})");
         turn();
@@ -55,7 +56,7 @@ void MainWindowTest::theModelIsShownAndAsked() {
     QTRY_VERIFY(desk.has(QAccessible::Button, "Bedroom"));
     QTRY_VERIFY(desk.has(QAccessible::StaticText, "Loading library from Bedroom..."));
     QTRY_VERIFY(desk.http.waiting() > 0);
-    QVERIFY(desk.http.answer(FilesPath, oneVideo));
+    QVERIFY(desk.http.answer(FilesPath, OneVideo));
     QTRY_VERIFY(desk.has(QAccessible::ListItem, "a.mkv"));
 
     QTRY_VERIFY(desk.http.waiting() > 0);

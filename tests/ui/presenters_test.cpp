@@ -6,6 +6,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 
 namespace {
@@ -25,7 +26,7 @@ QVariant tileRole(SidebarPresenter& sidebar, int row, const QByteArray& role) {
 }
 
 RemoteUsbStorage drive(bool isConnected) {
-    return {QString(), QStringLiteral("Backup"), isConnected, 310'000'000'000, 0, 3, 4'200'000'000};
+    return {QString(), u"Backup"_s, isConnected, 310'000'000'000, 0, 3, 4'200'000'000};
 }
 
 PairingState pairing(bool isRequired) {
@@ -42,8 +43,8 @@ LibraryContent library(const QStringList& names) {
     return content;
 }
 
-const TVEndpoint bedroom = sampleTv(QStringLiteral("Bedroom"), QStringLiteral("10.0.0.2"));
-const TVEndpoint kitchen = sampleTv(QStringLiteral("Kitchen"), QStringLiteral("10.0.0.3"));
+const TVEndpoint Bedroom = sampleTv(u"Bedroom"_s, u"10.0.0.2"_s);
+const TVEndpoint Kitchen = sampleTv(u"Kitchen"_s, u"10.0.0.3"_s);
 
 } // namespace
 
@@ -77,11 +78,10 @@ private:
 void PresentersTest::storageBadgesTellWhatIsFreeOrUnplugged() {
     const RemoteStorage internal{0, 0, 12'400'000'000};
     const QList<StorageStatusBadge> both = storageStatusBadges(internal, drive(true));
-    QCOMPARE(texts(both), QStringList({QStringLiteral("Internal 12.4 GB free"),
-                                       QStringLiteral("Backup 310 GB free")}));
+    QCOMPARE(texts(both), QStringList({u"Internal 12.4 GB free"_s, u"Backup 310 GB free"_s}));
     QCOMPARE(both[1].tone, BadgeTone::Tone::Green);
     const QList<StorageStatusBadge> unplugged = storageStatusBadges({}, drive(false));
-    QCOMPARE(texts(unplugged), QStringList(QStringLiteral("Backup 3 videos/4.2 GB unplugged")));
+    QCOMPARE(texts(unplugged), QStringList(u"Backup 3 videos/4.2 GB unplugged"_s));
     QCOMPARE(unplugged[0].tone, BadgeTone::Tone::Amber);
     QVERIFY(storageStatusBadges({}, {}).isEmpty());
 }
@@ -89,57 +89,56 @@ void PresentersTest::storageBadgesTellWhatIsFreeOrUnplugged() {
 void PresentersTest::headerBadgesAddTheHintAndTheUploadTarget() {
     LibraryContent content;
     content.usbSetupHint = QString();
-    QCOMPARE(texts(headerBadges(content)), QStringList(QStringLiteral("Uploads: INTERNAL")));
-    content.usbSetupHint = QStringLiteral("Plug in\na drive");
-    content.preferredUploadTarget = QStringLiteral("USB");
+    QCOMPARE(texts(headerBadges(content)), QStringList(u"Uploads: INTERNAL"_s));
+    content.usbSetupHint = u"Plug in\na drive"_s;
+    content.preferredUploadTarget = u"USB"_s;
     const QList<StorageStatusBadge> badges = headerBadges(content);
-    QCOMPARE(texts(badges),
-             QStringList({QStringLiteral("Plug in a drive"), QStringLiteral("Uploads: USB")}));
+    QCOMPARE(texts(badges), QStringList({u"Plug in a drive"_s, u"Uploads: USB"_s}));
     QCOMPARE(badges[0].tone, BadgeTone::Tone::Amber);
     QCOMPARE(badges[1].tone, BadgeTone::Tone::Neutral);
 }
 
 void PresentersTest::rowBadgeReadsTheLocationInAnyCase() {
-    QCOMPARE(storageLocationBadge(QStringLiteral("usb")).text, QStringLiteral("USB"));
-    QCOMPARE(storageLocationBadge(QStringLiteral("INTERNAL")).text, QStringLiteral("Internal"));
+    QCOMPARE(storageLocationBadge(u"usb"_s).text, u"USB"_s);
+    QCOMPARE(storageLocationBadge(u"INTERNAL"_s).text, u"Internal"_s);
     QCOMPARE(storageLocationBadge({}).tone, BadgeTone::Tone::Internal);
 }
 
 void PresentersTest::sidebarCountsTvs() {
     SidebarPresenter sidebar(m_actions);
-    QCOMPARE(sidebar.countText(), QStringLiteral("Found 0 TVs"));
-    sidebar.setDiscoveredDevices({bedroom});
-    QCOMPARE(sidebar.countText(), QStringLiteral("Found 1 TV"));
-    sidebar.setDiscoveredDevices({bedroom, kitchen});
-    QCOMPARE(sidebar.countText(), QStringLiteral("Found 2 TVs"));
+    QCOMPARE(sidebar.countText(), u"Found 0 TVs"_s);
+    sidebar.setDiscoveredDevices({Bedroom});
+    QCOMPARE(sidebar.countText(), u"Found 1 TV"_s);
+    sidebar.setDiscoveredDevices({Bedroom, Kitchen});
+    QCOMPARE(sidebar.countText(), u"Found 2 TVs"_s);
 }
 
 void PresentersTest::onlyTheSelectedTileHasBadges() {
     SidebarPresenter sidebar(m_actions);
-    sidebar.setDiscoveredDevices({bedroom, kitchen});
+    sidebar.setDiscoveredDevices({Bedroom, Kitchen});
     sidebar.setStorageBadges(storageStatusBadges({}, drive(true)));
-    sidebar.setSelectedDevice(kitchen);
+    sidebar.setSelectedDevice(Kitchen);
     QCOMPARE(tileRole(sidebar, 0, "isSelected").toBool(), false);
     QCOMPARE(tileRole(sidebar, 0, "badges").toList().size(), 0);
     QCOMPARE(tileRole(sidebar, 1, "isSelected").toBool(), true);
     QCOMPARE(tileRole(sidebar, 1, "badges").toList().size(), 1);
-    QCOMPARE(tileRole(sidebar, 1, "address").toString(), QStringLiteral("10.0.0.3:8080"));
+    QCOMPARE(tileRole(sidebar, 1, "address").toString(), u"10.0.0.3:8080"_s);
 }
 
 void PresentersTest::tilesOfOtherPortsAreOtherTvs() {
-    const TVEndpoint other = sampleTv(bedroom.name, bedroom.host, 8081);
-    const QList<TvTile> tiles = tvTiles({bedroom, other}, other, {});
+    const TVEndpoint other = sampleTv(Bedroom.name, Bedroom.host, 8081);
+    const QList<TvTile> tiles = tvTiles({Bedroom, other}, other, {});
     QCOMPARE(tiles[0].isSelected, false);
     QCOMPARE(tiles[1].isSelected, true);
 }
 
 void PresentersTest::tileDescriptionIsLeftOutWhenTheNameTellsIt() {
-    TVEndpoint tv = sampleTv(QStringLiteral("Living Room sony"), QStringLiteral("h"));
-    tv.deviceManufacturer = QStringLiteral("Sony");
-    tv.deviceBrand = QStringLiteral("Sony");
+    TVEndpoint tv = sampleTv(u"Living Room sony"_s, u"h"_s);
+    tv.deviceManufacturer = u"Sony"_s;
+    tv.deviceBrand = u"Sony"_s;
     QCOMPARE(tileDescription(tv), QString());
-    tv.deviceModel = QStringLiteral("KD-55");
-    QCOMPARE(tileDescription(tv), QStringLiteral("Sony KD-55"));
+    tv.deviceModel = u"KD-55"_s;
+    QCOMPARE(tileDescription(tv), u"Sony KD-55"_s);
 }
 
 void PresentersTest::phaseFollowsTheOrderOfTheDecisions() {
@@ -156,41 +155,41 @@ void PresentersTest::phaseFollowsTheOrderOfTheDecisions() {
 
 void PresentersTest::searchNarrowsTheRowsAndIsForgottenWithItsTv() {
     LibraryPresenter presenter(m_actions);
-    presenter.setSelectedDevice(bedroom);
-    presenter.setContent(library({QStringLiteral("One"), QStringLiteral("Two")}));
-    presenter.search(QStringLiteral(" tWO "));
+    presenter.setSelectedDevice(Bedroom);
+    presenter.setContent(library({u"One"_s, u"Two"_s}));
+    presenter.search(u" tWO "_s);
     QCOMPARE(presenter.rows()->rowCount(), 1);
-    presenter.search(QStringLiteral("three"));
+    presenter.search(u"three"_s);
     QCOMPARE(presenter.phase(), Phase::NoResults);
-    QCOMPARE(presenter.noResultsText(), QStringLiteral("No files match \"three\""));
+    QCOMPARE(presenter.noResultsText(), u"No files match \"three\""_s);
 
-    presenter.setSelectedDevice(kitchen);
+    presenter.setSelectedDevice(Kitchen);
     presenter.setLoadInProgress(true);
     QCOMPARE(presenter.searchText(), QString());
     QCOMPARE(presenter.rows()->rowCount(), 0);
     QCOMPARE(presenter.phase(), Phase::Loading);
-    QCOMPARE(presenter.loadingText(), QStringLiteral("Loading library from Kitchen..."));
+    QCOMPARE(presenter.loadingText(), u"Loading library from Kitchen..."_s);
 }
 
 void PresentersTest::aSearchOfBlanksIsNoSearch() {
     LibraryPresenter presenter(m_actions);
-    presenter.setSelectedDevice(bedroom);
-    presenter.search(QStringLiteral("   "));
+    presenter.setSelectedDevice(Bedroom);
+    presenter.search(u"   "_s);
     QCOMPARE(presenter.phase(), Phase::Empty);
-    presenter.setContent(library({QStringLiteral("One")}));
+    presenter.setContent(library({u"One"_s}));
     QCOMPARE(presenter.rows()->rowCount(), 1);
 }
 
 void PresentersTest::aNewerRecordOfTheTvKeepsItsRows() {
     LibraryPresenter presenter(m_actions);
-    presenter.setSelectedDevice(bedroom);
-    presenter.setContent(library({QStringLiteral("One")}));
-    presenter.search(QStringLiteral("o"));
+    presenter.setSelectedDevice(Bedroom);
+    presenter.setContent(library({u"One"_s}));
+    presenter.search(u"o"_s);
     QSignalSpy reset(presenter.rows(), &QAbstractItemModel::modelReset);
-    TVEndpoint renamed = bedroom;
-    renamed.name = QStringLiteral("Guest room");
+    TVEndpoint renamed = Bedroom;
+    renamed.name = u"Guest room"_s;
     presenter.setSelectedDevice(renamed);
-    QCOMPARE(presenter.searchText(), QStringLiteral("o"));
+    QCOMPARE(presenter.searchText(), u"o"_s);
     QCOMPARE(presenter.rows()->rowCount(), 1);
     QCOMPARE(reset.size(), 0);
 }
@@ -199,12 +198,12 @@ void PresentersTest::codeIsCompleteWithThreeCharacters_data() {
     QTest::addColumn<QString>("code");
     QTest::addColumn<bool>("isComplete");
     QTest::newRow("none") << QString() << false;
-    QTest::newRow("two") << QStringLiteral("12") << false;
-    QTest::newRow("three") << QStringLiteral("123") << true;
-    QTest::newRow("four") << QStringLiteral("1234") << false;
-    QTest::newRow("with a blank") << QStringLiteral("1 3") << true;
-    QTest::newRow("pairs of units") << QStringLiteral("𝟏𝟐𝟑") << true;
-    QTest::newRow("combined") << QStringLiteral("1\u0301\u030223") << true;
+    QTest::newRow("two") << u"12"_s << false;
+    QTest::newRow("three") << u"123"_s << true;
+    QTest::newRow("four") << u"1234"_s << false;
+    QTest::newRow("with a blank") << u"1 3"_s << true;
+    QTest::newRow("pairs of units") << u"𝟏𝟐𝟑"_s << true;
+    QTest::newRow("combined") << u"1\u0301\u030223"_s << true;
 }
 
 void PresentersTest::codeIsCompleteWithThreeCharacters() {
@@ -216,9 +215,9 @@ void PresentersTest::sheetComesAndGoesWithTheRequirement() {
     PairingSheetPresenter sheet(m_actions);
     sheet.setPairing(pairing(true));
     QVERIFY(!sheet.state().isShown); // no TV
-    sheet.setSelectedDevice(bedroom);
+    sheet.setSelectedDevice(Bedroom);
     QVERIFY(sheet.state().isShown);
-    sheet.type(QStringLiteral("12"));
+    sheet.type(u"12"_s);
     sheet.setPairing(pairing(false));
     QVERIFY(!sheet.state().isShown);
     QCOMPARE(sheet.state().code, QString());
@@ -230,11 +229,11 @@ void PresentersTest::sheetComesAndGoesWithTheRequirement() {
 
 void PresentersTest::sheetPutAwayComesBackOnRequest() {
     PairingSheetPresenter sheet(m_actions);
-    sheet.setSelectedDevice(bedroom);
+    sheet.setSelectedDevice(Bedroom);
     sheet.present();
     QVERIFY(!sheet.state().isShown); // nothing requires it
     sheet.setPairing(pairing(true));
-    sheet.type(QStringLiteral("12"));
+    sheet.type(u"12"_s);
     sheet.dismiss();
     PairingState later = pairing(true);
     later.pairingCodeValidUntil = QDateTime::currentDateTime();
@@ -242,23 +241,22 @@ void PresentersTest::sheetPutAwayComesBackOnRequest() {
     QVERIFY(!sheet.state().isShown);
     sheet.present();
     QVERIFY(sheet.state().isShown);
-    QCOMPARE(sheet.state().code, QStringLiteral("12"));
-    QVERIFY(
-        sheet.state().codeValidUntilText.startsWith(QStringLiteral("This code is valid until ")));
+    QCOMPARE(sheet.state().code, u"12"_s);
+    QVERIFY(sheet.state().codeValidUntilText.startsWith(u"This code is valid until "_s));
 }
 
 void PresentersTest::sheetOfAnotherTvStartsAnew() {
     PairingSheetPresenter sheet(m_actions);
-    sheet.setSelectedDevice(bedroom);
+    sheet.setSelectedDevice(Bedroom);
     sheet.setPairing(pairing(true));
-    sheet.type(QStringLiteral("12"));
+    sheet.type(u"12"_s);
     sheet.dismiss();
-    TVEndpoint renamed = bedroom;
-    renamed.name = QStringLiteral("Guest room");
+    TVEndpoint renamed = Bedroom;
+    renamed.name = u"Guest room"_s;
     sheet.setSelectedDevice(renamed);
     QVERIFY(!sheet.state().isShown);
-    QCOMPARE(sheet.state().code, QStringLiteral("12"));
-    sheet.setSelectedDevice(kitchen);
+    QCOMPARE(sheet.state().code, u"12"_s);
+    sheet.setSelectedDevice(Kitchen);
     QVERIFY(sheet.state().isShown);
     QCOMPARE(sheet.state().code, QString());
 }
@@ -266,25 +264,25 @@ void PresentersTest::sheetOfAnotherTvStartsAnew() {
 void PresentersTest::verifyAsksTheModelAndKeepsTheSheet() {
     RecordingActions actions;
     PairingSheetPresenter sheet(actions);
-    sheet.setSelectedDevice(bedroom);
+    sheet.setSelectedDevice(Bedroom);
     sheet.setPairing(pairing(true));
-    sheet.type(QStringLiteral("12"));
+    sheet.type(u"12"_s);
     sheet.verify();
     QVERIFY(actions.calls.isEmpty());
-    sheet.type(QStringLiteral("123"));
+    sheet.type(u"123"_s);
     sheet.verify();
-    QCOMPARE(actions.calls, QStringList(QStringLiteral("verify 123")));
+    QCOMPARE(actions.calls, QStringList(u"verify 123"_s));
     QVERIFY(sheet.state().isShown);
 }
 
 void PresentersTest::cancellingClosesTheSheet() {
     RecordingActions actions;
     PairingSheetPresenter sheet(actions);
-    sheet.setSelectedDevice(bedroom);
+    sheet.setSelectedDevice(Bedroom);
     sheet.setPairing(pairing(true));
-    sheet.type(QStringLiteral("12"));
+    sheet.type(u"12"_s);
     sheet.cancelPairing();
-    QCOMPARE(actions.calls, QStringList(QStringLiteral("cancel pairing")));
+    QCOMPARE(actions.calls, QStringList(u"cancel pairing"_s));
     QVERIFY(!sheet.state().isShown);
     QCOMPARE(sheet.state().code, QString());
 }

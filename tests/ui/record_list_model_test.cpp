@@ -7,6 +7,7 @@
 
 #include <random>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 
 namespace {
@@ -131,7 +132,7 @@ void RecordListModelTest::randomEditsEndInTheSameList() {
     for (int round = 0; round < 2000; ++round) {
         items = edited(std::move(items), random);
         watched.model.assign(items);
-        QVERIFY2(watched.shows(items), qPrintable(QStringLiteral("round %1").arg(round)));
+        QVERIFY2(watched.shows(items), qPrintable(u"round %1"_s.arg(round)));
     }
     QCOMPARE(watched.reset.size(), 1);
 }

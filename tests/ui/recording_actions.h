@@ -6,19 +6,19 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 // Writes down what the window asks for.
 class RecordingActions final : public WindowActions {
 public:
-    void refreshDiscovery() override { calls.append(QStringLiteral("refresh")); }
+    void refreshDiscovery() override { calls.append(u"refresh"_s); }
     void selectDevice(const QString& endpointKey) override {
-        calls.append(QStringLiteral("select ") + endpointKey);
+        calls.append(u"select "_s + endpointKey);
     }
-    void verifyPairingCode(const QString& code) override {
-        calls.append(QStringLiteral("verify ") + code);
-    }
-    void cancelPairing() override { calls.append(QStringLiteral("cancel pairing")); }
+    void verifyPairingCode(const QString& code) override { calls.append(u"verify "_s + code); }
+    void cancelPairing() override { calls.append(u"cancel pairing"_s); }
     void togglePlayback(const QString& videoName) override {
-        calls.append(QStringLiteral("toggle ") + videoName);
+        calls.append(u"toggle "_s + videoName);
     }
     void sendPlayback(const PlaybackCommand& command) override {
         QStringList words;
@@ -27,30 +27,24 @@ public:
         calls.append(words.join(u' '));
     }
     void startMove(const QString& videoName, const QString& target) override {
-        calls.append(QStringLiteral("move %1 to %2").arg(videoName, target));
+        calls.append(u"move %1 to %2"_s.arg(videoName, target));
     }
-    void downloadFile(const RemoteFile& file) override {
-        calls.append(QStringLiteral("download ") + file.name);
-    }
-    void cancelDownload() override { calls.append(QStringLiteral("cancel download")); }
-    void deleteGroup(const FileGroup& group) override {
-        calls.append(QStringLiteral("delete ") + group.title);
-    }
+    void downloadFile(const RemoteFile& file) override { calls.append(u"download "_s + file.name); }
+    void cancelDownload() override { calls.append(u"cancel download"_s); }
+    void deleteGroup(const FileGroup& group) override { calls.append(u"delete "_s + group.title); }
     void queueUploadsFromPicker(const QList<QUrl>& urls) override {
         for (const QUrl& url : urls)
-            calls.append(QStringLiteral("pick ") + url.fileName());
+            calls.append(u"pick "_s + url.fileName());
     }
     void queueSubtitleUpload(const QUrl& sourceURL, const QString& remoteName) override {
-        calls.append(QStringLiteral("attach %1 as %2").arg(sourceURL.fileName(), remoteName));
+        calls.append(u"attach %1 as %2"_s.arg(sourceURL.fileName(), remoteName));
     }
     bool queueDroppedFiles(const QList<QUrl>& urls) override {
         for (const QUrl& url : urls)
-            calls.append(QStringLiteral("upload ") + url.fileName());
+            calls.append(u"upload "_s + url.fileName());
         return !urls.isEmpty();
     }
-    void cancelUploadJob(const QString& id) override {
-        calls.append(QStringLiteral("cancel upload ") + id);
-    }
+    void cancelUploadJob(const QString& id) override { calls.append(u"cancel upload "_s + id); }
 
     QStringList calls;
 };

@@ -7,6 +7,8 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 inline TVEndpoint sampleTv(const QString& name, const QString& host, int port = 8080) {
     TVEndpoint tv;
     tv.name = name;
@@ -19,7 +21,7 @@ inline LibraryRow sampleRow(const QString& name, const QString& title) {
     LibraryRow row;
     row.group.id = name;
     row.group.title = title;
-    row.group.video = RemoteFile{name, QStringLiteral("VIDEO"), 1'000'000, std::nullopt};
+    row.group.video = RemoteFile{name, u"VIDEO"_s, 1'000'000, std::nullopt};
     row.searchKey = title.toLower() + u'\n' + name.toLower();
     return row;
 }
@@ -29,8 +31,8 @@ inline QList<LibraryRow> sampleRows(int count) {
     QList<LibraryRow> rows;
     rows.reserve(count);
     for (int number = 0; number < count; ++number) {
-        const QString title = QStringLiteral("video ") + QString::number(number);
-        rows.append(sampleRow(title + QStringLiteral(".mkv"), title));
+        const QString title = u"video "_s + QString::number(number);
+        rows.append(sampleRow(title + u".mkv"_s, title));
     }
     return rows;
 }

@@ -6,18 +6,18 @@
 #include <QColor>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 using namespace std::chrono_literals;
 
 namespace {
 
-const QString ThumbnailPath = QStringLiteral("api/thumbnail");
+const QString ThumbnailPath = u"api/thumbnail"_s;
 const ThumbnailShape Shape{{120, 68}, 8};
 
 QUrl urlOf(const char* name) {
-    return thumbnailURLForVideo({QUrl(QStringLiteral("http://tv.local:8080")),
-                                 {{QStringLiteral("clientId"), QStringLiteral("mac-1")},
-                                  {QStringLiteral("authToken"), QStringLiteral("a+b")}}},
+    return thumbnailURLForVideo({QUrl(u"http://tv.local:8080"_s),
+                                 {{u"clientId"_s, u"mac-1"_s}, {u"authToken"_s, u"a+b"_s}}},
                                 QString::fromLatin1(name));
 }
 

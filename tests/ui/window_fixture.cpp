@@ -6,10 +6,12 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 void WindowFixture::open() {
     chooseGraphics();
     QAccessible::setActive(true);
-    QTest::failOnWarning(QRegularExpression(QStringLiteral("qrc:|qml")));
+    QTest::failOnWarning(QRegularExpression(u"qrc:|qml"_s));
     m_actions.calls.clear();
     m_presenter = std::make_unique<WindowPresenter>(m_actions, m_ports.ports);
     m_view = std::make_unique<WindowView>(*m_presenter);

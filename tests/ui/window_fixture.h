@@ -13,10 +13,12 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace quiv {
 
-inline const TVEndpoint bedroom = sampleTv(QStringLiteral("Bedroom"), QStringLiteral("10.0.0.2"));
-inline const TVEndpoint kitchen = sampleTv(QStringLiteral("Kitchen"), QStringLiteral("10.0.0.3"));
+inline const TVEndpoint Bedroom = sampleTv(u"Bedroom"_s, u"10.0.0.2"_s);
+inline const TVEndpoint Kitchen = sampleTv(u"Kitchen"_s, u"10.0.0.3"_s);
 
 inline LibraryContent contentOf(QList<LibraryRow> rows) {
     LibraryContent content;

@@ -6,8 +6,8 @@
 
 #include "support/fake_file_dialogs.h"
 #include "transfer/upload_names.h"
-#include "ui/window/graphics_choice.h"
 #include "ui/presenters/window_presenter.h"
+#include "ui/window/graphics_choice.h"
 #include "ui/window/window_view.h"
 
 #include <QBuffer>
@@ -20,51 +20,52 @@
 #include <QQuickWindow>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 using namespace quiv;
 
 namespace {
 
 QList<TVEndpoint> sampleTvs() {
-    TVEndpoint living = sampleTv(QStringLiteral("Living Room"), QStringLiteral("192.168.1.20"));
-    living.deviceManufacturer = QStringLiteral("Acme");
-    living.deviceModel = QStringLiteral("KD-55X80");
-    TVEndpoint studio = sampleTv(QStringLiteral("Studio Box"), QStringLiteral("studio.local"));
-    studio.deviceBrand = QStringLiteral("Nordic Stream 4");
-    return {living, sampleTv(QStringLiteral("Bedroom"), QStringLiteral("192.168.1.34")), studio};
+    TVEndpoint living = sampleTv(u"Living Room"_s, u"192.168.1.20"_s);
+    living.deviceManufacturer = u"Acme"_s;
+    living.deviceModel = u"KD-55X80"_s;
+    TVEndpoint studio = sampleTv(u"Studio Box"_s, u"studio.local"_s);
+    studio.deviceBrand = u"Nordic Stream 4"_s;
+    return {living, sampleTv(u"Bedroom"_s, u"192.168.1.34"_s), studio};
 }
 
 LibraryRow row(const QString& name, const QString& title, int subtitles, bool isOnUsb) {
     LibraryRow made = sampleRow(name, title);
     made.group.reportedSubtitleCount = subtitles;
     if (isOnUsb)
-        made.storageLocation = QStringLiteral("USB");
+        made.storageLocation = u"USB"_s;
     return made;
 }
 
 LibraryContent sampleContent() {
     LibraryContent content;
     content.groupedFiles = {
-        row(QStringLiteral("a.mkv"), QStringLiteral("Glacier Road"), 2, false),
-        row(QStringLiteral("b.mkv"),
-            QStringLiteral("A Very Long Documentary About Harbours, Ships and the People Who Built "
-                           "Them, Together With What They Ate and Sang on Their Way Home in the "
-                           "Winter of 1911"),
+        row(u"a.mkv"_s, u"Glacier Road"_s, 2, false),
+        row(u"b.mkv"_s,
+            u"A Very Long Documentary About Harbours, Ships and the People Who Built "
+            "Them, Together With What They Ate and Sang on Their Way Home in the "
+            "Winter of 1911"_s,
             1, true),
-        row(QStringLiteral("c.mkv"), QStringLiteral("The Orchard S01E03"), 0, false),
-        row(QStringLiteral("d.mkv"), QStringLiteral("Night Bus"), 3, true),
-        row(QStringLiteral("e.srt"), QStringLiteral("holiday-notes.srt"), 1, false),
+        row(u"c.mkv"_s, u"The Orchard S01E03"_s, 0, false),
+        row(u"d.mkv"_s, u"Night Bus"_s, 3, true),
+        row(u"e.srt"_s, u"holiday-notes.srt"_s, 1, false),
     };
     for (const LibraryRow& more : sampleRows(40))
         content.groupedFiles.append(more);
     content.storage = RemoteStorage{0, 0, 12'400'000'000};
-    content.usbStorage =
-        RemoteUsbStorage{QString(), QStringLiteral("Backup"), true, 310'000'000'000, 0, 0, 0};
+    content.usbStorage = RemoteUsbStorage{QString(), u"Backup"_s, true, 310'000'000'000, 0, 0, 0};
     return content;
 }
 
 PlaybackResponse samplePlayback() {
     PlaybackResponse playback;
-    playback.currentVideoName = QStringLiteral("a.mkv");
+    playback.currentVideoName = u"a.mkv"_s;
     playback.isPlaying = true;
     playback.positionMs = 3'723'000;
     playback.durationMs = 7'120'000;
@@ -79,8 +80,8 @@ PlaybackResponse samplePlayback() {
 }
 
 Task<> save(FileChooserPresenter& chooser) {
-    auto asking = chooser.ask({FileDialogRequest::Purpose::Save, QStringLiteral("Download from TV"),
-                               QStringLiteral("Download"), QStringLiteral("Harbour Tour.mkv")});
+    auto asking = chooser.ask({FileDialogRequest::Purpose::Save, u"Download from TV"_s,
+                               u"Download"_s, u"Harbour Tour.mkv"_s});
     co_await std::move(asking);
 }
 
@@ -112,15 +113,15 @@ public:
     void take(const QString& name, const QSize& size = {1440, 980}) {
         m_view.window()->resize(size);
         QTest::qWait(600); // past every transition
-        m_view.window()->grabWindow().save(m_directory.filePath(name + QStringLiteral(".png")));
+        m_view.window()->grabWindow().save(m_directory.filePath(name + u".png"_s));
     }
 
     void showTv() {
         m_presenter.setDiscoveredDevices(sampleTvs());
         m_presenter.setSelectedDevice(sampleTvs().constFirst());
-        m_presenter.setThumbnails(ThumbnailAddress{QUrl(QStringLiteral("http://tv:1")), {}});
+        m_presenter.setThumbnails(ThumbnailAddress{QUrl(u"http://tv:1"_s), {}});
         m_presenter.setContent(sampleContent());
-        m_presenter.setStatusMessage(QStringLiteral("Found 3 TV device(s)"));
+        m_presenter.setStatusMessage(u"Found 3 TV device(s)"_s);
     }
 
     void press(const char* name) {
@@ -151,105 +152,104 @@ private:
 };
 
 void Pictures::takeUploads(const QString& prefix) {
-    const QList<UploadListItem> items{
-        {QStringLiteral("1"), QStringLiteral("Northern Lights 2024 - Director's Cut.mkv"),
-         UploadListItemState::Uploading, 0.37, 48'200'000},
-        {QStringLiteral("2"), QStringLiteral("Northern Lights 2024.srt")}};
-    m_presenter.setUploads(items, {uploadMatchKey(QStringLiteral("c.mkv"))});
-    take(prefix + QStringLiteral("uploads"));
+    const QList<UploadListItem> items{{u"1"_s, u"Northern Lights 2024 - Director's Cut.mkv"_s,
+                                       UploadListItemState::Uploading, 0.37, 48'200'000},
+                                      {u"2"_s, u"Northern Lights 2024.srt"_s}};
+    m_presenter.setUploads(items, {uploadMatchKey(u"c.mkv"_s)});
+    take(prefix + u"uploads"_s);
     m_presenter.uploads()->setDropTargeted(true);
-    take(prefix + QStringLiteral("drop"), {1040, 700});
+    take(prefix + u"drop"_s, {1040, 700});
     m_presenter.uploads()->setDropTargeted(false);
     m_presenter.pickUploads();
-    take(prefix + QStringLiteral("chooser"), {1040, 700});
+    take(prefix + u"chooser"_s, {1040, 700});
     m_presenter.fileChooser()->cancel();
     const Task<> saving = save(*m_presenter.fileChooser());
-    take(prefix + QStringLiteral("save"), {1040, 700});
+    take(prefix + u"save"_s, {1040, 700});
     m_presenter.fileChooser()->cancel();
     m_presenter.setUploads({}, {});
 }
 
 void Pictures::takeDownloads(const QString& prefix) {
-    m_presenter.setDownload({true, 0.48, QStringLiteral("d.mkv")});
-    take(prefix + QStringLiteral("download"));
+    m_presenter.setDownload({true, 0.48, u"d.mkv"_s});
+    take(prefix + u"download"_s);
     const QAccessibleInterface* cancel =
-        findAccessible(m_view.window(), QAccessible::Button, QStringLiteral("Cancel download"));
+        findAccessible(m_view.window(), QAccessible::Button, u"Cancel download"_s);
     QTest::mouseMove(m_view.window(), m_view.window()->mapFromGlobal(cancel->rect().center()));
-    take(prefix + QStringLiteral("download-hovered"));
-    take(prefix + QStringLiteral("download-narrow"), {1040, 700});
+    take(prefix + u"download-hovered"_s);
+    take(prefix + u"download-narrow"_s, {1040, 700});
     QTest::mouseMove(m_view.window(), QPoint(1, 1));
     m_presenter.setDownload({});
     press("Download");
-    take(prefix + QStringLiteral("download-menu"), {1040, 700});
+    take(prefix + u"download-menu"_s, {1040, 700});
     QTest::keyClick(m_view.window(), Qt::Key_Escape);
 }
 
 void Pictures::takeControls(const QString& prefix) {
     m_presenter.setPlayback(samplePlayback());
-    take(prefix + QStringLiteral("dock"));
-    m_presenter.setMove({true, 0.62, 31'500'000, QStringLiteral("c.mkv")});
-    take(prefix + QStringLiteral("move"));
-    take(prefix + QStringLiteral("move-narrow"), {1040, 980});
+    take(prefix + u"dock"_s);
+    m_presenter.setMove({true, 0.62, 31'500'000, u"c.mkv"_s});
+    take(prefix + u"move"_s);
+    take(prefix + u"move-narrow"_s, {1040, 980});
     m_presenter.setMove({});
     press("Audio");
-    take(prefix + QStringLiteral("menu"), {1040, 700});
+    take(prefix + u"menu"_s, {1040, 700});
     QTest::keyClick(m_view.window(), Qt::Key_Escape);
     PlaybackResponse unknown = samplePlayback();
     unknown.isPlaying = false;
     unknown.durationMs = 0;
     unknown.audioTracks.clear();
     m_presenter.setPlayback(unknown);
-    take(prefix + QStringLiteral("dock-unknown"), {1040, 700});
+    take(prefix + u"dock-unknown"_s, {1040, 700});
     m_presenter.setPlayback(std::nullopt);
     press("Delete");
-    take(prefix + QStringLiteral("delete"));
+    take(prefix + u"delete"_s);
     m_presenter.deletePrompt()->cancel();
 }
 
 void Pictures::takeAll(const QString& prefix) {
-    m_presenter.setStatusMessage(QStringLiteral("Searching for TVs on local network..."));
-    take(prefix + QStringLiteral("no-tv"));
+    m_presenter.setStatusMessage(u"Searching for TVs on local network..."_s);
+    take(prefix + u"no-tv"_s);
     showTv();
-    take(prefix + QStringLiteral("library"));
+    take(prefix + u"library"_s);
     takeControls(prefix);
     takeUploads(prefix);
     takeDownloads(prefix);
     for (int step = 0; step < 4; ++step)
         QTest::keyClick(m_view.window(), Qt::Key_Tab);
     QTest::keyClick(m_view.window(), Qt::Key_Down);
-    take(prefix + QStringLiteral("keyboard"), {1040, 700});
+    take(prefix + u"keyboard"_s, {1040, 700});
     QTest::mouseMove(m_view.window(), QPoint(500, 300));
     QTest::mouseClick(m_view.window(), Qt::LeftButton, {}, QPoint(500, 300));
-    take(prefix + QStringLiteral("hover"), {1040, 700});
-    m_presenter.library()->search(QStringLiteral("harbour"));
-    take(prefix + QStringLiteral("search"), {1040, 700});
-    m_presenter.library()->search(QStringLiteral("nothing like it"));
-    take(prefix + QStringLiteral("no-results"), {1040, 700});
+    take(prefix + u"hover"_s, {1040, 700});
+    m_presenter.library()->search(u"harbour"_s);
+    take(prefix + u"search"_s, {1040, 700});
+    m_presenter.library()->search(u"nothing like it"_s);
+    take(prefix + u"no-results"_s, {1040, 700});
     m_presenter.library()->search(QString());
     showPairing();
-    take(prefix + QStringLiteral("pairing-sheet"));
-    m_presenter.pairingSheet()->type(QStringLiteral("482"));
-    take(prefix + QStringLiteral("pairing-code"), {1040, 700});
+    take(prefix + u"pairing-sheet"_s);
+    m_presenter.pairingSheet()->type(u"482"_s);
+    take(prefix + u"pairing-code"_s, {1040, 700});
     m_presenter.pairingSheet()->dismiss();
-    take(prefix + QStringLiteral("pairing-strip"));
-    take(prefix + QStringLiteral("narrow"), {1040, 980});
+    take(prefix + u"pairing-strip"_s);
+    take(prefix + u"narrow"_s, {1040, 980});
     m_presenter.setPairing({});
     m_presenter.setContent({});
-    take(prefix + QStringLiteral("empty"), {1040, 700});
+    take(prefix + u"empty"_s, {1040, 700});
     m_presenter.setLoadInProgress(true);
-    take(prefix + QStringLiteral("loading"), {1040, 700});
+    take(prefix + u"loading"_s, {1040, 700});
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
     QGuiApplication application(argc, argv);
-    const QString directory = application.arguments().value(1, QStringLiteral("."));
+    const QString directory = application.arguments().value(1, u"."_s);
     chooseGraphics();
-    Pictures(directory).takeAll(QStringLiteral("light-"));
+    Pictures(directory).takeAll(u"light-"_s);
     QGuiApplication::setPalette(QPalette(QColor(0x20, 0x20, 0x20)));
-    Pictures(directory).takeAll(QStringLiteral("dark-"));
-    QGuiApplication::setFont(QFont(QStringLiteral("Inter"), 15));
-    Pictures(directory).takeAll(QStringLiteral("large-"));
+    Pictures(directory).takeAll(u"dark-"_s);
+    QGuiApplication::setFont(QFont(u"Inter"_s, 15));
+    Pictures(directory).takeAll(u"large-"_s);
     return 0;
 }

@@ -9,6 +9,7 @@
 #include <QPalette>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 
 namespace {
@@ -55,11 +56,11 @@ private:
 };
 
 void WindowTest::initTestCase() {
-    QDesktopServices::setUrlHandler(QStringLiteral("https"), this, "openAddress");
+    QDesktopServices::setUrlHandler(u"https"_s, this, "openAddress");
 }
 
 void WindowTest::cleanupTestCase() {
-    QDesktopServices::unsetUrlHandler(QStringLiteral("https"));
+    QDesktopServices::unsetUrlHandler(u"https"_s);
 }
 
 void WindowTest::withoutATvItTellsHowToGetOne() {
@@ -71,81 +72,77 @@ void WindowTest::withoutATvItTellsHowToGetOne() {
           "Google Play link unavailable", "Open Google Play, choose your TV, and install Quiv.",
           "Your Mac and TV must be connected to the same local network.", "Found 0 TVs"})
         QVERIFY2(shows(QString::fromUtf8(text)), text);
-    QVERIFY(!shows(QStringLiteral("Uploads: INTERNAL")));
+    QVERIFY(!shows(u"Uploads: INTERNAL"_s));
 
-    m_presenter->setSelectedDevice(bedroom);
-    QVERIFY(!shows(QStringLiteral("No TV Selected")));
-    QVERIFY(shows(QStringLiteral("No media files yet")));
-    QVERIFY(shows(QStringLiteral("Uploads: INTERNAL")));
+    m_presenter->setSelectedDevice(Bedroom);
+    QVERIFY(!shows(u"No TV Selected"_s));
+    QVERIFY(shows(u"No media files yet"_s));
+    QVERIFY(shows(u"Uploads: INTERNAL"_s));
 }
 
 void WindowTest::theLinkOpensThePageOfSupportedTvs() {
     m_opened.clear();
     QVERIFY(press(QAccessible::Link, "[Click here to see the supported platforms.]"));
     QCOMPARE(m_opened.size(), 1);
-    QVERIFY(m_opened.constFirst().startsWith(QStringLiteral("https://")));
+    QVERIFY(m_opened.constFirst().startsWith(u"https://"_s));
 }
 
 void WindowTest::controlsAreReachedByTheirLabels() {
-    m_presenter->setSelectedDevice(bedroom);
+    m_presenter->setSelectedDevice(Bedroom);
     m_presenter->setPairing(pairingRequired());
     m_presenter->pairingSheet()->dismiss();
     QVERIFY(press(QAccessible::Button, "Refresh"));
     QVERIFY(press(QAccessible::Button, "Cancel pairing"));
-    QCOMPARE(m_actions.calls,
-             QStringList({QStringLiteral("refresh"), QStringLiteral("cancel pairing")}));
+    QCOMPARE(m_actions.calls, QStringList({u"refresh"_s, u"cancel pairing"_s}));
     QVERIFY(press(QAccessible::Button, "Enter pairing code"));
     QVERIFY(m_presenter->pairingSheet()->state().isShown);
     QVERIFY(find(QAccessible::EditableText, "Search files on this TV"));
     QVERIFY(find(QAccessible::EditableText, "3-digit code"));
-    QVERIFY(shows(QStringLiteral("Pairing required for control actions")));
+    QVERIFY(shows(u"Pairing required for control actions"_s));
 }
 
 void WindowTest::tvsAreSelectedByPointerKeyboardAndScreenReader() {
-    m_presenter->setDiscoveredDevices({bedroom, kitchen});
+    m_presenter->setDiscoveredDevices({Bedroom, Kitchen});
     QTRY_VERIFY(find(QAccessible::Button, "Kitchen"));
     click(QAccessible::Button, "Kitchen");
     QVERIFY(press(QAccessible::Button, "Bedroom"));
-    QCOMPARE(m_actions.calls, QStringList({QStringLiteral("select 10.0.0.3:8080"),
-                                           QStringLiteral("select 10.0.0.2:8080")}));
+    QCOMPARE(m_actions.calls, QStringList({u"select 10.0.0.3:8080"_s, u"select 10.0.0.2:8080"_s}));
     m_actions.calls.clear();
     key(Qt::Key_Up); // the click has brought the focus here
     key(Qt::Key_Space);
     key(Qt::Key_Down);
     key(Qt::Key_Return);
-    QCOMPARE(m_actions.calls, QStringList({QStringLiteral("select 10.0.0.2:8080"),
-                                           QStringLiteral("select 10.0.0.3:8080")}));
-    m_presenter->setSelectedDevice(kitchen);
+    QCOMPARE(m_actions.calls, QStringList({u"select 10.0.0.2:8080"_s, u"select 10.0.0.3:8080"_s}));
+    m_presenter->setSelectedDevice(Kitchen);
     QVERIFY(find(QAccessible::Button, "Kitchen")->state().selected);
     QVERIFY(!find(QAccessible::Button, "Bedroom")->state().selected);
 }
 
 void WindowTest::typingSearches() {
-    m_presenter->setSelectedDevice(bedroom);
+    m_presenter->setSelectedDevice(Bedroom);
     m_presenter->setContent(contentOf(sampleRows(30)));
     click(QAccessible::EditableText, "Search files on this TV");
-    typeText(QStringLiteral("video 17"));
-    QCOMPARE(m_presenter->library()->searchText(), QStringLiteral("video 17"));
-    QTRY_COMPARE(accessibleNames(window(), QAccessible::ListItem),
-                 QStringList(QStringLiteral("video 17")));
+    typeText(u"video 17"_s);
+    QCOMPARE(m_presenter->library()->searchText(), u"video 17"_s);
+    QTRY_COMPARE(accessibleNames(window(), QAccessible::ListItem), QStringList(u"video 17"_s));
     QVERIFY(press(QAccessible::Button, "Clear search"));
     QCOMPARE(m_presenter->library()->searchText(), QString());
 }
 
 void WindowTest::anotherTvClearsTheSearchField() {
-    m_presenter->setSelectedDevice(bedroom);
+    m_presenter->setSelectedDevice(Bedroom);
     click(QAccessible::EditableText, "Search files on this TV");
-    typeText(QStringLiteral("x"));
-    m_presenter->setSelectedDevice(kitchen);
+    typeText(u"x"_s);
+    m_presenter->setSelectedDevice(Kitchen);
     QAccessibleInterface* field = find(QAccessible::EditableText, "Search files on this TV");
     QCOMPARE(field->text(QAccessible::Value), QString());
-    typeText(QStringLiteral("y")); // still bound
-    QCOMPARE(m_presenter->library()->searchText(), QStringLiteral("y"));
+    typeText(u"y"_s); // still bound
+    QCOMPARE(m_presenter->library()->searchText(), u"y"_s);
 }
 
 void WindowTest::hostileTextIsShownAsItIs() {
-    const QString hostile = QStringLiteral("<b>x</b><img src='http://10.0.0.9/x.png'>");
-    const TVEndpoint tv = sampleTv(hostile, QStringLiteral("h"));
+    const QString hostile = u"<b>x</b><img src='http://10.0.0.9/x.png'>"_s;
+    const TVEndpoint tv = sampleTv(hostile, u"h"_s);
     m_presenter->setDiscoveredDevices({tv});
     m_presenter->setSelectedDevice(tv);
     LibraryContent content = contentOf({sampleRow(hostile, hostile)});
@@ -161,24 +158,24 @@ void WindowTest::hostileTextIsShownAsItIs() {
 }
 
 void WindowTest::theSheetTakesTheCode() {
-    m_presenter->setSelectedDevice(bedroom);
+    m_presenter->setSelectedDevice(Bedroom);
     m_presenter->setPairing(pairingRequired());
     QTRY_VERIFY(find(QAccessible::EditableText, "3-digit code"));
-    typeText(QStringLiteral("12")); // the field has the focus by itself
+    typeText(u"12"_s); // the field has the focus by itself
     press(QAccessible::Button, "Verify code");
     QVERIFY(m_actions.calls.isEmpty());
-    typeText(QStringLiteral("3"));
+    typeText(u"3"_s);
     key(Qt::Key_Return); // nothing special
     QVERIFY(m_actions.calls.isEmpty());
     QVERIFY(press(QAccessible::Button, "Verify code"));
-    QCOMPARE(m_actions.calls, QStringList(QStringLiteral("verify 123")));
+    QCOMPARE(m_actions.calls, QStringList(u"verify 123"_s));
 
     m_presenter->setPairing({});
     QTRY_VERIFY(!find(QAccessible::Button, "Verify code"));
 }
 
 void WindowTest::escapePutsTheSheetAwayOnly() {
-    m_presenter->setSelectedDevice(bedroom);
+    m_presenter->setSelectedDevice(Bedroom);
     m_presenter->setPairing(pairingRequired());
     QTRY_VERIFY(find(QAccessible::EditableText, "3-digit code"));
     key(Qt::Key_Escape);
@@ -190,10 +187,10 @@ void WindowTest::escapePutsTheSheetAwayOnly() {
 }
 
 void WindowTest::focusStaysInTheSheet() {
-    m_presenter->setSelectedDevice(bedroom);
+    m_presenter->setSelectedDevice(Bedroom);
     m_presenter->setPairing(pairingRequired());
     QTRY_VERIFY(find(QAccessible::EditableText, "3-digit code"));
-    m_presenter->pairingSheet()->type(QStringLiteral("123"));
+    m_presenter->pairingSheet()->type(u"123"_s);
     QStringList visited;
     for (int step = 0; step < 4; ++step) {
         auto* focus = QAccessible::queryAccessibleInterface(window()->activeFocusItem());
@@ -201,13 +198,12 @@ void WindowTest::focusStaysInTheSheet() {
         visited.append(focus->text(QAccessible::Name));
         key(Qt::Key_Tab);
     }
-    QCOMPARE(visited,
-             QStringList({QStringLiteral("3-digit code"), QStringLiteral("Verify code"),
-                          QStringLiteral("Cancel pairing"), QStringLiteral("3-digit code")}));
+    QCOMPARE(visited, QStringList({u"3-digit code"_s, u"Verify code"_s, u"Cancel pairing"_s,
+                                   u"3-digit code"_s}));
 }
 
 void WindowTest::draggingTheKnobSeeksOnce() {
-    m_presenter->setSelectedDevice(bedroom);
+    m_presenter->setSelectedDevice(Bedroom);
     m_presenter->setPlayback(playingVideo());
     QTRY_VERIFY(find(QAccessible::Slider, "Position"));
     QTRY_VERIFY(find(QAccessible::Slider, "Position")->rect().width() > 200); // laid out
@@ -228,14 +224,13 @@ void WindowTest::draggingTheKnobSeeksOnce() {
     QVERIFY(std::abs(m_presenter->dock()->timeline().fraction - 0.5) < 0.01);
     key(Qt::Key_Tab); // the slider can have the keyboard, too
     QVERIFY(press(QAccessible::Button, "Forward 10 seconds"));
-    QCOMPARE(m_actions.calls.last(), QStringLiteral("seek_by 10000"));
+    QCOMPARE(m_actions.calls.last(), u"seek_by 10000"_s);
 }
 
 void WindowTest::menusTakeTheKeyboard() {
-    m_presenter->setSelectedDevice(bedroom);
+    m_presenter->setSelectedDevice(Bedroom);
     PlaybackResponse playback = playingVideo();
-    playback.subtitleTracks =
-        QList<PlaybackTrack>(500, {QStringLiteral("7"), QStringLiteral("<img src=x>"), {}, false});
+    playback.subtitleTracks = QList<PlaybackTrack>(500, {u"7"_s, u"<img src=x>"_s, {}, false});
     m_presenter->setPlayback(playback);
     QTRY_VERIFY(find(QAccessible::Button, "Subtitle"));
     QVERIFY(press(QAccessible::Button, "Subtitle"));
@@ -243,45 +238,41 @@ void WindowTest::menusTakeTheKeyboard() {
     key(Qt::Key_Down);
     key(Qt::Key_Return);
     QTRY_VERIFY(!find(QAccessible::Button, "Off"));
-    QCOMPARE(m_actions.calls, QStringList(QStringLiteral("set_subtitle 7")));
+    QCOMPARE(m_actions.calls, QStringList(u"set_subtitle 7"_s));
     QCOMPARE(find(QAccessible::Button, "Subtitle")->text(QAccessible::Description),
-             QStringLiteral("Off")); // the TV has not said so
+             u"Off"_s); // the TV has not said so
     QTRY_VERIFY(find(QAccessible::Button, "Subtitle"));
     QVERIFY(press(QAccessible::Button, "Subtitle"));
     QTRY_VERIFY(find(QAccessible::Button, "Off"));
     key(Qt::Key_Escape);
     QTRY_VERIFY(!find(QAccessible::Button, "Off"));
     QCOMPARE(m_actions.calls.size(), 1);
-    QVERIFY(shows(QStringLiteral("n/a")));
+    QVERIFY(shows(u"n/a"_s));
 }
 
 void WindowTest::filesDroppedOnTheWindowAreUploaded() {
-    m_presenter->setSelectedDevice(bedroom);
+    m_presenter->setSelectedDevice(Bedroom);
     QMimeData files;
-    files.setUrls(
-        {QUrl(QStringLiteral("file:///v/a.mkv")), QUrl(QStringLiteral("file:///v/b.srt"))});
+    files.setUrls({QUrl(u"file:///v/a.mkv"_s), QUrl(u"file:///v/b.srt"_s)});
     const QPoint place(800, 400);
     QDragEnterEvent enter(place, Qt::CopyAction, &files, Qt::LeftButton, {});
     QCoreApplication::sendEvent(window(), &enter);
-    QTRY_VERIFY(shows(QStringLiteral("Drop video files to upload")));
+    QTRY_VERIFY(shows(u"Drop video files to upload"_s));
     QDropEvent drop(place, Qt::CopyAction, &files, Qt::LeftButton, {});
     QCoreApplication::sendEvent(window(), &drop);
     QVERIFY(drop.isAccepted());
-    QCOMPARE(m_actions.calls,
-             QStringList({QStringLiteral("upload a.mkv"), QStringLiteral("upload b.srt")}));
-    QTRY_VERIFY(!shows(QStringLiteral("Drop video files to upload")));
+    QCOMPARE(m_actions.calls, QStringList({u"upload a.mkv"_s, u"upload b.srt"_s}));
+    QTRY_VERIFY(!shows(u"Drop video files to upload"_s));
 
-    m_presenter->setUploads({{QStringLiteral("1"), QStringLiteral("a.mkv"),
-                              UploadListItemState::Uploading, 0.5, 1'000'000},
-                             {QStringLiteral("2"), QStringLiteral("b.srt")}},
+    m_presenter->setUploads({{u"1"_s, u"a.mkv"_s, UploadListItemState::Uploading, 0.5, 1'000'000},
+                             {u"2"_s, u"b.srt"_s}},
                             {});
     QTRY_VERIFY(find(QAccessible::ListItem, "b.srt"));
-    QVERIFY(shows(QStringLiteral("Uploading  50%  1 MB/s")));
+    QVERIFY(shows(u"Uploading  50%  1 MB/s"_s));
     m_actions.calls.clear();
     QVERIFY(press(QAccessible::Button, "Remove"));
     QVERIFY(press(QAccessible::Button, "Cancel"));
-    QCOMPARE(m_actions.calls,
-             QStringList({QStringLiteral("cancel upload 2"), QStringLiteral("cancel upload 1")}));
+    QCOMPARE(m_actions.calls, QStringList({u"cancel upload 2"_s, u"cancel upload 1"_s}));
 }
 
 void WindowTest::coloursFollowTheDesktop() {

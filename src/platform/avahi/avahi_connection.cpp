@@ -9,7 +9,7 @@ namespace quiv {
 namespace {
 
 // Ending is a matter of milliseconds, unless a call waits for a daemon that hangs.
-constexpr std::chrono::seconds patienceAtTheEnd{1};
+constexpr std::chrono::seconds PatienceAtTheEnd{1};
 
 } // namespace
 
@@ -49,7 +49,7 @@ AvahiConnection::~AvahiConnection() {
         m_mailbox->receiver = nullptr;
     }
     m_worker->stop();
-    if (m_threadEnded.wait_for(patienceAtTheEnd) == std::future_status::ready)
+    if (m_threadEnded.wait_for(PatienceAtTheEnd) == std::future_status::ready)
         m_thread.join();
     else
         m_thread.detach();

@@ -4,11 +4,13 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 QByteArray withoutOuterDots(const QString& name) {
     QStringView view(name);
-    while (view.startsWith(QLatin1Char('.')))
+    while (view.startsWith(u'.'))
         view = view.sliced(1);
-    while (view.endsWith(QLatin1Char('.')))
+    while (view.endsWith(u'.'))
         view.chop(1);
     return view.toUtf8();
 }

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "platform/async/task.h"
 #include "platform/avahi/avahi_answers.h"
 #include "platform/service_browser.h"
-#include "platform/async/task.h"
 
 #include <QByteArray>
 #include <memory>

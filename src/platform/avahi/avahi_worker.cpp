@@ -6,7 +6,7 @@ namespace quiv {
 
 namespace {
 
-constexpr std::chrono::seconds askAgainAfter{1};
+constexpr std::chrono::seconds AskAgainAfter{1};
 
 } // namespace
 
@@ -65,7 +65,7 @@ void AvahiWorker::startLookup(AvahiQuestionId id, Instant now) {
     asked.askAgainAt.reset();
     // Called by lookups only, and these end with their entry.
     const auto askAgain = [this, id] {
-        m_asked.at(id).askAgainAt = std::chrono::steady_clock::now() + askAgainAfter;
+        m_asked.at(id).askAgainAt = std::chrono::steady_clock::now() + AskAgainAfter;
     };
     const auto deliver = [this, id](AvahiAnswer answer) {
         m_deliver(id, std::move(answer));
@@ -73,7 +73,7 @@ void AvahiWorker::startLookup(AvahiQuestionId id, Instant now) {
     if (AvahiBackend* backend = m_choice->backend())
         asked.lookup = backend->ask(asked.question, {deliver, askAgain});
     if (!asked.lookup)
-        asked.askAgainAt = now + askAgainAfter;
+        asked.askAgainAt = now + AskAgainAfter;
 }
 
 void AvahiWorker::askAgainWhatIsDue(Instant now) {

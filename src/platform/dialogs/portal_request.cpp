@@ -9,14 +9,16 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Names and shapes are those of the XDG desktop portal's documentation.
-const auto Service = QStringLiteral("org.freedesktop.portal.Desktop");
-const auto Path = QStringLiteral("/org/freedesktop/portal/desktop");
-const auto ChooserInterface = QStringLiteral("org.freedesktop.portal.FileChooser");
-const auto RequestInterface = QStringLiteral("org.freedesktop.portal.Request");
-const auto ResponseSignal = QStringLiteral("Response");
+const auto Service = u"org.freedesktop.portal.Desktop"_s;
+const auto Path = u"/org/freedesktop/portal/desktop"_s;
+const auto ChooserInterface = u"org.freedesktop.portal.FileChooser"_s;
+const auto RequestInterface = u"org.freedesktop.portal.Request"_s;
+const auto ResponseSignal = u"Response"_s;
 constexpr uint Succeeded = 0;
 constexpr uint Cancelled = 1;
 
@@ -24,17 +26,16 @@ constexpr uint Cancelled = 1;
 QString requestPath(const QDBusConnection& bus, const QString& token) {
     QString sender = bus.baseService().mid(1);
     sender.replace(u'.', u'_');
-    return Path + QStringLiteral("/request/") + sender + u'/' + token;
+    return Path + u"/request/"_s + sender + u'/' + token;
 }
 
 QVariantMap optionsOf(const FileDialogRequest& request, const QString& token) {
-    QVariantMap options{{QStringLiteral("handle_token"), token},
-                        {QStringLiteral("accept_label"), request.acceptLabel},
-                        {QStringLiteral("modal"), true}};
+    QVariantMap options{
+        {u"handle_token"_s, token}, {u"accept_label"_s, request.acceptLabel}, {u"modal"_s, true}};
     if (request.purpose == FileDialogRequest::Purpose::Save)
-        options.insert(QStringLiteral("current_name"), request.proposedName);
+        options.insert(u"current_name"_s, request.proposedName);
     if (request.purpose == FileDialogRequest::Purpose::OpenSeveral)
-        options.insert(QStringLiteral("multiple"), true);
+        options.insert(u"multiple"_s, true);
     return options;
 }
 
@@ -43,14 +44,13 @@ QVariantMap optionsOf(const FileDialogRequest& request, const QString& token) {
 PortalRequest::PortalRequest(const QDBusConnection& bus, const FileDialogRequest& request,
                              const QString& parentWindow, std::chrono::milliseconds patience)
     : m_bus(bus), m_watcher(Service, m_bus) {
-    const QString token = QStringLiteral("quiv_") + randomUuid().remove(u'-');
+    const QString token = u"quiv_"_s + randomUuid().remove(u'-');
     listen(requestPath(m_bus, token)); // before the call: the end may come before its reply
     connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this,
             [this] { m_answer.give(std::nullopt); });
     const bool saves = request.purpose == FileDialogRequest::Purpose::Save;
     QDBusMessage call = QDBusMessage::createMethodCall(Service, Path, ChooserInterface,
-                                                       saves ? QStringLiteral("SaveFile")
-                                                             : QStringLiteral("OpenFile"));
+                                                       saves ? u"SaveFile"_s : u"OpenFile"_s);
     call << parentWindow << request.title << optionsOf(request, token);
     auto* opening = new QDBusPendingCallWatcher(
         m_bus.asyncCall(call, static_cast<int>(patience.count())), this);
@@ -61,7 +61,7 @@ PortalRequest::~PortalRequest() {
     if (m_hasEnded)
         return;
     QDBusMessage close =
-        QDBusMessage::createMethodCall(Service, m_path, RequestInterface, QStringLiteral("Close"));
+        QDBusMessage::createMethodCall(Service, m_path, RequestInterface, u"Close"_s);
     close.setAutoStartService(false);
     m_bus.send(close);
 }
@@ -73,7 +73,7 @@ void PortalRequest::respond(uint response, const QVariantMap& results) {
     if (response != Succeeded)
         return m_answer.give(std::nullopt);
     QList<QUrl> files;
-    for (const QString& uri : results.value(QStringLiteral("uris")).toStringList()) {
+    for (const QString& uri : results.value(u"uris"_s).toStringList()) {
         if (const QUrl file(uri); file.isLocalFile())
             files.append(file);
     }

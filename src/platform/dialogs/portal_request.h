@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/dialogs/file_dialogs.h"
 #include "platform/async/pending_answer.h"
+#include "platform/dialogs/file_dialogs.h"
 
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>

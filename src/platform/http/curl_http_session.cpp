@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace quiv {
 
 namespace {
@@ -105,7 +107,7 @@ Task<HttpReply> CurlHttpSession::send(HttpRequest request) {
     const std::shared_ptr<const bool> isAlive = m_isAlive;
     const QString host = multicastHostOf(request.url);
     std::optional<HostAddress> address;
-    if (m_resolver && host.endsWith(QLatin1String(".local"), Qt::CaseInsensitive)) {
+    if (m_resolver && host.endsWith(".local"_L1, Qt::CaseInsensitive)) {
         auto resolution = m_resolver->resolve(host, request.timeouts.total);
         address = co_await std::move(resolution);
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(

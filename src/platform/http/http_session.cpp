@@ -2,6 +2,8 @@
 
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace quiv {
 
 namespace {
@@ -9,27 +11,25 @@ namespace {
 QString descriptionOf(HttpErrorCode code) {
     switch (code) {
     case HttpErrorCode::Cancelled:
-        return QStringLiteral("The request was canceled.");
+        return u"The request was canceled."_s;
     case HttpErrorCode::BadUrl:
-        return QStringLiteral("The TV's address is not valid.");
+        return u"The TV's address is not valid."_s;
     case HttpErrorCode::TimedOut:
-        return QStringLiteral("The TV did not answer in time. Check that it is switched on.");
+        return u"The TV did not answer in time. Check that it is switched on."_s;
     case HttpErrorCode::CannotFindHost:
-        return QStringLiteral("The TV's address could not be found. Refresh the list of TVs.");
+        return u"The TV's address could not be found. Refresh the list of TVs."_s;
     case HttpErrorCode::CannotConnect:
-        return QStringLiteral(
-            "Could not connect to the TV. Check that the Quiv app is open on it.");
+        return u"Could not connect to the TV. Check that the Quiv app is open on it."_s;
     case HttpErrorCode::ConnectionLost:
-        return QStringLiteral(
-            "The connection to the TV was lost. Check the network and try again.");
+        return u"The connection to the TV was lost. Check the network and try again."_s;
     case HttpErrorCode::BadServerResponse:
-        return QStringLiteral("The TV sent a reply that could not be understood.");
+        return u"The TV sent a reply that could not be understood."_s;
     case HttpErrorCode::CannotReadFile:
-        return QStringLiteral("The file could not be read. Check that it still exists.");
+        return u"The file could not be read. Check that it still exists."_s;
     case HttpErrorCode::ReplyTooLarge:
-        return QStringLiteral("The TV sent more data than expected.");
+        return u"The TV sent more data than expected."_s;
     case HttpErrorCode::CannotWriteFile:
-        return QStringLiteral("The file could not be written. Check the free space of the disk.");
+        return u"The file could not be written. Check the free space of the disk."_s;
     }
     return {};
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/error.h"
 #include "platform/async/task.h"
+#include "platform/error.h"
 
 #include <QByteArray>
 #include <QList>

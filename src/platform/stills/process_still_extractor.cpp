@@ -9,12 +9,14 @@
 #include <algorithm>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace quiv {
 
 namespace {
 
-constexpr std::size_t mostAtOnce = 2;
-constexpr qsizetype mostOutput = 4 << 20;
+constexpr std::size_t MostAtOnce = 2;
+constexpr qsizetype MostOutput = 4 << 20;
 
 // Processes that were killed and have not ended yet. Never destroyed, because a QProcess waits for
 // its process then, and one that is stuck in the kernel may take its time.
@@ -79,7 +81,7 @@ ProcessStillExtractor::~ProcessStillExtractor() {
 }
 
 QString ProcessStillExtractor::standardProgram() {
-    return QCoreApplication::applicationDirPath() + QLatin1String("/quiv-still");
+    return QCoreApplication::applicationDirPath() + "/quiv-still"_L1;
 }
 
 Task<std::optional<QByteArray>> ProcessStillExtractor::makeUploadThumbnail(QString path) {
@@ -110,7 +112,7 @@ void ProcessStillExtractor::startWaitingLater() {
 }
 
 void ProcessStillExtractor::startWaiting() {
-    while (m_running.size() < mostAtOnce && !m_waiting.empty()) {
+    while (m_running.size() < MostAtOnce && !m_waiting.empty()) {
         auto request = std::move(m_waiting.front());
         m_waiting.pop_front();
         start(std::move(request));
@@ -135,7 +137,7 @@ void ProcessStillExtractor::start(std::shared_ptr<Request> request) {
                      [this, &run](int exitCode, QProcess::ExitStatus status) {
                          run.output += run.process->readAllStandardOutput();
                          const bool isStill = status == QProcess::NormalExit && exitCode == 0 &&
-                                              run.output.size() <= mostOutput && isJpeg(run.output);
+                                              run.output.size() <= MostOutput && isJpeg(run.output);
                          finish(run, isStill ? std::optional(run.output) : std::nullopt);
                      });
     QTimer::singleShot(m_timeLimit, listener, [this, &run] { finish(run, std::nullopt); });
@@ -147,7 +149,7 @@ void ProcessStillExtractor::start(std::shared_ptr<Request> request) {
 
 void ProcessStillExtractor::collectOutput(Run& run) {
     run.output += run.process->readAllStandardOutput();
-    if (run.output.size() > mostOutput)
+    if (run.output.size() > MostOutput)
         finish(run, std::nullopt);
 }
 

@@ -6,10 +6,12 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 QString deleteMessage(const FileGroup& group) {
-    return QStringLiteral("This will delete ") + QString::number(filesOf(group).size()) +
-           QStringLiteral(" file(s) from the TV, including subtitles linked to \"") +
-           displayText(group.title) + QStringLiteral("\".");
+    return u"This will delete "_s + QString::number(filesOf(group).size()) +
+           u" file(s) from the TV, including subtitles linked to \""_s + displayText(group.title) +
+           u"\"."_s;
 }
 
 void DeletePromptPresenter::ask(const FileGroup& group) {

@@ -8,12 +8,14 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
 // What stands for "no subtitles" among the ids of subtitle tracks.
-const auto OffTag = QStringLiteral("off");
+const auto OffTag = u"off"_s;
 
 // -1: none is.
 int selectedIndex(const QList<PlaybackTrack>& tracks) {
@@ -26,7 +28,7 @@ QString trackLabel(const PlaybackTrack& track, qsizetype number) {
         if (!text.trimmed().isEmpty())
             return text;
     }
-    return QStringLiteral("Track %1").arg(number);
+    return u"Track %1"_s.arg(number);
 }
 
 QStringList trackLabels(const QList<PlaybackTrack>& tracks) {
@@ -76,11 +78,9 @@ DockState dockState(const PlaybackResponse& playback, const QString& title) {
     DockState state;
     state.isShown = true;
     state.title = title;
-    state.stateText =
-        playback.isPlaying ? QStringLiteral("Playing on TV") : QStringLiteral("Paused on TV");
-    state.playSymbol =
-        playback.isPlaying ? QStringLiteral("pause.fill") : QStringLiteral("play.fill");
-    state.subtitles = QStringList(QStringLiteral("Off")) + trackLabels(playback.subtitleTracks);
+    state.stateText = playback.isPlaying ? u"Playing on TV"_s : u"Paused on TV"_s;
+    state.playSymbol = playback.isPlaying ? u"pause.fill"_s : u"play.fill"_s;
+    state.subtitles = QStringList(u"Off"_s) + trackLabels(playback.subtitleTracks);
     state.subtitleIndex = subtitleIndex(playback.subtitleTracks);
     state.audioTracks = trackLabels(playback.audioTracks);
     state.audioIndex = std::max(0, selectedIndex(playback.audioTracks));

@@ -10,14 +10,15 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString symbolFor(const RemoteFile& file) {
     const QString kind = file.kind.toUpper();
-    if (kind == QLatin1String("VIDEO"))
-        return QStringLiteral("film");
-    return kind == QLatin1String("SUBTITLE") ? QStringLiteral("captions.bubble")
-                                             : QStringLiteral("doc");
+    if (kind == "VIDEO"_L1)
+        return u"film"_s;
+    return kind == "SUBTITLE"_L1 ? u"captions.bubble"_s : u"doc"_s;
 }
 
 } // namespace

@@ -12,6 +12,8 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QList<ListRole<FileChooserRow>> rowRoles() {
@@ -43,7 +45,7 @@ QString firstFolder() {
 // A name in a folder, not a way to another one.
 bool isFileName(const QString& name) {
     return !name.trimmed().isEmpty() && !name.contains(u'/') && !name.contains(QChar::Null) &&
-           name != QStringLiteral(".") && name != QStringLiteral("..");
+           name != u"."_s && name != u".."_s;
 }
 
 } // namespace
@@ -59,7 +61,7 @@ FileChooserPresenter::~FileChooserPresenter() {
 }
 
 QString FileChooserPresenter::acceptLabel() const {
-    return m_mayReplace ? QStringLiteral("Replace") : m_request.acceptLabel;
+    return m_mayReplace ? u"Replace"_s : m_request.acceptLabel;
 }
 
 bool FileChooserPresenter::canGoUp() const {
@@ -82,7 +84,7 @@ Task<FileDialogAnswer> FileChooserPresenter::ask(FileDialogRequest request) {
 }
 
 void FileChooserPresenter::goUp() {
-    m_listing = enter(QDir::cleanPath(m_folder + QStringLiteral("/..")));
+    m_listing = enter(QDir::cleanPath(m_folder + u"/.."_s));
 }
 
 void FileChooserPresenter::select(const QString& name) {
@@ -128,7 +130,7 @@ void FileChooserPresenter::createFolder(const QString& name) {
         m_listing = enter(QDir(m_folder).filePath(name));
         return;
     }
-    m_note = QStringLiteral("The folder could not be created. Choose another name or place.");
+    m_note = u"The folder could not be created. Choose another name or place."_s;
     update();
 }
 
@@ -150,10 +152,9 @@ void FileChooserPresenter::acceptPlace() {
     if (m_mayReplace || !place.exists())
         return answer({urlOf(m_name)});
     m_mayReplace = !place.isDir();
-    const QString what = QLatin1Char('"') + displayText(m_name) + QLatin1Char('"');
-    m_note = m_mayReplace
-                 ? what + QStringLiteral(" is here already. Replace it?")
-                 : what + QStringLiteral(" is the name of a folder here. Choose another name.");
+    const QString what = u'"' + displayText(m_name) + u'"';
+    m_note = m_mayReplace ? what + u" is here already. Replace it?"_s
+                          : what + u" is the name of a folder here. Choose another name."_s;
     update();
 }
 
@@ -182,9 +183,9 @@ Task<> FileChooserPresenter::enter(QString folder) {
     auto listing = inBackground([folder] { return folderListing(folder); });
     const auto entries = co_await std::move(listing);
     if (!entries)
-        m_note = QStringLiteral("This folder cannot be read.");
+        m_note = u"This folder cannot be read."_s;
     else if (entries->isEmpty())
-        m_note = QStringLiteral("This folder is empty.");
+        m_note = u"This folder is empty."_s;
     else
         m_entries = *entries;
     update();

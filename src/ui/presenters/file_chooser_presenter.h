@@ -1,8 +1,8 @@
 #pragma once
 
+#include "platform/async/pending_answer.h"
 #include "platform/dialogs/file_dialogs.h"
 #include "platform/dialogs/folder_listing.h"
-#include "platform/async/pending_answer.h"
 #include "ui/presenters/record_list_model.h"
 
 #include <QAbstractItemModel>

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace quiv {
 
 namespace {
@@ -48,20 +50,18 @@ FileGroupRowState fileGroupRowState(const LibraryRow& row, const RowContext& con
     const FileGroup& group = row.group;
     const bool isOnTV = isNowOnTV(group, context);
     const bool isPlaying = isOnTV && context.playback->isPlaying;
-    const bool goesToUsb = otherStorage(row.storageLocation) == QLatin1String("USB");
+    const bool goesToUsb = otherStorage(row.storageLocation) == "USB"_L1;
     FileGroupRowState state;
     state.title = displayText(group.title);
     state.subtitleText = subtitleCountText(group, context.playback);
     state.storageBadge = storageLocationBadge(row.storageLocation);
     if (isOnTV) {
-        state.playbackText = isPlaying ? QStringLiteral("Playing") : QStringLiteral("Paused");
-        state.playbackSymbol =
-            isPlaying ? QStringLiteral("waveform") : QStringLiteral("pause.circle");
+        state.playbackText = isPlaying ? u"Playing"_s : u"Paused"_s;
+        state.playbackSymbol = isPlaying ? u"waveform"_s : u"pause.circle"_s;
     }
     state.hasVideo = group.video.has_value();
-    state.playSymbol = isPlaying ? QStringLiteral("pause.fill") : QStringLiteral("play.fill");
-    state.moveTitle =
-        goesToUsb ? QStringLiteral("Move to USB") : QStringLiteral("Move to Internal");
+    state.playSymbol = isPlaying ? u"pause.fill"_s : u"play.fill"_s;
+    state.moveTitle = goesToUsb ? u"Move to USB"_s : u"Move to Internal"_s;
     state.canMove =
         state.hasVideo && !context.move.isMovingFile && (!goesToUsb || context.isUsbConnected);
     state.isUploading = isUploadInProgress(group, context.uploadMatchKeys);

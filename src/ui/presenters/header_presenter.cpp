@@ -6,18 +6,20 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 QList<StorageStatusBadge> headerBadges(const LibraryContent& content) {
     QList<StorageStatusBadge> badges = storageStatusBadges(content.storage, content.usbStorage);
     if (content.usbSetupHint && !content.usbSetupHint->isEmpty())
         badges.append({displayText(*content.usbSetupHint), BadgeTone::Tone::Amber});
-    badges.append({QStringLiteral("Uploads: ") + displayText(content.preferredUploadTarget),
-                   BadgeTone::Tone::Neutral});
+    badges.append(
+        {u"Uploads: "_s + displayText(content.preferredUploadTarget), BadgeTone::Tone::Neutral});
     return badges;
 }
 
 QString codeValidUntilText(const PairingState& pairing) {
     const auto time = pairingCodeValidUntilText(pairing.pairingCodeValidUntil);
-    return time ? QStringLiteral("This code is valid until ") + *time : QString();
+    return time ? u"This code is valid until "_s + *time : QString();
 }
 
 HeaderMove headerMove(const MoveState& move) {
@@ -26,7 +28,7 @@ HeaderMove headerMove(const MoveState& move) {
     const QString name = displayText(move.currentMoveFileName);
     HeaderMove shown;
     shown.isShown = true;
-    shown.label = name.isEmpty() ? QStringLiteral("Moving file") : QStringLiteral("Moving ") + name;
+    shown.label = name.isEmpty() ? u"Moving file"_s : u"Moving "_s + name;
     shown.fraction = move.moveProgress;
     shown.percentText = formatPercent(move.moveProgress);
     shown.speedText = formatTransferSpeed(move.moveSpeedBytesPerSecond);

@@ -10,6 +10,8 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QByteArray ContentRole = "content";
@@ -55,11 +57,11 @@ LibraryPresenter::LibraryPresenter(WindowActions& actions, QObject* parent)
 
 QString LibraryPresenter::loadingText() const {
     const QString name = m_selected ? displayText(m_selected->name) : QString();
-    return QStringLiteral("Loading library from ") + name + QStringLiteral("...");
+    return u"Loading library from "_s + name + u"..."_s;
 }
 
 QString LibraryPresenter::noResultsText() const {
-    return QStringLiteral("No files match \"") + displayText(m_searchText.trimmed()) + u'"';
+    return u"No files match \""_s + displayText(m_searchText.trimmed()) + u'"';
 }
 
 void LibraryPresenter::setSelectedDevice(const std::optional<TVEndpoint>& device) {

@@ -6,6 +6,8 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QList<ListRole<TvTile>> tileRoles() {
@@ -59,8 +61,7 @@ QString tileDescription(const TVEndpoint& device) {
 }
 
 QString foundTvsText(qsizetype count) {
-    return QStringLiteral("Found ") + QString::number(count) +
-           (count == 1 ? QStringLiteral(" TV") : QStringLiteral(" TVs"));
+    return u"Found "_s + QString::number(count) + (count == 1 ? u" TV"_s : u" TVs"_s);
 }
 
 SidebarPresenter::SidebarPresenter(WindowActions& actions, QObject* parent)

@@ -7,6 +7,8 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 void SubtitleRenamePresenter::attach(const QUrl& subtitle, const QString& videoName) {
     const SubtitleRenamePrompt prompt{subtitle, videoName,
                                       proposedSubtitleRemoteName(videoName, subtitle)};
@@ -15,9 +17,9 @@ void SubtitleRenamePresenter::attach(const QUrl& subtitle, const QString& videoN
     };
     if (prompt.proposedRemoteName.compare(subtitle.fileName(), Qt::CaseInsensitive) == 0)
         return queue();
-    show(QStringLiteral("The selected subtitle filename does not match this video. It will be "
-                        "uploaded as \"") +
-             displayText(prompt.proposedRemoteName) + QStringLiteral("\" so it links correctly."),
+    show(u"The selected subtitle filename does not match this video. It will be "
+         "uploaded as \""_s +
+             displayText(prompt.proposedRemoteName) + u"\" so it links correctly."_s,
          queue);
 }
 

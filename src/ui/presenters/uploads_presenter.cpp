@@ -6,6 +6,8 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QList<ListRole<UploadListItem>> itemRoles() {
@@ -41,8 +43,8 @@ const QString& uploadItemKey(const UploadListItem& item) {
 
 QString uploadStatusText(const UploadListItem& item) {
     if (item.state == UploadListItemState::Queued)
-        return QStringLiteral("Queued");
-    return QStringLiteral("Uploading  ") + formatPercent(item.progress) + QStringLiteral("  ") +
+        return u"Queued"_s;
+    return u"Uploading  "_s + formatPercent(item.progress) + u"  "_s +
            formatTransferSpeed(item.speedBytesPerSecond);
 }
 
@@ -50,8 +52,7 @@ UploadsPresenter::UploadsPresenter(WindowActions& actions, QObject* parent)
     : QObject(parent), m_actions(actions), m_rows(itemRoles()) {}
 
 QString UploadsPresenter::dropHint() const {
-    return m_hasTv ? QStringLiteral("Files will be added to the upload queue")
-                   : QStringLiteral("Select a TV first");
+    return m_hasTv ? u"Files will be added to the upload queue"_s : u"Select a TV first"_s;
 }
 
 void UploadsPresenter::setSelectedDevice(const std::optional<TVEndpoint>& device) {

@@ -4,6 +4,8 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 WindowPresenter::WindowPresenter(WindowActions& actions, const WindowPorts& ports, QObject* parent)
     : QObject(parent),
       m_actions(actions),
@@ -34,8 +36,8 @@ void WindowPresenter::pickUploads() {
 
 Task<> WindowPresenter::pickingUploads() {
     auto asking = m_fileDialogs.ask({.purpose = FileDialogRequest::Purpose::OpenSeveral,
-                                     .title = QStringLiteral("Upload to the TV"),
-                                     .acceptLabel = QStringLiteral("Open")});
+                                     .title = u"Upload to the TV"_s,
+                                     .acceptLabel = u"Open"_s});
     const FileDialogAnswer files = co_await std::move(asking);
     if (files && !files->isEmpty())
         m_actions.queueUploadsFromPicker(*files);
@@ -43,8 +45,8 @@ Task<> WindowPresenter::pickingUploads() {
 
 Task<> WindowPresenter::pickingSubtitle(QString videoName) {
     auto asking = m_fileDialogs.ask({.purpose = FileDialogRequest::Purpose::OpenOne,
-                                     .title = QStringLiteral("Attach Subtitle"),
-                                     .acceptLabel = QStringLiteral("Open")});
+                                     .title = u"Attach Subtitle"_s,
+                                     .acceptLabel = u"Open"_s});
     const FileDialogAnswer files = co_await std::move(asking);
     if (files && !files->isEmpty())
         m_subtitleRename.attach(files->constFirst(), videoName);

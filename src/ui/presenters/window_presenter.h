@@ -9,8 +9,8 @@
 #include "ui/presenters/pairing_sheet_presenter.h"
 #include "ui/presenters/sidebar_presenter.h"
 #include "ui/presenters/subtitle_rename_presenter.h"
-#include "ui/thumbnails/thumbnail_store.h"
 #include "ui/presenters/uploads_presenter.h"
+#include "ui/thumbnails/thumbnail_store.h"
 #include "ui/window/window_ports.h"
 
 namespace quiv {

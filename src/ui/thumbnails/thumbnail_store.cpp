@@ -4,6 +4,8 @@
 
 #include <QImageReader>
 
+using namespace Qt::StringLiterals;
+
 namespace quiv {
 
 using namespace std::chrono_literals;
@@ -16,7 +18,7 @@ constexpr int FetchesAtOnce = 4;
 constexpr int DecoderMegabytes = 64;
 
 QString keyOf(const QUrl& url, const ThumbnailShape& shape) {
-    return QStringLiteral("%1x%2 ").arg(shape.size.width()).arg(shape.size.height()) +
+    return u"%1x%2 "_s.arg(shape.size.width()).arg(shape.size.height()) +
            url.toString(QUrl::FullyEncoded);
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/clock.h"
-#include "platform/http/http_session.h"
 #include "platform/async/task.h"
 #include "platform/async/turnstile.h"
+#include "platform/clock.h"
+#include "platform/http/http_session.h"
 #include "ui/thumbnails/thumbnail_picture.h"
 
 #include <QCache>

@@ -11,16 +11,18 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // What a desktop without a font setting reports: a class of fonts, not a choice.
 bool isUnchosenFamily(const QString& family) {
     const QString name = family.toLower().remove(u' ').remove(u'-');
-    return name.isEmpty() || name == QStringLiteral("sans") || name == QStringLiteral("sansserif");
+    return name.isEmpty() || name == u"sans"_s || name == u"sansserif"_s;
 }
 
-constexpr int basePixelSize = 13;
-constexpr double pointsPerInch = 72;
+constexpr int BasePixelSize = 13;
+constexpr double PointsPerInch = 72;
 
 } // namespace
 
@@ -33,7 +35,7 @@ Appearance::Appearance(QObject* parent) : QObject(parent) {
 QFont Appearance::textFont(double pixelSize, int weight) const {
     QFont font(m_fontFamily);
     const double pixelsPerInch = QGuiApplication::primaryScreen()->logicalDotsPerInch();
-    font.setPointSizeF(pixelSize * pointsPerInch / pixelsPerInch);
+    font.setPointSizeF(pixelSize * PointsPerInch / pixelsPerInch);
     font.setWeight(static_cast<QFont::Weight>(weight));
     return font;
 }
@@ -67,8 +69,8 @@ void Appearance::readPalette() {
 void Appearance::readFont() {
     const QFont font = QGuiApplication::font();
     if (isUnchosenFamily(font.family()) || !QFontDatabase::hasFamily(font.family())) {
-        m_fontFamily = QStringLiteral("Inter");
-        m_fontPixelSize = basePixelSize;
+        m_fontFamily = u"Inter"_s;
+        m_fontPixelSize = BasePixelSize;
     } else {
         m_fontFamily = font.family();
         m_fontPixelSize = QFontInfo(font).pixelSize();

@@ -8,9 +8,11 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-constexpr int gridUnits = 24; // the size that the symbols are drawn on
+constexpr int GridUnits = 24; // the size that the symbols are drawn on
 
 // A function of its own, so that painting has ended before the image is handed on.
 void draw(QImage& image, QSvgRenderer& renderer) {
@@ -28,7 +30,7 @@ void tint(QImage& image, const QColor& colour) {
 } // namespace
 
 QImage renderedIcon(const QString& name, const QSize& size) {
-    QSvgRenderer renderer(QStringLiteral(":/icons/") + name + QStringLiteral(".svg"));
+    QSvgRenderer renderer(u":/icons/"_s + name + u".svg"_s);
     if (!renderer.isValid())
         return {};
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
@@ -41,7 +43,7 @@ IconProvider::IconProvider() : QQuickImageProvider(QQuickImageProvider::Image) {
 QImage IconProvider::requestImage(const QString& id, QSize* size, const QSize& requestedSize) {
     const QString name = id.section(u'/', 0, 0);
     const QString colour = id.section(u'/', 1);
-    const QSize drawn = requestedSize.isEmpty() ? QSize(gridUnits, gridUnits) : requestedSize;
+    const QSize drawn = requestedSize.isEmpty() ? QSize(GridUnits, GridUnits) : requestedSize;
     QImage image = renderedIcon(name, drawn);
     if (!colour.isEmpty() && !image.isNull())
         tint(image, QColor(u'#' + colour));

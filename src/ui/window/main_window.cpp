@@ -1,9 +1,9 @@
 #include "ui/window/main_window.h"
 
 #include "model/ombra_mac_model.h"
-#include "ui/window/graphics_choice.h"
 #include "ui/presenters/window_actions.h"
 #include "ui/presenters/window_presenter.h"
+#include "ui/window/graphics_choice.h"
 #include "ui/window/window_view.h"
 
 #include <QQuickWindow>

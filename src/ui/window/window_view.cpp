@@ -1,8 +1,8 @@
 #include "ui/window/window_view.h"
 
+#include "ui/presenters/window_presenter.h"
 #include "ui/window/graphics_choice.h"
 #include "ui/window/icon_provider.h"
-#include "ui/presenters/window_presenter.h"
 
 #include <QIcon>
 #include <QPixmap>
@@ -12,12 +12,14 @@ void qml_register_types_Quiv(); // made by the build from the classes marked QML
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QIcon applicationIcon() {
     QIcon icon;
     for (const int size : {16, 32, 48, 128, 256}) {
-        const QImage image = renderedIcon(QStringLiteral("application"), QSize(size, size));
+        const QImage image = renderedIcon(u"application"_s, QSize(size, size));
         icon.addPixmap(QPixmap::fromImage(image));
     }
     return icon;
@@ -29,10 +31,10 @@ WindowView::WindowView(WindowPresenter& presenter) {
     qml_register_types_Quiv();
     // Sharper than the scene graph's scalable glyphs at the sizes of a desktop's text.
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
-    m_engine.addImportPath(QStringLiteral("qrc:/qml"));
-    m_engine.addImageProvider(QStringLiteral("icon"), new IconProvider);
-    m_engine.setInitialProperties({{QStringLiteral("presenter"), QVariant::fromValue(&presenter)}});
-    m_engine.load(QUrl(QStringLiteral("qrc:/qml/Quiv/MainWindow.qml")));
+    m_engine.addImportPath(u"qrc:/qml"_s);
+    m_engine.addImageProvider(u"icon"_s, new IconProvider);
+    m_engine.setInitialProperties({{u"presenter"_s, QVariant::fromValue(&presenter)}});
+    m_engine.load(QUrl(u"qrc:/qml/Quiv/MainWindow.qml"_s));
     if (QQuickWindow* loaded = window())
         loaded->setIcon(applicationIcon());
 }

@@ -7,22 +7,23 @@
 
 #include <QElapsedTimer>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 using namespace std::chrono_literals;
 
 namespace {
 
-const QString type = QStringLiteral("_ombra._tcp.");
-const QString domain = QStringLiteral("local.");
+const QString Type = u"_ombra._tcp."_s;
+const QString Domain = u"local."_s;
 
 FoundService serviceNamed(const QString& name) {
-    return {name, type, domain};
+    return {name, Type, Domain};
 }
 
 // A search and what it found.
 struct Search {
     explicit Search(ServiceBrowser& browser) {
-        browser.search(type, domain,
+        browser.search(Type, Domain,
                        [this](const FoundService& service) { names.append(service.name); });
     }
     Search(const Search&) = delete;
@@ -88,12 +89,12 @@ void AvahiBrowserTest::findsTwoServicesOnceEach() {
     Search search(*m_browser);
     AvahiTestAnnouncer kitchen({"Kitchen", "kitchen.local"});
     AvahiTestAnnouncer bedroom({"Bedroom", "bedroom.local", "192.0.2.8"});
-    QTRY_VERIFY(search.names.contains(QStringLiteral("Kitchen")));
-    QTRY_VERIFY(search.names.contains(QStringLiteral("Bedroom")));
+    QTRY_VERIFY(search.names.contains(u"Kitchen"_s));
+    QTRY_VERIFY(search.names.contains(u"Bedroom"_s));
 
     // Whatever else was to be said of these two has been said once a later one is found.
     AvahiTestAnnouncer later({"Later", "later.local", "192.0.2.9"});
-    QTRY_VERIFY(search.names.contains(QStringLiteral("Later")));
+    QTRY_VERIFY(search.names.contains(u"Later"_s));
     QCOMPARE(search.names.size(), 3);
 }
 
@@ -101,11 +102,10 @@ void AvahiBrowserTest::findsAServiceUnderItsNewName() {
     Search search(*m_browser);
     std::optional<AvahiTestAnnouncer> before(std::in_place,
                                              AvahiTestAnnouncer::Service{"Old name", "tv.local"});
-    QTRY_COMPARE(search.names, QStringList{QStringLiteral("Old name")});
+    QTRY_COMPARE(search.names, QStringList{u"Old name"_s});
     before.reset();
     AvahiTestAnnouncer after({"New name", "tv.local"});
-    QTRY_COMPARE(search.names,
-                 (QStringList{QStringLiteral("Old name"), QStringLiteral("New name")}));
+    QTRY_COMPARE(search.names, (QStringList{u"Old name"_s, u"New name"_s}));
 }
 
 void AvahiBrowserTest::findsAServiceThatCameBack() {
@@ -135,30 +135,30 @@ void AvahiBrowserTest::findsNothingAfterStop() {
 }
 
 void AvahiBrowserTest::resolvesToTheIPv4Address() {
-    Outcome outcome(m_browser->resolve(serviceNamed(QStringLiteral("Kitchen")), 8s));
+    Outcome outcome(m_browser->resolve(serviceNamed(u"Kitchen"_s), 8s));
     AvahiTestAnnouncer announcer({"Kitchen", "kitchen.local", "192.0.2.7", "2001:db8::7", 4711});
     QTRY_VERIFY_WITH_TIMEOUT(outcome.isDone(), 9000);
     QVERIFY(outcome.value());
-    QCOMPARE(outcome.value()->name, QStringLiteral("Kitchen"));
-    QCOMPARE(outcome.value()->addresses.first().toText(), QStringLiteral("192.0.2.7"));
-    QCOMPARE(outcome.value()->hostName.value(), QStringLiteral("kitchen.local"));
+    QCOMPARE(outcome.value()->name, u"Kitchen"_s);
+    QCOMPARE(outcome.value()->addresses.first().toText(), u"192.0.2.7"_s);
+    QCOMPARE(outcome.value()->hostName.value(), u"kitchen.local"_s);
     QCOMPARE(outcome.value()->port, 4711);
 }
 
 void AvahiBrowserTest::resolvesToTheIPv6AddressWhenThereIsNoOther() {
-    Outcome outcome(m_browser->resolve(serviceNamed(QStringLiteral("Modern")), 8s));
+    Outcome outcome(m_browser->resolve(serviceNamed(u"Modern"_s), 8s));
     AvahiTestAnnouncer announcer({"Modern", "modern.local", {}, "fe80::7"});
     QTRY_VERIFY_WITH_TIMEOUT(outcome.isDone(), 9000);
     QVERIFY(outcome.value());
     const HostAddress address = outcome.value()->addresses.value(0);
-    QCOMPARE(address.toText(), QStringLiteral("fe80::7"));
+    QCOMPARE(address.toText(), u"fe80::7"_s);
     QVERIFY(address.scope > 0);
     QCOMPARE(outcome.value()->addresses.size(), 1);
-    QCOMPARE(outcome.value()->hostName.value(), QStringLiteral("modern.local"));
+    QCOMPARE(outcome.value()->hostName.value(), u"modern.local"_s);
 }
 
 void AvahiBrowserTest::passesOnPortZero() {
-    Outcome outcome(m_browser->resolve(serviceNamed(QStringLiteral("Portless")), 8s));
+    Outcome outcome(m_browser->resolve(serviceNamed(u"Portless"_s), 8s));
     AvahiTestAnnouncer announcer({"Portless", "tv.local", "192.0.2.7", {}, 0});
     QTRY_VERIFY_WITH_TIMEOUT(outcome.isDone(), 9000);
     QVERIFY(outcome.value());
@@ -166,8 +166,7 @@ void AvahiBrowserTest::passesOnPortZero() {
 }
 
 void AvahiBrowserTest::findsAndResolvesTheOddestName() {
-    const QString name =
-        QStringLiteral(" Küche. links\\rechts \\046.. \"<b>TV</b>\" 📺 %20&#x41; 电视.");
+    const QString name = u" Küche. links\\rechts \\046.. \"<b>TV</b>\" 📺 %20&#x41; 电视."_s;
     QCOMPARE(name.toUtf8().size(), 63);
     Search search(*m_browser);
     AvahiTestAnnouncer announcer({name.toUtf8(), "tv.local"});
@@ -179,9 +178,9 @@ void AvahiBrowserTest::findsAndResolvesTheOddestName() {
 }
 
 void AvahiBrowserTest::resolvesWhatIsAnnouncedLate() {
-    Outcome outcome(m_browser->resolve(serviceNamed(QStringLiteral("Late")), 15s));
+    Outcome outcome(m_browser->resolve(serviceNamed(u"Late"_s), 15s));
     // Avahi itself gives up on a service after five seconds.
-    Outcome earlier(m_browser->resolve(serviceNamed(QStringLiteral("Late")), 6s));
+    Outcome earlier(m_browser->resolve(serviceNamed(u"Late"_s), 6s));
     QTRY_VERIFY_WITH_TIMEOUT(earlier.isDone(), 7000);
     QVERIFY(!outcome.isDone());
     AvahiTestAnnouncer announcer({"Late", "late.local"});
@@ -192,7 +191,7 @@ void AvahiBrowserTest::resolvesWhatIsAnnouncedLate() {
 void AvahiBrowserTest::doesNotResolveWhatIsGone() {
     QElapsedTimer timer;
     timer.start();
-    Outcome outcome(m_browser->resolve(serviceNamed(QStringLiteral("Gone")), 700ms));
+    Outcome outcome(m_browser->resolve(serviceNamed(u"Gone"_s), 700ms));
     QTRY_VERIFY(outcome.isDone());
     QVERIFY(timer.elapsed() >= 700);
     QVERIFY(!outcome.value());
@@ -200,7 +199,7 @@ void AvahiBrowserTest::doesNotResolveWhatIsGone() {
 
 void AvahiBrowserTest::completesRequestsWhenDestroyed() {
     Search search(*m_browser);
-    Outcome outcome(m_browser->resolve(serviceNamed(QStringLiteral("Gone")), 1h));
+    Outcome outcome(m_browser->resolve(serviceNamed(u"Gone"_s), 1h));
     m_browser.reset();
     QVERIFY(!outcome.isDone());
     QTRY_COMPARE(outcome.completions(), 1);
@@ -208,8 +207,8 @@ void AvahiBrowserTest::completesRequestsWhenDestroyed() {
 }
 
 void AvahiBrowserTest::forgetsCancelledRequests() {
-    Outcome cancelled(m_browser->resolve(serviceNamed(QStringLiteral("Kitchen")), 8s));
-    Outcome outcome(m_browser->resolve(serviceNamed(QStringLiteral("Kitchen")), 8s));
+    Outcome cancelled(m_browser->resolve(serviceNamed(u"Kitchen"_s), 8s));
+    Outcome outcome(m_browser->resolve(serviceNamed(u"Kitchen"_s), 8s));
     AvahiTestAnnouncer announcer({"Kitchen", "kitchen.local"});
     cancelled.cancel();
     QTRY_VERIFY_WITH_TIMEOUT(outcome.isDone(), 9000);
@@ -220,7 +219,7 @@ void AvahiBrowserTest::forgetsCancelledRequests() {
 void AvahiBrowserTest::canBeDestroyedByWhatItFound() {
     int found = 0;
     m_connection.reset(); // the browser is the last to use it
-    m_browser->search(type, domain, [&](const FoundService&) {
+    m_browser->search(Type, Domain, [&](const FoundService&) {
         ++found;
         m_browser.reset();
     });

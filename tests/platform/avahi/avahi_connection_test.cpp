@@ -11,14 +11,15 @@
 #include <set>
 #include <string>
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int reactionTime = 15000; // for a daemon to come or go and a service to be announced
-const QString type = QStringLiteral("_ombra._tcp.");
-const QString domain = QStringLiteral("local.");
+constexpr int ReactionTime = 15000; // for a daemon to come or go and a service to be announced
+const QString Type = u"_ombra._tcp."_s;
+const QString Domain = u"local."_s;
 
 // The sockets on the multicast DNS port, as the kernel names them: "socket:[4711]".
 std::set<std::string> multicastDnsSockets() {
@@ -47,12 +48,11 @@ int ownMulticastDnsSockets() {
 }
 
 bool ip(const char* arguments) {
-    return QProcess::execute(QStringLiteral("ip"),
-                             QString::fromLatin1(arguments).split(QLatin1Char(' '))) == 0;
+    return QProcess::execute(u"ip"_s, QString::fromLatin1(arguments).split(u' ')) == 0;
 }
 
 bool become(const AvahiConnection& connection, AvahiBackendKind kind) {
-    return QTest::qWaitFor([&] { return connection.backendKind() == kind; }, reactionTime);
+    return QTest::qWaitFor([&] { return connection.backendKind() == kind; }, ReactionTime);
 }
 
 } // namespace
@@ -91,12 +91,12 @@ void AvahiConnectionTest::followsTheDaemonWhileASearchRuns() {
     const auto connection = std::make_shared<AvahiConnection>();
     AvahiServiceBrowser browser(connection);
     QStringList names;
-    browser.search(type, domain, [&](const FoundService& service) { names.append(service.name); });
-    Outcome pending(browser.resolve({QStringLiteral("Second"), type, domain}, 1min));
+    browser.search(Type, Domain, [&](const FoundService& service) { names.append(service.name); });
+    Outcome pending(browser.resolve({u"Second"_s, Type, Domain}, 1min));
 
     QVERIFY(become(*connection, AvahiBackendKind::SystemDaemon));
     AvahiTestAnnouncer first({"First", "first.local", "192.0.2.1"});
-    QTRY_COMPARE_WITH_TIMEOUT(names, QStringList{QStringLiteral("First")}, reactionTime);
+    QTRY_COMPARE_WITH_TIMEOUT(names, QStringList{u"First"_s}, ReactionTime);
     QCOMPARE(ownMulticastDnsSockets(), 0);
 
     QVERIFY(m_daemon->stopDaemon());
@@ -104,30 +104,30 @@ void AvahiConnectionTest::followsTheDaemonWhileASearchRuns() {
     QVERIFY(ownMulticastDnsSockets() > 0);
     QVERIFY(!pending.isDone());
     AvahiTestAnnouncer second({"Second", "second.local", "192.0.2.2"});
-    QTRY_VERIFY_WITH_TIMEOUT(names.contains(QStringLiteral("Second")), reactionTime);
-    QTRY_VERIFY_WITH_TIMEOUT(pending.isDone(), reactionTime);
+    QTRY_VERIFY_WITH_TIMEOUT(names.contains(u"Second"_s), ReactionTime);
+    QTRY_VERIFY_WITH_TIMEOUT(pending.isDone(), ReactionTime);
     QVERIFY(pending.value());
-    QCOMPARE(pending.value()->addresses.first().toText(), QStringLiteral("192.0.2.2"));
+    QCOMPARE(pending.value()->addresses.first().toText(), u"192.0.2.2"_s);
 
     QVERIFY(m_daemon->startDaemon());
     QVERIFY(become(*connection, AvahiBackendKind::SystemDaemon));
     QCOMPARE(ownMulticastDnsSockets(), 0);
     AvahiTestAnnouncer third({"Third", "third.local", "192.0.2.3"});
-    QTRY_VERIFY_WITH_TIMEOUT(names.contains(QStringLiteral("Third")), reactionTime);
+    QTRY_VERIFY_WITH_TIMEOUT(names.contains(u"Third"_s), ReactionTime);
 }
 
 void AvahiConnectionTest::findsABusThatStartsLater() {
     const auto connection = std::make_shared<AvahiConnection>(100ms);
     AvahiServiceBrowser browser(connection);
     QStringList names;
-    browser.search(type, domain, [&](const FoundService& service) { names.append(service.name); });
+    browser.search(Type, Domain, [&](const FoundService& service) { names.append(service.name); });
     QVERIFY(become(*connection, AvahiBackendKind::Embedded));
 
     QVERIFY(m_daemon->startBus());
     QVERIFY(m_daemon->startDaemon());
     QVERIFY(become(*connection, AvahiBackendKind::SystemDaemon));
     AvahiTestAnnouncer kitchen({"Kitchen", "kitchen.local"});
-    QTRY_COMPARE_WITH_TIMEOUT(names, QStringList{QStringLiteral("Kitchen")}, reactionTime);
+    QTRY_COMPARE_WITH_TIMEOUT(names, QStringList{u"Kitchen"_s}, ReactionTime);
 
     QVERIFY(m_daemon->stopBus());
     QVERIFY(become(*connection, AvahiBackendKind::Embedded));
@@ -138,13 +138,13 @@ void AvahiConnectionTest::findsServicesOfANetworkThatAppearsLater() {
     const auto connection = std::make_shared<AvahiConnection>();
     AvahiServiceBrowser browser(connection);
     QStringList names;
-    browser.search(type, domain, [&](const FoundService& service) { names.append(service.name); });
+    browser.search(Type, Domain, [&](const FoundService& service) { names.append(service.name); });
     QVERIFY(become(*connection, AvahiBackendKind::Embedded));
 
     QVERIFY(ip("link set lo up"));
     QVERIFY(ip("route add 224.0.0.0/4 dev lo"));
     AvahiTestAnnouncer kitchen({"Kitchen", "kitchen.local"});
-    QTRY_COMPARE_WITH_TIMEOUT(names, QStringList{QStringLiteral("Kitchen")}, reactionTime);
+    QTRY_COMPARE_WITH_TIMEOUT(names, QStringList{u"Kitchen"_s}, ReactionTime);
 }
 
 void AvahiConnectionTest::neverWaitsForADaemonThatHangs() {
@@ -157,8 +157,8 @@ void AvahiConnectionTest::neverWaitsForADaemonThatHangs() {
 
     QElapsedTimer timer;
     timer.start();
-    browser->search(type, domain, [](const FoundService&) {});
-    Outcome outcome(browser->resolve({QStringLiteral("Kitchen"), type, domain}, 300ms));
+    browser->search(Type, Domain, [](const FoundService&) {});
+    Outcome outcome(browser->resolve({u"Kitchen"_s, Type, Domain}, 300ms));
     browser->stop();
     QVERIFY(timer.elapsed() < 2000);
     QTRY_VERIFY(outcome.isDone());

@@ -5,6 +5,7 @@
 #include "platform/avahi/avahi_test_announcer.h"
 #include "platform/avahi/avahi_test_daemon.h"
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 using namespace std::chrono_literals;
 
@@ -61,44 +62,44 @@ QString AvahiHostResolverTest::resolved(const QString& hostName) {
 
 void AvahiHostResolverTest::prefersIPv4() {
     AvahiTestAnnouncer announcer({"TV", "tv.local", "192.0.2.7", "2001:db8::7"});
-    QCOMPARE(resolved(QStringLiteral("TV.local.")), QStringLiteral("192.0.2.7"));
+    QCOMPARE(resolved(u"TV.local."_s), u"192.0.2.7"_s);
 }
 
 void AvahiHostResolverTest::takesIPv6WhenThereIsNoOther() {
     AvahiTestAnnouncer announcer({"TV", "modern.local", {}, "2001:db8::7"});
-    QCOMPARE(resolved(QStringLiteral("modern.local")), QStringLiteral("2001:db8::7"));
+    QCOMPARE(resolved(u"modern.local"_s), u"2001:db8::7"_s);
 }
 
 void AvahiHostResolverTest::remembersAnAddressUntilToldToForget() {
-    const QString hostName = QStringLiteral("moving.local");
+    const QString hostName = u"moving.local"_s;
     std::optional<AvahiTestAnnouncer> before(
         std::in_place, AvahiTestAnnouncer::Service{"TV", "moving.local", "192.0.2.7"});
-    QCOMPARE(resolved(hostName), QStringLiteral("192.0.2.7"));
+    QCOMPARE(resolved(hostName), u"192.0.2.7"_s);
     before.reset();
     AvahiTestAnnouncer after({"TV", "moving.local", "192.0.2.8"});
-    QCOMPARE(resolved(hostName), QStringLiteral("192.0.2.7"));
+    QCOMPARE(resolved(hostName), u"192.0.2.7"_s);
 
     const auto movedAway = [&] {
-        m_resolver->forget(QStringLiteral("Moving.local."));
-        return resolved(hostName) == QStringLiteral("192.0.2.8");
+        m_resolver->forget(u"Moving.local."_s);
+        return resolved(hostName) == u"192.0.2.8"_s;
     };
     QVERIFY(QTest::qWaitFor(movedAway, 10000));
 }
 
 void AvahiHostResolverTest::givesUpOnUnknownHosts() {
-    Outcome outcome(m_resolver->resolve(QStringLiteral("nobody.local"), 300ms));
+    Outcome outcome(m_resolver->resolve(u"nobody.local"_s, 300ms));
     QTRY_VERIFY(outcome.isDone());
     QVERIFY(!outcome.value());
 }
 
 void AvahiHostResolverTest::answersOnlyForLocalNames() {
-    Outcome outcome(m_resolver->resolve(QStringLiteral("tv.example"), 1h));
+    Outcome outcome(m_resolver->resolve(u"tv.example"_s, 1h));
     QVERIFY(outcome.isDone());
     QVERIFY(!outcome.value());
 }
 
 void AvahiHostResolverTest::completesRequestsWhenDestroyed() {
-    Outcome outcome(m_resolver->resolve(QStringLiteral("nobody.local"), 1h));
+    Outcome outcome(m_resolver->resolve(u"nobody.local"_s, 1h));
     m_resolver.reset();
     QVERIFY(!outcome.isDone());
     QTRY_COMPARE(outcome.completions(), 1);

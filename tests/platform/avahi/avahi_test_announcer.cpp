@@ -4,9 +4,11 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 AvahiTestAnnouncer::AvahiTestAnnouncer(const Service& service) {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/avahi_announcer"),
+    m_process.start(QCoreApplication::applicationDirPath() + u"/avahi_announcer"_s,
                     {QString::fromLatin1(service.name.toHex()),
                      QString::fromLatin1(service.hostName), QString::fromLatin1(service.ipv4),
                      QString::fromLatin1(service.ipv6), QString::number(service.port)});

@@ -7,9 +7,11 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-constexpr auto busConfiguration = R"(<busconfig>
+constexpr auto BusConfiguration = R"(<busconfig>
   <type>system</type>
   <listen>unix:path=%1</listen>
   <auth>EXTERNAL</auth>
@@ -22,7 +24,7 @@ constexpr auto busConfiguration = R"(<busconfig>
 </busconfig>
 )";
 
-constexpr auto daemonConfiguration = R"([server]
+constexpr auto DaemonConfiguration = R"([server]
 host-name=private-daemon
 [publish]
 disable-publishing=yes
@@ -67,8 +69,8 @@ bool end(QProcess& process) {
 
 AvahiTestDaemon::AvahiTestDaemon() {
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + path("bus").toUtf8());
-    write(path("bus.conf"), QString::fromLatin1(busConfiguration).arg(path("bus")));
-    write(path("avahi.conf"), QString::fromLatin1(daemonConfiguration));
+    write(path("bus.conf"), QString::fromLatin1(BusConfiguration).arg(path("bus")));
+    write(path("avahi.conf"), QString::fromLatin1(DaemonConfiguration));
     dieWithTheTest(m_bus);
     dieWithTheTest(m_daemon);
 }
@@ -81,16 +83,14 @@ AvahiTestDaemon::~AvahiTestDaemon() {
 }
 
 bool AvahiTestDaemon::startBus() {
-    m_bus.start(QStringLiteral("dbus-daemon"),
-                {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
-                 QStringLiteral("--config-file=%1").arg(path("bus.conf"))});
+    m_bus.start(u"dbus-daemon"_s,
+                {u"--nofork"_s, u"--print-address"_s, u"--config-file=%1"_s.arg(path("bus.conf"))});
     return waitForText(m_bus, "unix:path=");
 }
 
 bool AvahiTestDaemon::startDaemon() {
-    m_daemon.start(QStringLiteral("/usr/sbin/avahi-daemon"),
-                   {QStringLiteral("--no-drop-root"), QStringLiteral("--no-chroot"),
-                    QStringLiteral("--no-rlimits"), QStringLiteral("-f"), path("avahi.conf")});
+    m_daemon.start(u"/usr/sbin/avahi-daemon"_s, {u"--no-drop-root"_s, u"--no-chroot"_s,
+                                                 u"--no-rlimits"_s, u"-f"_s, path("avahi.conf")});
     return waitForText(m_daemon, "Server startup complete");
 }
 

@@ -6,15 +6,15 @@
 #include "platform/avahi/avahi_lookups.h"
 #include "platform/avahi/avahi_seen_services.h"
 
+using namespace Qt::StringLiterals;
 using namespace quiv;
 using namespace std::chrono_literals;
 
 namespace {
 
-const FoundService kitchen{QStringLiteral("Kitchen"), QStringLiteral("_ombra._tcp"),
-                           QStringLiteral("local")};
-constexpr AnnouncementPath wired{2, 0};
-constexpr AnnouncementPath wireless{3, 1};
+const FoundService Kitchen{u"Kitchen"_s, u"_ombra._tcp"_s, u"local"_s};
+constexpr AnnouncementPath Wired{2, 0};
+constexpr AnnouncementPath Wireless{3, 1};
 
 HostAddress parsed(const char* text, int interface) {
     AvahiAddress address;
@@ -40,26 +40,26 @@ private Q_SLOTS:
 
 void AvahiValuesTest::aServiceIsNewOnItsFirstPathOnly() {
     AvahiSeenServices seen;
-    QVERIFY(seen.appeared({kitchen, wired}));
-    QVERIFY(!seen.appeared({kitchen, wireless}));
-    QVERIFY(!seen.appeared({kitchen, wired}));
+    QVERIFY(seen.appeared({Kitchen, Wired}));
+    QVERIFY(!seen.appeared({Kitchen, Wireless}));
+    QVERIFY(!seen.appeared({Kitchen, Wired}));
 }
 
 void AvahiValuesTest::aServiceIsNewAgainAfterItsLastPathWent() {
     AvahiSeenServices seen;
-    seen.appeared({kitchen, wired});
-    seen.appeared({kitchen, wireless});
-    seen.gone({kitchen, wired});
-    QVERIFY(!seen.appeared({kitchen, wired}));
-    seen.gone({kitchen, wired});
-    seen.gone({kitchen, wireless});
-    QVERIFY(seen.appeared({kitchen, wireless}));
+    seen.appeared({Kitchen, Wired});
+    seen.appeared({Kitchen, Wireless});
+    seen.gone({Kitchen, Wired});
+    QVERIFY(!seen.appeared({Kitchen, Wired}));
+    seen.gone({Kitchen, Wired});
+    seen.gone({Kitchen, Wireless});
+    QVERIFY(seen.appeared({Kitchen, Wireless}));
 }
 
 void AvahiValuesTest::addressesKeepFamilyBytesAndScope() {
-    QCOMPARE(parsed("192.0.2.7", 2).toText(), QStringLiteral("192.0.2.7"));
+    QCOMPARE(parsed("192.0.2.7", 2).toText(), u"192.0.2.7"_s);
     QCOMPARE(parsed("192.0.2.7", 2).family, HostAddress::Family::IPv4);
-    QCOMPARE(parsed("fe80::7", 2).toText(), QStringLiteral("fe80::7"));
+    QCOMPARE(parsed("fe80::7", 2).toText(), u"fe80::7"_s);
     QCOMPARE(parsed("fe80::7", 2).family, HostAddress::Family::IPv6);
     QCOMPARE(parsed("fe80::7", 2).scope, 2u);
     QCOMPARE(parsed("2001:db8::7", 2).scope, 0u);
@@ -90,9 +90,9 @@ void AvahiValuesTest::anIPv6AddressWaitsForIPv4() {
 }
 
 void AvahiValuesTest::outerDotsAreDropped() {
-    QCOMPARE(withoutOuterDots(QStringLiteral("_ombra._tcp.")), QByteArray("_ombra._tcp"));
-    QCOMPARE(withoutOuterDots(QStringLiteral("..local..")), QByteArray("local"));
-    QCOMPARE(withoutOuterDots(QStringLiteral("...")), QByteArray());
+    QCOMPARE(withoutOuterDots(u"_ombra._tcp."_s), QByteArray("_ombra._tcp"));
+    QCOMPARE(withoutOuterDots(u"..local.."_s), QByteArray("local"));
+    QCOMPARE(withoutOuterDots(u"..."_s), QByteArray());
 }
 
 void AvahiValuesTest::hostsAreRememberedForAMinute() {
