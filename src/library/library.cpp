@@ -1,7 +1,5 @@
 #include "library/library.h"
 
-#include "net/request_layer.h"
-#include "net/status_line.h"
 #include "platform/async/background.h"
 #include "platform/publish.h"
 
@@ -12,48 +10,41 @@
 namespace quiv {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
-Library::Library(RequestLayer& requests, const SelectedDevice& selected, StatusLine& status,
-                 QObject* parent)
-    : QObject(parent), m_requests(requests), m_selected(selected), m_status(status) {}
+Library::Library(const TvAccess& tvs, QObject* parent) : QObject(parent), m_tvs(tvs) {}
 
 Task<> Library::loadLibrary(Load load) {
-    if (!m_selected.baseURL())
+    const auto tv = m_tvs.current();
+    if (!tv)
         co_return;
     const bool showsProgress = load == Load::Visible;
     const bool isQuiet = load == Load::Quiet;
-    const SelectedDevice::Guard guard(m_selected);
     if (showsProgress) {
         setLoadInProgress(true);
-        m_status.post(u"Loading library from %1..."_s.arg(m_selected.name()));
+        tv->say(u"Loading library from %1..."_s.arg(m_tvs.selected().name()));
     }
     QString message;
     try {
-        auto fetching = fetchContent(guard);
-        co_await std::move(fetching);
+        co_await fetchContent(*tv);
         message = u"Loaded %1 media item(s)"_s.arg(m_content.groupedFiles.size());
     } catch (const Error& error) {
         message = u"Failed to fetch files: "_s + error.description();
     }
-    if (!guard.isCurrent())
-        co_return;
     if (!isQuiet)
-        m_status.post(message);
+        tv->say(message);
     if (showsProgress)
         setLoadInProgress(false);
 }
 
-Task<> Library::fetchContent(SelectedDevice::Guard guard) {
-    auto fetching = m_requests.fetchBody(*m_selected.baseURL(), u"api/files"_s, 60s, guard);
-    const QByteArray listing = co_await std::move(fetching);
-    if (!guard.isCurrent() || listing == m_listing)
+Task<> Library::fetchContent(Tv tv) {
+    const QByteArray listing = co_await tv.getBody(u"api/files"_s);
+    if (listing == m_listing)
         co_return;
-    auto decoding =
-        inBackground([listing] { return libraryContent(decode<FilesResponse>(listing)); });
-    LibraryContent content = co_await std::move(decoding);
-    if (!guard.isCurrent())
-        co_return;
+    const auto decoding = [listing] {
+        return libraryContent(decode<FilesResponse>(listing));
+    };
+    LibraryContent content = co_await inBackground(decoding);
+    tv.requireSelected();
     m_listing = listing;
     setContent(std::move(content));
 }

@@ -1,16 +1,13 @@
 #pragma once
 
 #include "library/library_content.h"
-#include "net/selected_device.h"
+#include "net/tv.h"
 #include "platform/async/task.h"
 
 #include <QByteArray>
 #include <QObject>
 
 namespace quiv {
-
-class RequestLayer;
-class StatusLine;
 
 // The selected TV's media library as last loaded.
 //
@@ -29,8 +26,7 @@ public:
         Quiet,     // neither
     };
 
-    Library(RequestLayer& requests, const SelectedDevice& selected, StatusLine& status,
-            QObject* parent = nullptr);
+    explicit Library(const TvAccess& tvs, QObject* parent = nullptr);
 
     const LibraryContent& content() const { return m_content; }
     bool isLibraryLoadInProgress() const { return m_isLoadInProgress; }
@@ -45,13 +41,11 @@ Q_SIGNALS:
     void loadInProgressChanged();
 
 private:
-    Task<> fetchContent(SelectedDevice::Guard guard);
+    Task<> fetchContent(Tv tv);
     void setContent(LibraryContent content);
     void setLoadInProgress(bool isInProgress);
 
-    RequestLayer& m_requests;
-    const SelectedDevice& m_selected;
-    StatusLine& m_status;
+    const TvAccess m_tvs;
     LibraryContent m_content;
     QByteArray m_listing; // the bytes that m_content was made of
     bool m_isLoadInProgress = false;

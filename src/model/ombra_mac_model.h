@@ -85,6 +85,7 @@ private:
     RequestLayer m_requests;
     StatusLine m_status;
     SelectedDevice m_selected;
+    TvAccess m_tvs;
     Pairing m_pairing;
     Library m_library;
     RemotePlayback m_playback;

@@ -25,43 +25,30 @@ void RefreshCycle::stop() {
 Task<> RefreshCycle::run() {
     if (!m_selected.isSelected())
         co_return;
-    auto first = firstPass();
-    co_await std::move(first);
+    co_await firstPass();
     while (true) {
-        auto pause = sleepFor(m_clock, PauseBetweenPasses);
-        co_await std::move(pause);
-        auto later = laterPass();
-        co_await std::move(later);
+        co_await sleepFor(m_clock, PauseBetweenPasses);
+        co_await laterPass();
     }
 }
 
 Task<> RefreshCycle::firstPass() {
-    auto loading = m_parts.library.loadLibrary(Library::Load::Visible);
-    co_await std::move(loading);
-    auto reading = readPlayerAndMove();
-    co_await std::move(reading);
-    auto pairing =
-        m_parts.pairing.refreshPairingStatus(Pairing::Announce::Yes, Pairing::Errors::Quiet);
-    co_await std::move(pairing);
+    co_await m_parts.library.loadLibrary(Library::Load::Visible);
+    co_await readPlayerAndMove();
+    co_await m_parts.pairing.refreshPairingStatus(Pairing::Announce::Yes, Errors::Quiet);
 }
 
 Task<> RefreshCycle::laterPass() {
     if (!m_parts.pairing.state().requiresControlPairing) {
-        auto reading = readPlayerAndMove();
-        co_await std::move(reading);
-        auto loading = m_parts.library.loadLibrary(Library::Load::Quiet);
-        co_await std::move(loading);
+        co_await readPlayerAndMove();
+        co_await m_parts.library.loadLibrary(Library::Load::Quiet);
     }
-    auto pairing =
-        m_parts.pairing.refreshPairingStatus(Pairing::Announce::No, Pairing::Errors::Quiet);
-    co_await std::move(pairing);
+    co_await m_parts.pairing.refreshPairingStatus(Pairing::Announce::No, Errors::Quiet);
 }
 
 Task<> RefreshCycle::readPlayerAndMove() {
-    auto playback = m_parts.playback.refreshPlayback(RemotePlayback::Errors::Quiet);
-    co_await std::move(playback);
-    auto move = m_parts.storageMove.refreshMoveStatus(StorageMove::Errors::Quiet);
-    co_await std::move(move);
+    co_await m_parts.playback.refreshPlayback(Errors::Quiet);
+    co_await m_parts.storageMove.refreshMoveStatus(Errors::Quiet);
 }
 
 } // namespace quiv

@@ -1,7 +1,5 @@
 #include "net/discovery.h"
 
-#include "net/status_line.h"
-
 #include <algorithm>
 
 namespace quiv {
@@ -45,14 +43,9 @@ std::optional<TVEndpoint> endpointOf(const ResolvedService& service) {
     return endpoint;
 }
 
-Discovery::Discovery(ServiceBrowser& browser, RequestLayer& requests, const SettingsStore& settings,
-                     Selector& selector, StatusLine& status, QObject* parent)
-    : QObject(parent),
-      m_browser(browser),
-      m_requests(requests),
-      m_settings(settings),
-      m_selector(selector),
-      m_status(status) {}
+Discovery::Discovery(const TvAccess& tvs, ServiceBrowser& browser, const SettingsStore& settings,
+                     Selector& selector, QObject* parent)
+    : QObject(parent), m_tvs(tvs), m_browser(browser), m_settings(settings), m_selector(selector) {}
 
 Discovery::~Discovery() {
     m_browser.stop();
@@ -62,22 +55,20 @@ void Discovery::refreshDiscovery() {
     m_discoveredDevices.clear();
     Q_EMIT devicesChanged();
     m_browser.stop();
-    m_status.post(u"Searching for TVs on local network..."_s);
+    m_tvs.say(u"Searching for TVs on local network..."_s);
     m_browser.search(u"_ombra._tcp."_s, u"local."_s,
                      [this](const FoundService& service) { m_tasks.add(follow(service)); });
 }
 
 // From an announcement to an entry of the list. What does not resolve is dropped.
 Task<> Discovery::follow(FoundService service) {
-    auto resolving = m_browser.resolve(service, ResolveTimeout);
-    const auto resolved = co_await std::move(resolving);
+    const auto resolved = co_await m_browser.resolve(service, ResolveTimeout);
     const auto endpoint = resolved ? endpointOf(*resolved) : std::nullopt;
     if (!endpoint)
         co_return;
-    auto probing = probeDeviceInfo(*endpoint);
-    const TVEndpoint device = co_await std::move(probing);
+    const TVEndpoint device = co_await probeDeviceInfo(*endpoint);
     upsertDiscoveredDevice(device);
-    m_status.post(u"Found %1 TV device(s)"_s.arg(m_discoveredDevices.size()));
+    m_tvs.say(u"Found %1 TV device(s)"_s.arg(m_discoveredDevices.size()));
 }
 
 Task<TVEndpoint> Discovery::probeDeviceInfo(TVEndpoint endpoint) {
@@ -85,9 +76,8 @@ Task<TVEndpoint> Discovery::probeDeviceInfo(TVEndpoint endpoint) {
     if (!base)
         co_return endpoint;
     try {
-        auto fetching = m_requests.fetchJSON<RemoteDeviceInfo>(*base, u"api/info"_s, ProbeTimeout,
-                                                               std::nullopt);
-        const RemoteDeviceInfo info = co_await std::move(fetching);
+        const Tv tv = m_tvs.at(*base);
+        const auto info = co_await tv.get<RemoteDeviceInfo>(u"api/info"_s, ProbeTimeout);
         co_return enriched(endpoint, info);
     } catch (const Error&) {
         co_return endpoint; // listed as it announced itself

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "net/request_layer.h"
+#include "net/tv.h"
 #include "net/tv_endpoint.h"
 #include "platform/async/task.h"
 #include "platform/async/task_set.h"
@@ -13,8 +13,6 @@
 #include <optional>
 
 namespace quiv {
-
-class StatusLine;
 
 // The settings key of the endpointKey that was selected last.
 inline constexpr char16_t SelectedDeviceKey[] = u"ombra.selectedDeviceKey";
@@ -41,8 +39,8 @@ public:
         virtual void updateSelectedDevice(const TVEndpoint& device) = 0;
     };
 
-    Discovery(ServiceBrowser& browser, RequestLayer& requests, const SettingsStore& settings,
-              Selector& selector, StatusLine& status, QObject* parent = nullptr);
+    Discovery(const TvAccess& tvs, ServiceBrowser& browser, const SettingsStore& settings,
+              Selector& selector, QObject* parent = nullptr);
     ~Discovery() override;
 
     // Unique by endpointKey, in the order of comesBefore().
@@ -63,11 +61,10 @@ private:
     void ensureSelectedDevice();
     const TVEndpoint* deviceWithKey(const QString& key) const;
 
+    const TvAccess m_tvs;
     ServiceBrowser& m_browser;
-    RequestLayer& m_requests;
     const SettingsStore& m_settings;
     Selector& m_selector;
-    StatusLine& m_status;
     QList<TVEndpoint> m_discoveredDevices;
     TaskSet m_tasks;
 };

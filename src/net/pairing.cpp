@@ -1,6 +1,5 @@
 #include "net/pairing.h"
 
-#include "net/status_line.h"
 #include "platform/publish.h"
 
 #include <QLocale>
@@ -47,14 +46,9 @@ std::optional<QDateTime> pairingValidity(const std::optional<QDateTime>& known,
     return validUntil;
 }
 
-Pairing::Pairing(RequestLayer& requests, AuthTokens& tokens, const SelectedDevice& selected,
-                 const Clock& clock, StatusLine& status, QObject* parent)
-    : QObject(parent),
-      m_requests(requests),
-      m_tokens(tokens),
-      m_selected(selected),
-      m_clock(clock),
-      m_status(status) {
+Pairing::Pairing(const TvAccess& tvs, RequestLayer& requests, AuthTokens& tokens,
+                 const Clock& clock, QObject* parent)
+    : QObject(parent), m_tvs(tvs), m_requests(requests), m_tokens(tokens), m_clock(clock) {
     m_requests.setAuthListener(this);
 }
 
@@ -63,55 +57,46 @@ Pairing::~Pairing() {
 }
 
 Task<> Pairing::refreshPairingStatus(Announce announce, Errors errors) {
-    const bool announces = announce == Announce::Yes;
-    return checkStatus({announces ? 5000ms : 2000ms, announces, errors == Errors::Reported});
+    return checkStatus(announce == Announce::Yes ? 5000ms : 2000ms, announce, errors);
 }
 
-Task<> Pairing::checkStatus(Check check) {
-    const auto base = m_selected.baseURL();
-    if (!base)
+Task<> Pairing::checkStatus(std::chrono::milliseconds timeout, Announce announce, Errors errors) {
+    const auto tv = m_tvs.current();
+    if (!tv)
         co_return;
-    const SelectedDevice::Guard guard(m_selected);
     try {
-        auto fetching = m_requests.fetchJSON<PairingStatusResponse>(*base, u"api/mac/auth/status"_s,
-                                                                    check.timeout, guard);
-        const PairingStatusResponse response = co_await std::move(fetching);
-        if (guard.isCurrent())
-            applyStatus(response, check.announces);
+        const auto response =
+            co_await tv->get<PairingStatusResponse>(u"api/mac/auth/status"_s, timeout);
+        applyStatus(response, announce);
     } catch (const Error& error) {
-        if (guard.isCurrent() && check.reportsErrors)
-            m_status.post(u"Could not check pairing status: "_s + error.description());
+        if (errors == Errors::Reported)
+            tv->say(u"Could not check pairing status: "_s + error.description());
     }
 }
 
-void Pairing::applyStatus(const PairingStatusResponse& response, bool announces) {
+void Pairing::applyStatus(const PairingStatusResponse& response, Announce announce) {
     PairingState state = m_state;
     state.isControlPaired = response.authorized;
     state.requiresControlPairing = !response.authorized;
     state.pairingCodeValidUntil = validity(response.expiresInSec);
     state.pairingClientLabel = trimmedOr(response.clientLabel, PairingState().pairingClientLabel);
     publishState(state);
-    if (!response.authorized && announces) {
-        m_status.post(trimmedOr(response.message,
-                                u"Pairing required. Enter the 3-digit code shown on TV."_s));
+    if (!response.authorized && announce == Announce::Yes) {
+        m_tvs.say(trimmedOr(response.message,
+                            u"Pairing required. Enter the 3-digit code shown on TV."_s));
     }
 }
 
 Task<bool> Pairing::ensureControlPairing(QString action) {
-    const SelectedDevice::Guard guard(m_selected);
     if (m_state.isControlPaired) {
-        const auto base = m_selected.baseURL();
-        if (!base || !m_tokens.authTokenExpiresSoon(*base))
+        const auto tv = m_tvs.current();
+        if (!tv || !m_tokens.authTokenExpiresSoon(tv->base()))
             co_return true;
-        auto quietCheck = refreshPairingStatus(Announce::No, Errors::Quiet);
-        co_await std::move(quietCheck);
-        if (guard.isCurrent() && m_state.isControlPaired)
+        co_await refreshPairingStatus(Announce::No, Errors::Quiet);
+        if (m_state.isControlPaired)
             co_return true;
     }
-    auto check = refreshPairingStatus(Announce::Yes, Errors::Reported);
-    co_await std::move(check);
-    if (!guard.isCurrent())
-        co_return false;
+    co_await refreshPairingStatus(Announce::Yes, Errors::Reported);
     if (m_state.isControlPaired)
         co_return true;
 
@@ -121,7 +106,7 @@ Task<bool> Pairing::ensureControlPairing(QString action) {
     QString message = u"Pairing required for %1. Enter the 3-digit code shown on TV."_s.arg(action);
     if (const auto time = pairingCodeValidUntilText(m_state.pairingCodeValidUntil))
         message += u" This code is valid until %1."_s.arg(*time);
-    m_status.post(message);
+    m_tvs.say(message);
     co_return false;
 }
 
@@ -130,8 +115,8 @@ void Pairing::reset() {
 }
 
 void Pairing::authTokenStored(const QString& deviceKey, std::int64_t lifetimeSec) {
-    const auto base = m_selected.baseURL();
-    if (!base || tokenDeviceKey(*base) != deviceKey)
+    const auto tv = m_tvs.current();
+    if (!tv || tokenDeviceKey(tv->base()) != deviceKey)
         return;
     PairingState state = m_state;
     state.pairingCodeValidUntil = validity(lifetimeSec);
@@ -141,18 +126,18 @@ void Pairing::authTokenStored(const QString& deviceKey, std::int64_t lifetimeSec
 void Pairing::handleAuthFailure(int status, const QString& message) {
     if (status != 401 && status != 429)
         return;
-    if (const auto base = m_selected.baseURL())
-        m_tokens.removeAuthToken(*base);
+    if (const auto tv = m_tvs.current())
+        m_tokens.removeAuthToken(tv->base());
     PairingState state = m_state;
     state.isControlPaired = false;
     state.requiresControlPairing = true;
     state.pairingCodeValidUntil = std::nullopt;
     publishState(state);
     if (status == 429) {
-        m_status.post(trimmedOr(message, u"Too many auth attempts. Wait before trying again."_s));
+        m_tvs.say(trimmedOr(message, u"Too many auth attempts. Wait before trying again."_s));
     } else if (message.contains("pair"_L1, Qt::CaseInsensitive) ||
                message.contains("token"_L1, Qt::CaseInsensitive)) {
-        m_status.post(message);
+        m_tvs.say(message);
     }
 }
 
@@ -161,40 +146,34 @@ void Pairing::verifyPairingCode(const QString& code) {
 }
 
 Task<> Pairing::verify(QString code) {
-    const auto base = m_selected.baseURL();
-    if (!base)
+    const auto tv = m_tvs.current();
+    if (!tv)
         co_return;
     if (!isPairingCode(code)) {
-        m_status.post(u"Enter a valid 3-digit pairing code."_s);
+        tv->say(u"Enter a valid 3-digit pairing code."_s);
         co_return;
     }
-    const SelectedDevice::Guard guard(m_selected);
-    m_status.post(u"Verifying pairing code..."_s);
-    HttpRequest request =
-        tvRequest("POST", *base, u"api/mac/auth/verify"_s, {{u"code"_s, code.trimmed()}});
+    tv->say(u"Verifying pairing code..."_s);
+    const QueryItems query{{u"code"_s, code.trimmed()}};
+    HttpRequest request = tv->request("POST", u"api/mac/auth/verify"_s, query);
     request.timeouts.total = 10s;
     try {
-        auto sending = m_requests.send(std::move(request), *base);
-        const HttpReply reply = co_await std::move(sending);
-        if (!guard.isCurrent())
-            co_return;
+        const HttpReply reply = co_await tv->send(std::move(request));
         if (reply.isSuccess()) {
             PairingState state = m_state;
             state.isControlPaired = true;
             state.requiresControlPairing = false;
             publishState(state);
-            m_status.post(m_state.pairingClientLabel + u" paired successfully."_s);
+            tv->say(m_state.pairingClientLabel + u" paired successfully."_s);
             co_return;
         }
-        m_status.post(serverErrorMessage(reply.status, reply.body));
+        tv->say(serverErrorMessage(reply.status, reply.body));
     } catch (const Error& error) {
-        if (guard.isCurrent())
-            m_status.post(u"Pairing failed: "_s + error.description());
+        tv->say(u"Pairing failed: "_s + error.description());
         co_return;
     }
     // The TV's own words on the refused code stay in the status line.
-    auto check = checkStatus({.timeout = 5s});
-    co_await std::move(check);
+    co_await checkStatus(5s, Announce::No, Errors::Quiet);
 }
 
 void Pairing::cancelPairing() {
@@ -202,27 +181,24 @@ void Pairing::cancelPairing() {
 }
 
 Task<> Pairing::cancel() {
-    const auto base = m_selected.baseURL();
-    if (!base)
+    const auto tv = m_tvs.current();
+    if (!tv)
         co_return;
-    const SelectedDevice::Guard guard(m_selected);
-    HttpRequest request = tvRequest("POST", *base, u"api/mac/auth/cancel"_s);
+    HttpRequest request = tv->request("POST", u"api/mac/auth/cancel"_s);
     request.timeouts.total = 5s;
     try {
-        auto sending = m_requests.send(std::move(request), *base);
-        co_await std::move(sending);
-        m_tokens.removeAuthToken(*base);
-        if (!guard.isCurrent())
-            co_return;
+        // The TV has forgotten this client also if another one is selected by now.
+        co_await tv->whicheverIsSelected().send(std::move(request));
+        m_tokens.removeAuthToken(tv->base());
+        tv->requireSelected();
         PairingState state = m_state;
         state.isControlPaired = false;
         state.requiresControlPairing = false;
         state.pairingCodeValidUntil = std::nullopt;
         publishState(state);
-        m_status.post(u"Pairing canceled."_s);
+        tv->say(u"Pairing canceled."_s);
     } catch (const Error& error) {
-        if (guard.isCurrent())
-            m_status.post(u"Could not cancel pairing: "_s + error.description());
+        tv->say(u"Could not cancel pairing: "_s + error.description());
     }
 }
 

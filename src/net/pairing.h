@@ -1,6 +1,6 @@
 #pragma once
 
-#include "net/request_layer.h"
+#include "net/tv.h"
 #include "platform/async/task.h"
 #include "platform/async/task_set.h"
 #include "platform/clock.h"
@@ -16,8 +16,6 @@
 using namespace Qt::StringLiterals;
 
 namespace quiv {
-
-class StatusLine;
 
 // What is known of this client's right to control the selected TV.
 struct PairingState {
@@ -56,10 +54,9 @@ class Pairing : public QObject, public RequestLayer::AuthListener {
 
 public:
     enum class Announce { Yes, No }; // tell the user when the TV wants pairing
-    enum class Errors { Reported, Quiet };
 
-    Pairing(RequestLayer& requests, AuthTokens& tokens, const SelectedDevice& selected,
-            const Clock& clock, StatusLine& status, QObject* parent = nullptr);
+    Pairing(const TvAccess& tvs, RequestLayer& requests, AuthTokens& tokens, const Clock& clock,
+            QObject* parent = nullptr);
     ~Pairing() override;
 
     const PairingState& state() const { return m_state; }
@@ -82,24 +79,17 @@ Q_SIGNALS:
     void stateChanged();
 
 private:
-    struct Check {
-        std::chrono::milliseconds timeout;
-        bool announces = false;
-        bool reportsErrors = false;
-    };
-
-    Task<> checkStatus(Check check);
+    Task<> checkStatus(std::chrono::milliseconds timeout, Announce announce, Errors errors);
     Task<> verify(QString code);
     Task<> cancel();
-    void applyStatus(const PairingStatusResponse& response, bool announces);
+    void applyStatus(const PairingStatusResponse& response, Announce announce);
     void publishState(const PairingState& state);
     std::optional<QDateTime> validity(std::optional<std::int64_t> lifetimeSec) const;
 
-    RequestLayer& m_requests;
+    const TvAccess m_tvs;
+    RequestLayer& m_requests; // listened to
     AuthTokens& m_tokens;
-    const SelectedDevice& m_selected;
     const Clock& m_clock;
-    StatusLine& m_status;
     PairingState m_state;
     TaskSet m_tasks;
 };

@@ -5,7 +5,6 @@
 namespace quiv {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -59,41 +58,14 @@ RequestLayer::RequestLayer(HttpSession& session, AuthTokens& tokens)
 
 Task<HttpReply> RequestLayer::send(HttpRequest request, QUrl base) {
     m_tokens.applyControlHeaders(request, base);
-    auto sending = m_session.send(std::move(request));
-    HttpReply reply = co_await std::move(sending);
+    HttpReply reply = co_await m_session.send(std::move(request));
     captureAuthToken(reply, base);
     co_return reply;
 }
 
-Task<QByteArray> RequestLayer::fetchBody(QUrl base, QString path, std::chrono::milliseconds timeout,
-                                         Guard guard, std::stop_token stop) {
-    HttpRequest request = tvRequest("GET", base, path);
-    request.stop = std::move(stop);
-    request.timeouts.total = timeout;
-    auto sending = send(std::move(request), base);
-    const HttpReply reply = co_await std::move(sending);
-    if (reply.isSuccess())
-        co_return reply.body;
-    refuse(reply.status, serverErrorMessage(reply.status, reply.body), guard);
-}
-
-Task<> RequestLayer::post(std::optional<QUrl> base, QString path, QueryItems query, Guard guard,
-                          FailureText failureText) {
-    if (!base)
-        throw HttpError(HttpErrorCode::BadUrl);
-    HttpRequest request = tvRequest("POST", *base, path, query);
-    request.timeouts.total = 60s;
-    auto sending = send(std::move(request), *base);
-    const HttpReply reply = co_await std::move(sending);
-    if (!reply.isSuccess())
-        refuse(reply.status, failureText(reply.status, reply.body), guard);
-}
-
-void RequestLayer::refuse(int status, const QString& message, const Guard& guard) {
-    const bool isAuthFailure = status == 401 || status == 429;
-    if (isAuthFailure && m_listener && (!guard || guard->isCurrent()))
+void RequestLayer::reportAuthFailure(int status, const QString& message) {
+    if (m_listener)
         m_listener->handleAuthFailure(status, message);
-    throw UploadFailure(message);
 }
 
 void RequestLayer::captureAuthToken(const HttpReply& reply, const QUrl& base) {

@@ -1,13 +1,10 @@
 #include "playback/remote_playback.h"
 
 #include "net/pairing.h"
-#include "net/request_layer.h"
-#include "net/status_line.h"
 
 namespace quiv {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -22,57 +19,44 @@ PlaybackCommand toggleCommand(const std::optional<PlaybackResponse>& playback,
     return playback->isPlaying ? PlaybackCommand::pause() : PlaybackCommand::resume();
 }
 
-RemotePlayback::RemotePlayback(RequestLayer& requests, Pairing& pairing,
-                               const SelectedDevice& selected, StatusLine& status, QObject* parent)
-    : QObject(parent),
-      m_requests(requests),
-      m_pairing(pairing),
-      m_selected(selected),
-      m_status(status) {}
+RemotePlayback::RemotePlayback(const TvAccess& tvs, Pairing& pairing, QObject* parent)
+    : QObject(parent), m_tvs(tvs), m_pairing(pairing) {}
 
 Task<> RemotePlayback::refreshPlayback(Errors errors) {
-    const auto base = m_selected.baseURL();
-    if (!base)
+    const auto tv = m_tvs.current();
+    if (!tv)
         co_return;
-    const SelectedDevice::Guard guard(m_selected);
     const std::uint64_t reading = m_readingsBegun++;
     try {
-        auto fetching = m_requests.fetchJSON<PlaybackResponse>(*base, PlaybackPath, 60s, guard);
-        PlaybackResponse read = co_await std::move(fetching);
-        if (!guard.isCurrent() || reading < m_oldestValidReading)
+        PlaybackResponse read = co_await tv->get<PlaybackResponse>(PlaybackPath);
+        if (reading < m_oldestValidReading)
             co_return;
         m_oldestValidReading = reading + 1;
         m_playback = std::move(read);
         Q_EMIT playbackRead();
     } catch (const Error& error) {
-        if (guard.isCurrent() && errors == Errors::Reported)
-            m_status.post(u"Failed to fetch playback: "_s + error.description());
+        if (errors == Errors::Reported)
+            tv->say(u"Failed to fetch playback: "_s + error.description());
     }
 }
 
 Task<bool> RemotePlayback::sendPlaybackCommand(PlaybackCommand command, ShowStatus showStatus) {
-    if (!m_selected.isSelected())
+    const auto tv = m_tvs.current();
+    if (!tv)
         co_return false;
-    const SelectedDevice::Guard guard(m_selected);
-    auto asking = m_pairing.ensureControlPairing(u"playback"_s);
-    const bool isAllowed = co_await std::move(asking);
-    if (!isAllowed || !guard.isCurrent())
+    const bool isAllowed = co_await m_pairing.ensureControlPairing(u"playback"_s);
+    if (!isAllowed)
         co_return false;
     try {
-        auto posting =
-            m_requests.post(m_selected.baseURL(), PlaybackPath, queryItems(command), guard);
-        co_await std::move(posting);
+        co_await tv->post(PlaybackPath, queryItems(command));
     } catch (const Error& error) {
-        if (guard.isCurrent())
-            m_status.post(u"Playback command failed: "_s + error.description());
+        tv->say(u"Playback command failed: "_s + error.description());
         co_return false;
     }
-    if (guard.isCurrent()) {
-        m_oldestValidReading = m_readingsBegun;
-        m_tasks.add(refreshPlayback(Errors::Quiet));
-        if (showStatus == ShowStatus::Yes)
-            m_status.post(u"Sent playback command: "_s + command.command);
-    }
+    m_oldestValidReading = m_readingsBegun;
+    m_tasks.add(refreshPlayback(Errors::Quiet));
+    if (showStatus == ShowStatus::Yes)
+        tv->say(u"Sent playback command: "_s + command.command);
     co_return true;
 }
 
@@ -90,8 +74,7 @@ void RemotePlayback::send(const PlaybackCommand& command) {
 }
 
 Task<> RemotePlayback::sendShown(PlaybackCommand command) {
-    auto sending = sendPlaybackCommand(std::move(command), ShowStatus::Yes);
-    co_await std::move(sending);
+    co_await sendPlaybackCommand(std::move(command), ShowStatus::Yes);
 }
 
 } // namespace quiv

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "net/selected_device.h"
+#include "net/tv.h"
 #include "net/wire_records.h"
 #include "platform/async/task.h"
 #include "platform/async/task_set.h"
@@ -15,8 +15,6 @@
 namespace quiv {
 
 class Pairing;
-class RequestLayer;
-class StatusLine;
 
 // What the selected TV plays, and the commands that change it.
 //
@@ -27,11 +25,9 @@ class RemotePlayback : public QObject {
     Q_OBJECT
 
 public:
-    enum class Errors { Reported, Quiet };
     enum class ShowStatus { Yes, No };
 
-    RemotePlayback(RequestLayer& requests, Pairing& pairing, const SelectedDevice& selected,
-                   StatusLine& status, QObject* parent = nullptr);
+    RemotePlayback(const TvAccess& tvs, Pairing& pairing, QObject* parent = nullptr);
 
     // As last read; none before that.
     const std::optional<PlaybackResponse>& playback() const { return m_playback; }
@@ -55,10 +51,8 @@ Q_SIGNALS:
 private:
     Task<> sendShown(PlaybackCommand command);
 
-    RequestLayer& m_requests;
+    const TvAccess m_tvs;
     Pairing& m_pairing;
-    const SelectedDevice& m_selected;
-    StatusLine& m_status;
     std::optional<PlaybackResponse> m_playback;
     std::uint64_t m_readingsBegun = 0;
     std::uint64_t m_oldestValidReading = 0;

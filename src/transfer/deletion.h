@@ -1,7 +1,7 @@
 #pragma once
 
 #include "library/library_content.h"
-#include "net/selected_device.h"
+#include "net/tv.h"
 #include "platform/async/task.h"
 #include "platform/async/task_set.h"
 
@@ -14,8 +14,6 @@ namespace quiv {
 
 class Library;
 class Pairing;
-class RequestLayer;
-class StatusLine;
 
 // All files of a group: its video, its subtitles, its other files.
 QList<RemoteFile> filesOf(const FileGroup& group);
@@ -25,8 +23,7 @@ class Deletion : public QObject {
     Q_OBJECT
 
 public:
-    Deletion(RequestLayer& requests, Pairing& pairing, Library& library,
-             const SelectedDevice& selected, StatusLine& status, QObject* parent = nullptr);
+    Deletion(const TvAccess& tvs, Pairing& pairing, Library& library, QObject* parent = nullptr);
 
 public Q_SLOTS:
     // One file after the other, up to the first that the TV does not delete; then loads the
@@ -35,14 +32,10 @@ public Q_SLOTS:
 
 private:
     Task<> deleting(FileGroup group);
-    Task<> deleteFiles(FileGroup group, SelectedDevice::Guard guard);
-    Task<> deleteRemoteFile(QString name, QUrl base, SelectedDevice::Guard guard);
 
-    RequestLayer& m_requests;
+    const TvAccess m_tvs;
     Pairing& m_pairing;
     Library& m_library;
-    const SelectedDevice& m_selected;
-    StatusLine& m_status;
     TaskSet m_tasks;
 };
 

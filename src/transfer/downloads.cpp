@@ -1,8 +1,6 @@
 #include "transfer/downloads.h"
 
 #include "net/pairing.h"
-#include "net/request_layer.h"
-#include "net/status_line.h"
 #include "platform/async/background.h"
 #include "platform/dialogs/file_dialogs.h"
 #include "platform/publish.h"
@@ -50,13 +48,8 @@ QString downloadErrorMessage(int status, const std::optional<QByteArray>& body) 
     }
 }
 
-Downloads::Downloads(const Parts& parts, FileDialogs& dialogs, QObject* parent)
-    : QObject(parent),
-      m_requests(parts.requests),
-      m_pairing(parts.pairing),
-      m_selected(parts.selected),
-      m_status(parts.status),
-      m_dialogs(dialogs) {}
+Downloads::Downloads(const TvAccess& tvs, Pairing& pairing, FileDialogs& dialogs, QObject* parent)
+    : QObject(parent), m_tvs(tvs), m_pairing(pairing), m_dialogs(dialogs) {}
 
 Downloads::~Downloads() = default;
 
@@ -65,79 +58,72 @@ void Downloads::downloadFile(const RemoteFile& file) {
 }
 
 Task<> Downloads::download(QString name) {
-    const auto base = m_selected.baseURL();
-    if (!base) {
-        m_status.post(u"Select a TV first"_s);
+    const auto tv = m_tvs.current();
+    if (!tv) {
+        m_tvs.say(u"Select a TV first"_s);
         co_return;
     }
-    const SelectedDevice::Guard guard(m_selected);
-    auto pairing = m_pairing.ensureControlPairing(u"download"_s);
-    const bool isAllowed = co_await std::move(pairing);
+    const bool isAllowed = co_await m_pairing.ensureControlPairing(u"download"_s);
     if (!isAllowed)
         co_return;
     if (m_state.isDownloading) {
-        m_status.post(u"Another download is already in progress"_s);
+        m_tvs.say(u"Another download is already in progress"_s);
         co_return;
     }
-    auto choosing = chooseDestination(name);
-    const QUrl destination = co_await std::move(choosing);
+    const QUrl destination = co_await chooseDestination(name);
     if (destination.isEmpty()) {
-        m_status.post(u"Download canceled"_s);
+        m_tvs.say(u"Download canceled"_s);
         co_return;
     }
     if (m_state.isDownloading) { // begun while the user was choosing
-        m_status.post(u"Another download is already in progress"_s);
+        m_tvs.say(u"Another download is already in progress"_s);
         co_return;
     }
-    auto transferring = transfer(name, *base, guard, destination);
-    co_await std::move(transferring);
+    co_await transfer(tv->whicheverIsSelected(), name, destination);
 }
 
 Task<QUrl> Downloads::chooseDestination(QString name) {
-    auto asking = m_dialogs.ask({.purpose = FileDialogRequest::Purpose::Save,
-                                 .title = u"Download from TV"_s,
-                                 .acceptLabel = u"Download"_s,
-                                 .proposedName = proposedDownloadName(name)});
-    const FileDialogAnswer answer = co_await std::move(asking);
+    const FileDialogRequest request{.purpose = FileDialogRequest::Purpose::Save,
+                                    .title = u"Download from TV"_s,
+                                    .acceptLabel = u"Download"_s,
+                                    .proposedName = proposedDownloadName(name)};
+    const FileDialogAnswer answer = co_await m_dialogs.ask(request);
     co_return answer && !answer->isEmpty() ? answer->constFirst() : QUrl();
 }
 
-Task<> Downloads::transfer(QString name, QUrl base, SelectedDevice::Guard guard, QUrl destination) {
+Task<> Downloads::transfer(Tv tv, QString name, QUrl destination) {
     changeState({true, 0, name});
-    m_status.post(downloadingMessage(name, 0));
+    tv.say(downloadingMessage(name, 0));
     m_stop = {};
     QString message = u"Downloaded "_s + name;
     try {
-        auto downloading = downloadSingle(name, base, guard, destination.toLocalFile());
-        co_await std::move(downloading);
+        co_await downloadSingle(tv, name, destination.toLocalFile());
     } catch (const Error& error) {
         message = outcomeMessage(name, error);
     }
-    m_status.post(message);
+    tv.say(message);
     changeState({});
 }
 
-Task<> Downloads::downloadSingle(QString name, QUrl base, SelectedDevice::Guard guard,
-                                 QString destination) {
+Task<> Downloads::downloadSingle(Tv tv, QString name, QString destination) {
     if (destination.isEmpty())
         throw PlaceError(u"Download failed: missing destination path"_s);
     const DownloadPlace place(destination);
-    HttpRequest request = tvRequest("GET", base, u"api/files/download"_s, {{u"name"_s, name}});
+    const QueryItems query{{u"name"_s, name}};
+    HttpRequest request = tv.request("GET", u"api/files/download"_s, query);
     request.replyFile = place.temporaryFile();
     request.timeouts = {TransferTimeout, IdleTimeout};
     request.stop = m_stop.get_token();
     request.onProgress = [this](const HttpProgress& progress) {
         progressed(progress);
     };
-    auto sending = m_requests.send(std::move(request), base);
-    const HttpReply reply = co_await std::move(sending);
+    const HttpReply reply = co_await tv.send(std::move(request));
     if (!reply.isSuccess())
-        m_requests.refuse(reply.status, downloadErrorMessage(reply.status, std::nullopt), guard);
-    auto placing =
-        inBackground([from = place.temporaryFile(), destination, stop = m_stop.get_token()] {
-            return takeItsPlace(from, destination, stop);
-        });
-    const bool isPlaced = co_await std::move(placing);
+        tv.refuse(reply.status, downloadErrorMessage(reply.status, std::nullopt));
+    const auto placing = [from = place.temporaryFile(), destination, stop = m_stop.get_token()] {
+        return takeItsPlace(from, destination, stop);
+    };
+    const bool isPlaced = co_await inBackground(placing);
     if (!isPlaced)
         throw HttpError(HttpErrorCode::Cancelled);
 }
@@ -149,7 +135,7 @@ void Downloads::progressed(const HttpProgress& progress) {
     state.currentDownloadProgress = std::clamp(static_cast<double>(progress.received) /
                                                    static_cast<double>(progress.receivedTotal),
                                                0.0, 1.0);
-    m_status.post(downloadingMessage(state.currentDownloadFileName, state.currentDownloadProgress));
+    m_tvs.say(downloadingMessage(state.currentDownloadFileName, state.currentDownloadProgress));
     changeState(std::move(state));
 }
 
@@ -157,7 +143,7 @@ void Downloads::cancelDownload() {
     if (!m_state.isDownloading)
         return;
     m_stop.request_stop();
-    m_status.post(u"Canceling download..."_s);
+    m_tvs.say(u"Canceling download..."_s);
 }
 
 void Downloads::changeState(DownloadState state) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "net/selected_device.h"
+#include "net/tv.h"
 #include "net/wire_records.h"
 #include "platform/async/task.h"
 #include "platform/async/task_set.h"
@@ -15,8 +15,6 @@ namespace quiv {
 
 class FileDialogs;
 class Pairing;
-class RequestLayer;
-class StatusLine;
 struct HttpProgress;
 
 // The file that is being downloaded.
@@ -36,14 +34,8 @@ class Downloads : public QObject {
     Q_OBJECT
 
 public:
-    struct Parts {
-        RequestLayer& requests;
-        Pairing& pairing;
-        const SelectedDevice& selected;
-        StatusLine& status;
-    };
-
-    Downloads(const Parts& parts, FileDialogs& dialogs, QObject* parent = nullptr);
+    Downloads(const TvAccess& tvs, Pairing& pairing, FileDialogs& dialogs,
+              QObject* parent = nullptr);
     ~Downloads() override;
 
     const DownloadState& state() const { return m_state; }
@@ -59,16 +51,13 @@ Q_SIGNALS:
 private:
     Task<> download(QString name);
     Task<QUrl> chooseDestination(QString name);
-    Task<> transfer(QString name, QUrl base, SelectedDevice::Guard guard, QUrl destination);
-    Task<> downloadSingle(QString name, QUrl base, SelectedDevice::Guard guard,
-                          QString destination);
+    Task<> transfer(Tv tv, QString name, QUrl destination);
+    Task<> downloadSingle(Tv tv, QString name, QString destination);
     void progressed(const HttpProgress& progress);
     void changeState(DownloadState state);
 
-    RequestLayer& m_requests;
+    const TvAccess m_tvs;
     Pairing& m_pairing;
-    const SelectedDevice& m_selected;
-    StatusLine& m_status;
     FileDialogs& m_dialogs;
     DownloadState m_state;
     std::stop_source m_stop; // of the download under way

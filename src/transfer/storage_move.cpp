@@ -1,8 +1,6 @@
 #include "transfer/storage_move.h"
 
 #include "library/library.h"
-#include "net/request_layer.h"
-#include "net/status_line.h"
 #include "platform/publish.h"
 
 #include <algorithm>
@@ -10,7 +8,6 @@
 namespace quiv {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -67,53 +64,38 @@ QString otherStorage(const std::optional<QString>& storageLocation) {
                                                                        : UsbStorage;
 }
 
-StorageMove::StorageMove(RequestLayer& requests, Library& library, const SelectedDevice& selected,
-                         StatusLine& status, QObject* parent)
-    : QObject(parent),
-      m_requests(requests),
-      m_library(library),
-      m_selected(selected),
-      m_status(status) {}
+StorageMove::StorageMove(const TvAccess& tvs, Library& library, QObject* parent)
+    : QObject(parent), m_tvs(tvs), m_library(library) {}
 
 void StorageMove::startMove(const QString& videoName, const QString& target) {
     m_tasks.add(start(videoName, target.toUpper()));
 }
 
 Task<> StorageMove::start(QString videoName, QString target) {
-    const auto base = m_selected.baseURL();
-    if (!base || (target != UsbStorage && target != InternalStorage))
+    const auto tv = m_tvs.current();
+    if (!tv || (target != UsbStorage && target != InternalStorage))
         co_return;
-    const SelectedDevice::Guard guard(m_selected);
+    const QueryItems query{{u"name"_s, videoName}, {u"target"_s, target.toLower()}};
     try {
-        const QueryItems query{{u"name"_s, videoName}, {u"target"_s, target.toLower()}};
-        auto posting = m_requests.post(*base, u"api/files/move"_s, query, guard, startFailureText);
-        co_await std::move(posting);
+        co_await tv->post(u"api/files/move"_s, query, startFailureText);
     } catch (const Error& error) {
-        if (guard.isCurrent())
-            m_status.post(u"Move failed to start: "_s + error.description());
+        tv->say(u"Move failed to start: "_s + error.description());
         co_return;
     }
-    if (!guard.isCurrent())
-        co_return;
-    m_status.post(u"Move started for "_s + videoName);
-    auto reading = refreshMoveStatus(Errors::Reported);
-    co_await std::move(reading);
+    tv->say(u"Move started for "_s + videoName);
+    co_await refreshMoveStatus(Errors::Reported);
 }
 
 Task<> StorageMove::refreshMoveStatus(Errors errors) {
-    const auto base = m_selected.baseURL();
-    if (!base)
+    const auto tv = m_tvs.current();
+    if (!tv)
         co_return;
-    const SelectedDevice::Guard guard(m_selected);
     try {
-        auto fetching =
-            m_requests.fetchJSON<MoveStatusResponse>(*base, u"api/move-status"_s, 60s, guard);
-        const MoveStatusResponse report = co_await std::move(fetching);
-        if (guard.isCurrent())
-            applyMoveStatus(report);
+        const auto report = co_await tv->get<MoveStatusResponse>(u"api/move-status"_s);
+        applyMoveStatus(report);
     } catch (const Error& error) {
-        if (guard.isCurrent() && errors == Errors::Reported)
-            m_status.post(u"Failed to fetch move status: "_s + error.description());
+        if (errors == Errors::Reported)
+            tv->say(u"Failed to fetch move status: "_s + error.description());
     }
 }
 
@@ -125,7 +107,7 @@ void StorageMove::applyMoveStatus(const MoveStatusResponse& report) {
     const MoveStep step = moveStep(m_state, report);
     publish(this, m_state, step.state, &StorageMove::stateChanged);
     if (step.statusMessage)
-        m_status.post(*step.statusMessage);
+        m_tvs.say(*step.statusMessage);
     if (step.hasMovedFile)
         m_tasks.add(m_library.loadLibrary(Library::Load::Quiet));
 }

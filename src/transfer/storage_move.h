@@ -1,6 +1,6 @@
 #pragma once
 
-#include "net/selected_device.h"
+#include "net/tv.h"
 #include "net/wire_records.h"
 #include "platform/async/task.h"
 #include "platform/async/task_set.h"
@@ -13,8 +13,6 @@
 namespace quiv {
 
 class Library;
-class RequestLayer;
-class StatusLine;
 
 // The move of a file between the TV's storages, as the TV reports it.
 struct MoveState {
@@ -46,10 +44,7 @@ class StorageMove : public QObject {
     Q_OBJECT
 
 public:
-    enum class Errors { Reported, Quiet };
-
-    StorageMove(RequestLayer& requests, Library& library, const SelectedDevice& selected,
-                StatusLine& status, QObject* parent = nullptr);
+    StorageMove(const TvAccess& tvs, Library& library, QObject* parent = nullptr);
 
     const MoveState& state() const { return m_state; }
 
@@ -69,10 +64,8 @@ Q_SIGNALS:
 private:
     Task<> start(QString videoName, QString target);
 
-    RequestLayer& m_requests;
+    const TvAccess m_tvs;
     Library& m_library;
-    const SelectedDevice& m_selected;
-    StatusLine& m_status;
     MoveState m_state;
     QString m_lastMoveStateKey;
     TaskSet m_tasks;

@@ -37,13 +37,4 @@ struct SubtitleRenamePrompt {
     bool operator==(const SubtitleRenamePrompt&) const = default;
 };
 
-// What is being uploaded, without the progress of it.
-struct UploadState {
-    bool isUploading = false;
-    QString currentUploadFileName; // empty when idle
-    int uploadQueueCount = 0;      // the current one not counted
-
-    bool operator==(const UploadState&) const = default;
-};
-
 } // namespace quiv

@@ -23,40 +23,44 @@ std::optional<std::int64_t> sizeOf(const QString& path) {
     return file.isFile() ? std::optional(file.size()) : std::nullopt;
 }
 
-void setBody(HttpRequest& request, const QByteArray& thumbnail) {
+Task<> put(Tv tv, QString path, QueryItems query, QByteArray thumbnail) {
+    HttpRequest request = tv.request("PUT", path, query);
     request.body = thumbnail;
     const QByteArray type = thumbnail.isEmpty() ? "application/octet-stream" : "image/jpeg";
     request.headers.append(std::pair("Content-Type", type));
     request.timeouts.total = PreflightTimeout;
+    const HttpReply reply = co_await tv.send(std::move(request));
+    if (!reply.isSuccess())
+        tv.refuse(reply.status, serverErrorMessage(reply.status, reply.body));
+}
+
+Task<> sendUploadPreflight(Tv tv, QString name, std::optional<std::int64_t> sizeBytes,
+                           QByteArray thumbnail) {
+    QueryItems query{{u"name"_s, name}};
+    if (sizeBytes.value_or(0) >= 1)
+        query.append({u"sizeBytes"_s, QString::number(*sizeBytes)});
+    return put(tv, u"api/files/upload-preflight"_s, query, thumbnail);
 }
 
 } // namespace
 
-UploadPreflight::UploadPreflight(RequestLayer& requests, const SelectedDevice& selected,
-                                 StillExtractor& stills, SystemLog& log)
-    : m_requests(requests),
-      m_selected(selected),
-      m_stills(stills),
-      m_log(log),
-      m_turnstile(PreflightsAtOnce) {}
+UploadPreflight::UploadPreflight(const TvAccess& tvs, StillExtractor& stills, SystemLog& log)
+    : m_tvs(tvs), m_stills(stills), m_log(log), m_turnstile(PreflightsAtOnce) {}
 
 Task<UploadPreflightResult> UploadPreflight::prepareUploadPreflight(UploadJob job) {
     UploadPreflightResult result;
-    if (!hasSupportedVideoExtension(job.remoteName) || !m_selected.baseURL())
+    if (!hasSupportedVideoExtension(job.remoteName) || !m_tvs.current())
         co_return result;
-    auto entering = m_turnstile.enter();
-    const Turnstile::Pass pass = co_await std::move(entering);
+    const Turnstile::Pass pass = co_await m_turnstile.enter();
     const QString path = job.sourceURL.toLocalFile();
-    auto extracting = m_stills.makeUploadThumbnail(path);
-    result.thumbnailPayload = co_await std::move(extracting);
-    const auto base = m_selected.baseURL(); // may be another TV by now
-    if (!base)
+    result.thumbnailPayload = co_await m_stills.makeUploadThumbnail(path);
+    const auto tv = m_tvs.current(); // may be another TV by now
+    if (!tv)
         co_return result;
     try {
-        auto sending = sendUploadPreflight(job.remoteName, sizeOf(path),
-                                           result.thumbnailPayload.value_or(QByteArray()), *base);
-        co_await std::move(sending);
-        result.sentTo = base;
+        co_await sendUploadPreflight(tv->whicheverIsSelected(), job.remoteName, sizeOf(path),
+                                     result.thumbnailPayload.value_or(QByteArray()));
+        result.sentTo = tv->base();
     } catch (const Error& error) {
         m_log.write(u"QuivController upload preflight failed for %1: %2"_s.arg(
             job.remoteName, error.description()));
@@ -64,39 +68,17 @@ Task<UploadPreflightResult> UploadPreflight::prepareUploadPreflight(UploadJob jo
     co_return result;
 }
 
-Task<> UploadPreflight::sendUploadPreflight(QString name, std::optional<std::int64_t> sizeBytes,
-                                            QByteArray thumbnail, QUrl base) {
-    QueryItems query{{u"name"_s, name}};
-    if (sizeBytes.value_or(0) >= 1)
-        query.append({u"sizeBytes"_s, QString::number(*sizeBytes)});
-    HttpRequest request = tvRequest("PUT", base, u"api/files/upload-preflight"_s, query);
-    setBody(request, thumbnail);
-    auto putting = put(std::move(request), base);
-    co_await std::move(putting);
-}
-
 Task<> UploadPreflight::uploadThumbnailSidecar(QByteArray thumbnail, QString storedName) {
-    const auto base = m_selected.baseURL();
-    if (!base)
+    const auto tv = m_tvs.current();
+    if (!tv)
         co_return;
-    HttpRequest request =
-        tvRequest("PUT", *base, u"api/files/thumbnail"_s, {{u"name"_s, storedName}});
-    setBody(request, thumbnail);
+    const QueryItems query{{u"name"_s, storedName}};
     try {
-        auto putting = put(std::move(request), *base);
-        co_await std::move(putting);
+        co_await put(tv->whicheverIsSelected(), u"api/files/thumbnail"_s, query, thumbnail);
     } catch (const Error& error) {
         m_log.write(u"QuivController thumbnail sidecar upload failed for %1: %2"_s.arg(
             storedName, error.description()));
     }
-}
-
-Task<> UploadPreflight::put(HttpRequest request, QUrl base) {
-    const SelectedDevice::Guard guard(m_selected);
-    auto sending = m_requests.send(std::move(request), base);
-    const HttpReply reply = co_await std::move(sending);
-    if (!reply.isSuccess())
-        m_requests.refuse(reply.status, serverErrorMessage(reply.status, reply.body), guard);
 }
 
 } // namespace quiv

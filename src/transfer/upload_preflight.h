@@ -1,6 +1,6 @@
 #pragma once
 
-#include "net/request_layer.h"
+#include "net/tv.h"
 #include "platform/async/task.h"
 #include "platform/async/turnstile.h"
 #include "transfer/upload_job.h"
@@ -26,19 +26,13 @@ struct UploadPreflightResult {
 // that did not work. Failures are logged, none ends an upload.
 class UploadPreflight {
 public:
-    UploadPreflight(RequestLayer& requests, const SelectedDevice& selected, StillExtractor& stills,
-                    SystemLog& log);
+    UploadPreflight(const TvAccess& tvs, StillExtractor& stills, SystemLog& log);
 
     Task<UploadPreflightResult> prepareUploadPreflight(UploadJob job);
     Task<> uploadThumbnailSidecar(QByteArray thumbnail, QString storedName);
 
 private:
-    Task<> sendUploadPreflight(QString name, std::optional<std::int64_t> sizeBytes,
-                               QByteArray thumbnail, QUrl base);
-    Task<> put(HttpRequest request, QUrl base);
-
-    RequestLayer& m_requests;
-    const SelectedDevice& m_selected;
+    const TvAccess m_tvs;
     StillExtractor& m_stills;
     SystemLog& m_log;
     Turnstile m_turnstile;

@@ -6,8 +6,6 @@
 #include <QFileInfo>
 #include <QStringList>
 
-#include <algorithm>
-
 namespace quiv {
 
 using namespace Qt::StringLiterals;
@@ -59,16 +57,17 @@ QString queuedMessage(qsizetype added, qsizetype duplicates, qsizetype unsupport
                            : parts.join(u", "_s);
 }
 
+QSet<QString> uploadMatchKeys(const QList<UploadListItem>& items) {
+    QSet<QString> keys;
+    for (const UploadListItem& item : items)
+        keys.insert(uploadMatchKey(item.fileName));
+    keys.remove(QString());
+    return keys;
+}
+
 QString queueFinishedMessage(int uploaded, int failed) {
     const QString message = u"Upload queue finished: %1 uploaded"_s.arg(uploaded);
     return failed == 0 ? message : message + u", %1 failed"_s.arg(failed);
-}
-
-QList<UploadListItem> orderedItems(QList<UploadListItem> items) {
-    std::ranges::stable_partition(items, [](const UploadListItem& item) {
-        return item.state == UploadListItemState::Uploading;
-    });
-    return items;
 }
 
 } // namespace quiv

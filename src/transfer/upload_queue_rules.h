@@ -26,10 +26,10 @@ QList<UploadJob> filteredDuplicateUploadJobs(const QList<UploadJob>& jobs,
 // "Queued 2 upload(s), 1 duplicate upload(s) skipped, skipped 3 unsupported file(s)".
 QString queuedMessage(qsizetype added, qsizetype duplicates, qsizetype unsupported);
 
+// The match keys of every name that is being uploaded or waits for it.
+QSet<QString> uploadMatchKeys(const QList<UploadListItem>& items);
+
 // "Upload queue finished: 2 uploaded, 1 failed".
 QString queueFinishedMessage(int uploaded, int failed);
-
-// What uploads before what waits, each in its order.
-QList<UploadListItem> orderedItems(QList<UploadListItem> items);
 
 } // namespace quiv

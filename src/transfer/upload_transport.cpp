@@ -53,18 +53,15 @@ QString storedName(const HttpReply& reply, const QString& requestedName) {
 
 // The transfer under way.
 struct UploadTransport::UploadTaskState {
-    UploadTaskState(Upload what, QUrl base, SelectedDevice::Guard deviceGuard, std::int64_t nowMs,
-                    ProgressSink progressSink)
-        : upload(std::move(what)),
-          baseURL(std::move(base)),
-          guard(deviceGuard),
+    UploadTaskState(Tv receiver, Upload what, std::int64_t nowMs, ProgressSink progressSink)
+        : tv(std::move(receiver)),
+          upload(std::move(what)),
           file(stampOf(upload.file)),
           expected{upload.remoteName, file ? std::optional(file->sizeBytes) : std::nullopt, nowMs},
           onProgress(std::move(progressSink)) {}
 
+    const Tv tv;
     const Upload upload;
-    const QUrl baseURL;
-    const SelectedDevice::Guard guard;
     const std::optional<FileStamp> file; // none when it cannot be read
     const ExpectedUpload expected;
     const ProgressSink onProgress;
@@ -93,45 +90,44 @@ private:
     UploadTaskState*& m_slot;
 };
 
-UploadTransport::UploadTransport(RequestLayer& requests, Pairing& pairing,
-                                 const SelectedDevice& selected, Clock& clock)
-    : m_requests(requests), m_pairing(pairing), m_selected(selected), m_clock(clock) {}
+UploadTransport::UploadTransport(const TvAccess& tvs, Pairing& pairing, Clock& clock)
+    : m_tvs(tvs), m_pairing(pairing), m_clock(clock) {}
 
 UploadTransport::~UploadTransport() = default;
 
 Task<QString> UploadTransport::uploadSingle(Upload upload, ProgressSink onProgress) {
-    auto pairing = awaitPairing();
-    co_await std::move(pairing);
+    const Tv tv = co_await pairedTv();
     const std::int64_t nowMs = m_clock.wallTime().time_since_epoch().count();
-    UploadTaskState state(std::move(upload), *m_selected.baseURL(),
-                          SelectedDevice::Guard(m_selected), nowMs, std::move(onProgress));
+    UploadTaskState state(tv, std::move(upload), nowMs, std::move(onProgress));
     const CurrentTransfer current(m_current, &state);
-    auto transferring = transfer(&state);
-    co_return co_await std::move(transferring);
+    co_return co_await sendAndConfirm(&state);
 }
 
-// Ends when this client may upload to the TV that is selected by then.
-Task<> UploadTransport::awaitPairing() {
+// The TV that is selected once this client may upload to it; the upload stays with that one.
+Task<Tv> UploadTransport::pairedTv() {
     while (true) {
-        if (!m_selected.baseURL())
+        const auto tv = m_tvs.current();
+        if (!tv)
             throw HttpError(HttpErrorCode::BadUrl);
-        const SelectedDevice::Guard guard(m_selected);
-        auto asking = m_pairing.ensureControlPairing(u"upload"_s);
-        const bool isPaired = co_await std::move(asking);
-        if (!guard.isCurrent())
+        bool isPaired = false;
+        try {
+            isPaired = co_await m_pairing.ensureControlPairing(u"upload"_s);
+        } catch (const AnotherTvSelected&) {
+            // The new one is asked.
+        }
+        if (!tv->isSelected())
             continue;
         if (isPaired)
-            co_return;
+            co_return tv->whicheverIsSelected();
         throw UploadFailure(u"Pairing required: enter the 3-digit code shown on TV."_s);
     }
 }
 
-Task<QString> UploadTransport::transfer(UploadTaskState* state) {
+Task<QString> UploadTransport::sendAndConfirm(UploadTaskState* state) {
     std::optional<HttpReply> reply;
     std::optional<HttpError> error;
     try {
-        auto sending = m_requests.send(fileRequest(state), state->baseURL);
-        reply = co_await std::move(sending);
+        reply = co_await state->tv.send(fileRequest(state));
     } catch (const HttpError& failure) {
         error = failure;
     }
@@ -142,15 +138,12 @@ Task<QString> UploadTransport::transfer(UploadTaskState* state) {
                                 "Upload it again when it is complete."_s);
         co_return storedName(*reply, state->upload.remoteName);
     }
-    if (!state->isConfirmed) {
-        auto asking = confirmUploadOnServer(state);
-        state->isConfirmed = co_await std::move(asking);
-    }
+    if (!state->isConfirmed)
+        state->isConfirmed = co_await confirmUploadOnServer(state);
     if (state->isConfirmed)
         co_return state->upload.remoteName;
     if (reply)
-        m_requests.refuse(reply->status, serverErrorMessage(reply->status, reply->body),
-                          state->guard);
+        state->tv.refuse(reply->status, serverErrorMessage(reply->status, reply->body));
     if (error->code() == HttpErrorCode::BadServerResponse)
         throw UploadFailure(u"Upload failed: invalid server response"_s);
     throw HttpError(error->code());
@@ -161,7 +154,7 @@ HttpRequest UploadTransport::fileRequest(UploadTaskState* state) {
                      {u"uploadId"_s, state->upload.uploadId}};
     if (state->upload.expectsClientThumbnail)
         query.append({u"thumbnailMode"_s, u"client"_s});
-    HttpRequest request = tvRequest("PUT", state->baseURL, UploadPath, query);
+    HttpRequest request = state->tv.request("PUT", UploadPath, query);
     request.bodyFile = state->upload.file;
     request.timeouts = {TransferTimeout, IdleTimeout};
     request.stop = state->stop.get_token();
@@ -193,8 +186,7 @@ void UploadTransport::showProgress(UploadTaskState* state, const HttpProgress& p
 
 // The body starts over although nearly all of it was sent: the TV may have taken it the first time.
 Task<> UploadTransport::recoverRestarted(UploadTaskState* state, HttpProgress progress) {
-    auto asking = confirmUploadOnServer(state);
-    const bool isConfirmed = co_await std::move(asking);
+    const bool isConfirmed = co_await confirmUploadOnServer(state);
     if (isConfirmed) {
         state->isConfirmed = true;
         state->stop.request_stop();
@@ -205,20 +197,17 @@ Task<> UploadTransport::recoverRestarted(UploadTaskState* state, HttpProgress pr
 }
 
 Task<bool> UploadTransport::confirmUploadOnServer(UploadTaskState* state) {
+    const std::stop_token stop = state->stopConfirmation.get_token();
     try {
-        auto fetching = m_requests.fetchJSON<UploadStatusResponse>(
-            state->baseURL, u"api/upload-status"_s, 3s, state->guard,
-            state->stopConfirmation.get_token());
-        const UploadStatusResponse status = co_await std::move(fetching);
+        const auto status =
+            co_await state->tv.get<UploadStatusResponse>(u"api/upload-status"_s, 3s, stop);
         if (confirmsUpload(status, state->expected))
             co_return true;
     } catch (const Error&) {
         // The listing may still tell.
     }
     try {
-        auto fetching = m_requests.fetchJSON<FilesResponse>(
-            state->baseURL, u"api/files"_s, 5s, state->guard, state->stopConfirmation.get_token());
-        const FilesResponse listing = co_await std::move(fetching);
+        const auto listing = co_await state->tv.get<FilesResponse>(u"api/files"_s, 5s, stop);
         co_return confirmsUpload(listing, state->expected);
     } catch (const Error&) {
         co_return false;

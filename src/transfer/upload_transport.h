@@ -1,8 +1,9 @@
 #pragma once
 
-#include "net/request_layer.h"
+#include "net/tv.h"
 #include "platform/async/task.h"
 #include "platform/clock.h"
+#include "transfer/upload_job.h"
 
 #include <QString>
 #include <QUrl>
@@ -21,16 +22,21 @@ class Pairing;
 class UploadTransport {
 public:
     struct Upload {
+        Upload(const UploadJob& job, bool hasSentThumbnail)
+            : file(job.sourceURL.toLocalFile()),
+              remoteName(job.remoteName),
+              uploadId(job.id),
+              expectsClientThumbnail(hasSentThumbnail) {}
+
         QString file; // path
         QString remoteName;
-        bool expectsClientThumbnail = false; // the TV has its still from us
         QString uploadId;
+        bool expectsClientThumbnail; // the TV has its still from us
     };
     // Bytes of the body sent and expected, the latter at least 1.
     using ProgressSink = std::function<void(std::int64_t sent, std::int64_t expected)>;
 
-    UploadTransport(RequestLayer& requests, Pairing& pairing, const SelectedDevice& selected,
-                    Clock& clock);
+    UploadTransport(const TvAccess& tvs, Pairing& pairing, Clock& clock);
     ~UploadTransport();
 
     // The name under which the TV stored the file. Throws UploadFailure or HttpError.
@@ -44,17 +50,16 @@ private:
     struct UploadTaskState;
     class CurrentTransfer;
 
-    Task<> awaitPairing();
-    Task<QString> transfer(UploadTaskState* state);
+    Task<Tv> pairedTv();
+    Task<QString> sendAndConfirm(UploadTaskState* state);
     HttpRequest fileRequest(UploadTaskState* state);
     void transferProgressed(UploadTaskState* state, const HttpProgress& progress);
     void showProgress(UploadTaskState* state, const HttpProgress& progress);
     Task<> recoverRestarted(UploadTaskState* state, HttpProgress progress);
     Task<bool> confirmUploadOnServer(UploadTaskState* state);
 
-    RequestLayer& m_requests;
+    const TvAccess m_tvs;
     Pairing& m_pairing;
-    const SelectedDevice& m_selected;
     Clock& m_clock;
     UploadTaskState* m_current = nullptr; // lives in the frame of uploadSingle()
 };

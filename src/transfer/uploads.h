@@ -1,6 +1,6 @@
 #pragma once
 
-#include "net/selected_device.h"
+#include "net/tv.h"
 #include "platform/async/task.h"
 #include "platform/async/task_set.h"
 #include "transfer/upload_job.h"
@@ -10,17 +10,16 @@
 
 #include <QList>
 #include <QObject>
-#include <QSet>
 #include <QString>
 #include <QUrl>
 
 #include <cstdint>
-#include <map>
+#include <list>
 
 namespace quiv {
 
 class Library;
-class StatusLine;
+class Pairing;
 
 // The queue of files on their way to the TV: one after the other, in order of arrival, whatever
 // becomes of the one before. A job goes to the TV that is selected when its transfer starts.
@@ -28,26 +27,14 @@ class Uploads : public QObject {
     Q_OBJECT
 
 public:
-    struct Parts {
-        RequestLayer& requests;
-        Pairing& pairing;
-        Library& library;
-        const SelectedDevice& selected;
-        StatusLine& status;
-    };
+    Uploads(const TvAccess& tvs, Pairing& pairing, Library& library, StillExtractor& stills,
+            SystemLog& log, Clock& clock, QObject* parent = nullptr);
 
-    Uploads(const Parts& parts, StillExtractor& stills, SystemLog& log, Clock& clock,
-            QObject* parent = nullptr);
-
-    const UploadState& state() const { return m_state; }
     // The current job, then the pending ones.
-    const QList<UploadListItem>& uploadListItems() const { return m_items; }
+    QList<UploadListItem> uploadListItems() const;
 
-    // Queues the files of a drop; false, and says why, when there are none.
+    // Queues the files of a drop; returns false, and says why, when there are none.
     bool queueDroppedFiles(const QList<QUrl>& urls);
-
-    // The match keys of every name that is being uploaded or waits for it.
-    QSet<QString> uploadMatchKeys() const;
 
 public Q_SLOTS:
     void queueUploadsFromPicker(const QList<QUrl>& urls);
@@ -56,43 +43,36 @@ public Q_SLOTS:
     void cancelUploadJob(const QString& id);
 
 Q_SIGNALS:
-    void stateChanged();
     void itemsChanged();    // other rows, another order or another state of one
     void progressChanged(); // the progress of the current row
 
 private:
+    // A file from when it is queued until it is uploaded, has failed or is removed.
+    struct Entry {
+        UploadJob job;
+        Task<UploadPreflightResult> preflight;
+        UploadListItemState state = UploadListItemState::Queued;
+        UploadProgress progress{};
+        bool isCancelled = false;
+    };
+
     Task<> queuePicked(QList<UploadJob> jobs, int unsupported);
     Task<> queueSubtitle(UploadJob job);
     qsizetype enqueueUploadJobs(const QList<UploadJob>& jobs);
-    void startUploadPreflights(const QList<UploadJob>& jobs);
     void resumeUploadQueueIfNeeded();
     Task<> processUploadQueue();
-    Task<QString> uploadJob(UploadJob job);
-    Task<UploadPreflightResult> takePreflight(UploadJob job);
-    void uploadProgressed(std::int64_t sent, std::int64_t expected);
-    void setCurrentJob(const UploadJob* job);
-    void setUploadListItemState(const QString& id, UploadListItemState state);
-    void removeItem(const QString& id);
-    void publishQueueCount();
-    void changeState(UploadState state);
+    Task<> carryOut(Entry* entry);
+    void uploadProgressed(Entry& entry, std::int64_t sent, std::int64_t expected);
+    void cancelCurrent(Entry& entry);
 
-    const SelectedDevice& m_selected;
+    const TvAccess m_tvs;
     Pairing& m_pairing;
     Library& m_library;
-    StatusLine& m_status;
     Clock& m_clock;
     UploadPreflight m_preflight;
     UploadTransport m_transport;
 
-    QList<UploadJob> m_pendingUploadJobs;
-    QList<UploadListItem> m_items;
-    UploadState m_state;
-    UploadProgress m_progress;
-    QString m_currentUploadJobID;
-    QSet<QString> m_singleCanceledUploadJobIDs;
-    bool m_processingUploadQueue = false;
-
-    std::map<QString, Task<UploadPreflightResult>> m_uploadPreflightTasks; // by job id
+    std::list<Entry> m_entries; // in order of arrival; the worker is at the first
     TaskSet m_tasks;
     Task<> m_worker;
 };

@@ -9,9 +9,6 @@ using namespace quiv;
 
 namespace {
 
-const TVEndpoint Tv = tvNamed(u"TV"_s, u"tv.local"_s);
-const TVEndpoint OtherTv = tvNamed(u"Other"_s, u"other.local"_s);
-
 QByteArray listing(const QByteArray& names) {
     QByteArray files;
     for (const QByteArray& name : names.split(' '))
@@ -21,7 +18,7 @@ QByteArray listing(const QByteArray& names) {
 }
 
 struct LibraryFixture : ModelFixture {
-    LibraryFixture() { model.selectDevice(Tv); }
+    LibraryFixture() { model.selectDevice(FirstTv); }
 
     Task<> load(Library::Load how) { return model.library()->loadLibrary(how); }
     // Answers a load and waits until it is over.

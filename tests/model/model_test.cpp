@@ -8,8 +8,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-const TVEndpoint Tv = tvNamed(u"TV"_s, u"tv.local"_s);
-const TVEndpoint OtherTv = tvNamed(u"Other"_s, u"other.local"_s);
 const QByteArray Empty = R"({"files":[],"videos":[]})";
 const QByteArray Idle = R"({"isPlaying":false,"positionMs":0,"durationMs":0})";
 const QByteArray NoMove = R"({"state":"IDLE","fileName":"","movedBytes":0,"totalBytes":0,
@@ -54,7 +52,7 @@ private Q_SLOTS:
 
     void passesFollowTwoSecondsAfterTheEndOfTheLast() {
         CycleFixture fixture;
-        fixture.select(Tv);
+        fixture.select(FirstTv);
         QCOMPARE(fixture.http.takePaths(), QStringList(FilesPath));
         QVERIFY(fixture.model.library()->isLibraryLoadInProgress());
         fixture.clock.advance(5s); // a slow TV
@@ -81,7 +79,7 @@ private Q_SLOTS:
 
     void whilePairingIsRequiredOnlyItsStatusIsAsked() {
         CycleFixture fixture;
-        fixture.select(Tv);
+        fixture.select(FirstTv);
         fixture.finishFirstPass(false);
         QCOMPARE(fixture.status(), u"Pairing required. Enter the 3-digit code shown on TV."_s);
         for (int pass = 0; pass < 3; ++pass) {
@@ -95,7 +93,7 @@ private Q_SLOTS:
 
     void laterFailuresAreSilent() {
         CycleFixture fixture;
-        fixture.select(Tv);
+        fixture.select(FirstTv);
         fixture.finishFirstPass(true);
         const QString status = fixture.status();
         fixture.clock.advance(2s);
@@ -108,7 +106,7 @@ private Q_SLOTS:
 
     void anotherTvRestartsTheCycleFromNothing() {
         CycleFixture fixture;
-        fixture.select(Tv);
+        fixture.select(FirstTv);
         fixture.finishFirstPass(false);
         fixture.clock.advance(2s);
         QCOMPARE(fixture.http.waiting(), 1u);
@@ -126,10 +124,10 @@ private Q_SLOTS:
 
     void selectingTheSameTvKeepsEverything() {
         CycleFixture fixture;
-        fixture.select(Tv);
+        fixture.select(FirstTv);
         fixture.finishFirstPass(false);
         const PairingState pairing = fixture.pairing();
-        TVEndpoint renamed = Tv;
+        TVEndpoint renamed = FirstTv;
         renamed.name = u"Renamed"_s;
         fixture.model.selectDevice(renamed);
         QCOMPARE(fixture.status(), u"Connected to Renamed"_s);
@@ -140,7 +138,7 @@ private Q_SLOTS:
 
     void aHiddenWindowAsksNothing() {
         CycleFixture fixture;
-        fixture.select(Tv);
+        fixture.select(FirstTv);
         fixture.model.disappear();
         QCOMPARE(fixture.http.waiting(), 0u);
         fixture.http.takePaths();
@@ -152,7 +150,7 @@ private Q_SLOTS:
     void endingAtAnyPointOfACycleIsHarmless() {
         for (int steps = 0; steps < 7; ++steps) {
             auto fixture = std::make_unique<CycleFixture>();
-            fixture->select(Tv);
+            fixture->select(FirstTv);
             if (steps > 0)
                 fixture->http.answer(FilesPath, Empty); // ends while it is decoded
             if (steps > 1)

@@ -8,14 +8,12 @@ using namespace std::chrono_literals;
 
 namespace {
 
-const TVEndpoint Tv = tvNamed(u"TV"_s, u"tv.local"_s);
-const TVEndpoint OtherTv = tvNamed(u"Other"_s, u"other.local"_s);
 const HttpHeaders Grant{{"X-Quiv-Auth-Token", "t0k"}, {"X-Quiv-Auth-Expires-In", "600"}};
 
 // A TV is selected and nothing is under way.
 struct PairingFixture : ModelFixture {
     PairingFixture() {
-        model.selectDevice(Tv);
+        model.selectDevice(FirstTv);
         http.takePaths();
     }
 
@@ -106,9 +104,9 @@ private Q_SLOTS:
         QCOMPARE(fixture.status(), status);
         QCOMPARE(fixture.settings.texts.value(u"ombra.authToken.v1.tv.local:8080"_s), u"t0k"_s);
 
-        auto check = fixture.model.pairing()->refreshPairingStatus(Pairing::Announce::Yes,
-                                                                   Pairing::Errors::Reported);
-        fixture.model.selectDevice(Tv);
+        auto check =
+            fixture.model.pairing()->refreshPairingStatus(Pairing::Announce::Yes, Errors::Reported);
+        fixture.model.selectDevice(FirstTv);
         fixture.http.answer(StatusPath, "Token expired", 401);
         QVERIFY(check.isDone());
         QCOMPARE(fixture.pairing(), PairingState());
@@ -131,8 +129,8 @@ private Q_SLOTS:
         fixture.model.pairing()->verifyPairingCode(u"123"_s);
         fixture.http.answer(VerifyPath, QByteArray(), 200, Grant);
         fixture.model.status()->post(u"before"_s);
-        const auto check = fixture.model.pairing()->refreshPairingStatus(Pairing::Announce::No,
-                                                                         Pairing::Errors::Quiet);
+        const auto check =
+            fixture.model.pairing()->refreshPairingStatus(Pairing::Announce::No, Errors::Quiet);
         fixture.http.answer(StatusPath, body, status);
         QVERIFY(fixture.pairing().requiresControlPairing && !fixture.pairing().isControlPaired);
         QVERIFY(!fixture.pairing().pairingCodeValidUntil);

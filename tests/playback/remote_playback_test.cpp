@@ -8,9 +8,6 @@ using namespace quiv;
 
 namespace {
 
-const TVEndpoint Tv = tvNamed(u"TV"_s, u"tv.local"_s);
-const TVEndpoint OtherTv = tvNamed(u"Other"_s, u"other.local"_s);
-
 QByteArray playing(const QByteArray& name, int positionMs = 1000, bool isPlaying = true) {
     return R"({"currentVideoName":")" + name + R"(","isPlaying":)" +
            (isPlaying ? "true" : "false") + R"(,"positionMs":)" + QByteArray::number(positionMs) +
@@ -21,7 +18,7 @@ struct Fixture : ModelFixture {
     RemotePlayback& playback() { return *model.playback(); }
     // What a reading says is known.
     void read(const QByteArray& body) {
-        const Task<> reading = playback().refreshPlayback(RemotePlayback::Errors::Reported);
+        const Task<> reading = playback().refreshPlayback(Errors::Reported);
         http.answer(PlaybackPath, body);
         http.sent.clear();
     }
@@ -60,7 +57,7 @@ private Q_SLOTS:
         QFETCH(QString, query);
         QLocale::setDefault(QLocale(QLocale::German));
         Fixture fixture;
-        fixture.selectPaired(Tv);
+        fixture.selectPaired(FirstTv);
         fixture.playback().send(command);
         QCOMPARE(fixture.takeTargets(PlaybackPath), QStringList(u"POST api/playback?"_s + query));
         fixture.http.answer(PlaybackPath, "not read");
@@ -104,7 +101,7 @@ private Q_SLOTS:
         QFETCH(QString, message);
         QFETCH(bool, requiresPairing);
         Fixture fixture;
-        fixture.selectPaired(Tv);
+        fixture.selectPaired(FirstTv);
         fixture.playback().send(PlaybackCommand::stop());
         if (status == 0)
             fixture.http.answer(PlaybackPath, HttpErrorCode::TimedOut);
@@ -120,7 +117,7 @@ private Q_SLOTS:
         const Task<bool> unselected = fixture.playback().sendPlaybackCommand(
             PlaybackCommand::stop(), RemotePlayback::ShowStatus::Yes);
         QVERIFY(unselected.isDone());
-        fixture.model.selectDevice(Tv);
+        fixture.model.selectDevice(FirstTv);
         fixture.playback().send(PlaybackCommand::stop());
         fixture.http.answer(StatusPath, R"({"authorized":false})");
         QCOMPARE(fixture.takeTargets(PlaybackPath), QStringList());
@@ -130,14 +127,14 @@ private Q_SLOTS:
 
     void failedReadingsKeepWhatIsKnown() {
         Fixture fixture;
-        fixture.selectPaired(Tv);
+        fixture.selectPaired(FirstTv);
         fixture.read(playing("a.mkv"));
         const auto before = fixture.playback().playback();
-        const Task<> loud = fixture.playback().refreshPlayback(RemotePlayback::Errors::Reported);
+        const Task<> loud = fixture.playback().refreshPlayback(Errors::Reported);
         fixture.http.answer(PlaybackPath, R"({"isPlaying":true})");
         QVERIFY(fixture.status().startsWith(u"Failed to fetch playback: "_s));
         const QString status = fixture.status();
-        const Task<> silent = fixture.playback().refreshPlayback(RemotePlayback::Errors::Quiet);
+        const Task<> silent = fixture.playback().refreshPlayback(Errors::Quiet);
         fixture.http.answer(PlaybackPath, HttpErrorCode::ConnectionLost);
         QCOMPARE(fixture.status(), status);
         QCOMPARE(fixture.playback().playback(), before);
@@ -145,9 +142,9 @@ private Q_SLOTS:
 
     void outdatedReadingsAreDropped() {
         Fixture fixture;
-        fixture.selectPaired(Tv);
+        fixture.selectPaired(FirstTv);
         fixture.read(playing("a.mkv", 1));
-        const Task<> poll = fixture.playback().refreshPlayback(RemotePlayback::Errors::Quiet);
+        const Task<> poll = fixture.playback().refreshPlayback(Errors::Quiet);
         fixture.playback().send(PlaybackCommand::seekTo(30'000));
         // The poll waits first in line, then the command, then what is read after the command.
         QCOMPARE(fixture.takeTargets(PlaybackPath).size(), 2);
@@ -161,7 +158,7 @@ private Q_SLOTS:
 
     void anotherTvStartsWithNothing() {
         Fixture fixture;
-        fixture.selectPaired(Tv);
+        fixture.selectPaired(FirstTv);
         fixture.read(playing("a.mkv"));
         fixture.playback().send(PlaybackCommand::stop());
         fixture.model.selectDevice(OtherTv);

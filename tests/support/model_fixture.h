@@ -30,6 +30,9 @@ inline TVEndpoint tvNamed(const QString& name, const QString& host, int port = 8
     return endpoint;
 }
 
+inline const TVEndpoint FirstTv = tvNamed(u"TV"_s, u"tv.local"_s);
+inline const TVEndpoint OtherTv = tvNamed(u"Other"_s, u"other.local"_s);
+
 // The whole model over a clock, a network and settings in the test's hand.
 struct ModelFixture {
     FakeClock clock;
@@ -60,7 +63,7 @@ struct ModelFixture {
     void selectPaired(const TVEndpoint& device) {
         model.selectDevice(device);
         const Task<> check =
-            model.pairing()->refreshPairingStatus(Pairing::Announce::No, Pairing::Errors::Quiet);
+            model.pairing()->refreshPairingStatus(Pairing::Announce::No, Errors::Quiet);
         http.answer(StatusPath, R"({"authorized":true,"expiresInSec":86400})");
         http.sent.clear();
     }

@@ -8,8 +8,6 @@ using namespace quiv;
 namespace {
 
 const QString DeletePath = u"api/files/delete"_s;
-const TVEndpoint Tv = tvNamed(u"TV"_s, u"tv.local"_s);
-const TVEndpoint OtherTv = tvNamed(u"Other"_s, u"other.local"_s);
 
 RemoteFile file(const char* name) {
     return {QString::fromLatin1(name), u"OTHER"_s, 0, std::nullopt};
@@ -32,7 +30,7 @@ class DeletionTest : public QObject {
 private Q_SLOTS:
     void filesGoOneByOneThenTheLibraryIsLoaded() {
         ModelFixture fixture;
-        fixture.selectPaired(Tv);
+        fixture.selectPaired(FirstTv);
         fixture.model.deletion()->deleteGroup(movie());
         QCOMPARE(fixture.status(), u"Deleting Movie..."_s);
         for (const char* name : {"m.mkv", "m.en.srt", "m.de.srt", "m.nfo"}) {
@@ -46,7 +44,7 @@ private Q_SLOTS:
 
     void theFirstFailureEndsIt() {
         ModelFixture fixture;
-        fixture.selectPaired(Tv);
+        fixture.selectPaired(FirstTv);
         FileGroup group = movie();
         group.video.reset();
         fixture.model.deletion()->deleteGroup(group);
@@ -58,7 +56,7 @@ private Q_SLOTS:
 
     void onlyAPairedClientDeletes() {
         ModelFixture fixture;
-        fixture.model.selectDevice(Tv);
+        fixture.model.selectDevice(FirstTv);
         fixture.model.deletion()->deleteGroup(movie());
         fixture.http.answer(StatusPath, R"({"authorized":false})");
         QVERIFY(fixture.status().startsWith(u"Pairing required for delete."_s));
@@ -67,7 +65,7 @@ private Q_SLOTS:
 
     void anotherTvKeepsItsFiles() {
         ModelFixture fixture;
-        fixture.selectPaired(Tv);
+        fixture.selectPaired(FirstTv);
         fixture.model.deletion()->deleteGroup(movie());
         fixture.model.selectDevice(OtherTv);
         fixture.http.sent.clear();

@@ -14,7 +14,6 @@ using namespace quiv;
 namespace {
 
 const QString DownloadPath = u"api/files/download"_s;
-const TVEndpoint Tv = tvNamed(u"TV"_s, u"tv.local"_s);
 
 QString text(const char* latin) {
     return QString::fromLatin1(latin);
@@ -24,7 +23,7 @@ QString text(const char* latin) {
 struct Fixture : ModelFixture {
     Fixture() {
         dialogs.desktop.isOffered = true;
-        selectPaired(Tv);
+        selectPaired(FirstTv);
     }
 
     Downloads& downloads() { return *model.downloads(); }

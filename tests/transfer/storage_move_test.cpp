@@ -8,8 +8,6 @@ using namespace quiv;
 namespace {
 
 const QString MovePath = u"api/files/move"_s;
-const TVEndpoint Tv = tvNamed(u"TV"_s, u"tv.local"_s);
-const TVEndpoint OtherTv = tvNamed(u"Other"_s, u"other.local"_s);
 
 MoveStatusResponse report(const QString& state, std::int64_t updatedAtMs = 1) {
     MoveStatusResponse response;
@@ -91,7 +89,7 @@ private Q_SLOTS:
 
     void aReportToldAgainChangesNothing() {
         ModelFixture fixture;
-        fixture.selectPaired(Tv);
+        fixture.selectPaired(FirstTv);
         StorageMove& move = *fixture.model.storageMove();
         move.applyMoveStatus(report(u"MOVING"_s));
         move.applyMoveStatus(report(u"COMPLETED"_s, 2));
@@ -107,7 +105,7 @@ private Q_SLOTS:
 
     void aMoveIsStartedAndReadAtOnce() {
         ModelFixture fixture;
-        fixture.model.selectDevice(Tv); // moves ask for no pairing
+        fixture.model.selectDevice(FirstTv); // moves ask for no pairing
         StorageMove& move = *fixture.model.storageMove();
         move.startMove(u"a.mkv"_s, u"attic"_s);
         QVERIFY(fixture.http.sent.isEmpty());
@@ -122,7 +120,7 @@ private Q_SLOTS:
 
     void aRefusedMoveIsSaid() {
         ModelFixture fixture;
-        fixture.selectPaired(Tv);
+        fixture.selectPaired(FirstTv);
         StorageMove& move = *fixture.model.storageMove();
         move.startMove(u"a.mkv"_s, u"INTERNAL"_s);
         fixture.http.answer(MovePath, R"({"error":"ignored"})", 409);

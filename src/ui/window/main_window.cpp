@@ -1,6 +1,7 @@
 #include "ui/window/main_window.h"
 
 #include "model/ombra_mac_model.h"
+#include "transfer/upload_queue_rules.h"
 #include "ui/presenters/window_actions.h"
 #include "ui/presenters/window_presenter.h"
 #include "ui/window/graphics_choice.h"
@@ -73,7 +74,7 @@ void followModel(OmbraMacModel& model, WindowPresenter& presenter) {
            [&] { presenter.setMove(model.storageMove()->state()); });
     follow(model.uploads(), &Uploads::itemsChanged, presenter, [&] {
         presenter.setUploads(model.uploads()->uploadListItems(),
-                             model.uploads()->uploadMatchKeys());
+                             uploadMatchKeys(model.uploads()->uploadListItems()));
     });
     follow(model.uploads(), &Uploads::progressChanged, presenter,
            [&] { presenter.setUploadProgress(model.uploads()->uploadListItems()); });

@@ -1,0 +1,82 @@
+#include "net/tv.h"
+
+#include "net/status_line.h"
+
+namespace quiv {
+
+Tv Tv::whicheverIsSelected() const {
+    Tv tv = *this;
+    tv.m_endsWithSelection = false;
+    return tv;
+}
+
+void Tv::requireSelected() const {
+    if (hasToEnd())
+        throw AnotherTvSelected();
+}
+
+Task<QByteArray> Tv::getBody(QString path, std::chrono::milliseconds timeout,
+                             std::stop_token stop) const {
+    HttpRequest get = request("GET", path);
+    get.timeouts.total = timeout;
+    get.stop = std::move(stop);
+    return fetch(*this, std::move(get));
+}
+
+Task<> Tv::post(QString path, QueryItems query, FailureText failureText) const {
+    HttpRequest post = request("POST", path, query);
+    post.timeouts.total = StandardTimeout;
+    return postTo(*this, std::move(post), failureText);
+}
+
+Task<HttpReply> Tv::send(HttpRequest request) const {
+    return exchange(*this, std::move(request));
+}
+
+Task<HttpReply> Tv::exchange(Tv tv, HttpRequest request) {
+    try {
+        HttpReply reply = co_await tv.m_requests->send(std::move(request), tv.m_base);
+        tv.requireSelected();
+        co_return reply;
+    } catch (const Error&) {
+        tv.requireSelected();
+        throw;
+    }
+}
+
+Task<QByteArray> Tv::fetch(Tv tv, HttpRequest request) {
+    const HttpReply reply = co_await exchange(tv, std::move(request));
+    if (reply.isSuccess())
+        co_return reply.body;
+    tv.refuse(reply.status, serverErrorMessage(reply.status, reply.body));
+}
+
+Task<> Tv::postTo(Tv tv, HttpRequest request, FailureText failureText) {
+    const HttpReply reply = co_await exchange(tv, std::move(request));
+    if (!reply.isSuccess())
+        tv.refuse(reply.status, failureText(reply.status, reply.body));
+}
+
+void Tv::refuse(int status, const QString& message) const {
+    if (isSelected())
+        m_requests->reportAuthFailure(status, message);
+    throw UploadFailure(message);
+}
+
+void Tv::say(const QString& message) const {
+    if (!hasToEnd())
+        m_status->post(message);
+}
+
+std::optional<Tv> TvAccess::current() const {
+    const auto base = m_selected->baseURL();
+    if (!base)
+        return std::nullopt;
+    return Tv(*m_requests, *m_status, *base, SelectedDevice::Guard(*m_selected));
+}
+
+void TvAccess::say(const QString& message) const {
+    m_status->post(message);
+}
+
+} // namespace quiv

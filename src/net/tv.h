@@ -1,0 +1,123 @@
+#pragma once
+
+#include "net/request_layer.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QUrl>
+
+#include <chrono>
+#include <exception>
+#include <optional>
+#include <stop_token>
+
+namespace quiv {
+
+class StatusLine;
+
+// Whether an operation tells the user of its failure.
+enum class Errors { Reported, Quiet };
+
+// Ends a flow whose TV is no longer the selected one. It is no Error: nothing catches it on its way
+// out of the flow, and nobody reports it.
+class AnotherTvSelected : public std::exception {};
+
+// The TV that a flow talks to, taken once when the flow starts. A value; copies are cheap.
+//
+// A flow that is about the selected TV ends with AnotherTvSelected at the first answer that comes
+// after another TV was selected; the answer's token is kept all the same. Failures are thrown as
+// Error: HttpError, UploadFailure, DecodingError. Main thread only.
+class Tv {
+public:
+    static constexpr std::chrono::milliseconds StandardTimeout{60'000};
+
+    // Without a guard the TV is none that was ever selected.
+    Tv(RequestLayer& requests, StatusLine& status, QUrl base,
+       std::optional<SelectedDevice::Guard> guard)
+        : m_requests(&requests), m_status(&status), m_base(std::move(base)), m_guard(guard) {}
+
+    const QUrl& base() const { return m_base; }
+    // Whether no other TV was selected since the flow started.
+    bool isSelected() const { return m_guard && m_guard->isCurrent(); }
+    // This TV for a flow that goes on whichever TV is selected.
+    Tv whicheverIsSelected() const;
+    // Ends the flow if it has to end; for after an await that is no request.
+    void requireSelected() const;
+
+    // GET; the record of a 2xx reply. Asking `stop` to stop cancels.
+    template <class Record>
+    Task<Record> get(QString path, std::chrono::milliseconds timeout = StandardTimeout,
+                     std::stop_token stop = {}) const {
+        return getRecord<Record>(*this, std::move(path), timeout, std::move(stop));
+    }
+    // GET; the body of a 2xx reply.
+    Task<QByteArray> getBody(QString path, std::chrono::milliseconds timeout = StandardTimeout,
+                             std::stop_token stop = {}) const;
+    // POST without a body; completes when the TV said yes.
+    Task<> post(QString path, QueryItems query, FailureText failureText = serverErrorMessage) const;
+    // Any reply to a request of this TV's.
+    Task<HttpReply> send(HttpRequest request) const;
+    HttpRequest request(const QByteArray& method, const QString& path,
+                        const QueryItems& query = {}) const {
+        return tvRequest(method, m_base, path, query);
+    }
+
+    // Throws the message of a failed reply, after telling whom it concerns when it is about rights.
+    [[noreturn]] void refuse(int status, const QString& message) const;
+    // Shows a message, unless the flow has to end.
+    void say(const QString& message) const;
+
+private:
+    bool hasToEnd() const { return m_endsWithSelection && !isSelected(); }
+    static Task<HttpReply> exchange(Tv tv, HttpRequest request);
+    static Task<QByteArray> fetch(Tv tv, HttpRequest request);
+    static Task<> postTo(Tv tv, HttpRequest request, FailureText failureText);
+    template <class Record>
+    static Task<Record> getRecord(Tv tv, QString path, std::chrono::milliseconds timeout,
+                                  std::stop_token stop);
+
+    RequestLayer* m_requests;
+    StatusLine* m_status;
+    QUrl m_base;
+    std::optional<SelectedDevice::Guard> m_guard;
+    bool m_endsWithSelection = true;
+};
+
+// What every part needs to talk to TVs and to the user. A value; what it names outlives it.
+class TvAccess {
+public:
+    TvAccess(RequestLayer& requests, const SelectedDevice& selected, StatusLine& status)
+        : m_requests(&requests), m_selected(&selected), m_status(&status) {}
+
+    // The selected TV; nullopt when none is selected or its address is not valid.
+    std::optional<Tv> current() const;
+    // A TV that is only looked at.
+    Tv at(const QUrl& base) const {
+        return Tv(*m_requests, *m_status, base, std::nullopt).whicheverIsSelected();
+    }
+    const SelectedDevice& selected() const { return *m_selected; }
+    void say(const QString& message) const;
+
+private:
+    RequestLayer* m_requests;
+    const SelectedDevice* m_selected;
+    StatusLine* m_status;
+};
+
+inline constexpr qsizetype DecodedInPlaceLimit = 64 << 10; // bytes; larger replies go to a worker
+
+template <class Record>
+Task<Record> Tv::getRecord(Tv tv, QString path, std::chrono::milliseconds timeout,
+                           std::stop_token stop) {
+    const QByteArray body = co_await tv.getBody(path, timeout, stop);
+    if (body.size() <= DecodedInPlaceLimit)
+        co_return decode<Record>(body);
+    auto decoding = [body] {
+        return decode<Record>(body);
+    };
+    Record record = co_await inBackground(decoding);
+    tv.requireSelected();
+    co_return record;
+}
+
+} // namespace quiv
