@@ -57,7 +57,6 @@ void Library::reset() {
     content.videos.clear();
     content.groupedFiles.clear();
     setContent(std::move(content));
-    Q_EMIT contentReset();
 }
 
 void Library::setContent(LibraryContent content) {

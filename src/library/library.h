@@ -13,11 +13,9 @@ namespace quiv {
 //
 // Listings are decoded and grouped on a background thread and published here on the main thread;
 // one that equals the last to the byte costs neither. Loads may overlap: the last to complete wins.
-// A failed load leaves the rows as they were, and a listing of a TV no longer selected is dropped.
+// A failed load leaves the rows as they were.
 class Library : public QObject {
     Q_OBJECT
-    Q_PROPERTY(
-        bool isLibraryLoadInProgress READ isLibraryLoadInProgress NOTIFY loadInProgressChanged)
 
 public:
     enum class Load {
@@ -37,7 +35,6 @@ public:
 
 Q_SIGNALS:
     void contentChanged(); // any of content()
-    void contentReset();   // the rows were emptied for another TV
     void loadInProgressChanged();
 
 private:

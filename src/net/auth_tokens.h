@@ -13,14 +13,15 @@
 
 namespace quiv {
 
-// A token a reply hands out, and the TV's will that it be forgotten.
+// What a reply says about the access token: a new one with its lifetime, or that the TV wants the
+// old one forgotten.
 struct AuthGrant {
     std::optional<QString> token;
     std::optional<std::int64_t> lifetimeSec;
 };
 
-// What a reply's "X-Quiv-Auth-Token" and "X-Quiv-Auth-Expires-In" headers say; none when it has
-// neither, or a token that could not be sent back as it is.
+// What a reply's "X-Quiv-Auth-Token" and "X-Quiv-Auth-Expires-In" headers say. Returns nullopt
+// if it has neither, or a token that could not be sent back as it is.
 std::optional<AuthGrant> authGrant(const HttpReply& reply);
 
 // A lifetime in seconds within what dates can hold (a hundred years).
@@ -40,11 +41,11 @@ public:
 
     // Adds the client id and the TV's token, if there is one.
     void applyControlHeaders(HttpRequest& request, const QUrl& url);
-    // The same identity as query items, for URLs handed to components that send no headers.
+    // This client's identity as query items, for URLs handed to components that send no headers.
     QueryItems authQueryItems(const QUrl& url);
 
     // Stores a token that comes with a lifetime of at least a second, else forgets the TV's token.
-    // True when it was stored.
+    // Returns whether it was stored.
     bool storeAuthToken(const AuthGrant& grant, const QUrl& url);
     void removeAuthToken(const QUrl& url);
 

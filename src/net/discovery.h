@@ -18,7 +18,7 @@ namespace quiv {
 inline constexpr char16_t SelectedDeviceKey[] = u"ombra.selectedDeviceKey";
 
 // The address a TV is listed under: its first IPv4 address, else its host name without dots at the
-// ends; none when it has neither, or no port.
+// ends. Returns nullopt if it has neither, or no port.
 std::optional<TVEndpoint> endpointOf(const ResolvedService& service);
 
 // Finds the TVs that announce themselves in the local network, and sees to it that one is selected.
@@ -26,7 +26,6 @@ std::optional<TVEndpoint> endpointOf(const ResolvedService& service);
 // Owns the list of TVs and the tasks that resolve and probe them; they go with it.
 class Discovery : public QObject {
     Q_OBJECT
-    Q_PROPERTY(int deviceCount READ deviceCount NOTIFY devicesChanged)
 
 public:
     // What selects a TV.
@@ -45,9 +44,6 @@ public:
 
     // Unique by endpointKey, in the order of comesBefore().
     const QList<TVEndpoint>& discoveredDevices() const { return m_discoveredDevices; }
-    int deviceCount() const { return int(m_discoveredDevices.size()); }
-
-public Q_SLOTS:
     // Empties the list and searches anew.
     void refreshDiscovery();
 

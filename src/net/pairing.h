@@ -19,12 +19,6 @@ namespace quiv {
 
 // What is known of this client's right to control the selected TV.
 struct PairingState {
-    Q_GADGET
-    Q_PROPERTY(bool isControlPaired MEMBER isControlPaired)
-    Q_PROPERTY(bool requiresControlPairing MEMBER requiresControlPairing)
-    Q_PROPERTY(QString pairingClientLabel MEMBER pairingClientLabel)
-
-public:
     bool isControlPaired = false;
     bool requiresControlPairing = false;
     std::optional<QDateTime> pairingCodeValidUntil; // or the end of the pairing, once paired
@@ -50,7 +44,6 @@ std::optional<QDateTime> pairingValidity(const std::optional<QDateTime>& known,
 // is no longer selected changes nothing here.
 class Pairing : public QObject, public RequestLayer::AuthListener {
     Q_OBJECT
-    Q_PROPERTY(quiv::PairingState state READ state NOTIFY stateChanged)
 
 public:
     enum class Announce { Yes, No }; // tell the user when the TV wants pairing
@@ -62,16 +55,16 @@ public:
     const PairingState& state() const { return m_state; }
 
     Task<> refreshPairingStatus(Announce announce, Errors errors);
-    // True when a control action ("upload", "delete", ...) may go ahead; else says what is needed.
+    // Returns whether a control action ("upload", "delete", ...) may go ahead; if not, says what is
+    // needed.
     Task<bool> ensureControlPairing(QString action);
 
-    // Nothing is known yet: another TV was selected.
+    // Forgets what is known, because another TV was selected.
     void reset();
 
     void authTokenStored(const QString& deviceKey, std::int64_t lifetimeSec) override;
     void handleAuthFailure(int status, const QString& message) override;
 
-public Q_SLOTS:
     void verifyPairingCode(const QString& code);
     void cancelPairing();
 

@@ -14,9 +14,6 @@ namespace quiv {
 // The TV that all operations address.
 class SelectedDevice : public QObject {
     Q_OBJECT
-    Q_PROPERTY(bool isSelected READ isSelected NOTIFY changed)
-    Q_PROPERTY(QString name READ name NOTIFY changed)
-    Q_PROPERTY(QString endpointKey READ key NOTIFY changed)
 
 public:
     using QObject::QObject;
@@ -25,7 +22,7 @@ public:
     bool isSelected() const { return m_device.has_value(); }
     QString name() const { return m_device ? m_device->name : QString(); }
     QString key() const { return m_device ? endpointKey(*m_device) : QString(); }
-    // None without a TV, or when its address is not valid.
+    // Returns nullopt if no TV is selected or its address is not valid.
     std::optional<QUrl> baseURL() const;
 
     // Takes the device over, also as a newer record of the same TV.

@@ -10,7 +10,6 @@ using namespace Qt::StringLiterals;
 // The window's one-line status text; every operation ends in it.
 class StatusLine : public QObject {
     Q_OBJECT
-    Q_PROPERTY(QString statusMessage READ statusMessage NOTIFY statusMessageChanged)
 
 public:
     using QObject::QObject;

@@ -31,7 +31,7 @@ class Tv {
 public:
     static constexpr std::chrono::milliseconds StandardTimeout{60'000};
 
-    // Without a guard the TV is none that was ever selected.
+    // A TV that was never the selected one has no guard.
     Tv(RequestLayer& requests, StatusLine& status, QUrl base,
        std::optional<SelectedDevice::Guard> guard)
         : m_requests(&requests), m_status(&status), m_base(std::move(base)), m_guard(guard) {}

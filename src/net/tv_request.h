@@ -14,7 +14,7 @@ namespace quiv {
 
 using QueryItems = QList<std::pair<QString, QString>>;
 
-// "http://" host ":" port; none when that is no valid address.
+// "http://" host ":" port. Returns nullopt if that is no valid address.
 std::optional<QUrl> baseURL(const TVEndpoint& endpoint);
 
 // Lower-cased host ("unknown" without one), ":" and port (80 without one): any URL of a TV gives

@@ -14,8 +14,8 @@ public:
 };
 
 // Decodes a JSON reply. Strict: a required field that is missing or mistyped, and an optional one
-// that is mistyped, fail the whole reply; absent and null optional fields are none; unknown keys
-// are ignored. Total: any bytes give a record or a DecodingError. Pure, for any thread.
+// that is mistyped, fail the whole reply; absent and null optional fields become nullopt; unknown
+// keys are ignored. Total: any bytes give a record or a DecodingError. Pure, for any thread.
 template <class Record> Record decode(const QByteArray& json);
 
 template <> FilesResponse decode(const QByteArray& json);

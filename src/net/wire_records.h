@@ -88,7 +88,7 @@ struct PlaybackTrack {
 };
 
 struct PlaybackResponse {
-    std::optional<QString> currentVideoName; // none: nothing is playing
+    std::optional<QString> currentVideoName; // absent while nothing is playing
     bool isPlaying = false;
     std::int64_t positionMs = 0;
     std::int64_t durationMs = 0;
@@ -105,7 +105,7 @@ struct PairingStatusResponse {
     std::optional<QString> client;
     std::optional<QString> clientLabel;
     std::optional<std::int64_t>
-        expiresInSec; // of the authorisation, or of the code while there is none
+        expiresInSec; // of the authorisation, or of the code before it is entered
     std::optional<QString> message;
 
     bool operator==(const PairingStatusResponse&) const = default;

@@ -16,7 +16,7 @@ struct PlaybackCommand {
     std::optional<std::int64_t> offsetMs{}; // of a seek from where the TV is
     std::optional<std::int64_t> positionMs{};
     std::optional<double> speed{};
-    std::optional<QString> trackId{}; // none in "set_subtitle": no subtitles
+    std::optional<QString> trackId{}; // absent in "set_subtitle" to show no subtitles
 
     static PlaybackCommand play(const QString& name);
     static PlaybackCommand pause();

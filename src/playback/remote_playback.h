@@ -29,17 +29,16 @@ public:
 
     RemotePlayback(const TvAccess& tvs, Pairing& pairing, QObject* parent = nullptr);
 
-    // As last read; none before that.
+    // As last read; nullopt before the first reading.
     const std::optional<PlaybackResponse>& playback() const { return m_playback; }
 
     Task<> refreshPlayback(Errors errors);
-    // True when the TV accepted the command.
+    // Returns whether the TV accepted the command.
     Task<bool> sendPlaybackCommand(PlaybackCommand command, ShowStatus showStatus);
 
-    // Nothing is known yet: another TV was selected.
+    // Forgets what is known, because another TV was selected.
     void reset();
 
-public Q_SLOTS:
     // Pauses or resumes the video if the TV shows it, else plays it.
     void togglePlayback(const QString& videoName);
     // Sends a command of the user's; the outcome shows in the status line and in what is read next.

@@ -25,7 +25,6 @@ class Deletion : public QObject {
 public:
     Deletion(const TvAccess& tvs, Pairing& pairing, Library& library, QObject* parent = nullptr);
 
-public Q_SLOTS:
     // One file after the other, up to the first that the TV does not delete; then loads the
     // library anew.
     void deleteGroup(const quiv::FileGroup& group);

@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// As for the errors of the system's calls.
+// What the user can do about a failed system call; `code` is an errno.
 PlaceError placeError(int code, const QString& folder) {
     const QString name = u'"' + folder + u'"';
     switch (code) {
@@ -65,7 +65,8 @@ DownloadPlace::~DownloadPlace() {
     QFile::remove(m_temporaryFile);
 }
 
-bool takeItsPlace(const QString& temporaryFile, const QString& destination, std::stop_token stop) {
+bool commitDownload(const QString& temporaryFile, const QString& destination,
+                    std::stop_token stop) {
     const QString folder = folderOf(destination);
     {
         QFile file(temporaryFile);

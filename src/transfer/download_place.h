@@ -14,8 +14,8 @@ public:
     using Error::Error;
 };
 
-// A file that is being received: it lies beside its destination under a name of its own and takes
-// the destination's place when it is complete. What does not get there is removed.
+// The temporary file into which a download is received, beside its destination. commitDownload()
+// renames it to the destination when it is complete; otherwise it is removed.
 class DownloadPlace {
 public:
     // Makes the temporary file, and the folders it needs. Throws PlaceError, also for a destination
@@ -33,7 +33,8 @@ private:
 };
 
 // Puts the file on the disk for good and then, in one step, in the destination's place: a file or
-// symbolic link there goes. False when it was to stop before that. Throws PlaceError. Any thread.
-bool takeItsPlace(const QString& temporaryFile, const QString& destination, std::stop_token stop);
+// symbolic link there is replaced. Returns false if `stop` was requested before that. Throws
+// PlaceError. May be called on any thread.
+bool commitDownload(const QString& temporaryFile, const QString& destination, std::stop_token stop);
 
 } // namespace quiv

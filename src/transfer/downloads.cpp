@@ -120,11 +120,11 @@ Task<> Downloads::downloadSingle(Tv tv, QString name, QString destination) {
     const HttpReply reply = co_await tv.send(std::move(request));
     if (!reply.isSuccess())
         tv.refuse(reply.status, downloadErrorMessage(reply.status, std::nullopt));
-    const auto placing = [from = place.temporaryFile(), destination, stop = m_stop.get_token()] {
-        return takeItsPlace(from, destination, stop);
+    const auto committing = [from = place.temporaryFile(), destination, stop = m_stop.get_token()] {
+        return commitDownload(from, destination, stop);
     };
-    const bool isPlaced = co_await inBackground(placing);
-    if (!isPlaced)
+    const bool isCommitted = co_await inBackground(committing);
+    if (!isCommitted)
         throw HttpError(HttpErrorCode::Cancelled);
 }
 

@@ -40,7 +40,6 @@ public:
 
     const DownloadState& state() const { return m_state; }
 
-public Q_SLOTS:
     // Asks the user where to, then does it.
     void downloadFile(const quiv::RemoteFile& file);
     void cancelDownload();

@@ -35,7 +35,8 @@ MoveStep moveStep(const MoveState& before, const MoveStatusResponse& report);
 // A report's identity: one that is told again changes nothing.
 QString moveStateKey(const MoveStatusResponse& report);
 
-// Where a file from this storage would be moved, "USB" or "INTERNAL". None is internal storage.
+// Where a file from this storage would be moved, "USB" or "INTERNAL". A file without a
+// storage location is taken to be on the internal one.
 QString otherStorage(const std::optional<QString>& storageLocation);
 
 // Asks the selected TV to move a video between its storages and follows the move, which is the
@@ -51,10 +52,9 @@ public:
     Task<> refreshMoveStatus(Errors errors);
     void applyMoveStatus(const MoveStatusResponse& report);
 
-    // Nothing is known yet: another TV was selected.
+    // Forgets what is known, because another TV was selected.
     void reset();
 
-public Q_SLOTS:
     // To "USB" or "INTERNAL", in any letter case.
     void startMove(const QString& videoName, const QString& target);
 

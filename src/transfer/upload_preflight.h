@@ -23,7 +23,7 @@ struct UploadPreflightResult {
 };
 
 // Tells the TV what is coming: name, size and a still of the video; the still alone afterwards if
-// that did not work. Failures are logged, none ends an upload.
+// that did not work. Failures are logged and do not end the upload.
 class UploadPreflight {
 public:
     UploadPreflight(const TvAccess& tvs, StillExtractor& stills, SystemLog& log);

@@ -13,7 +13,7 @@ namespace quiv {
 // What an upload was to bring. Sizes are bytes, times milliseconds since 1970.
 struct ExpectedUpload {
     QString remoteName;
-    std::optional<std::int64_t> sizeBytes; // none when the disk does not tell
+    std::optional<std::int64_t> sizeBytes; // nullopt if the file could not be examined
     std::int64_t startedAtMs = 0;
 };
 

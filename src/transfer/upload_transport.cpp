@@ -62,7 +62,7 @@ struct UploadTransport::UploadTaskState {
 
     const Tv tv;
     const Upload upload;
-    const std::optional<FileStamp> file; // none when it cannot be read
+    const std::optional<FileStamp> file; // nullopt if it cannot be read
     const ExpectedUpload expected;
     const ProgressSink onProgress;
 

@@ -43,7 +43,7 @@ public:
     Task<QString> uploadSingle(Upload upload, ProgressSink onProgress);
 
     // Ends the transfer under way as cancelled, unless the TV says at once that it has the file.
-    // False when there is none.
+    // Returns false if no transfer is under way.
     bool cancel();
 
 private:

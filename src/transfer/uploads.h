@@ -36,7 +36,6 @@ public:
     // Queues the files of a drop; returns false, and says why, when there are none.
     bool queueDroppedFiles(const QList<QUrl>& urls);
 
-public Q_SLOTS:
     void queueUploadsFromPicker(const QList<QUrl>& urls);
     void queueSubtitleUpload(const QUrl& sourceURL, const QString& remoteName);
     // Ends the running transfer, or takes a waiting job out of the queue.
