@@ -50,13 +50,9 @@ Task<> Library::fetchContent(Tv tv) {
 }
 
 void Library::reset() {
-    m_listing.clear();
+    m_listing.reset();
     setLoadInProgress(true);
-    LibraryContent content = m_content; // what the TV's storage holds stays until the TV tells anew
-    content.files.clear();
-    content.videos.clear();
-    content.groupedFiles.clear();
-    setContent(std::move(content));
+    setContent({});
 }
 
 void Library::setContent(LibraryContent content) {

@@ -7,6 +7,8 @@
 #include <QByteArray>
 #include <QObject>
 
+#include <optional>
+
 namespace quiv {
 
 // The selected TV's media library as last loaded.
@@ -30,7 +32,7 @@ public:
     bool isLibraryLoadInProgress() const { return m_isLoadInProgress; }
 
     Task<> loadLibrary(Load load);
-    // Empties the rows for another TV and shows that a load is coming.
+    // Forgets everything for another TV and shows that a load is coming.
     void reset();
 
 Q_SIGNALS:
@@ -44,7 +46,7 @@ private:
 
     const TvAccess m_tvs;
     LibraryContent m_content;
-    QByteArray m_listing; // the bytes that m_content was made of
+    std::optional<QByteArray> m_listing; // the bytes that m_content was made of
     bool m_isLoadInProgress = false;
 };
 
