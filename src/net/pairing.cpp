@@ -33,7 +33,7 @@ std::optional<QString> pairingCodeValidUntilText(const std::optional<QDateTime>&
 bool isPairingCode(const QString& code) {
     const auto characters = code.trimmed().toUcs4();
     return characters.size() == 3 &&
-           std::ranges::all_of(characters, [](char32_t each) { return QChar::isNumber(each); });
+           std::ranges::all_of(characters, [](char32_t each) { return QChar::isDigit(each); });
 }
 
 std::optional<QDateTime> pairingValidity(const std::optional<QDateTime>& known,
@@ -64,10 +64,12 @@ Task<> Pairing::checkStatus(std::chrono::milliseconds timeout, Announce announce
     const auto tv = m_tvs.current();
     if (!tv)
         co_return;
+    const int verification = m_verifications;
     try {
         const auto response =
             co_await tv->get<PairingStatusResponse>(u"api/mac/auth/status"_s, timeout);
-        applyStatus(response, announce);
+        if (verification == m_verifications) // else it is older than what the code has brought
+            applyStatus(response, announce);
     } catch (const Error& error) {
         if (errors == Errors::Reported)
             tv->say(u"Could not check pairing status: "_s + error.description());
@@ -123,11 +125,15 @@ void Pairing::authTokenStored(const QString& deviceKey, std::int64_t lifetimeSec
     publishState(state);
 }
 
-void Pairing::handleAuthFailure(int status, const QString& message) {
+void Pairing::handleAuthFailure(int status, const QString& message, const QString& sentToken) {
     if (status != 401 && status != 429)
         return;
-    if (const auto tv = m_tvs.current())
+    if (const auto tv = m_tvs.current()) {
+        const QString stored = m_tokens.storedAuthToken(tv->base()).value_or(QString());
+        if (status == 401 && !stored.isEmpty() && stored != sentToken)
+            return; // the TV has given a newer token since
         m_tokens.removeAuthToken(tv->base());
+    }
     PairingState state = m_state;
     state.isControlPaired = false;
     state.requiresControlPairing = true;
@@ -158,8 +164,9 @@ Task<> Pairing::verify(QString code) {
     HttpRequest request = tv->request("POST", u"api/mac/auth/verify"_s, query);
     request.timeouts.total = 10s;
     try {
-        const HttpReply reply = co_await tv->send(std::move(request));
+        const TvReply reply = co_await tv->send(std::move(request));
         if (reply.isSuccess()) {
+            ++m_verifications;
             PairingState state = m_state;
             state.isControlPaired = true;
             state.requiresControlPairing = false;

@@ -30,7 +30,7 @@ struct PairingState {
 // The clock time of a date in the user's locale.
 std::optional<QString> pairingCodeValidUntilText(const std::optional<QDateTime>& validUntil);
 
-// Exactly three characters, each a number in any script, blanks around them aside.
+// Exactly three digits of any script, blanks around them aside.
 bool isPairingCode(const QString& code);
 
 // When a code or pairing with this lifetime runs out; `known` where that is within five seconds of
@@ -63,7 +63,7 @@ public:
     void reset();
 
     void authTokenStored(const QString& deviceKey, std::int64_t lifetimeSec) override;
-    void handleAuthFailure(int status, const QString& message) override;
+    void handleAuthFailure(int status, const QString& message, const QString& sentToken) override;
 
     void verifyPairingCode(const QString& code);
     void cancelPairing();
@@ -84,6 +84,7 @@ private:
     AuthTokens& m_tokens;
     const Clock& m_clock;
     PairingState m_state;
+    int m_verifications = 0; // codes that the TV accepted
     TaskSet m_tasks;
 };
 

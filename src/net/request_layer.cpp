@@ -56,16 +56,17 @@ QString serverErrorMessage(int status, const QByteArray& body) {
 RequestLayer::RequestLayer(HttpSession& session, AuthTokens& tokens)
     : m_session(session), m_tokens(tokens) {}
 
-Task<HttpReply> RequestLayer::send(HttpRequest request, QUrl base) {
+Task<TvReply> RequestLayer::send(HttpRequest request, QUrl base) {
+    const QString sentToken = m_tokens.storedAuthToken(base).value_or(QString());
     m_tokens.applyControlHeaders(request, base);
-    HttpReply reply = co_await m_session.send(std::move(request));
+    TvReply reply(co_await m_session.send(std::move(request)), sentToken);
     captureAuthToken(reply, base);
     co_return reply;
 }
 
-void RequestLayer::reportAuthFailure(int status, const QString& message) {
+void RequestLayer::reportAuthFailure(const TvReply& reply, const QString& message) {
     if (m_listener)
-        m_listener->handleAuthFailure(status, message);
+        m_listener->handleAuthFailure(reply.status, message, reply.sentToken);
 }
 
 void RequestLayer::captureAuthToken(const HttpReply& reply, const QUrl& base) {

@@ -33,6 +33,14 @@ QString serverErrorMessage(int status, const QByteArray& body);
 // Makes the message of a failed reply.
 using FailureText = QString (*)(int status, const QByteArray& body);
 
+// A reply, and the access token its request carried; empty if it carried none.
+struct TvReply : HttpReply {
+    TvReply(HttpReply reply, QString token)
+        : HttpReply(std::move(reply)), sentToken(std::move(token)) {}
+
+    QString sentToken;
+};
+
 // Sends requests to TVs: identifies this client and keeps the tokens that replies hand out. Flows
 // use it through Tv. Main thread only.
 class RequestLayer {
@@ -43,8 +51,9 @@ public:
         virtual ~AuthListener() = default;
         // A token was stored for the TV with this tokenDeviceKey.
         virtual void authTokenStored(const QString& deviceKey, std::int64_t lifetimeSec) = 0;
-        // A request to the selected TV failed with this status.
-        virtual void handleAuthFailure(int status, const QString& message) = 0;
+        // A request to the selected TV, which carried this token, failed with this status.
+        virtual void handleAuthFailure(int status, const QString& message,
+                                       const QString& sentToken) = 0;
     };
 
     RequestLayer(HttpSession& session, AuthTokens& tokens);
@@ -52,8 +61,8 @@ public:
     void setAuthListener(AuthListener* listener) { m_listener = listener; }
 
     // Any reply, with its token captured. Throws HttpError.
-    Task<HttpReply> send(HttpRequest request, QUrl base);
-    void reportAuthFailure(int status, const QString& message);
+    Task<TvReply> send(HttpRequest request, QUrl base);
+    void reportAuthFailure(const TvReply& reply, const QString& message);
 
 private:
     void captureAuthToken(const HttpReply& reply, const QUrl& base);

@@ -29,13 +29,13 @@ Task<> Tv::post(QString path, QueryItems query, FailureText failureText) const {
     return postTo(*this, std::move(post), failureText);
 }
 
-Task<HttpReply> Tv::send(HttpRequest request) const {
+Task<TvReply> Tv::send(HttpRequest request) const {
     return exchange(*this, std::move(request));
 }
 
-Task<HttpReply> Tv::exchange(Tv tv, HttpRequest request) {
+Task<TvReply> Tv::exchange(Tv tv, HttpRequest request) {
     try {
-        HttpReply reply = co_await tv.m_requests->send(std::move(request), tv.m_base);
+        TvReply reply = co_await tv.m_requests->send(std::move(request), tv.m_base);
         tv.requireSelected();
         co_return reply;
     } catch (const Error&) {
@@ -45,21 +45,21 @@ Task<HttpReply> Tv::exchange(Tv tv, HttpRequest request) {
 }
 
 Task<QByteArray> Tv::fetch(Tv tv, HttpRequest request) {
-    const HttpReply reply = co_await exchange(tv, std::move(request));
+    const TvReply reply = co_await exchange(tv, std::move(request));
     if (reply.isSuccess())
         co_return reply.body;
-    tv.refuse(reply.status, serverErrorMessage(reply.status, reply.body));
+    tv.refuse(reply, serverErrorMessage(reply.status, reply.body));
 }
 
 Task<> Tv::postTo(Tv tv, HttpRequest request, FailureText failureText) {
-    const HttpReply reply = co_await exchange(tv, std::move(request));
+    const TvReply reply = co_await exchange(tv, std::move(request));
     if (!reply.isSuccess())
-        tv.refuse(reply.status, failureText(reply.status, reply.body));
+        tv.refuse(reply, failureText(reply.status, reply.body));
 }
 
-void Tv::refuse(int status, const QString& message) const {
+void Tv::refuse(const TvReply& reply, const QString& message) const {
     if (isSelected())
-        m_requests->reportAuthFailure(status, message);
+        m_requests->reportAuthFailure(reply, message);
     throw UploadFailure(message);
 }
 

@@ -56,20 +56,20 @@ public:
     // POST without a body; completes when the TV said yes.
     Task<> post(QString path, QueryItems query, FailureText failureText = serverErrorMessage) const;
     // Any reply to a request of this TV's.
-    Task<HttpReply> send(HttpRequest request) const;
+    Task<TvReply> send(HttpRequest request) const;
     HttpRequest request(const QByteArray& method, const QString& path,
                         const QueryItems& query = {}) const {
         return tvRequest(method, m_base, path, query);
     }
 
     // Throws the message of a failed reply, after telling whom it concerns when it is about rights.
-    [[noreturn]] void refuse(int status, const QString& message) const;
+    [[noreturn]] void refuse(const TvReply& reply, const QString& message) const;
     // Shows a message, unless the flow has to end.
     void say(const QString& message) const;
 
 private:
     bool hasToEnd() const { return m_endsWithSelection && !isSelected(); }
-    static Task<HttpReply> exchange(Tv tv, HttpRequest request);
+    static Task<TvReply> exchange(Tv tv, HttpRequest request);
     static Task<QByteArray> fetch(Tv tv, HttpRequest request);
     static Task<> postTo(Tv tv, HttpRequest request, FailureText failureText);
     template <class Record>

@@ -1,5 +1,7 @@
 #include "net/tv_endpoint.h"
 
+#include "net/text_order.h"
+
 namespace quiv {
 
 QString endpointKey(const TVEndpoint& endpoint) {
@@ -10,11 +12,11 @@ bool comesBefore(const TVEndpoint& a, const TVEndpoint& b) {
     const QString nameOfA = a.name.toLower();
     const QString nameOfB = b.name.toLower();
     if (nameOfA != nameOfB)
-        return nameOfA < nameOfB;
+        return comesBeforeByCodePoints(nameOfA, nameOfB);
     const QString hostOfA = a.host.trimmed().toLower();
     const QString hostOfB = b.host.trimmed().toLower();
     if (hostOfA != hostOfB)
-        return hostOfA < hostOfB;
+        return comesBeforeByCodePoints(hostOfA, hostOfB);
     return a.port < b.port;
 }
 

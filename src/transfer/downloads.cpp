@@ -117,9 +117,9 @@ Task<> Downloads::downloadSingle(Tv tv, QString name, QString destination) {
     request.onProgress = [this](const HttpProgress& progress) {
         progressed(progress);
     };
-    const HttpReply reply = co_await tv.send(std::move(request));
+    const TvReply reply = co_await tv.send(std::move(request));
     if (!reply.isSuccess())
-        tv.refuse(reply.status, downloadErrorMessage(reply.status, std::nullopt));
+        tv.refuse(reply, downloadErrorMessage(reply.status, std::nullopt));
     const auto committing = [from = place.temporaryFile(), destination, stop = m_stop.get_token()] {
         return commitDownload(from, destination, stop);
     };

@@ -29,9 +29,9 @@ Task<> put(Tv tv, QString path, QueryItems query, QByteArray thumbnail) {
     const QByteArray type = thumbnail.isEmpty() ? "application/octet-stream" : "image/jpeg";
     request.headers.append(std::pair("Content-Type", type));
     request.timeouts.total = PreflightTimeout;
-    const HttpReply reply = co_await tv.send(std::move(request));
+    const TvReply reply = co_await tv.send(std::move(request));
     if (!reply.isSuccess())
-        tv.refuse(reply.status, serverErrorMessage(reply.status, reply.body));
+        tv.refuse(reply, serverErrorMessage(reply.status, reply.body));
 }
 
 Task<> sendUploadPreflight(Tv tv, QString name, std::optional<std::int64_t> sizeBytes,

@@ -64,7 +64,7 @@ private Q_SLOTS:
 
     void whatIsNoCodeIsNotSent() {
         PairingFixture fixture;
-        for (const char* code : {"", "12", " 12 ", "1234", "1a3", "1 3"}) {
+        for (const char* code : {"", "12", " 12 ", "1234", "1a3", "1 3", "1½3"}) {
             fixture.model.pairing()->verifyPairingCode(QString::fromUtf8(code));
             QCOMPARE(fixture.status(), u"Enter a valid 3-digit pairing code."_s);
         }
@@ -136,6 +136,21 @@ private Q_SLOTS:
         QVERIFY(!fixture.pairing().pairingCodeValidUntil);
         QVERIFY(!fixture.settings.texts.contains(u"ombra.authToken.v1.tv.local:8080"_s));
         QCOMPARE(fixture.status(), message);
+    }
+
+    void whatWasAskedBeforeTheCodeDoesNotUndoIt() {
+        PairingFixture fixture;
+        const auto check =
+            fixture.model.pairing()->refreshPairingStatus(Pairing::Announce::No, Errors::Quiet);
+        const auto refused =
+            fixture.model.pairing()->refreshPairingStatus(Pairing::Announce::No, Errors::Quiet);
+        fixture.model.pairing()->verifyPairingCode(u"123"_s);
+        fixture.http.answer(VerifyPath, QByteArray(), 200, Grant);
+        fixture.http.answer(StatusPath, R"({"authorized":false})");
+        fixture.http.answer(StatusPath, "Token expired", 401); // it carried none
+        QVERIFY(check.isDone() && refused.isDone());
+        QVERIFY(fixture.pairing().isControlPaired);
+        QCOMPARE(fixture.settings.texts.value(u"ombra.authToken.v1.tv.local:8080"_s), u"t0k"_s);
     }
 
     void anActionAsksTheTvOnlyWhenNeeded() {
