@@ -31,23 +31,30 @@ void Deletion::deleteGroup(const FileGroup& group) {
 }
 
 Task<> Deletion::deleting(FileGroup group) {
-    const auto tv = m_tvs.current();
-    if (!tv)
+    const auto selected = m_tvs.current();
+    if (!selected)
         co_return;
     const bool isAllowed = co_await m_pairing.ensureControlPairing(u"delete"_s);
     if (!isAllowed)
         co_return;
-    tv->say(u"Deleting "_s + group.title + u"..."_s);
+    // What was begun goes through to its end, whichever TV is selected meanwhile.
+    const Tv tv = selected->whicheverIsSelected();
+    tv.say(u"Deleting "_s + group.title + u"..."_s);
     const QList<RemoteFile> files = filesOf(group);
     try {
         for (const RemoteFile& file : files)
-            co_await deleteRemoteFile(*tv, file.name);
+            co_await deleteRemoteFile(tv, file.name);
     } catch (const Error& error) {
-        tv->say(u"Delete failed: "_s + error.description());
+        tv.say(u"Delete failed: "_s + error.description());
         co_return;
     }
-    co_await m_library.loadLibrary(Library::Load::Announced);
-    tv->say(u"Deleted "_s + group.title);
+    try {
+        if (tv.isSelected())
+            co_await m_library.loadLibrary(Library::Load::Announced);
+    } catch (const AnotherTvSelected&) {
+        // The other TV's library is loaded anyway.
+    }
+    tv.say(u"Deleted "_s + group.title);
 }
 
 } // namespace quiv

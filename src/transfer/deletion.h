@@ -18,7 +18,7 @@ class Pairing;
 // All files of a group: its video, its subtitles, its other files.
 QList<RemoteFile> filesOf(const FileGroup& group);
 
-// Deletes files on the selected TV.
+// Deletes files on the TV that is selected when the deletion begins.
 class Deletion : public QObject {
     Q_OBJECT
 

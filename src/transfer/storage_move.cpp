@@ -72,18 +72,21 @@ void StorageMove::startMove(const QString& videoName, const QString& target) {
 }
 
 Task<> StorageMove::start(QString videoName, QString target) {
-    const auto tv = m_tvs.current();
-    if (!tv || (target != UsbStorage && target != InternalStorage))
+    const auto selected = m_tvs.current();
+    if (!selected || (target != UsbStorage && target != InternalStorage))
         co_return;
+    // Its outcome is said whichever TV is selected meanwhile.
+    const Tv tv = selected->whicheverIsSelected();
     const QueryItems query{{u"name"_s, videoName}, {u"target"_s, target.toLower()}};
     try {
-        co_await tv->post(u"api/files/move"_s, query, startFailureText);
+        co_await tv.post(u"api/files/move"_s, query, startFailureText);
     } catch (const Error& error) {
-        tv->say(u"Move failed to start: "_s + error.description());
+        tv.say(u"Move failed to start: "_s + error.description());
         co_return;
     }
-    tv->say(u"Move started for "_s + videoName);
-    co_await refreshMoveStatus(Errors::Reported);
+    tv.say(u"Move started for "_s + videoName);
+    if (tv.isSelected())
+        co_await refreshMoveStatus(Errors::Reported);
 }
 
 Task<> StorageMove::refreshMoveStatus(Errors errors) {

@@ -46,6 +46,8 @@ QList<UploadJob> filteredDuplicateUploadJobs(const QList<UploadJob>& jobs,
 }
 
 QString queuedMessage(qsizetype added, qsizetype duplicates, qsizetype unsupported) {
+    if (added < 1 && unsupported < 1)
+        return u"All selected files are already uploading or queued"_s;
     QStringList parts;
     if (added >= 1)
         parts.append(u"Queued %1 upload(s)"_s.arg(added));
@@ -53,8 +55,7 @@ QString queuedMessage(qsizetype added, qsizetype duplicates, qsizetype unsupport
         parts.append(u"%1 duplicate upload(s) skipped"_s.arg(duplicates));
     if (unsupported >= 1)
         parts.append(u"skipped %1 unsupported file(s)"_s.arg(unsupported));
-    return parts.isEmpty() ? u"All selected files are already uploading or queued"_s
-                           : parts.join(u", "_s);
+    return parts.join(u", "_s);
 }
 
 QSet<QString> uploadMatchKeys(const QList<UploadListItem>& items) {

@@ -25,6 +25,11 @@ bool isWithinTolerance(std::int64_t size, std::int64_t expected) {
     return std::max(size, expected) - std::min(size, expected) <= sizeTolerance(expected);
 }
 
+bool isOfUploadBefore(const QString& name, const ExpectedUpload& expected) {
+    return expected.storedBefore && uploadNameKey(name) == uploadNameKey(*expected.storedBefore) &&
+           uploadNameKey(name) != uploadNameKey(expected.remoteName);
+}
+
 } // namespace
 
 std::int64_t sizeTolerance(std::int64_t sizeBytes) {
@@ -39,18 +44,20 @@ std::int64_t nearEndThreshold(std::int64_t sizeBytes) {
 
 bool confirmsUpload(const UploadStatusResponse& status, const ExpectedUpload& expected) {
     if (status.state.trimmed().toUpper() != "COMPLETED"_L1 ||
-        status.updatedAtMs < expected.startedAtMs - ClockSkewMs)
+        status.updatedAtMs < expected.startedAtMs - ClockSkewMs ||
+        isOfUploadBefore(status.fileName, expected))
         return false;
-    if (uploadNamesMatch(expected.remoteName, status.fileName))
-        return true;
     const std::int64_t served = status.totalBytes > 0 ? status.totalBytes : status.receivedBytes;
-    return hasKnownSize(expected) && isWithinTolerance(served, *expected.sizeBytes);
+    if (hasKnownSize(expected) && served >= 1)
+        return isWithinTolerance(served, *expected.sizeBytes);
+    return uploadNamesMatch(expected.remoteName, status.fileName);
 }
 
 bool confirmsUpload(const FilesResponse& listing, const ExpectedUpload& expected) {
     const QString key = uploadMatchKey(expected.remoteName);
-    const auto found = std::ranges::find_if(
-        listing.files, [&](const RemoteFile& file) { return uploadMatchKey(file.name) == key; });
+    const auto found = std::ranges::find_if(listing.files, [&](const RemoteFile& file) {
+        return uploadMatchKey(file.name) == key && !isOfUploadBefore(file.name, expected);
+    });
     if (key.isEmpty() || found == listing.files.end())
         return false;
     return hasKnownSize(expected) ? isWithinTolerance(found->sizeBytes, *expected.sizeBytes)

@@ -15,6 +15,9 @@ struct ExpectedUpload {
     QString remoteName;
     std::optional<std::int64_t> sizeBytes; // nullopt if the file could not be examined
     std::int64_t startedAtMs = 0;
+    // The name under which the TV stored the upload before this one; its record and its file prove
+    // nothing about this upload.
+    std::optional<QString> storedBefore{};
 };
 
 // By how much the size on the TV may differ: a thousandth, 4096 bytes at least.

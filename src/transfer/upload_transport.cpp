@@ -53,11 +53,13 @@ QString storedName(const HttpReply& reply, const QString& requestedName) {
 
 // The transfer under way.
 struct UploadTransport::UploadTaskState {
-    UploadTaskState(Tv receiver, Upload what, std::int64_t nowMs, ProgressSink progressSink)
+    UploadTaskState(Tv receiver, Upload what, std::int64_t nowMs,
+                    std::optional<QString> storedBefore, ProgressSink progressSink)
         : tv(std::move(receiver)),
           upload(std::move(what)),
           file(stampOf(upload.file)),
-          expected{upload.remoteName, file ? std::optional(file->sizeBytes) : std::nullopt, nowMs},
+          expected{upload.remoteName, file ? std::optional(file->sizeBytes) : std::nullopt, nowMs,
+                   std::move(storedBefore)},
           onProgress(std::move(progressSink)) {}
 
     const Tv tv;
@@ -98,9 +100,14 @@ UploadTransport::~UploadTransport() = default;
 Task<QString> UploadTransport::uploadSingle(Upload upload, ProgressSink onProgress) {
     const Tv tv = co_await pairedTv();
     const std::int64_t nowMs = m_clock.wallTime().time_since_epoch().count();
-    UploadTaskState state(tv, std::move(upload), nowMs, std::move(onProgress));
+    const bool isSameTv = m_lastStored && m_lastStored->base == tv.base();
+    UploadTaskState state(tv, std::move(upload), nowMs,
+                          isSameTv ? std::optional(m_lastStored->name) : std::nullopt,
+                          std::move(onProgress));
     const CurrentTransfer current(m_current, &state);
-    co_return co_await sendAndConfirm(&state);
+    const QString name = co_await sendAndConfirm(&state);
+    m_lastStored = {tv.base(), name};
+    co_return name;
 }
 
 // The TV that is selected once this client may upload to it; the upload stays with that one.
@@ -124,7 +131,7 @@ Task<Tv> UploadTransport::pairedTv() {
 }
 
 Task<QString> UploadTransport::sendAndConfirm(UploadTaskState* state) {
-    std::optional<HttpReply> reply;
+    std::optional<TvReply> reply;
     std::optional<HttpError> error;
     try {
         reply = co_await state->tv.send(fileRequest(state));
@@ -138,12 +145,14 @@ Task<QString> UploadTransport::sendAndConfirm(UploadTaskState* state) {
                                 "Upload it again when it is complete."_s);
         co_return storedName(*reply, state->upload.remoteName);
     }
-    if (!state->isConfirmed)
+    const bool hasSentNothing =
+        error && error->code() == HttpErrorCode::CannotReadFile && state->lastTotalBytesSent == 0;
+    if (!state->isConfirmed && !hasSentNothing)
         state->isConfirmed = co_await confirmUploadOnServer(state);
     if (state->isConfirmed)
         co_return state->upload.remoteName;
     if (reply)
-        state->tv.refuse(reply->status, serverErrorMessage(reply->status, reply->body));
+        state->tv.refuse(*reply, serverErrorMessage(reply->status, reply->body));
     if (error->code() == HttpErrorCode::BadServerResponse)
         throw UploadFailure(u"Upload failed: invalid server response"_s);
     throw HttpError(error->code());

@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 namespace quiv {
 
@@ -48,6 +49,10 @@ public:
 
 private:
     struct UploadTaskState;
+    struct StoredUpload {
+        QUrl base;
+        QString name;
+    };
     class CurrentTransfer;
 
     Task<Tv> pairedTv();
@@ -61,7 +66,8 @@ private:
     const TvAccess m_tvs;
     Pairing& m_pairing;
     Clock& m_clock;
-    UploadTaskState* m_current = nullptr; // lives in the frame of uploadSingle()
+    std::optional<StoredUpload> m_lastStored; // by the upload before
+    UploadTaskState* m_current = nullptr;     // lives in the frame of uploadSingle()
 };
 
 } // namespace quiv

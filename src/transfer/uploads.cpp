@@ -158,6 +158,8 @@ Task<> Uploads::carryOut(Entry* entry) {
 }
 
 void Uploads::uploadProgressed(Entry& entry, std::int64_t sent, std::int64_t expected) {
+    if (entry.isCancelled)
+        return; // it was on its way when the user cancelled
     entry.progress = progressReported(entry.progress, sent, expected, m_clock.now());
     Q_EMIT progressChanged();
     m_tvs.say(uploadingMessage(entry.job.remoteName, qsizetype(m_entries.size()) - 1,

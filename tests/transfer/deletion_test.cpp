@@ -63,16 +63,16 @@ private Q_SLOTS:
         QVERIFY(fixture.takeTargets(DeletePath).isEmpty());
     }
 
-    void anotherTvKeepsItsFiles() {
+    void aDeletionEndsOnTheTvItBeganOn() {
         ModelFixture fixture;
         fixture.selectPaired(FirstTv);
         fixture.model.deletion()->deleteGroup(movie());
         fixture.model.selectDevice(OtherTv);
-        fixture.http.sent.clear();
-        const QString status = fixture.status();
-        fixture.http.answer(DeletePath, QByteArray());
-        QVERIFY(fixture.http.sent.isEmpty());
-        QCOMPARE(fixture.status(), status);
+        for (int file = 0; file < 4; ++file) {
+            QVERIFY(fixture.http.sent.last().url.startsWith("http://tv.local:8080/"));
+            fixture.http.answer(DeletePath, QByteArray());
+        }
+        QCOMPARE(fixture.status(), u"Deleted Movie"_s);
     }
 };
 

@@ -57,7 +57,7 @@ private Q_SLOTS:
 
         QCOMPARE(queuedMessage(2, 1, 3), u"Queued 2 upload(s), 1 duplicate upload(s) skipped, "
                                          "skipped 3 unsupported file(s)"_s);
-        QCOMPARE(queuedMessage(0, 0, 0), u"All selected files are already uploading or queued"_s);
+        QCOMPARE(queuedMessage(0, 2, 0), u"All selected files are already uploading or queued"_s);
         QCOMPARE(queueFinishedMessage(2, 1), u"Upload queue finished: 2 uploaded, 1 failed"_s);
         QCOMPARE(queueFinishedMessage(3, 0), u"Upload queue finished: 3 uploaded"_s);
     }
@@ -135,9 +135,22 @@ private Q_SLOTS:
         QVERIFY(confirmsUpload(status(other, 1'004'096, 100'000), expectedUpload(1'000'000)));
         QVERIFY(!confirmsUpload(status(other, -Huge, 100'000), expectedUpload(Huge)));
         QVERIFY(!confirmsUpload(status(other, 0, 100'000), expectedUpload(0)));
+        QVERIFY(!confirmsUpload(status(copy, 9'000'000, 100'000), expectedUpload(10'000'000)));
+        QVERIFY(confirmsUpload(status(copy, 0, 100'000), expectedUpload(10'000'000)));
         UploadStatusResponse receiving = status(copy, 10, 100'000);
         receiving.state = u"RECEIVING"_s;
         QVERIFY(!confirmsUpload(receiving, expectedUpload(10)));
+    }
+
+    void whatTheUploadBeforeLeftProvesNothing() {
+        ExpectedUpload expected = expectedUpload(30'000);
+        expected.storedBefore = u"first.srt"_s;
+        QVERIFY(!confirmsUpload(status(u"First.srt"_s, 30'000, 100'000), expected));
+        expected.storedBefore = u"movie (2).mkv"_s;
+        QVERIFY(!confirmsUpload(listing(u"movie (2).mkv"_s, 30'000), expected));
+        QVERIFY(confirmsUpload(listing(u"movie (3).mkv"_s, 30'000), expected));
+        expected.storedBefore = u"movie.mkv"_s; // uploaded once more under its own name
+        QVERIFY(confirmsUpload(status(u"movie.mkv"_s, 30'000, 100'000), expected));
     }
 
     void theListingConfirmsNameAndSize() {
