@@ -11,6 +11,7 @@ OmbraMacModel::OmbraMacModel(const PlatformPorts& ports, QObject* parent)
       m_settings(ports.settings),
       m_tokens(ports.settings, ports.clock),
       m_requests(ports.http, m_tokens),
+      m_status(ports.clock),
       m_tvs(m_requests, m_selected, m_status),
       m_pairing(m_tvs, m_requests, m_tokens, ports.clock),
       m_library(m_tvs),

@@ -90,26 +90,38 @@ void Pairing::applyStatus(const PairingStatusResponse& response, Announce announ
 }
 
 Task<bool> Pairing::ensureControlPairing(QString action) {
+    if (isKnownPaired())
+        co_return true;
     if (m_state.isControlPaired) {
-        const auto tv = m_tvs.current();
-        if (!tv || !m_tokens.authTokenExpiresSoon(tv->base()))
-            co_return true;
         co_await refreshPairingStatus(Announce::No, Errors::Quiet);
         if (m_state.isControlPaired)
             co_return true;
     }
     co_await refreshPairingStatus(Announce::Yes, Errors::Reported);
-    if (m_state.isControlPaired)
-        co_return true;
+    if (!m_state.isControlPaired)
+        sayPairingIsRequired(action);
+    co_return m_state.isControlPaired;
+}
 
+bool Pairing::isKnownPaired() const {
+    const auto tv = m_tvs.current();
+    return m_state.isControlPaired && (!tv || !m_tokens.authTokenExpiresSoon(tv->base()));
+}
+
+void Pairing::requirePairing(const QString& action) {
+    if (!m_state.requiresControlPairing)
+        sayPairingIsRequired(action);
+}
+
+void Pairing::sayPairingIsRequired(const QString& action) {
     PairingState state = m_state;
+    state.isControlPaired = false;
     state.requiresControlPairing = true;
     publishState(state);
     QString message = u"Pairing required for %1. Enter the 3-digit code shown on TV."_s.arg(action);
     if (const auto time = pairingCodeValidUntilText(m_state.pairingCodeValidUntil))
         message += u" This code is valid until %1."_s.arg(*time);
     m_tvs.say(message);
-    co_return false;
 }
 
 void Pairing::reset() {

@@ -58,6 +58,10 @@ public:
     // Returns whether a control action ("upload", "delete", ...) may go ahead; if not, says what is
     // needed.
     Task<bool> ensureControlPairing(QString action);
+    // Whether this client is paired as far as is known, and will be for a while.
+    bool isKnownPaired() const;
+    // The TV wants this client paired before that action: shows it, and says so once.
+    void requirePairing(const QString& action);
 
     // Forgets what is known, because another TV was selected.
     void reset();
@@ -73,6 +77,7 @@ Q_SIGNALS:
 
 private:
     Task<> checkStatus(std::chrono::milliseconds timeout, Announce announce, Errors errors);
+    void sayPairingIsRequired(const QString& action);
     Task<> verify(QString code);
     Task<> cancel();
     void applyStatus(const PairingStatusResponse& response, Announce announce);

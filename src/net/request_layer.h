@@ -20,8 +20,15 @@ namespace quiv {
 // A failed request: a complete sentence for the status line.
 class UploadFailure : public Error {
 public:
-    using Error::Error;
+    explicit UploadFailure(QString message, int status = 0)
+        : Error(std::move(message)), m_status(status) {}
+
     const QString& message() const { return description(); }
+    // The TV does not (or not now) let this client do what it asked for.
+    bool isAboutRights() const { return m_status == 401 || m_status == 429; }
+
+private:
+    int m_status; // of the reply; 0 if the failure is not a reply's
 };
 
 // What a failed reply says itself; empty when it says nothing.

@@ -60,7 +60,7 @@ Task<> Tv::postTo(Tv tv, HttpRequest request, FailureText failureText) {
 void Tv::refuse(const TvReply& reply, const QString& message) const {
     if (isSelected())
         m_requests->reportAuthFailure(reply, message);
-    throw UploadFailure(message);
+    throw UploadFailure(message, reply.status);
 }
 
 void Tv::say(const QString& message) const {
@@ -72,11 +72,19 @@ std::optional<Tv> TvAccess::current() const {
     const auto base = m_selected->baseURL();
     if (!base)
         return std::nullopt;
-    return Tv(*m_requests, *m_status, *base, SelectedDevice::Guard(*m_selected));
+    return Tv(*m_requests, *m_status, *m_selected, *base);
 }
 
 void TvAccess::say(const QString& message) const {
     m_status->post(message);
+}
+
+void TvAccess::beginProgress(const QString& message) const {
+    m_status->beginProgress(message);
+}
+
+void TvAccess::sayProgress(const QString& message) const {
+    m_status->postProgress(message);
 }
 
 } // namespace quiv

@@ -31,14 +31,16 @@ class Tv {
 public:
     static constexpr std::chrono::milliseconds StandardTimeout{60'000};
 
-    // A TV that was never the selected one has no guard.
-    Tv(RequestLayer& requests, StatusLine& status, QUrl base,
-       std::optional<SelectedDevice::Guard> guard)
-        : m_requests(&requests), m_status(&status), m_base(std::move(base)), m_guard(guard) {}
+    Tv(RequestLayer& requests, StatusLine& status, const SelectedDevice& selected, QUrl base)
+        : m_requests(&requests),
+          m_status(&status),
+          m_selected(&selected),
+          m_base(std::move(base)),
+          m_guard(selected) {}
 
     const QUrl& base() const { return m_base; }
-    // Whether no other TV was selected since the flow started.
-    bool isSelected() const { return m_guard && m_guard->isCurrent(); }
+    // Whether it is the selected one now.
+    bool isSelected() const { return m_selected->baseURL() == m_base; }
     // This TV for a flow that goes on whichever TV is selected.
     Tv whicheverIsSelected() const;
     // Ends the flow if it has to end; for after an await that is no request.
@@ -68,7 +70,7 @@ public:
     void say(const QString& message) const;
 
 private:
-    bool hasToEnd() const { return m_endsWithSelection && !isSelected(); }
+    bool hasToEnd() const { return m_endsWithSelection && !m_guard.isCurrent(); }
     static Task<TvReply> exchange(Tv tv, HttpRequest request);
     static Task<QByteArray> fetch(Tv tv, HttpRequest request);
     static Task<> postTo(Tv tv, HttpRequest request, FailureText failureText);
@@ -78,8 +80,9 @@ private:
 
     RequestLayer* m_requests;
     StatusLine* m_status;
+    const SelectedDevice* m_selected;
     QUrl m_base;
-    std::optional<SelectedDevice::Guard> m_guard;
+    SelectedDevice::Guard m_guard;
     bool m_endsWithSelection = true;
 };
 
@@ -91,12 +94,15 @@ public:
 
     // The selected TV; nullopt when none is selected or its address is not valid.
     std::optional<Tv> current() const;
-    // A TV that is only looked at.
+    // A TV by its address, whichever is selected.
     Tv at(const QUrl& base) const {
-        return Tv(*m_requests, *m_status, base, std::nullopt).whicheverIsSelected();
+        return Tv(*m_requests, *m_status, *m_selected, base).whicheverIsSelected();
     }
     const SelectedDevice& selected() const { return *m_selected; }
+    // Shows a message; the progress of something, as StatusLine has it.
     void say(const QString& message) const;
+    void beginProgress(const QString& message) const;
+    void sayProgress(const QString& message) const;
 
 private:
     RequestLayer* m_requests;

@@ -93,7 +93,7 @@ Task<QUrl> Downloads::chooseDestination(QString name) {
 
 Task<> Downloads::transfer(Tv tv, QString name, QUrl destination) {
     changeState({true, 0, name});
-    tv.say(downloadingMessage(name, 0));
+    m_tvs.beginProgress(downloadingMessage(name, 0));
     m_stop = {};
     QString message = u"Downloaded "_s + name;
     try {
@@ -135,7 +135,8 @@ void Downloads::progressed(const HttpProgress& progress) {
     state.currentDownloadProgress = std::clamp(static_cast<double>(progress.received) /
                                                    static_cast<double>(progress.receivedTotal),
                                                0.0, 1.0);
-    m_tvs.say(downloadingMessage(state.currentDownloadFileName, state.currentDownloadProgress));
+    m_tvs.sayProgress(
+        downloadingMessage(state.currentDownloadFileName, state.currentDownloadProgress));
     changeState(std::move(state));
 }
 

@@ -44,23 +44,20 @@ Task<> sendUploadPreflight(Tv tv, QString name, std::optional<std::int64_t> size
 
 } // namespace
 
-UploadPreflight::UploadPreflight(const TvAccess& tvs, StillExtractor& stills, SystemLog& log)
-    : m_tvs(tvs), m_stills(stills), m_log(log), m_turnstile(PreflightsAtOnce) {}
+UploadPreflight::UploadPreflight(StillExtractor& stills, SystemLog& log)
+    : m_stills(stills), m_log(log), m_turnstile(PreflightsAtOnce) {}
 
-Task<UploadPreflightResult> UploadPreflight::prepareUploadPreflight(UploadJob job) {
+Task<UploadPreflightResult> UploadPreflight::prepareUploadPreflight(Tv tv, UploadJob job) {
     UploadPreflightResult result;
-    if (!hasSupportedVideoExtension(job.remoteName) || !m_tvs.current())
+    if (!hasSupportedVideoExtension(job.remoteName))
         co_return result;
     const Turnstile::Pass pass = co_await m_turnstile.enter();
     const QString path = job.sourceURL.toLocalFile();
     result.thumbnailPayload = co_await m_stills.makeUploadThumbnail(path);
-    const auto tv = m_tvs.current(); // may be another TV by now
-    if (!tv)
-        co_return result;
     try {
-        co_await sendUploadPreflight(tv->whicheverIsSelected(), job.remoteName, sizeOf(path),
+        co_await sendUploadPreflight(tv, job.remoteName, sizeOf(path),
                                      result.thumbnailPayload.value_or(QByteArray()));
-        result.sentTo = tv->base();
+        result.sent = true;
     } catch (const Error& error) {
         m_log.write(u"QuivController upload preflight failed for %1: %2"_s.arg(
             job.remoteName, error.description()));
@@ -68,13 +65,10 @@ Task<UploadPreflightResult> UploadPreflight::prepareUploadPreflight(UploadJob jo
     co_return result;
 }
 
-Task<> UploadPreflight::uploadThumbnailSidecar(QByteArray thumbnail, QString storedName) {
-    const auto tv = m_tvs.current();
-    if (!tv)
-        co_return;
+Task<> UploadPreflight::uploadThumbnailSidecar(Tv tv, QByteArray thumbnail, QString storedName) {
     const QueryItems query{{u"name"_s, storedName}};
     try {
-        co_await put(tv->whicheverIsSelected(), u"api/files/thumbnail"_s, query, thumbnail);
+        co_await put(tv, u"api/files/thumbnail"_s, query, thumbnail);
     } catch (const Error& error) {
         m_log.write(u"QuivController thumbnail sidecar upload failed for %1: %2"_s.arg(
             storedName, error.description()));

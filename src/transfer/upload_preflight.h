@@ -18,7 +18,7 @@ class StillExtractor;
 class SystemLog;
 
 struct UploadPreflightResult {
-    std::optional<QUrl> sentTo{};                 // the TV that accepted it
+    bool sent = false;                            // the TV accepted it
     std::optional<QByteArray> thumbnailPayload{}; // a JPEG, when one could be made
 };
 
@@ -26,13 +26,12 @@ struct UploadPreflightResult {
 // that did not work. Failures are logged and do not end the upload.
 class UploadPreflight {
 public:
-    UploadPreflight(const TvAccess& tvs, StillExtractor& stills, SystemLog& log);
+    UploadPreflight(StillExtractor& stills, SystemLog& log);
 
-    Task<UploadPreflightResult> prepareUploadPreflight(UploadJob job);
-    Task<> uploadThumbnailSidecar(QByteArray thumbnail, QString storedName);
+    Task<UploadPreflightResult> prepareUploadPreflight(Tv tv, UploadJob job);
+    Task<> uploadThumbnailSidecar(Tv tv, QByteArray thumbnail, QString storedName);
 
 private:
-    const TvAccess m_tvs;
     StillExtractor& m_stills;
     SystemLog& m_log;
     Turnstile m_turnstile;

@@ -58,10 +58,12 @@ QString queuedMessage(qsizetype added, qsizetype duplicates, qsizetype unsupport
     return parts.join(u", "_s);
 }
 
-QSet<QString> uploadMatchKeys(const QList<UploadListItem>& items) {
+QSet<QString> uploadMatchKeys(const QList<UploadListItem>& items, const QString& endpointKey) {
     QSet<QString> keys;
-    for (const UploadListItem& item : items)
-        keys.insert(uploadMatchKey(item.fileName));
+    for (const UploadListItem& item : items) {
+        if (item.tvKey == endpointKey && item.state != UploadListItemState::Failed)
+            keys.insert(uploadMatchKey(item.fileName));
+    }
     keys.remove(QString());
     return keys;
 }

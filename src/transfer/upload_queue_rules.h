@@ -26,8 +26,8 @@ QList<UploadJob> filteredDuplicateUploadJobs(const QList<UploadJob>& jobs,
 // "Queued 2 upload(s), 1 duplicate upload(s) skipped, skipped 3 unsupported file(s)".
 QString queuedMessage(qsizetype added, qsizetype duplicates, qsizetype unsupported);
 
-// The match keys of every name that is being uploaded or waits for it.
-QSet<QString> uploadMatchKeys(const QList<UploadListItem>& items);
+// The match keys of every name that is being uploaded to this TV or waits for it.
+QSet<QString> uploadMatchKeys(const QList<UploadListItem>& items, const QString& endpointKey);
 
 // "Upload queue finished: 2 uploaded, 1 failed".
 QString queueFinishedMessage(int uploaded, int failed);

@@ -1,6 +1,5 @@
 #include "transfer/upload_transport.h"
 
-#include "net/pairing.h"
 #include "transfer/upload_recovery.h"
 
 #include <QDateTime>
@@ -92,13 +91,11 @@ private:
     UploadTaskState*& m_slot;
 };
 
-UploadTransport::UploadTransport(const TvAccess& tvs, Pairing& pairing, Clock& clock)
-    : m_tvs(tvs), m_pairing(pairing), m_clock(clock) {}
+UploadTransport::UploadTransport(Clock& clock) : m_clock(clock) {}
 
 UploadTransport::~UploadTransport() = default;
 
-Task<QString> UploadTransport::uploadSingle(Upload upload, ProgressSink onProgress) {
-    const Tv tv = co_await pairedTv();
+Task<QString> UploadTransport::uploadSingle(Tv tv, Upload upload, ProgressSink onProgress) {
     const std::int64_t nowMs = m_clock.wallTime().time_since_epoch().count();
     const bool isSameTv = m_lastStored && m_lastStored->base == tv.base();
     UploadTaskState state(tv, std::move(upload), nowMs,
@@ -108,26 +105,6 @@ Task<QString> UploadTransport::uploadSingle(Upload upload, ProgressSink onProgre
     const QString name = co_await sendAndConfirm(&state);
     m_lastStored = {tv.base(), name};
     co_return name;
-}
-
-// The TV that is selected once this client may upload to it; the upload stays with that one.
-Task<Tv> UploadTransport::pairedTv() {
-    while (true) {
-        const auto tv = m_tvs.current();
-        if (!tv)
-            throw HttpError(HttpErrorCode::BadUrl);
-        bool isPaired = false;
-        try {
-            isPaired = co_await m_pairing.ensureControlPairing(u"upload"_s);
-        } catch (const AnotherTvSelected&) {
-            // The new one is asked.
-        }
-        if (!tv->isSelected())
-            continue;
-        if (isPaired)
-            co_return tv->whicheverIsSelected();
-        throw UploadFailure(u"Pairing required: enter the 3-digit code shown on TV."_s);
-    }
 }
 
 Task<QString> UploadTransport::sendAndConfirm(UploadTaskState* state) {

@@ -14,9 +14,7 @@
 
 namespace quiv {
 
-class Pairing;
-
-// Moves one local file to the selected TV, and finds out how that ended: whatever seems to have
+// Moves one local file to a TV, and finds out how that ended: whatever seems to have
 // failed is a success when the TV has the file.
 //
 // One upload at a time; destroying its task ends it. Main thread only.
@@ -37,11 +35,11 @@ public:
     // Bytes of the body sent and expected, the latter at least 1.
     using ProgressSink = std::function<void(std::int64_t sent, std::int64_t expected)>;
 
-    UploadTransport(const TvAccess& tvs, Pairing& pairing, Clock& clock);
+    explicit UploadTransport(Clock& clock);
     ~UploadTransport();
 
     // The name under which the TV stored the file. Throws UploadFailure or HttpError.
-    Task<QString> uploadSingle(Upload upload, ProgressSink onProgress);
+    Task<QString> uploadSingle(Tv tv, Upload upload, ProgressSink onProgress);
 
     // Ends the transfer under way as cancelled, unless the TV says at once that it has the file.
     // Returns false if no transfer is under way.
@@ -55,7 +53,6 @@ private:
     };
     class CurrentTransfer;
 
-    Task<Tv> pairedTv();
     Task<QString> sendAndConfirm(UploadTaskState* state);
     HttpRequest fileRequest(UploadTaskState* state);
     void transferProgressed(UploadTaskState* state, const HttpProgress& progress);
@@ -63,8 +60,6 @@ private:
     Task<> recoverRestarted(UploadTaskState* state, HttpProgress progress);
     Task<bool> confirmUploadOnServer(UploadTaskState* state);
 
-    const TvAccess m_tvs;
-    Pairing& m_pairing;
     Clock& m_clock;
     std::optional<StoredUpload> m_lastStored; // by the upload before
     UploadTaskState* m_current = nullptr;     // lives in the frame of uploadSingle()

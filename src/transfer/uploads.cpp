@@ -14,10 +14,25 @@
 namespace quiv {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
 const auto Action = u"upload"_s;
+constexpr auto PauseBetweenTries = 2s;
+// How often a job may be refused by a TV that says it is ready for it.
+constexpr int MostWaits = 10;
+constexpr auto ReadinessTimeout = 5s;
+constexpr auto StallTime = 2s; // without a byte, until the speed shows as nothing
+
+// Whether a job that failed like this could not start, and will be able to by itself.
+bool isToWait(const Error& error) {
+    if (const auto* failure = dynamic_cast<const UploadFailure*>(&error))
+        return failure->isAboutRights();
+    const auto* failure = dynamic_cast<const HttpError*>(&error);
+    return failure && (failure->code() == HttpErrorCode::CannotConnect ||
+                       failure->code() == HttpErrorCode::CannotFindHost);
+}
 
 } // namespace
 
@@ -28,14 +43,14 @@ Uploads::Uploads(const TvAccess& tvs, Pairing& pairing, Library& library, StillE
       m_pairing(pairing),
       m_library(library),
       m_clock(clock),
-      m_preflight(tvs, stills, log),
-      m_transport(tvs, pairing, clock) {}
+      m_preflight(stills, log),
+      m_transport(clock) {}
 
 QList<UploadListItem> Uploads::uploadListItems() const {
     QList<UploadListItem> items;
     for (const Entry& entry : m_entries) {
-        items.append({entry.job.id, entry.job.remoteName, entry.state, entry.progress.fraction,
-                      entry.progress.speedBytesPerSecond});
+        items.append({entry.job.id, entry.job.remoteName, entry.tvKey, entry.tvName, entry.state,
+                      entry.progress.fraction, entry.progress.speedBytesPerSecond, entry.reason});
     }
     return items;
 }
@@ -59,45 +74,42 @@ void Uploads::queueUploadsFromPicker(const QList<QUrl>& urls) {
         m_tvs.say(u"No supported video/subtitle files selected"_s);
         return;
     }
-    m_tasks.add(queuePicked(picked.jobs, picked.unsupported));
-}
-
-Task<> Uploads::queuePicked(QList<UploadJob> jobs, int unsupported) {
-    const bool isAllowed = co_await m_pairing.ensureControlPairing(Action);
-    if (!isAllowed)
-        co_return;
-    const qsizetype added = enqueueUploadJobs(jobs);
-    m_tvs.say(queuedMessage(added, jobs.size() - added, unsupported));
+    const qsizetype added = enqueueUploadJobs(picked.jobs);
+    m_tvs.say(queuedMessage(added, picked.jobs.size() - added, picked.unsupported));
 }
 
 void Uploads::queueSubtitleUpload(const QUrl& sourceURL, const QString& remoteName) {
-    if (!m_tvs.current())
+    if (!m_tvs.current()) {
         m_tvs.say(u"Select a TV first"_s);
-    else if (!hasSupportedSubtitleExtension(remoteName))
+        return;
+    }
+    if (!hasSupportedSubtitleExtension(remoteName)) {
         m_tvs.say(u"Selected file is not a supported subtitle type"_s);
-    else
-        m_tasks.add(queueSubtitle({randomUuid().toUpper(), sourceURL, remoteName}));
-}
-
-Task<> Uploads::queueSubtitle(UploadJob job) {
-    const bool isAllowed = co_await m_pairing.ensureControlPairing(Action);
-    if (!isAllowed)
-        co_return;
-    const bool isAdded = enqueueUploadJobs({job}) > 0;
+        return;
+    }
+    const bool isAdded = enqueueUploadJobs({{randomUuid().toUpper(), sourceURL, remoteName}}) > 0;
     m_tvs.say(
         (isAdded ? u"Queued subtitle upload: "_s : u"Subtitle is already uploading or queued: "_s) +
-        job.remoteName);
+        remoteName);
 }
 
 qsizetype Uploads::enqueueUploadJobs(const QList<UploadJob>& jobs) {
+    const Tv tv = m_tvs.current()->whicheverIsSelected();
+    const QString tvKey = m_tvs.selected().key();
+    const bool isPaired = m_pairing.state().isControlPaired;
     QSet<QString> taken;
-    for (const Entry& entry : m_entries)
-        taken.insert(uploadNameKey(entry.job.remoteName));
+    for (const Entry& entry : m_entries) {
+        if (entry.tvKey == tvKey && entry.state != UploadListItemState::Failed)
+            taken.insert(uploadNameKey(entry.job.remoteName));
+    }
     const QList<UploadJob> added = filteredDuplicateUploadJobs(jobs, taken);
     if (added.isEmpty())
         return 0;
-    for (const UploadJob& job : added)
-        m_entries.push_back({job, m_preflight.prepareUploadPreflight(job)});
+    for (const UploadJob& job : added) {
+        Entry& entry = m_entries.emplace_back(Entry{job, tv, tvKey, m_tvs.selected().name()});
+        if (isPaired)
+            entry.preflight = m_preflight.prepareUploadPreflight(tv, job);
+    }
     Q_EMIT itemsChanged();
     resumeUploadQueueIfNeeded();
     return added.size();
@@ -106,55 +118,95 @@ qsizetype Uploads::enqueueUploadJobs(const QList<UploadJob>& jobs) {
 // From the event loop, after what queued the jobs has said its own.
 void Uploads::resumeUploadQueueIfNeeded() {
     const auto resume = [this] {
-        if (m_worker.isDone() && !m_entries.empty())
+        if (m_worker.isDone() && nextEntry())
             m_worker = processUploadQueue();
     };
     QMetaObject::invokeMethod(this, resume, Qt::QueuedConnection);
 }
 
 Task<> Uploads::processUploadQueue() {
-    int uploaded = 0;
-    int failed = 0;
-    while (!m_entries.empty()) {
-        Entry& entry = m_entries.front();
-        const QString name = entry.job.remoteName;
-        entry.state = UploadListItemState::Uploading;
-        Q_EMIT itemsChanged();
-        m_tvs.say(u"Uploading "_s + name);
-        QString message;
-        try {
-            co_await carryOut(&entry);
-            ++uploaded;
-        } catch (const Error& error) {
-            if (entry.isCancelled || isCancellation(error)) {
-                message = u"Canceled "_s + name;
-            } else {
-                ++failed;
-                message = u"Upload failed for "_s + name + u": "_s + error.description();
-            }
-        }
-        m_entries.pop_front();
-        Q_EMIT itemsChanged();
-        if (!message.isEmpty())
-            m_tvs.say(message);
-    }
-    m_tvs.say(queueFinishedMessage(uploaded, failed));
+    while ((m_current = nextEntry()))
+        co_await process(m_current);
+    m_tvs.say(queueFinishedMessage(m_outcome.uploaded, m_outcome.failed));
+    m_outcome = {};
     m_tasks.add(m_library.loadLibrary(Library::Load::Quiet));
+}
+
+Task<> Uploads::process(Entry* entry) {
+    const QString name = entry->job.remoteName;
+    co_await awaitTv(entry);
+    show(*entry, UploadListItemState::Uploading);
+    m_tvs.beginProgress(u"Uploading "_s + name);
+    try {
+        co_await carryOut(entry);
+        ++m_outcome.uploaded;
+        remove(*entry);
+    } catch (const Error& error) {
+        m_stall.reset();
+        if (entry->isCancelled || isCancellation(error)) {
+            remove(*entry);
+            m_tvs.say(u"Canceled "_s + name);
+        } else if (isToWait(error) && ++entry->waits <= MostWaits) {
+            show(*entry, UploadListItemState::Waiting, error.description());
+        } else {
+            ++m_outcome.failed;
+            show(*entry, UploadListItemState::Failed, error.description());
+            m_tvs.say(u"Upload failed for "_s + name + u": "_s + error.description());
+        }
+    }
+}
+
+// Completes when the job's TV answers and lets this client upload to it.
+Task<> Uploads::awaitTv(Entry* entry) {
+    bool hasFailed = entry->state == UploadListItemState::Waiting;
+    while (true) {
+        const bool isKnownReady = !hasFailed && entry->tv.isSelected() && m_pairing.isKnownPaired();
+        if (isKnownReady)
+            co_return;
+        if (hasFailed)
+            co_await sleepFor(m_clock, PauseBetweenTries);
+        const QString reason = co_await hindrance(entry->tv);
+        if (reason.isEmpty())
+            co_return;
+        if (!hasFailed && !m_pairing.state().requiresControlPairing)
+            m_tvs.say(u"Waiting to upload "_s + entry->job.remoteName + u": "_s + reason);
+        hasFailed = true;
+        show(*entry, UploadListItemState::Waiting, reason);
+    }
+}
+
+// Why this client cannot upload to the TV now; empty if it can.
+Task<QString> Uploads::hindrance(Tv tv) {
+    try {
+        const auto status =
+            co_await tv.get<PairingStatusResponse>(u"api/mac/auth/status"_s, ReadinessTimeout);
+        if (status.authorized)
+            co_return QString();
+    } catch (const Error& error) {
+        co_return error.description();
+    }
+    if (tv.isSelected())
+        m_pairing.requirePairing(Action);
+    co_return u"Waiting until this computer is paired with the TV."_s;
 }
 
 // Announces the file, sends it, and sends its still after it if the TV did not get that before.
 Task<> Uploads::carryOut(Entry* entry) {
-    const UploadPreflightResult preflight = co_await std::move(entry->preflight);
-    const auto tv = m_tvs.current();
-    const bool isAnnounced = tv && preflight.sentTo == tv->base();
+    const UploadJob job = entry->job;
+    if (!entry->preflight)
+        entry->preflight = m_preflight.prepareUploadPreflight(entry->tv, job);
+    const UploadPreflightResult preflight = co_await std::move(*entry->preflight);
     const auto showProgress = [this, entry](std::int64_t sent, std::int64_t expected) {
         uploadProgressed(*entry, sent, expected);
     };
-    const UploadTransport::Upload upload(entry->job,
-                                         isAnnounced && preflight.thumbnailPayload.has_value());
-    const QString stored = co_await m_transport.uploadSingle(upload, showProgress);
-    if (!isAnnounced && preflight.thumbnailPayload && hasSupportedVideoExtension(stored))
-        co_await m_preflight.uploadThumbnailSidecar(*preflight.thumbnailPayload, stored);
+    const UploadTransport::Upload upload(job, preflight.sent && preflight.thumbnailPayload);
+    entry->preflight.reset(); // a job that has to wait is announced once more
+    const QString stored = co_await m_transport.uploadSingle(entry->tv, upload, showProgress);
+    entry->isStored = true;
+    m_stall.reset();
+    if (!preflight.sent && preflight.thumbnailPayload && hasSupportedVideoExtension(stored)) {
+        co_await m_preflight.uploadThumbnailSidecar(entry->tv, *preflight.thumbnailPayload, stored);
+    }
 }
 
 void Uploads::uploadProgressed(Entry& entry, std::int64_t sent, std::int64_t expected) {
@@ -162,8 +214,12 @@ void Uploads::uploadProgressed(Entry& entry, std::int64_t sent, std::int64_t exp
         return; // it was on its way when the user cancelled
     entry.progress = progressReported(entry.progress, sent, expected, m_clock.now());
     Q_EMIT progressChanged();
-    m_tvs.say(uploadingMessage(entry.job.remoteName, qsizetype(m_entries.size()) - 1,
-                               entry.progress.fraction));
+    m_tvs.sayProgress(
+        uploadingMessage(entry.job.remoteName, waitingCount(), entry.progress.fraction));
+    m_stall = m_clock.after(StallTime, [this, &entry] {
+        entry.progress.speedBytesPerSecond = 0;
+        Q_EMIT progressChanged();
+    });
 }
 
 void Uploads::cancelUploadJob(const QString& id) {
@@ -171,18 +227,62 @@ void Uploads::cancelUploadJob(const QString& id) {
         std::ranges::find(m_entries, id, [](const Entry& each) { return each.job.id; });
     if (entry == m_entries.end())
         return;
-    if (entry->state == UploadListItemState::Uploading)
+    if (&*entry == m_current)
         return cancelCurrent(*entry);
     const QString name = entry->job.remoteName;
-    m_entries.erase(entry);
-    Q_EMIT itemsChanged();
+    remove(*entry);
     m_tvs.say(u"Removed "_s + name + u" from upload queue"_s);
 }
 
 void Uploads::cancelCurrent(Entry& entry) {
+    if (entry.isStored)
+        return; // only its still is under way
+    const QString name = entry.job.remoteName;
     entry.isCancelled = true;
-    m_transport.cancel();
-    m_tvs.say(u"Canceling "_s + entry.job.remoteName + u"..."_s);
+    if (m_transport.cancel()) {
+        m_tvs.say(u"Canceling "_s + name + u"..."_s);
+        return;
+    }
+    m_worker.cancel(); // it has sent nothing of the file yet
+    remove(entry);
+    m_tvs.say(u"Canceled "_s + name);
+    m_worker = processUploadQueue();
+}
+
+void Uploads::retryUploadJob(const QString& id) {
+    const auto entry =
+        std::ranges::find(m_entries, id, [](const Entry& each) { return each.job.id; });
+    if (entry == m_entries.end() || entry->state != UploadListItemState::Failed)
+        return;
+    entry->progress = {};
+    m_entries.splice(m_entries.end(), m_entries, entry);
+    show(*entry, UploadListItemState::Queued);
+    resumeUploadQueueIfNeeded();
+}
+
+void Uploads::show(Entry& entry, UploadListItemState state, const QString& reason) {
+    if (entry.state == state && entry.reason == reason)
+        return;
+    entry.state = state;
+    entry.reason = reason;
+    Q_EMIT itemsChanged();
+}
+
+void Uploads::remove(const Entry& entry) {
+    if (&entry == m_current)
+        m_current = nullptr;
+    m_entries.remove_if([&](const Entry& each) { return &each == &entry; });
+    Q_EMIT itemsChanged();
+}
+
+Uploads::Entry* Uploads::nextEntry() {
+    const auto next = std::ranges::find_if(
+        m_entries, [](const Entry& entry) { return entry.state != UploadListItemState::Failed; });
+    return next == m_entries.end() ? nullptr : &*next;
+}
+
+qsizetype Uploads::waitingCount() const {
+    return std::ranges::count(m_entries, UploadListItemState::Queued, &Entry::state);
 }
 
 } // namespace quiv

@@ -3,6 +3,7 @@
 #include "net/tv.h"
 #include "platform/async/task.h"
 #include "platform/async/task_set.h"
+#include "platform/clock.h"
 #include "transfer/upload_job.h"
 #include "transfer/upload_preflight.h"
 #include "transfer/upload_progress.h"
@@ -15,14 +16,19 @@
 
 #include <cstdint>
 #include <list>
+#include <memory>
+#include <optional>
 
 namespace quiv {
 
 class Library;
 class Pairing;
 
-// The queue of files on their way to the TV: one after the other, in order of arrival, whatever
-// becomes of the one before. A job goes to the TV that is selected when its transfer starts.
+// The queue of files on their way to TVs: one after the other, in order of arrival, whatever
+// becomes of the one before. A job goes to the TV that was selected when it was queued.
+//
+// A job whose TV does not answer or wants this client paired waits, and those behind it with it; it
+// goes on by itself. One that has failed stays until the user removes it or has it tried again.
 class Uploads : public QObject {
     Q_OBJECT
 
@@ -30,39 +36,55 @@ public:
     Uploads(const TvAccess& tvs, Pairing& pairing, Library& library, StillExtractor& stills,
             SystemLog& log, Clock& clock, QObject* parent = nullptr);
 
-    // The current job, then the pending ones.
+    // The failed jobs, the current one, the pending ones: in order of arrival.
     QList<UploadListItem> uploadListItems() const;
 
     // Queues the files of a drop; returns false, and says why, when there are none.
     bool queueDroppedFiles(const QList<QUrl>& urls);
-
     void queueUploadsFromPicker(const QList<QUrl>& urls);
     void queueSubtitleUpload(const QUrl& sourceURL, const QString& remoteName);
-    // Ends the running transfer, or takes a waiting job out of the queue.
+    // Ends the current job, or takes another one out of the queue.
     void cancelUploadJob(const QString& id);
+    // Queues a failed job anew, behind the others.
+    void retryUploadJob(const QString& id);
 
 Q_SIGNALS:
     void itemsChanged();    // other rows, another order or another state of one
     void progressChanged(); // the progress of the current row
 
 private:
-    // A file from when it is queued until it is uploaded, has failed or is removed.
+    // A file from when it is queued until it is uploaded or removed.
     struct Entry {
         UploadJob job;
-        Task<UploadPreflightResult> preflight;
+        Tv tv;
+        QString tvKey;
+        QString tvName;
+        std::optional<Task<UploadPreflightResult>> preflight{}; // when it was begun ahead
         UploadListItemState state = UploadListItemState::Queued;
+        QString reason{}; // why it waits or has failed
         UploadProgress progress{};
+        int waits = 0; // how often it could not start although its TV seemed ready
         bool isCancelled = false;
+        bool isStored = false; // the TV has the file
+    };
+    struct Outcome {
+        int uploaded = 0;
+        int failed = 0;
     };
 
-    Task<> queuePicked(QList<UploadJob> jobs, int unsupported);
-    Task<> queueSubtitle(UploadJob job);
     qsizetype enqueueUploadJobs(const QList<UploadJob>& jobs);
     void resumeUploadQueueIfNeeded();
     Task<> processUploadQueue();
+    Task<> process(Entry* entry);
+    Task<> awaitTv(Entry* entry);
+    Task<QString> hindrance(Tv tv);
     Task<> carryOut(Entry* entry);
     void uploadProgressed(Entry& entry, std::int64_t sent, std::int64_t expected);
     void cancelCurrent(Entry& entry);
+    void show(Entry& entry, UploadListItemState state, const QString& reason = {});
+    void remove(const Entry& entry);
+    Entry* nextEntry();
+    qsizetype waitingCount() const;
 
     const TvAccess m_tvs;
     Pairing& m_pairing;
@@ -71,7 +93,10 @@ private:
     UploadPreflight m_preflight;
     UploadTransport m_transport;
 
-    std::list<Entry> m_entries; // in order of arrival; the worker is at the first
+    std::list<Entry> m_entries;            // in order of arrival
+    Entry* m_current = nullptr;            // the one that the worker is at
+    Outcome m_outcome;                     // of this run of the queue
+    std::unique_ptr<Clock::Timer> m_stall; // no byte has moved for a while
     TaskSet m_tasks;
     Task<> m_worker;
 };

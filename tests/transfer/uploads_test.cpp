@@ -36,8 +36,7 @@ struct Fixture : ModelFixture {
     QStringList rows() {
         QStringList rows;
         for (const UploadListItem& item : uploads().uploadListItems())
-            rows.append((item.state == UploadListItemState::Uploading ? u'>' : u' ') +
-                        item.fileName);
+            rows.append(QStringView(u" ?>!")[static_cast<int>(item.state)] + item.fileName);
         return rows;
     }
     void progress(std::int64_t sent, std::int64_t total = 1000) {
@@ -152,8 +151,6 @@ private Q_SLOTS:
                               << text("Upload failed: not enough free space on target storage.");
         QTest::newRow("too large")
             << 413 << text("Upload failed: file is too large for the current upload target.");
-        QTest::newRow("unpaired") << 401
-                                  << text("Pairing required: enter the 3-digit code shown on TV.");
         QTest::newRow("lost") << -1005 << HttpError(HttpErrorCode::ConnectionLost).description();
         QTest::newRow("no HTTP") << -1011 << text("Upload failed: invalid server response");
         QTest::newRow("unreadable")
@@ -174,10 +171,62 @@ private Q_SLOTS:
         fixture.denyCompletion();
         QVERIFY2(said.contains(text("Upload failed for a.srt: ") + message),
                  qPrintable(said.join(u'\n')));
-        if (status == 401)
-            fixture.http.answer(StatusPath, R"({"authorized":true,"expiresInSec":86400})");
         fixture.http.answer(UploadPath, QByteArray());
         QCOMPARE(fixture.status(), text("Upload queue finished: 1 uploaded, 1 failed"));
+        const UploadListItem failed = fixture.uploads().uploadListItems().constFirst();
+        QCOMPARE(failed.state, UploadListItemState::Failed);
+        QCOMPARE(failed.reason, message);
+        fixture.uploads().retryUploadJob(failed.id);
+        ModelFixture::turn();
+        fixture.http.answer(UploadPath, QByteArray());
+        QCOMPARE(fixture.status(), text("Upload queue finished: 1 uploaded"));
+        QVERIFY(fixture.rows().isEmpty());
+    }
+
+    void aJobThatCannotStartWaitsAndGoesOnByItself_data() {
+        QTest::addColumn<int>("status"); // or an error code
+        QTest::newRow("the token was revoked") << 401;
+        QTest::newRow("the TV's app restarts") << -1004;
+    }
+    void aJobThatCannotStartWaitsAndGoesOnByItself() {
+        QFETCH(int, status);
+        Fixture fixture;
+        fixture.queue({text("a.srt"), text("b.srt")});
+        if (status > 0)
+            fixture.http.answer(UploadPath, QByteArray(), status);
+        else
+            fixture.http.answer(UploadPath, HttpErrorCode(status));
+        fixture.denyCompletion();
+        for (int round = 0; round < 3; ++round) {
+            fixture.clock.advance(2s);
+            QCOMPARE(fixture.rows(), QStringList({text("?a.srt"), text(" b.srt")}));
+            if (status > 0)
+                fixture.http.answer(StatusPath, R"({"authorized":false})");
+            else
+                fixture.http.answer(StatusPath, HttpErrorCode(status));
+        }
+        QVERIFY(!fixture.uploads().uploadListItems().constFirst().reason.isEmpty());
+        fixture.clock.advance(2s);
+        fixture.http.answer(StatusPath, R"({"authorized":true,"expiresInSec":86400})");
+        fixture.http.answer(UploadPath, QByteArray());
+        if (status > 0)
+            fixture.http.answer(StatusPath, R"({"authorized":true,"expiresInSec":86400})");
+        fixture.http.answer(UploadPath, QByteArray());
+        QCOMPARE(fixture.status(), text("Upload queue finished: 2 uploaded"));
+    }
+
+    void filesDroppedBeforePairingWaitForIt() {
+        Fixture fixture;
+        fixture.model.selectDevice(OtherTv);
+        fixture.queue({text("a.mkv")});
+        QVERIFY(fixture.http.latest(PreflightPath).url.isEmpty());
+        fixture.http.answer(StatusPath, R"({"authorized":false})");
+        QVERIFY(fixture.status().startsWith(text("Pairing required for upload.")));
+        QCOMPARE(fixture.rows(), QStringList(text("?a.mkv")));
+        fixture.clock.advance(2s);
+        fixture.http.answer(StatusPath, R"({"authorized":true})");
+        fixture.http.answer(PreflightPath, QByteArray());
+        QVERIFY(fixture.http.latest(UploadPath).url.startsWith("http://other.local:8080/"));
     }
 
     void whatTheTvHasAfterAllIsASuccess_data() {
@@ -253,27 +302,50 @@ private Q_SLOTS:
         QCOMPARE(fixture.status(), text("Upload queue finished: 1 uploaded"));
     }
 
-    void anAnnouncementIsNotATransferToCancel() {
+    void cancellingBeforeTheTransferSendsNothing() {
         Fixture fixture;
-        fixture.queue({text("a.mkv")});
+        fixture.queue({text("a.mkv"), text("b.srt")});
         fixture.uploads().cancelUploadJob(fixture.uploads().uploadListItems()[0].id);
-        QCOMPARE(fixture.status(), text("Canceling a.mkv..."));
-        fixture.http.answer(PreflightPath, QByteArray());
-        fixture.http.answer(UploadPath, QByteArray());
-        QCOMPARE(fixture.status(), text("Upload queue finished: 1 uploaded"));
+        QCOMPARE(fixture.rows(), QStringList(text(">b.srt")));
+        QVERIFY(!fixture.http.answer(PreflightPath, QByteArray()));
+        QVERIFY(fixture.http.latest(UploadPath).url.contains("name=b.srt&"));
+        fixture.http.answer(UploadPath, HttpErrorCode::CannotConnect);
+        fixture.denyCompletion();
+        fixture.clock.advance(2s); // it is being asked whether it may start
+        fixture.uploads().cancelUploadJob(fixture.uploads().uploadListItems()[0].id);
+        QVERIFY(fixture.rows().isEmpty());
+        QVERIFY(!fixture.http.answer(StatusPath, R"({"authorized":true})"));
+        QCOMPARE(fixture.status(), text("Upload queue finished: 0 uploaded"));
     }
 
-    void aJobGoesToTheTvSelectedWhenItStarts() {
+    void aJobGoesToTheTvItWasQueuedFor() {
         Fixture fixture;
         fixture.queue({text("a.srt"), text("b.mkv")});
         fixture.http.answer(PreflightPath, QByteArray());
         fixture.selectPaired(OtherTv);
+        fixture.queue({text("b.mkv")}); // the name is free on that one
         fixture.http.answer(UploadPath, QByteArray());
-        const QByteArray url = fixture.http.latest(UploadPath).url;
+        fixture.http.answer(StatusPath, R"({"authorized":true})"); // of the first TV
+        QByteArray url = fixture.http.latest(UploadPath).url;
+        QVERIFY(url.startsWith("http://tv.local:8080/") && url.contains("thumbnailMode"));
+        fixture.http.answer(UploadPath, QByteArray());
+        fixture.http.answer(PreflightPath, QByteArray());
+        url = fixture.http.latest(UploadPath).url;
         QVERIFY(url.startsWith("http://other.local:8080/"));
-        QVERIFY(!url.contains("thumbnailMode")); // the still went to the TV before
-        fixture.http.answer(UploadPath, QByteArray());
-        QVERIFY(fixture.http.latest(ThumbnailPath).url.startsWith("http://other.local:8080/"));
+        QCOMPARE(fixture.uploads().uploadListItems().constFirst().tvKey, text("other.local:8080"));
+    }
+
+    void otherMessagesAreLeftToBeRead() {
+        Fixture fixture;
+        fixture.queue({text("a.srt")});
+        fixture.progress(100);
+        fixture.model.status()->post(text("Deleted x"));
+        fixture.progress(200);
+        QCOMPARE(fixture.status(), text("Deleted x"));
+        fixture.clock.advance(5s);
+        QCOMPARE(fixture.uploads().uploadListItems()[0].speedBytesPerSecond, 0.0); // it stands
+        fixture.progress(300);
+        QCOMPARE(fixture.status(), text("Uploading a.srt... 30%"));
     }
 
     void subtitlesAreQueuedUnderTheVideosName() {

@@ -73,8 +73,9 @@ void followModel(OmbraMacModel& model, WindowPresenter& presenter) {
     follow(model.storageMove(), &StorageMove::stateChanged, presenter,
            [&] { presenter.setMove(model.storageMove()->state()); });
     follow(model.uploads(), &Uploads::itemsChanged, presenter, [&] {
-        presenter.setUploads(model.uploads()->uploadListItems(),
-                             uploadMatchKeys(model.uploads()->uploadListItems()));
+        presenter.setUploads(
+            model.uploads()->uploadListItems(),
+            uploadMatchKeys(model.uploads()->uploadListItems(), model.selected()->key()));
     });
     follow(model.uploads(), &Uploads::progressChanged, presenter,
            [&] { presenter.setUploadProgress(model.uploads()->uploadListItems()); });
