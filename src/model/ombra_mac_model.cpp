@@ -20,11 +20,10 @@ OmbraMacModel::OmbraMacModel(const PlatformPorts& ports, QObject* parent)
       m_deletion(m_tvs, m_pairing, m_library),
       m_uploads(m_tvs, m_pairing, m_library, ports.stills, ports.log, ports.clock),
       m_downloads(m_tvs, m_pairing, ports.fileDialogs),
-      m_discovery(m_tvs, ports.browser, ports.settings, *this),
+      m_discovery(m_tvs, ports.browser, ports.settings, ports.clock, *this),
       m_refreshCycle(m_selected, {m_library, m_playback, m_storageMove, m_pairing}, ports.clock) {
     m_restart.setSingleShot(true);
     connect(&m_restart, &QTimer::timeout, this, [this] { m_refreshCycle.restart(); });
-    connect(&m_selected, &SelectedDevice::changed, this, &OmbraMacModel::restartRefreshCycle);
 }
 
 OmbraMacModel::~OmbraMacModel() = default;
@@ -67,6 +66,12 @@ void OmbraMacModel::selectDevice(const TVEndpoint& device) {
     m_pairing.reset();
     m_library.reset();
     m_status.post(u"Loading library from %1..."_s.arg(device.name));
+    restartRefreshCycle();
+}
+
+void OmbraMacModel::updateSelectedDevice(const TVEndpoint& device) {
+    m_selected.set(device);
+    m_refreshCycle.hasten();
 }
 
 void OmbraMacModel::restartRefreshCycle() {

@@ -77,7 +77,7 @@ public Q_SLOTS:
 
 private:
     const std::optional<TVEndpoint>& selectedDevice() const override { return m_selected.device(); }
-    void updateSelectedDevice(const TVEndpoint& device) override { m_selected.set(device); }
+    void updateSelectedDevice(const TVEndpoint& device) override;
     void restartRefreshCycle();
 
     SettingsStore& m_settings;

@@ -14,20 +14,33 @@ RefreshCycle::RefreshCycle(const SelectedDevice& selected, const Parts& parts, C
     : m_selected(selected), m_parts(parts), m_clock(clock) {}
 
 void RefreshCycle::restart() {
-    m_run.cancel();
-    m_run = run();
+    m_isPausing = false;
+    m_run = run(Pass::First);
+}
+
+void RefreshCycle::hasten() {
+    if (!m_isPausing)
+        return;
+    m_isPausing = false;
+    m_run = run(Pass::Later);
 }
 
 void RefreshCycle::stop() {
+    m_isPausing = false;
     m_run.cancel();
 }
 
-Task<> RefreshCycle::run() {
+Task<> RefreshCycle::run(Pass first) {
     if (!m_selected.isSelected())
         co_return;
-    co_await firstPass();
+    if (first == Pass::First)
+        co_await firstPass();
+    else
+        co_await laterPass();
     while (true) {
+        m_isPausing = true;
         co_await sleepFor(m_clock, PauseBetweenPasses);
+        m_isPausing = false;
         co_await laterPass();
     }
 }

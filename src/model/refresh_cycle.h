@@ -28,10 +28,14 @@ public:
 
     // Begins with a first pass, whatever was under way.
     void restart();
+    // Begins the next pass now if the cycle pauses.
+    void hasten();
     void stop();
 
 private:
-    Task<> run();
+    enum class Pass { First, Later };
+
+    Task<> run(Pass first);
     Task<> firstPass();
     Task<> laterPass();
     Task<> readPlayerAndMove();
@@ -39,6 +43,7 @@ private:
     const SelectedDevice& m_selected;
     const Parts m_parts;
     Clock& m_clock;
+    bool m_isPausing = false;
     Task<> m_run;
 };
 

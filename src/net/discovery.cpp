@@ -11,6 +11,7 @@ namespace {
 
 constexpr auto ResolveTimeout = 8s;
 constexpr auto ProbeTimeout = 1500ms;
+constexpr auto WaitForRememberedTv = 1500ms;
 
 QString withoutDotsAtEnds(const QString& name) {
     qsizetype begin = 0;
@@ -44,8 +45,13 @@ std::optional<TVEndpoint> endpointOf(const ResolvedService& service) {
 }
 
 Discovery::Discovery(const TvAccess& tvs, ServiceBrowser& browser, const SettingsStore& settings,
-                     Selector& selector, QObject* parent)
-    : QObject(parent), m_tvs(tvs), m_browser(browser), m_settings(settings), m_selector(selector) {}
+                     Clock& clock, Selector& selector, QObject* parent)
+    : QObject(parent),
+      m_tvs(tvs),
+      m_browser(browser),
+      m_settings(settings),
+      m_clock(clock),
+      m_selector(selector) {}
 
 Discovery::~Discovery() {
     m_browser.stop();
@@ -56,6 +62,10 @@ void Discovery::refreshDiscovery() {
     Q_EMIT devicesChanged();
     m_browser.stop();
     m_tvs.say(u"Searching for TVs on local network..."_s);
+    m_wait = m_clock.after(WaitForRememberedTv, [this] {
+        m_wait.reset();
+        ensureSelectedDevice();
+    });
     m_browser.search(u"_ombra._tcp."_s, u"local."_s,
                      [this](const FoundService& service) { m_tasks.add(follow(service)); });
 }
@@ -66,36 +76,43 @@ Task<> Discovery::follow(FoundService service) {
     const auto endpoint = resolved ? endpointOf(*resolved) : std::nullopt;
     if (!endpoint)
         co_return;
-    const TVEndpoint device = co_await probeDeviceInfo(*endpoint);
-    upsertDiscoveredDevice(device);
+    const auto info = co_await probeDeviceInfo(*endpoint);
+    upsertDiscoveredDevice(info ? enriched(*endpoint, *info) : knownRecord(*endpoint));
     m_tvs.say(u"Found %1 TV device(s)"_s.arg(m_discoveredDevices.size()));
 }
 
-Task<TVEndpoint> Discovery::probeDeviceInfo(TVEndpoint endpoint) {
+Task<std::optional<RemoteDeviceInfo>> Discovery::probeDeviceInfo(TVEndpoint endpoint) {
     const auto base = baseURL(endpoint);
     if (!base)
-        co_return endpoint;
+        co_return std::nullopt;
     try {
         const Tv tv = m_tvs.at(*base);
-        const auto info = co_await tv.get<RemoteDeviceInfo>(u"api/info"_s, ProbeTimeout);
-        co_return enriched(endpoint, info);
+        co_return co_await tv.get<RemoteDeviceInfo>(u"api/info"_s, ProbeTimeout);
     } catch (const Error&) {
-        co_return endpoint; // listed as it announced itself
+        co_return std::nullopt;
     }
 }
 
-void Discovery::upsertDiscoveredDevice(const TVEndpoint& endpoint) {
+// A TV that does not answer the probe is listed as it is known, else as it announced itself.
+TVEndpoint Discovery::knownRecord(const TVEndpoint& endpoint) const {
     const QString key = endpointKey(endpoint);
+    if (const TVEndpoint* known = deviceWithKey(key))
+        return *known;
+    const auto& selected = m_selector.selectedDevice();
+    return selected && endpointKey(*selected) == key ? *selected : endpoint;
+}
+
+void Discovery::upsertDiscoveredDevice(const TVEndpoint& device) {
+    const QString key = endpointKey(device);
     const auto known = std::ranges::find(m_discoveredDevices, key,
                                          [](const auto& each) { return endpointKey(each); });
-    if (known == m_discoveredDevices.end()) {
-        m_discoveredDevices.append(endpoint);
-    } else {
-        *known = endpoint;
-        const auto& selected = m_selector.selectedDevice();
-        if (selected && endpointKey(*selected) == key)
-            m_selector.updateSelectedDevice(endpoint);
-    }
+    if (known == m_discoveredDevices.end())
+        m_discoveredDevices.append(device);
+    else
+        *known = device;
+    const auto& selected = m_selector.selectedDevice();
+    if (selected && endpointKey(*selected) == key)
+        m_selector.updateSelectedDevice(device);
     std::ranges::stable_sort(m_discoveredDevices, comesBefore);
     Q_EMIT devicesChanged();
     ensureSelectedDevice();
@@ -108,6 +125,8 @@ void Discovery::ensureSelectedDevice() {
     const QString persistedKey =
         m_settings.text(QString::fromUtf16(SelectedDeviceKey)).value_or(QString()).trimmed();
     const TVEndpoint* device = persistedKey.isEmpty() ? nullptr : deviceWithKey(persistedKey);
+    if (!device && !persistedKey.isEmpty() && m_wait)
+        return; // it may still come
     if (!device && !m_discoveredDevices.isEmpty())
         device = &m_discoveredDevices.first();
     if (device)

@@ -4,12 +4,14 @@
 #include "net/tv_endpoint.h"
 #include "platform/async/task.h"
 #include "platform/async/task_set.h"
+#include "platform/clock.h"
 #include "platform/service_browser.h"
 #include "platform/settings_store.h"
 
 #include <QList>
 #include <QObject>
 
+#include <memory>
 #include <optional>
 
 namespace quiv {
@@ -34,12 +36,12 @@ public:
         virtual ~Selector() = default;
         virtual const std::optional<TVEndpoint>& selectedDevice() const = 0;
         virtual void selectDevice(const TVEndpoint& device) = 0;
-        // A newer record of the selected TV: no reset, no message.
+        // The selected TV was found again, perhaps with a newer record: no reset, no message.
         virtual void updateSelectedDevice(const TVEndpoint& device) = 0;
     };
 
     Discovery(const TvAccess& tvs, ServiceBrowser& browser, const SettingsStore& settings,
-              Selector& selector, QObject* parent = nullptr);
+              Clock& clock, Selector& selector, QObject* parent = nullptr);
     ~Discovery() override;
 
     // Unique by endpointKey, in the order of comesBefore().
@@ -52,16 +54,20 @@ Q_SIGNALS:
 
 private:
     Task<> follow(FoundService service);
-    Task<TVEndpoint> probeDeviceInfo(TVEndpoint endpoint);
-    void upsertDiscoveredDevice(const TVEndpoint& endpoint);
+    Task<std::optional<RemoteDeviceInfo>> probeDeviceInfo(TVEndpoint endpoint);
+    void upsertDiscoveredDevice(const TVEndpoint& device);
+    TVEndpoint knownRecord(const TVEndpoint& endpoint) const;
     void ensureSelectedDevice();
     const TVEndpoint* deviceWithKey(const QString& key) const;
 
     const TvAccess m_tvs;
     ServiceBrowser& m_browser;
     const SettingsStore& m_settings;
+    Clock& m_clock;
     Selector& m_selector;
     QList<TVEndpoint> m_discoveredDevices;
+    // While it runs, no other TV takes the place of the one that was selected last.
+    std::unique_ptr<Clock::Timer> m_wait;
     TaskSet m_tasks;
 };
 

@@ -136,6 +136,22 @@ private Q_SLOTS:
         QVERIFY(!fixture.model.library()->isLibraryLoadInProgress());
     }
 
+    void aTvThatIsFoundAgainIsAskedAtOnce() {
+        CycleFixture fixture;
+        fixture.browser.services.insert(u"TV"_s, serviceAt(u"TV"_s, {10, 0, 0, 1}, 80));
+        fixture.model.appear();
+        fixture.clock.advance(2s);
+        for (int times = 0; times < 2; ++times) {
+            fixture.browser.announce(fixture.browser.services.value(u"TV"_s));
+            fixture.clock.advance(0ms);
+            fixture.http.answer(InfoPath, "{}");
+            ModelFixture::turn();
+            if (times == 0)
+                fixture.finishFirstPass(true);
+        }
+        QCOMPARE(fixture.http.takePaths(), QStringList({InfoPath, PlaybackPath}));
+    }
+
     void aHiddenWindowAsksNothing() {
         CycleFixture fixture;
         fixture.select(FirstTv);

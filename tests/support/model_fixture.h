@@ -73,6 +73,7 @@ struct ModelFixture {
     // A shown window with this TV selected, whose first request waits.
     void select(const TVEndpoint& device) {
         model.appear();
+        clock.advance(std::chrono::seconds(2)); // the TV that was selected last has not come
         model.selectDevice(device);
         turn();
     }
