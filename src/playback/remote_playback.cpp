@@ -2,6 +2,8 @@
 
 #include "net/pairing.h"
 
+#include <limits>
+
 namespace quiv {
 
 using namespace Qt::StringLiterals;
@@ -9,6 +11,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const auto PlaybackPath = u"api/playback"_s;
+constexpr auto Unknown = std::numeric_limits<std::uint64_t>::max();
 
 } // namespace
 
@@ -61,12 +64,21 @@ Task<bool> RemotePlayback::sendPlaybackCommand(PlaybackCommand command, ShowStat
 }
 
 void RemotePlayback::reset() {
+    m_toggleShownBy = 0;
     m_playback.reset();
     Q_EMIT playbackRead();
 }
 
 void RemotePlayback::togglePlayback(const QString& videoName) {
-    send(toggleCommand(m_playback, videoName));
+    if (m_toggleShownBy > m_oldestValidReading)
+        return;
+    m_toggleShownBy = Unknown;
+    m_tasks.add(toggle(toggleCommand(m_playback, videoName)));
+}
+
+Task<> RemotePlayback::toggle(PlaybackCommand command) {
+    const bool isAccepted = co_await sendPlaybackCommand(std::move(command), ShowStatus::Yes);
+    m_toggleShownBy = isAccepted ? m_oldestValidReading + 1 : 0;
 }
 
 void RemotePlayback::send(const PlaybackCommand& command) {

@@ -39,7 +39,8 @@ public:
     // Forgets what is known, because another TV was selected.
     void reset();
 
-    // Pauses or resumes the video if the TV shows it, else plays it.
+    // Pauses or resumes the video if the TV shows it, else plays it. Does nothing until the outcome
+    // of the toggle before is read, which a second click would undo.
     void togglePlayback(const QString& videoName);
     // Sends a command of the user's; the outcome shows in the status line and in what is read next.
     void send(const quiv::PlaybackCommand& command);
@@ -49,12 +50,15 @@ Q_SIGNALS:
 
 private:
     Task<> sendShown(PlaybackCommand command);
+    Task<> toggle(PlaybackCommand command);
 
     const TvAccess m_tvs;
     Pairing& m_pairing;
     std::optional<PlaybackResponse> m_playback;
     std::uint64_t m_readingsBegun = 0;
     std::uint64_t m_oldestValidReading = 0;
+    // What m_oldestValidReading becomes once a reading shows what the last toggle did.
+    std::uint64_t m_toggleShownBy = 0;
     TaskSet m_tasks;
 };
 

@@ -80,6 +80,26 @@ private Q_SLOTS:
         QCOMPARE(toggleCommand(playback(name, false), name), PlaybackCommand::resume());
     }
 
+    void aSecondClickDoesNotUndoTheFirst() {
+        Fixture fixture;
+        fixture.selectPaired(FirstTv);
+        fixture.playback().togglePlayback(u"a.mkv"_s);
+        fixture.playback().togglePlayback(u"a.mkv"_s);
+        fixture.http.answer(PlaybackPath, QByteArray());
+        fixture.playback().togglePlayback(u"a.mkv"_s); // its outcome is not read yet
+        QCOMPARE(
+            fixture.takeTargets(PlaybackPath),
+            QStringList({u"POST api/playback?command=play&name=a.mkv"_s, u"GET api/playback"_s}));
+        fixture.http.answer(
+            PlaybackPath,
+            R"({"currentVideoName":"a.mkv","isPlaying":true,"positionMs":0,"durationMs":9})");
+        fixture.playback().togglePlayback(u"a.mkv"_s);
+        fixture.http.answer(PlaybackPath, QByteArray(), 500);
+        fixture.playback().togglePlayback(u"a.mkv"_s); // the one before failed
+        const QString pause = u"POST api/playback?command=pause"_s;
+        QCOMPARE(fixture.takeTargets(PlaybackPath), QStringList({pause, pause}));
+    }
+
     void refusedCommandsAreSaid_data() {
         QTest::addColumn<int>("status");
         QTest::addColumn<QByteArray>("body");
