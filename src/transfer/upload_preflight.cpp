@@ -38,14 +38,14 @@ UploadPreflight::UploadPreflight(RequestLayer& requests, const SelectedDevice& s
       m_selected(selected),
       m_stills(stills),
       m_log(log),
-      m_turnstile(PreflightsAtOnce) {}
+      m_semaphore(PreflightsAtOnce) {}
 
 Task<UploadPreflightResult> UploadPreflight::prepareUploadPreflight(UploadJob job) {
     UploadPreflightResult result;
     if (!hasSupportedVideoExtension(job.remoteName) || !m_selected.baseURL())
         co_return result;
-    auto entering = m_turnstile.enter();
-    const Turnstile::Pass pass = co_await std::move(entering);
+    auto entering = m_semaphore.acquire();
+    const Semaphore::Permit permit = co_await std::move(entering);
     const QString path = job.sourceURL.toLocalFile();
     auto extracting = m_stills.makeUploadThumbnail(path);
     result.thumbnailPayload = co_await std::move(extracting);

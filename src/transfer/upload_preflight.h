@@ -2,7 +2,7 @@
 
 #include "net/request_layer.h"
 #include "platform/async/task.h"
-#include "platform/async/turnstile.h"
+#include "platform/async/semaphore.h"
 #include "transfer/upload_job.h"
 
 #include <QByteArray>
@@ -41,7 +41,7 @@ private:
     const SelectedDevice& m_selected;
     StillExtractor& m_stills;
     SystemLog& m_log;
-    Turnstile m_turnstile;
+    Semaphore m_semaphore;
 };
 
 } // namespace quiv
