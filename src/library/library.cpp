@@ -3,7 +3,6 @@
 #include "platform/async/background.h"
 #include "platform/publish.h"
 
-#include <QThreadPool>
 
 #include <utility>
 
@@ -59,7 +58,7 @@ void Library::setContent(LibraryContent content) {
     LibraryContent old = std::exchange(m_content, std::move(content));
     Q_EMIT contentChanged();
     // Freeing 100,000 rows takes longer than a frame.
-    QThreadPool::globalInstance()->start([old = std::move(old)] {});
+    runInBackground([old = std::move(old)] {});
 }
 
 void Library::setLoadInProgress(bool isInProgress) {

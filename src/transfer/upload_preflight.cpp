@@ -45,13 +45,13 @@ Task<> sendUploadPreflight(Tv tv, QString name, std::optional<std::int64_t> size
 } // namespace
 
 UploadPreflight::UploadPreflight(StillExtractor& stills, SystemLog& log)
-    : m_stills(stills), m_log(log), m_turnstile(PreflightsAtOnce) {}
+    : m_stills(stills), m_log(log), m_semaphore(PreflightsAtOnce) {}
 
 Task<UploadPreflightResult> UploadPreflight::prepareUploadPreflight(Tv tv, UploadJob job) {
     UploadPreflightResult result;
     if (!hasSupportedVideoExtension(job.remoteName))
         co_return result;
-    const Turnstile::Pass pass = co_await m_turnstile.enter();
+    const Semaphore::Permit permit = co_await m_semaphore.acquire();
     const QString path = job.sourceURL.toLocalFile();
     result.thumbnailPayload = co_await m_stills.makeUploadThumbnail(path);
     try {

@@ -2,7 +2,7 @@
 
 #include "net/tv.h"
 #include "platform/async/task.h"
-#include "platform/async/turnstile.h"
+#include "platform/async/semaphore.h"
 #include "transfer/upload_job.h"
 
 #include <QByteArray>
@@ -34,7 +34,7 @@ public:
 private:
     StillExtractor& m_stills;
     SystemLog& m_log;
-    Turnstile m_turnstile;
+    Semaphore m_semaphore;
 };
 
 } // namespace quiv

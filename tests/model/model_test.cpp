@@ -1,6 +1,7 @@
 #include "support/model_fixture.h"
 
 #include <QTest>
+#include <QThreadPool>
 
 using namespace Qt::StringLiterals;
 using namespace quiv;

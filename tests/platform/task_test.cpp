@@ -1,11 +1,12 @@
 #include "platform/async/background.h"
 #include "platform/async/task.h"
 #include "platform/async/task_set.h"
-#include "platform/async/turnstile.h"
+#include "platform/async/semaphore.h"
 #include "platform/clock.h"
 #include "support/fake_clock.h"
 
 #include <QTest>
+#include <QThreadPool>
 
 #include <stdexcept>
 
@@ -80,9 +81,9 @@ Task<> computeInBackground(QStringList* log) {
     }
 }
 
-Task<> visit(Turnstile& turnstile, Clock& clock, QStringList* log, QString name) {
-    auto entering = turnstile.enter();
-    const Turnstile::Pass pass = co_await std::move(entering);
+Task<> visit(Semaphore& semaphore, Clock& clock, QStringList* log, QString name) {
+    auto entering = semaphore.acquire();
+    const Semaphore::Permit permit = co_await std::move(entering);
     log->append(name);
     auto sleep = sleepFor(clock, 10ms);
     co_await std::move(sleep);
@@ -167,14 +168,14 @@ private Q_SLOTS:
         QVERIFY(log.isEmpty());
     }
 
-    void aTurnstileLetsAFewInAndTheOthersInOrder() {
+    void aSemaphoreLetsAFewInAndTheOthersInOrder() {
         FakeClock clock;
         QStringList log;
         std::vector<Task<>> tasks;
         {
-            Turnstile turnstile(2);
+            Semaphore semaphore(2);
             for (const char* name : {"a", "b", "c", "d", "e", "f"})
-                tasks.push_back(visit(turnstile, clock, &log, QString::fromLatin1(name)));
+                tasks.push_back(visit(semaphore, clock, &log, QString::fromLatin1(name)));
         }
         const auto entered = [&] {
             QCoreApplication::processEvents();

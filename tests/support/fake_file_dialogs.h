@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/async/pending_answer.h"
+#include "platform/async/promise.h"
 #include "platform/dialogs/file_dialogs.h"
 
 namespace quiv {
@@ -17,7 +17,7 @@ public:
         co_return co_await std::move(waiting);
     }
     void answer(const FileDialogAnswer& files) {
-        m_answer.give(files);
+        m_answer.resolve(files);
         QCoreApplication::processEvents();
     }
 
@@ -26,7 +26,7 @@ public:
     QList<FileDialogRequest> requests;
 
 private:
-    PendingAnswer<FileDialogAnswer> m_answer;
+    Promise<FileDialogAnswer> m_answer;
 };
 
 // As if the desktop had none, until the test says otherwise.

@@ -5,6 +5,7 @@
 #include <QBuffer>
 #include <QColor>
 #include <QTest>
+#include <QThreadPool>
 
 using namespace Qt::StringLiterals;
 using namespace quiv;

@@ -1,5 +1,6 @@
 #include "platform/avahi/avahi_connection.h"
 
+#include "platform/async/threads.h"
 #include "platform/avahi/avahi_worker.h"
 
 #include <utility>
@@ -9,7 +10,7 @@ namespace quiv {
 namespace {
 
 // Ending is a matter of milliseconds, unless a call waits for a daemon that hangs.
-constexpr std::chrono::seconds PatienceAtTheEnd{1};
+constexpr std::chrono::seconds EndTimeout{1};
 
 } // namespace
 
@@ -31,25 +32,21 @@ void AvahiAsking::drop() {
         connection->drop(m_id);
 }
 
-AvahiConnection::AvahiConnection(std::chrono::milliseconds retryInterval)
-    : m_mailbox(std::make_shared<Mailbox>()) {
-    m_mailbox->receiver = this;
-    m_worker = std::make_shared<AvahiWorker>(
-        retryInterval, [mailbox = m_mailbox](AvahiQuestionId id, AvahiAnswer answer) {
-            deliver(*mailbox, id, std::move(answer));
-        });
+AvahiConnection::AvahiConnection(std::chrono::milliseconds retryInterval) {
+    const auto deliver = [this, token = std::weak_ptr(m_token)](AvahiQuestionId id,
+                                                                AvahiAnswer answer) {
+        postToMainThread(token, [this, id, answer = std::move(answer)] { dispatch(id, answer); });
+    };
+    m_worker = std::make_shared<AvahiWorker>(retryInterval, deliver);
     std::packaged_task<void()> thread([worker = m_worker] { worker->run(); });
     m_threadEnded = thread.get_future();
     m_thread = std::thread(std::move(thread));
 }
 
 AvahiConnection::~AvahiConnection() {
-    {
-        const std::lock_guard lock(m_mailbox->mutex);
-        m_mailbox->receiver = nullptr;
-    }
+    m_token.reset();
     m_worker->stop();
-    if (m_threadEnded.wait_for(PatienceAtTheEnd) == std::future_status::ready)
+    if (m_threadEnded.wait_for(EndTimeout) == std::future_status::ready)
         m_thread.join();
     else
         m_thread.detach();
@@ -64,17 +61,6 @@ AvahiAsking AvahiConnection::ask(AvahiQuestion question, Callback callback) {
 
 AvahiBackendKind AvahiConnection::backendKind() const {
     return m_worker->backendKind();
-}
-
-void AvahiConnection::deliver(Mailbox& mailbox, AvahiQuestionId id, AvahiAnswer answer) {
-    const std::lock_guard lock(mailbox.mutex);
-    AvahiConnection* receiver = mailbox.receiver;
-    if (!receiver)
-        return;
-    QMetaObject::invokeMethod(
-        &receiver->m_context,
-        [receiver, id, answer = std::move(answer)] { receiver->dispatch(id, answer); },
-        Qt::QueuedConnection);
 }
 
 void AvahiConnection::dispatch(AvahiQuestionId id, const AvahiAnswer& answer) {

@@ -2,13 +2,11 @@
 
 #include "platform/avahi/avahi_backend.h"
 
-#include <QObject>
 #include <chrono>
 #include <functional>
 #include <future>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <thread>
 
 namespace quiv {
@@ -58,20 +56,12 @@ public:
 private:
     friend class AvahiAsking;
 
-    // What the Avahi thread delivers into; closed before the connection goes.
-    struct Mailbox {
-        std::mutex mutex;
-        AvahiConnection* receiver;
-    };
-
-    static void deliver(Mailbox& mailbox, AvahiQuestionId id, AvahiAnswer answer);
     void dispatch(AvahiQuestionId id, const AvahiAnswer& answer);
     void drop(AvahiQuestionId id);
 
     std::map<AvahiQuestionId, std::shared_ptr<const Callback>> m_callbacks;
     AvahiQuestionId m_lastId = 0;
-    QObject m_context; // its event queue brings the answers to the main thread
-    std::shared_ptr<Mailbox> m_mailbox;
+    std::shared_ptr<const void> m_token = std::make_shared<char>(); // expires with the connection
     std::shared_ptr<AvahiWorker> m_worker;
     std::thread m_thread;
     std::future<void> m_threadEnded;

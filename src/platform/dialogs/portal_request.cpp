@@ -47,7 +47,7 @@ PortalRequest::PortalRequest(const QDBusConnection& bus, const FileDialogRequest
     const QString token = u"quiv_"_s + randomUuid().remove(u'-');
     listen(requestPath(m_bus, token)); // before the call: the end may come before its reply
     connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this,
-            [this] { m_answer.give(std::nullopt); });
+            [this] { m_answer.resolve(std::nullopt); });
     const bool saves = request.purpose == FileDialogRequest::Purpose::Save;
     QDBusMessage call = QDBusMessage::createMethodCall(Service, Path, ChooserInterface,
                                                        saves ? u"SaveFile"_s : u"OpenFile"_s);
@@ -69,15 +69,15 @@ PortalRequest::~PortalRequest() {
 void PortalRequest::respond(uint response, const QVariantMap& results) {
     m_hasEnded = true;
     if (response == Cancelled)
-        return m_answer.give(QList<QUrl>());
+        return m_answer.resolve(QList<QUrl>());
     if (response != Succeeded)
-        return m_answer.give(std::nullopt);
+        return m_answer.resolve(std::nullopt);
     QList<QUrl> files;
     for (const QString& uri : results.value(u"uris"_s).toStringList()) {
         if (const QUrl file(uri); file.isLocalFile())
             files.append(file);
     }
-    m_answer.give(files);
+    m_answer.resolve(files);
 }
 
 void PortalRequest::listen(const QString& path) {
@@ -90,7 +90,7 @@ void PortalRequest::listen(const QString& path) {
 void PortalRequest::opened(QDBusPendingCallWatcher* opening) {
     const QDBusPendingReply<QDBusObjectPath> reply = *opening;
     if (reply.isError())
-        m_answer.give(std::nullopt);
+        m_answer.resolve(std::nullopt);
     else if (reply.value().path() != m_path) // portals before 0.9 choose their own
         listen(reply.value().path());
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/async/pending_answer.h"
+#include "platform/async/promise.h"
 #include "platform/dialogs/file_dialogs.h"
 
 #include <QDBusConnection>
@@ -25,7 +25,7 @@ public:
                   const QString& parentWindow, std::chrono::milliseconds patience);
     ~PortalRequest() override;
 
-    PendingAnswer<FileDialogAnswer>& answer() { return m_answer; }
+    Promise<FileDialogAnswer>& answer() { return m_answer; }
 
 private Q_SLOTS:
     void respond(uint response, const QVariantMap& results);
@@ -38,7 +38,7 @@ private:
     QDBusServiceWatcher m_watcher;
     QString m_path;
     bool m_hasEnded = false;
-    PendingAnswer<FileDialogAnswer> m_answer;
+    Promise<FileDialogAnswer> m_answer;
 };
 
 } // namespace quiv

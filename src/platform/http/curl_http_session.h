@@ -1,9 +1,8 @@
 #pragma once
 
+#include "platform/async/promise.h"
 #include "platform/http/curl_network_thread.h"
 #include "platform/http/http_session.h"
-
-#include <QObject>
 
 #include <map>
 #include <memory>
@@ -25,20 +24,19 @@ public:
     Task<HttpReply> send(HttpRequest request) override;
 
 private:
-    class Exchange;
+    struct Exchange;
 
-    TransferId begin(Exchange& exchange);
+    Promise<HttpReply> begin(TransferId id, HttpRequest request,
+                             std::optional<HostAddress> address);
     void abandon(TransferId id);
     void requestStop(TransferId id);
     void report(TransferId id, const HttpProgress& progress);
     void deliver(TransferId id, HttpResult result);
 
     HostResolver* m_resolver;
-    QObject m_mainThread; // what the network thread's results are queued to
-    std::map<TransferId, Exchange*> m_exchanges;
+    std::map<TransferId, std::unique_ptr<Exchange>> m_exchanges;
     TransferId m_lastId = 0;
-    std::shared_ptr<bool> m_isAlive =
-        std::make_shared<bool>(true); // what awaits a name look-up asks
+    std::shared_ptr<const void> m_token = std::make_shared<char>(); // expires with the session
     CurlNetworkThread m_network;
 };
 

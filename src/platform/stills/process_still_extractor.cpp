@@ -1,6 +1,6 @@
 #include "platform/stills/process_still_extractor.h"
 
-#include "platform/async/pending_answer.h"
+#include "platform/async/promise.h"
 
 #include <QCoreApplication>
 #include <QSet>
@@ -54,7 +54,7 @@ bool canBeArgument(const QString& path) {
 // Shared by the task that awaits it and the extractor.
 struct ProcessStillExtractor::Request {
     QString path;
-    PendingAnswer<std::optional<QByteArray>> answer{};
+    Promise<std::optional<QByteArray>> answer{};
 };
 
 // One process at work.
@@ -75,9 +75,9 @@ ProcessStillExtractor::ProcessStillExtractor(QString program, std::chrono::milli
 
 ProcessStillExtractor::~ProcessStillExtractor() {
     for (const auto& request : m_waiting)
-        request->answer.give(std::nullopt);
+        request->answer.resolve(std::nullopt);
     for (const Run& run : m_running)
-        run.request->answer.give(std::nullopt);
+        run.request->answer.resolve(std::nullopt);
 }
 
 QString ProcessStillExtractor::standardProgram() {
@@ -90,7 +90,7 @@ Task<std::optional<QByteArray>> ProcessStillExtractor::makeUploadThumbnail(QStri
         m_waiting.push_back(request);
         startWaitingLater();
     } else {
-        request->answer.give(std::nullopt);
+        request->answer.resolve(std::nullopt);
     }
     auto waiting = request->answer.wait([this, request = request.get()] { withdraw(*request); });
     co_return co_await std::move(waiting);
@@ -156,7 +156,7 @@ void ProcessStillExtractor::collectOutput(Run& run) {
 void ProcessStillExtractor::finish(Run& run, std::optional<QByteArray> still) {
     const std::shared_ptr<Request> request = run.request;
     m_running.remove_if([&](const Run& other) { return &other == &run; });
-    request->answer.give(std::move(still));
+    request->answer.resolve(std::move(still));
     startWaitingLater();
 }
 

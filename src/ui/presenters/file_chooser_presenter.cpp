@@ -57,7 +57,7 @@ const QString& fileChooserRowKey(const FileChooserRow& row) {
 FileChooserPresenter::FileChooserPresenter(QObject* parent) : QObject(parent), m_rows(rowRoles()) {}
 
 FileChooserPresenter::~FileChooserPresenter() {
-    m_answer.give(QList<QUrl>());
+    m_answer.resolve(QList<QUrl>());
 }
 
 QString FileChooserPresenter::acceptLabel() const {
@@ -165,7 +165,7 @@ void FileChooserPresenter::cancel() {
 void FileChooserPresenter::answer(const QList<QUrl>& files) {
     m_isShown = false;
     m_listing.cancel();
-    m_answer.give(files);
+    m_answer.resolve(files);
     m_chosen.clear();
     m_note.clear();
     m_mayReplace = false;

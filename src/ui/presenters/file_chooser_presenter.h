@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/async/pending_answer.h"
+#include "platform/async/promise.h"
 #include "platform/dialogs/file_dialogs.h"
 #include "platform/dialogs/folder_listing.h"
 #include "ui/presenters/record_list_model.h"
@@ -83,7 +83,7 @@ private:
     QUrl urlOf(const QString& name) const;
 
     FileDialogRequest m_request;
-    PendingAnswer<FileDialogAnswer> m_answer;
+    Promise<FileDialogAnswer> m_answer;
     bool m_isShown = false;
     QString m_folder;
     QList<FolderEntry> m_entries;

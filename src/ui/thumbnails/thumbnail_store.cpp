@@ -25,7 +25,7 @@ QString keyOf(const QUrl& url, const ThumbnailShape& shape) {
 } // namespace
 
 ThumbnailStore::ThumbnailStore(HttpSession& http, Clock& clock, qsizetype capacity)
-    : m_http(http), m_clock(clock), m_cache(capacity), m_turnstile(FetchesAtOnce) {
+    : m_http(http), m_clock(clock), m_cache(capacity), m_semaphore(FetchesAtOnce) {
     QImageReader::setAllocationLimit(DecoderMegabytes);
 }
 
@@ -35,8 +35,8 @@ QImage ThumbnailStore::cached(const QUrl& url, const ThumbnailShape& shape) {
 }
 
 Task<QImage> ThumbnailStore::fetch(QUrl url, ThumbnailShape shape) {
-    auto entering = m_turnstile.enter();
-    const Turnstile::Pass pass = co_await std::move(entering);
+    auto entering = m_semaphore.acquire();
+    const Semaphore::Permit permit = co_await std::move(entering);
     HttpRequest request;
     request.url = url.toEncoded();
     request.timeouts.total = FetchTimeout;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/async/task.h"
-#include "platform/async/turnstile.h"
+#include "platform/async/semaphore.h"
 #include "platform/clock.h"
 #include "platform/http/http_session.h"
 #include "ui/thumbnails/thumbnail_picture.h"
@@ -39,7 +39,7 @@ private:
     HttpSession& m_http;
     Clock& m_clock;
     QCache<QString, QImage> m_cache; // by address and size; costs are bytes
-    Turnstile m_turnstile;
+    Semaphore m_semaphore;
 };
 
 } // namespace quiv

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace quiv {
+
+// The only ways by which work and its results move between threads. Calls wait in queues of our
+// own, each guarded by a mutex; Qt's event loop and thread pool are only told that there is one
+// more to take out.
+
+// Runs `call` from the main thread's event loop, after the calls posted before it. May be called on
+// any thread.
+void postToMainThread(std::function<void()> call);
+
+// The same, but the call does nothing if `receiver` has expired by then. The token is to be owned
+// by the receiver alone, on the main thread.
+void postToMainThread(std::weak_ptr<const void> receiver, std::function<void()> call);
+
+// Runs `work` on the global thread pool and destroys it there.
+void runInBackground(std::function<void()> work);
+
+} // namespace quiv
