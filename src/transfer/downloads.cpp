@@ -16,7 +16,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr std::chrono::seconds TransferTimeout = 1h;
 constexpr std::chrono::seconds IdleTimeout = 2min;
 
 QString downloadingMessage(const QString& name, double progress) {
@@ -54,10 +53,10 @@ Downloads::Downloads(const TvAccess& tvs, Pairing& pairing, FileDialogs& dialogs
 Downloads::~Downloads() = default;
 
 void Downloads::downloadFile(const RemoteFile& file) {
-    m_tasks.add(download(file.name));
+    m_tasks.add(download(file));
 }
 
-Task<> Downloads::download(QString name) {
+Task<> Downloads::download(RemoteFile file) {
     const auto tv = m_tvs.current();
     if (!tv) {
         m_tvs.say(u"Select a TV first"_s);
@@ -70,7 +69,7 @@ Task<> Downloads::download(QString name) {
         m_tvs.say(u"Another download is already in progress"_s);
         co_return;
     }
-    const QUrl destination = co_await chooseDestination(name);
+    const QUrl destination = co_await chooseDestination(file.name);
     if (destination.isEmpty()) {
         m_tvs.say(u"Download canceled"_s);
         co_return;
@@ -79,7 +78,7 @@ Task<> Downloads::download(QString name) {
         m_tvs.say(u"Another download is already in progress"_s);
         co_return;
     }
-    co_await transfer(tv->whicheverIsSelected(), name, destination);
+    co_await transfer(tv->whicheverIsSelected(), file, destination);
 }
 
 Task<QUrl> Downloads::chooseDestination(QString name) {
@@ -91,13 +90,14 @@ Task<QUrl> Downloads::chooseDestination(QString name) {
     co_return answer && !answer->isEmpty() ? answer->constFirst() : QUrl();
 }
 
-Task<> Downloads::transfer(Tv tv, QString name, QUrl destination) {
+Task<> Downloads::transfer(Tv tv, RemoteFile file, QUrl destination) {
+    const QString name = file.name;
     changeState({true, 0, name});
     m_tvs.beginProgress(downloadingMessage(name, 0));
     m_stop = {};
     QString message = u"Downloaded "_s + name;
     try {
-        co_await downloadSingle(tv, name, destination.toLocalFile());
+        co_await downloadSingle(tv, file, destination.toLocalFile());
     } catch (const Error& error) {
         message = outcomeMessage(name, error);
     }
@@ -105,14 +105,16 @@ Task<> Downloads::transfer(Tv tv, QString name, QUrl destination) {
     changeState({});
 }
 
-Task<> Downloads::downloadSingle(Tv tv, QString name, QString destination) {
+Task<> Downloads::downloadSingle(Tv tv, RemoteFile file, QString destination) {
     if (destination.isEmpty())
         throw PlaceError(u"Download failed: missing destination path"_s);
     const DownloadPlace place(destination);
-    const QueryItems query{{u"name"_s, name}};
+    const QueryItems query{{u"name"_s, file.name}};
     HttpRequest request = tv.request("GET", u"api/files/download"_s, query);
     request.replyFile = place.temporaryFile();
-    request.timeouts = {TransferTimeout, IdleTimeout};
+    if (file.sizeBytes >= 1)
+        request.replyFileSize = file.sizeBytes;
+    request.timeouts = {std::nullopt, IdleTimeout};
     request.stop = m_stop.get_token();
     request.onProgress = [this](const HttpProgress& progress) {
         progressed(progress);

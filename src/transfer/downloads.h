@@ -48,10 +48,10 @@ Q_SIGNALS:
     void stateChanged();
 
 private:
-    Task<> download(QString name);
+    Task<> download(RemoteFile file);
     Task<QUrl> chooseDestination(QString name);
-    Task<> transfer(Tv tv, QString name, QUrl destination);
-    Task<> downloadSingle(Tv tv, QString name, QString destination);
+    Task<> transfer(Tv tv, RemoteFile file, QUrl destination);
+    Task<> downloadSingle(Tv tv, RemoteFile file, QString destination);
     void progressed(const HttpProgress& progress);
     void changeState(DownloadState state);
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "net/tv.h"
-#include "platform/async/task.h"
 #include "platform/async/semaphore.h"
+#include "platform/async/task.h"
 #include "transfer/upload_job.h"
 
 #include <QByteArray>

@@ -18,7 +18,6 @@ using namespace std::chrono_literals;
 namespace {
 
 const auto UploadPath = u"api/files/upload"_s;
-constexpr std::chrono::seconds TransferTimeout = 1h;
 constexpr std::chrono::seconds IdleTimeout = 2min;
 // How long a cancelled upload may go on asking the TV whether it has the file after all.
 constexpr auto ConfirmationAfterCancel = 700ms;
@@ -142,7 +141,7 @@ HttpRequest UploadTransport::fileRequest(UploadTaskState* state) {
         query.append({u"thumbnailMode"_s, u"client"_s});
     HttpRequest request = state->tv.request("PUT", UploadPath, query);
     request.bodyFile = state->upload.file;
-    request.timeouts = {TransferTimeout, IdleTimeout};
+    request.timeouts = {std::nullopt, IdleTimeout};
     request.stop = state->stop.get_token();
     request.onProgress = [this, state](const HttpProgress& progress) {
         transferProgressed(state, progress);

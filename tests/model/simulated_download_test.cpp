@@ -132,7 +132,7 @@ private Q_SLOTS:
         QFile sparse(m_tv.mediaFolder() + u'/' + name);
         QVERIFY(sparse.open(QIODevice::WriteOnly) && sparse.resize(qint64(4) << 30));
         const long before = peakKilobytes();
-        begin(path(), name);
+        begin(path(), name, qint64(4) << 30);
         QTRY_COMPARE_WITH_TIMEOUT(m_real->status(), u"Downloaded Huge.mkv"_s, 100'000);
         const long grown = peakKilobytes() - before;
         QVERIFY2(grown < 16 << 10, qPrintable(QString::number(grown)));
@@ -146,8 +146,9 @@ private:
         QFile file(path());
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write("before") == 6);
     }
-    void begin(const QString& destination, const QString& name = u"Ein Film +&ü.mkv"_s) {
-        m_real->model.downloads()->downloadFile({name, u"VIDEO"_s, 1, {}});
+    void begin(const QString& destination, const QString& name = u"Ein Film +&ü.mkv"_s,
+               qint64 size = FileSize) {
+        m_real->model.downloads()->downloadFile({name, u"VIDEO"_s, size, {}});
         m_real->dialogs.desktop.answer(QList<QUrl>{QUrl::fromLocalFile(destination)});
     }
 

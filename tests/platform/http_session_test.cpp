@@ -261,6 +261,46 @@ private Q_SLOTS:
         }
     }
 
+    void aSuccessBeforeTheWholeBodyIsALostConnection() {
+        const RawServer server([](RawServer::Connection& connection) {
+            connection.readHeaders();
+            connection.write("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
+        });
+        HttpRequest put = request("PUT", server.url());
+        put.bodyFile = file(QByteArray(12 << 20, 'x'));
+        for (int round = 0; round < 10; ++round)
+            QCOMPARE(outcomeOf(put).error, HttpErrorCode::ConnectionLost);
+    }
+
+    void aBodyThatIsNotAsLongAsKnownIsNoFile_data() {
+        QTest::addColumn<int>("size");
+        QTest::addColumn<HttpErrorCode>("error");
+        QTest::newRow("shorter, without a length") << 12 << HttpErrorCode::ConnectionLost;
+        QTest::newRow("longer") << 4 << HttpErrorCode::ReplyTooLarge;
+    }
+    void aBodyThatIsNotAsLongAsKnownIsNoFile() {
+        QFETCH(int, size);
+        QFETCH(HttpErrorCode, error);
+        const RawServer server(replyingWith("HTTP/1.1 200 OK\r\n\r\n12345678"));
+        HttpRequest get = request("GET", server.url());
+        get.replyFile = file("");
+        get.replyFileSize = size;
+        QCOMPARE(outcomeOf(get).error, error);
+    }
+
+    void onlyWhatMayBeRepeatedUsesAConnectionThatWasKept() {
+        std::atomic<int> posts = 0;
+        const RawServer server([&posts](RawServer::Connection& connection) {
+            connection.readHeaders();
+            connection.write("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
+            if (connection.readHeaders().startsWith("POST"))
+                ++posts; // acted upon, then the connection breaks without an answer
+        });
+        QVERIFY(outcomeOf(request("GET", server.url())).reply);
+        QVERIFY(outcomeOf(request("POST", server.url())).reply);
+        QCOMPARE(posts, 0);
+    }
+
     void earlyAnswersAreReadFromWhateverBytesThereAre() {
         const auto parsed =
             parseEarlyAnswer("HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 507 Full\r\nA: b\r\n"

@@ -86,7 +86,7 @@ private Q_SLOTS:
         const HttpRequest request = fixture.http.latest(DownloadPath);
         QCOMPARE(request.method, "GET");
         QVERIFY(request.url.endsWith("/api/files/download?name=sub%2F%20.a%20b.mkv"));
-        QCOMPARE(request.timeouts.total, std::chrono::hours(1));
+        QVERIFY(!request.timeouts.total); // as long as bytes move
         QVERIFY(request.replyFile.startsWith(fixture.path(text("new/folder/"))));
 
         fixture.progress(5, -1); // unknown

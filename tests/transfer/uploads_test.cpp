@@ -69,7 +69,7 @@ private Q_SLOTS:
         const HttpRequest request = fixture.http.latest(UploadPath);
         QCOMPARE(request.method, "PUT");
         QCOMPARE(request.bodyFile, fixture.folder.filePath(text("a.srt")));
-        QCOMPARE(request.timeouts.total, 1h);
+        QVERIFY(!request.timeouts.total); // as long as bytes move
         QVERIFY(request.url.endsWith("/api/files/upload?name=a.srt&uploadId=" +
                                      fixture.uploads().uploadListItems()[0].id.toLatin1()));
         fixture.progress(0);

@@ -12,6 +12,8 @@ namespace quiv {
 
 namespace {
 
+constexpr std::chrono::seconds LongestLookUp{60};
+
 // The host as the local network knows it: its names are plain text where URLs have them encoded.
 QString multicastHostOf(const QByteArray& url) {
     return QUrl::fromAce(QUrl::fromEncoded(url).host().toLatin1(), QUrl::IgnoreIDNWhitelist);
@@ -41,15 +43,19 @@ CurlHttpSession::~CurlHttpSession() {
 }
 
 Task<HttpReply> CurlHttpSession::send(HttpRequest request) {
-    const auto deadline = std::chrono::steady_clock::now() + request.timeouts.total;
+    const auto start = std::chrono::steady_clock::now();
     const std::weak_ptr token = m_token;
     const QString host = multicastHostOf(request.url);
     std::optional<HostAddress> address;
     if (m_resolver && host.endsWith(".local"_L1, Qt::CaseInsensitive)) {
-        address = co_await m_resolver->resolve(host, request.timeouts.total);
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
-            deadline - std::chrono::steady_clock::now());
-        request.timeouts.total = std::max(left, std::chrono::milliseconds(1));
+        address =
+            co_await m_resolver->resolve(host, request.timeouts.total.value_or(LongestLookUp));
+        if (request.timeouts.total) {
+            using std::chrono::milliseconds;
+            const auto spent =
+                std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - start);
+            request.timeouts.total = std::max(*request.timeouts.total - spent, milliseconds(1));
+        }
     }
     if (token.expired() || request.stop.stop_requested())
         throw HttpError(HttpErrorCode::Cancelled);
@@ -73,7 +79,8 @@ Promise<HttpReply> CurlHttpSession::begin(TransferId id, HttpRequest request,
     exchange->onProgress = request.onProgress;
     const Promise<HttpReply> reply = exchange->reply;
     const std::stop_token stop = request.stop;
-    const auto onProgress = [this, id, token = std::weak_ptr(m_token)](const HttpProgress& progress) {
+    const auto onProgress = [this, id,
+                             token = std::weak_ptr(m_token)](const HttpProgress& progress) {
         postToMainThread(token, [this, id, progress] { report(id, progress); });
     };
     m_network.start(

@@ -6,6 +6,7 @@
 
 #include <fcntl.h>
 #include <sys/socket.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -20,6 +21,10 @@ using namespace std::chrono_literals;
 constexpr long UploadBufferSize = 1 << 20;
 constexpr std::int64_t HeaderLimit = 64 << 10;
 constexpr auto ProgressInterval = 250ms;
+constexpr auto ConnectTimeout = 5s;
+constexpr auto AnswerTimeout = 30min; // after the last byte of a body was sent
+constexpr std::int64_t DiskReserve = 64 << 20;
+constexpr std::int64_t DiskCheckInterval = 4 << 20; // bytes
 
 CurlTransfer& transferOf(void* pointer) {
     return *static_cast<CurlTransfer*>(pointer);
@@ -123,12 +128,15 @@ void CurlTransfer::setRules() {
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(easy, CURLOPT_PATH_AS_IS, 1L);
     curl_easy_setopt(easy, CURLOPT_UPLOAD_BUFFERSIZE, UploadBufferSize);
-    curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, static_cast<long>(m_request.timeouts.total.count()));
-    if (m_request.timeouts.idle) {
-        curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, 1L);
-        curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME,
-                         static_cast<long>(m_request.timeouts.idle->count()));
-    }
+    curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS,
+                     static_cast<long>(std::chrono::milliseconds(ConnectTimeout).count()));
+    curl_easy_setopt(easy, CURLOPT_TCP_KEEPALIVE, 1L);
+    if (m_request.timeouts.total)
+        curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS,
+                         static_cast<long>(m_request.timeouts.total->count()));
+    // libcurl repeats a request whose kept-alive connection broke, even one that was acted upon.
+    if (m_request.method != "GET")
+        curl_easy_setopt(easy, CURLOPT_FRESH_CONNECT, 1L);
     if (m_address) {
         const QByteArray text = m_address->toText().toLatin1();
         const bool isIpv6 = m_address->family == HostAddress::Family::IPv6;
@@ -194,9 +202,11 @@ void CurlTransfer::setCallbacks() {
     const auto progress = +[](void* self, curl_off_t receivedTotal, curl_off_t received, curl_off_t,
                               curl_off_t sent) -> int {
         CurlTransfer& transfer = transferOf(self);
-        transfer.reportProgress(
-            {sent, transfer.m_bodySize, received, receivedTotal > 0 ? receivedTotal : -1}, false);
-        return 0;
+        const HttpProgress moved{sent, transfer.m_bodySize, received,
+                                 receivedTotal > 0 ? receivedTotal : -1};
+        if (transfer.m_request.onProgress)
+            transfer.reportProgress(moved, false);
+        return transfer.isIdleTooLong(moved) ? 1 : 0;
     };
     const auto open = +[](void* self, curlsocktype, curl_sockaddr* address) -> curl_socket_t {
         return transferOf(self).openSocket(address);
@@ -209,14 +219,13 @@ void CurlTransfer::setCallbacks() {
     curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
     curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, write);
     curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
-    if (m_request.onProgress) {
+    if (m_request.onProgress || m_request.timeouts.idle) {
         curl_easy_setopt(easy, CURLOPT_NOPROGRESS, 0L);
         curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, progress);
         curl_easy_setopt(easy, CURLOPT_XFERINFODATA, this);
     }
     if (m_bodySize > 0) {
         // A connection of its own: the copy of its socket is what an early answer is read from.
-        curl_easy_setopt(easy, CURLOPT_FRESH_CONNECT, 1L);
         curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, open);
         curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, this);
     }
@@ -277,10 +286,8 @@ bool CurlTransfer::takeBody(QByteArrayView bytes) {
     curl_easy_getinfo(m_easy.get(), CURLINFO_RESPONSE_CODE, &status);
     const bool isSuccess = status >= 200 && status <= 299;
     if (isSuccess && m_replyFile.isOpen()) {
-        if (m_replyFile.write(bytes.data(), bytes.size()) == bytes.size())
-            return true;
-        m_failure = HttpErrorCode::CannotWriteFile;
-        return false;
+        m_failure = writeReply(bytes);
+        return !m_failure;
     }
     if (!isSuccess) { // only its first words are of use
         const auto room = std::max<std::int64_t>(0, ErrorReplyLimit - m_reply.body.size());
@@ -295,6 +302,42 @@ bool CurlTransfer::takeBody(QByteArrayView bytes) {
         return false;
     }
     m_reply.body.append(bytes);
+    return true;
+}
+
+std::optional<HttpErrorCode> CurlTransfer::writeReply(QByteArrayView bytes) {
+    const std::int64_t size = m_replyFileBytes + bytes.size();
+    if (m_request.replyFileSize) {
+        if (size > *m_request.replyFileSize)
+            return HttpErrorCode::ReplyTooLarge;
+    } else if (size / DiskCheckInterval != m_replyFileBytes / DiskCheckInterval) {
+        struct statvfs disk {};
+        const bool isKnown = ::fstatvfs(m_replyFile.handle(), &disk) == 0;
+        if (isKnown && std::int64_t(disk.f_bavail * disk.f_frsize) < DiskReserve)
+            return HttpErrorCode::CannotWriteFile;
+    }
+    m_replyFileBytes = size;
+    if (m_replyFile.write(bytes.data(), bytes.size()) != bytes.size())
+        return HttpErrorCode::CannotWriteFile;
+    return std::nullopt;
+}
+
+bool CurlTransfer::isIdleTooLong(const HttpProgress& progress) {
+    if (!m_request.timeouts.idle)
+        return false;
+    const auto now = std::chrono::steady_clock::now();
+    const std::int64_t moved = progress.sent + progress.received;
+    if (!m_lastMoveAt || moved != m_movedBytes) {
+        m_movedBytes = moved;
+        m_lastMoveAt = now;
+        return false;
+    }
+    const bool awaitsAnswer =
+        m_bodySize > 0 && progress.sent >= m_bodySize && progress.received == 0;
+    const std::chrono::seconds limit = awaitsAnswer ? AnswerTimeout : *m_request.timeouts.idle;
+    if (now - *m_lastMoveAt < limit)
+        return false;
+    m_failure = HttpErrorCode::TimedOut;
     return true;
 }
 
@@ -341,17 +384,20 @@ HttpResult CurlTransfer::finish(CURLcode code) {
         m_failure == HttpErrorCode::ReplyTooLarge && status >= 300; // its beginning is enough
     if (code != CURLE_OK && !isCutErrorReply) {
         const bool wasSending = code == CURLE_SEND_ERROR || code == CURLE_RECV_ERROR;
-        if (wasSending && !m_failure && status == 0 && readEarlyAnswer())
+        if (wasSending && !m_failure && status == 0 && readEarlyAnswer() && !m_reply.isSuccess())
             return std::move(m_reply);
         return HttpError(m_failure.value_or(errorCodeFor(code)));
     }
     m_reply.status = int(status);
+    curl_off_t uploaded = 0;
+    curl_easy_getinfo(m_easy.get(), CURLINFO_SIZE_UPLOAD_T, &uploaded);
+    const bool isCutBody = m_request.replyFileSize && m_replyFileBytes < *m_request.replyFileSize;
+    if (m_reply.isSuccess() && (uploaded < m_bodySize || isCutBody))
+        return HttpError(HttpErrorCode::ConnectionLost);
     if (m_request.onProgress && m_reply.isSuccess()) {
-        curl_off_t sent = 0;
         curl_off_t received = 0;
-        curl_easy_getinfo(m_easy.get(), CURLINFO_SIZE_UPLOAD_T, &sent);
         curl_easy_getinfo(m_easy.get(), CURLINFO_SIZE_DOWNLOAD_T, &received);
-        reportProgress({sent, m_bodySize, received, received}, true);
+        reportProgress({uploaded, m_bodySize, received, received}, true);
     }
     return std::move(m_reply);
 }

@@ -43,6 +43,8 @@ private:
     bool rewindBody(curl_off_t offset);
     bool takeHeader(QByteArrayView line);
     bool takeBody(QByteArrayView bytes);
+    std::optional<HttpErrorCode> writeReply(QByteArrayView bytes);
+    bool isIdleTooLong(const HttpProgress& progress);
     void reportProgress(const HttpProgress& progress, bool isLast);
     bool readEarlyAnswer();
     int openSocket(curl_sockaddr* address);
@@ -65,6 +67,9 @@ private:
     std::int64_t m_bodySize = 0;
     std::int64_t m_bodyOffset = 0;
     std::int64_t m_headerBytes = 0;
+    std::int64_t m_replyFileBytes = 0;
+    std::int64_t m_movedBytes = 0; // in both directions
+    std::optional<std::chrono::steady_clock::time_point> m_lastMoveAt;
     HttpReply m_reply;
     std::optional<HttpErrorCode> m_failure; // what one of our callbacks stopped the exchange for
     HttpProgress m_seenProgress;

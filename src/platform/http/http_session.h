@@ -46,8 +46,11 @@ bool isCancellation(const Error& error);
 using HttpHeaders = QList<std::pair<QByteArray, QByteArray>>;
 
 struct HttpTimeouts {
-    std::chrono::milliseconds total{60'000}; // the whole exchange, name look-up included
-    // Ends an exchange in which no byte moved for this long; none: only the total counts.
+    // The whole exchange, name look-up included; nullopt for transfers that may take any time as
+    // long as bytes move.
+    std::optional<std::chrono::milliseconds> total{60'000};
+    // Ends an exchange in which no byte moves for this long. Once a body is sent, the TV has half
+    // an hour to write it out and answer.
     std::optional<std::chrono::seconds> idle;
 };
 
@@ -72,6 +75,9 @@ struct HttpRequest {
     QByteArray body;
     QString bodyFile;  // streamed as the body instead of `body` when not empty
     QString replyFile; // a 2xx reply's body goes into this existing file when not empty
+    // Bytes of that body: a shorter one is a lost connection, a longer one is stopped. Without it,
+    // a body is stopped before it fills the disk.
+    std::optional<std::int64_t> replyFileSize;
     // Largest body kept in memory; failed replies are cut off at ErrorReplyLimit instead.
     std::int64_t replyLimit = JsonReplyLimit;
     HttpTimeouts timeouts;
@@ -96,7 +102,9 @@ struct HttpReply {
 // Every exchange completes exactly once, from the event loop: with a reply of any status, or by
 // throwing HttpError; also when the session is destroyed meanwhile (Cancelled). Destroying the task
 // cancels: its socket is closed, and nothing is resumed. Redirects are replies like any other; no
-// proxy, no cookies, no stored credentials.
+// proxy, no cookies, no stored credentials. Only a GET may be sent again by itself, when a
+// connection that was kept open turns out to be dead. A 2xx reply to a body that was not sent whole
+// is a lost connection.
 class HttpSession {
 public:
     virtual ~HttpSession() = default;
