@@ -94,10 +94,8 @@ Task<> Downloads::download(QString name) {
 }
 
 Task<QUrl> Downloads::chooseDestination(QString name) {
-    auto asking = m_dialogs.ask({.purpose = FileDialogRequest::Purpose::Save,
-                                 .title = u"Download from TV"_s,
-                                 .acceptLabel = u"Download"_s,
-                                 .proposedName = proposedDownloadName(name)});
+    auto asking = m_dialogs.ask({FileDialogRequest::Purpose::Save, u"Download from TV"_s,
+                                 u"Download"_s, proposedDownloadName(name)});
     const FileDialogAnswer answer = co_await std::move(asking);
     co_return answer && !answer->isEmpty() ? answer->constFirst() : QUrl();
 }
