@@ -2,8 +2,7 @@
 
 #include "model/ombra_mac_model.h"
 #include "platform/avahi/avahi_connection.h"
-#include "platform/avahi/avahi_host_resolver.h"
-#include "platform/avahi/avahi_service_browser.h"
+#include "platform/avahi/avahi_dns_sd.h"
 #include "platform/clock.h"
 #include "platform/dialogs/file_dialogs.h"
 #include "platform/dialogs/portal_file_dialogs.h"
@@ -34,14 +33,13 @@ private:
     SystemClock m_clock;
     FileSettingsStore m_settings;
     std::shared_ptr<AvahiConnection> m_avahi = std::make_shared<AvahiConnection>();
-    AvahiHostResolver m_hostResolver{m_avahi};
-    AvahiServiceBrowser m_browser{m_avahi};
-    CurlHttpSession m_http{&m_hostResolver};
+    AvahiDnsSd m_dnsSd{m_avahi};
+    CurlHttpSession m_http{&m_dnsSd};
     ProcessStillExtractor m_stills;
     SyslogSystemLog m_log;
     PortalFileDialogs m_portalDialogs;
     PreferredFileDialogs m_fileDialogs{m_portalDialogs};
-    OmbraMacModel m_model{{m_http, m_browser, m_settings, m_clock, m_stills, m_log, m_fileDialogs}};
+    OmbraMacModel m_model{{m_http, m_dnsSd, m_settings, m_clock, m_stills, m_log, m_fileDialogs}};
 };
 
 } // namespace quiv

@@ -82,10 +82,8 @@ Task<> Downloads::download(RemoteFile file) {
 }
 
 Task<QUrl> Downloads::chooseDestination(QString name) {
-    const FileDialogRequest request{.purpose = FileDialogRequest::Purpose::Save,
-                                    .title = u"Download from TV"_s,
-                                    .acceptLabel = u"Download"_s,
-                                    .proposedName = proposedDownloadName(name)};
+    const FileDialogRequest request(FileDialogRequest::Purpose::Save, u"Download from TV"_s,
+                                    u"Download"_s, proposedDownloadName(name));
     const FileDialogAnswer answer = co_await m_dialogs.ask(request);
     co_return answer && !answer->isEmpty() ? answer->constFirst() : QUrl();
 }

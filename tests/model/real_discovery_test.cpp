@@ -2,8 +2,7 @@
 
 #include "model/ombra_mac_model.h"
 #include "platform/avahi/avahi_connection.h"
-#include "platform/avahi/avahi_host_resolver.h"
-#include "platform/avahi/avahi_service_browser.h"
+#include "platform/avahi/avahi_dns_sd.h"
 #include "platform/avahi/avahi_test_daemon.h"
 #include "platform/http/curl_http_session.h"
 #include "simulator/simulator_process.h"
@@ -36,13 +35,12 @@ struct RealModel {
     SystemClock clock;
     MemorySettings settings;
     std::shared_ptr<AvahiConnection> avahi = std::make_shared<AvahiConnection>();
-    AvahiHostResolver resolver{avahi};
-    AvahiServiceBrowser browser{avahi};
-    CurlHttpSession http{&resolver};
+    AvahiDnsSd dnsSd{avahi};
+    CurlHttpSession http{&dnsSd};
     FakeStillExtractor stills;
     MemoryLog log;
     FakeDesktopDialogs dialogs;
-    OmbraMacModel model{{http, browser, settings, clock, stills, log, dialogs.preferred}};
+    OmbraMacModel model{{http, dnsSd, settings, clock, stills, log, dialogs.preferred}};
     bool ready = false;
 };
 

@@ -38,13 +38,15 @@ Q_SIGNALS:
 class Portal : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.FileChooser")
+    Q_PROPERTY(uint version MEMBER version)
 
 public:
     enum class Manner { Opens, Refuses, KeepsSilent };
 
     Portal() {
         connect(&m_dialog, &PortalDialog::closed, this, [this] { calls.append("close"); });
-        portalBus().registerObject(PortalPath, this, QDBusConnection::ExportAllSlots);
+        portalBus().registerObject(PortalPath, this, QDBusConnection::ExportAllSlots |
+                                                          QDBusConnection::ExportAllProperties);
         portalBus().registerService(PortalService);
     }
     ~Portal() override {
@@ -58,6 +60,7 @@ public:
     }
 
     Manner manner = Manner::Opens;
+    uint version = 3;
     QByteArrayList calls;
     QString parent;
     QString title;

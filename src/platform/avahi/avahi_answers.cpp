@@ -23,7 +23,7 @@ void AvahiAnswers::ask(AvahiQuestion question) {
     AvahiConnection* connection = m_scope->connection();
     if (!connection)
         return;
-    m_askings.push_back(connection->ask(std::move(question), [this](const AvahiAnswer& answer) {
+    m_subscriptions.push_back(connection->ask(std::move(question), [this](const AvahiAnswer& answer) {
         m_answers.push_back(answer);
         wake();
     }));

@@ -58,7 +58,7 @@ private:
 
     std::shared_ptr<AvahiScope> m_scope;
     std::deque<AvahiAnswer> m_answers;
-    std::vector<AvahiAsking> m_askings;
+    std::vector<AvahiSubscription> m_subscriptions;
     std::coroutine_handle<> m_waiting;
     SystemClock m_clock;
     std::unique_ptr<Clock::Timer> m_deadlineTimer;

@@ -14,7 +14,7 @@ constexpr std::chrono::seconds EndTimeout{1};
 
 } // namespace
 
-AvahiAsking& AvahiAsking::operator=(AvahiAsking&& other) noexcept {
+AvahiSubscription& AvahiSubscription::operator=(AvahiSubscription&& other) noexcept {
     if (this != &other) {
         drop();
         m_connection = std::move(other.m_connection);
@@ -23,11 +23,11 @@ AvahiAsking& AvahiAsking::operator=(AvahiAsking&& other) noexcept {
     return *this;
 }
 
-AvahiAsking::~AvahiAsking() {
+AvahiSubscription::~AvahiSubscription() {
     drop();
 }
 
-void AvahiAsking::drop() {
+void AvahiSubscription::drop() {
     if (const auto connection = std::exchange(m_connection, {}).lock())
         connection->drop(m_id);
 }
@@ -52,11 +52,11 @@ AvahiConnection::~AvahiConnection() {
         m_thread.detach();
 }
 
-AvahiAsking AvahiConnection::ask(AvahiQuestion question, Callback callback) {
+AvahiSubscription AvahiConnection::ask(AvahiQuestion question, Callback callback) {
     const AvahiQuestionId id = ++m_lastId;
     m_callbacks.emplace(id, std::make_shared<const Callback>(std::move(callback)));
     m_worker->ask(id, std::move(question));
-    return AvahiAsking(weak_from_this(), id);
+    return AvahiSubscription(weak_from_this(), id);
 }
 
 AvahiBackendKind AvahiConnection::backendKind() const {

@@ -15,14 +15,14 @@ class AvahiConnection;
 class AvahiWorker;
 
 // Keeps a question asked; destroying it drops the question, and nothing is called back any more.
-class AvahiAsking {
+class AvahiSubscription {
 public:
-    AvahiAsking() = default;
-    AvahiAsking(std::weak_ptr<AvahiConnection> connection, AvahiQuestionId id)
+    AvahiSubscription() = default;
+    AvahiSubscription(std::weak_ptr<AvahiConnection> connection, AvahiQuestionId id)
         : m_connection(std::move(connection)), m_id(id) {}
-    AvahiAsking(AvahiAsking&& other) noexcept = default;
-    AvahiAsking& operator=(AvahiAsking&& other) noexcept;
-    ~AvahiAsking();
+    AvahiSubscription(AvahiSubscription&& other) noexcept = default;
+    AvahiSubscription& operator=(AvahiSubscription&& other) noexcept;
+    ~AvahiSubscription();
 
 private:
     void drop();
@@ -48,13 +48,13 @@ public:
 
     // Calls back until the result is destroyed, which the callback may do. A question stays asked
     // across changes of the backend and repeats its answers then, after AskedAnew.
-    AvahiAsking ask(AvahiQuestion question, Callback callback);
+    AvahiSubscription ask(AvahiQuestion question, Callback callback);
 
     // Who answers now.
     AvahiBackendKind backendKind() const;
 
 private:
-    friend class AvahiAsking;
+    friend class AvahiSubscription;
 
     void dispatch(AvahiQuestionId id, const AvahiAnswer& answer);
     void drop(AvahiQuestionId id);

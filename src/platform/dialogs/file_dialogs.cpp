@@ -3,12 +3,10 @@
 namespace quiv {
 
 Task<FileDialogAnswer> PreferredFileDialogs::ask(FileDialogRequest request) {
-    auto asking = m_desktop.ask(request);
-    FileDialogAnswer answer = co_await std::move(asking);
+    FileDialogAnswer answer = co_await m_desktop.ask(request);
     if (answer || !m_fallback)
         co_return answer;
-    auto askingAgain = m_fallback->ask(request);
-    co_return co_await std::move(askingAgain);
+    co_return co_await m_fallback->ask(request);
 }
 
 } // namespace quiv

@@ -7,22 +7,31 @@
 #include <QUrl>
 
 #include <optional>
+#include <utility>
 
 namespace quiv {
 
 struct FileDialogRequest {
     enum class Purpose { OpenOne, OpenSeveral, Save };
 
+    FileDialogRequest() = default;
+    FileDialogRequest(Purpose itsPurpose, QString itsTitle, QString itsAcceptLabel,
+                      QString itsProposedName = {})
+        : purpose(itsPurpose),
+          title(std::move(itsTitle)),
+          acceptLabel(std::move(itsAcceptLabel)),
+          proposedName(std::move(itsProposedName)) {}
+
     Purpose purpose = Purpose::OpenOne;
     QString title;
-    QString acceptLabel;    // of the button that ends the dialog
-    QString proposedName{}; // Save only
+    QString acceptLabel;  // of the button that ends the dialog
+    QString proposedName; // for Save only
 
     bool operator==(const FileDialogRequest&) const = default;
 };
 
-// The files of this computer that were chosen; empty when the user cancelled. None: these dialogs
-// cannot be shown here.
+// The files of this computer that were chosen: an empty list if the user cancelled, nullopt if these
+// dialogs cannot be shown here.
 using FileDialogAnswer = std::optional<QList<QUrl>>;
 
 // Asks the user for files. A place to save to is asked for once more before it is answered when a

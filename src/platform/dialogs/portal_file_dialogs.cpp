@@ -10,9 +10,8 @@ Task<FileDialogAnswer> PortalFileDialogs::ask(FileDialogRequest request) {
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         co_return std::nullopt;
-    PortalRequest dialog(bus, request, m_parentWindow(), m_patience);
-    auto waiting = dialog.answer().wait();
-    co_return co_await std::move(waiting);
+    PortalRequest dialog(bus, request, m_parentWindow(), m_deadline);
+    co_return co_await dialog.answer().wait();
 }
 
 } // namespace quiv

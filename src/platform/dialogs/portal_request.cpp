@@ -42,7 +42,7 @@ QVariantMap optionsOf(const FileDialogRequest& request, const QString& token) {
 } // namespace
 
 PortalRequest::PortalRequest(const QDBusConnection& bus, const FileDialogRequest& request,
-                             const QString& parentWindow, std::chrono::milliseconds patience)
+                             const QString& parentWindow, std::chrono::milliseconds deadline)
     : m_bus(bus), m_watcher(Service, m_bus) {
     const QString token = u"quiv_"_s + randomUuid().remove(u'-');
     listen(requestPath(m_bus, token)); // before the call: the end may come before its reply
@@ -52,8 +52,24 @@ PortalRequest::PortalRequest(const QDBusConnection& bus, const FileDialogRequest
     QDBusMessage call = QDBusMessage::createMethodCall(Service, Path, ChooserInterface,
                                                        saves ? u"SaveFile"_s : u"OpenFile"_s);
     call << parentWindow << request.title << optionsOf(request, token);
+    // A portal without a file chooser may keep a dialog's call waiting, but not this question.
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        Service, Path, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+    question << ChooserInterface << u"version"_s;
+    auto* asking = new QDBusPendingCallWatcher(
+        m_bus.asyncCall(question, static_cast<int>(deadline.count())), this);
+    connect(asking, &QDBusPendingCallWatcher::finished, this, [this, asking, call, deadline] {
+        if (asking->isError())
+            m_answer.resolve(std::nullopt);
+        else
+            open(call, deadline);
+    });
+}
+
+void PortalRequest::open(const QDBusMessage& call, std::chrono::milliseconds deadline) {
+    m_hasEnded = false;
     auto* opening = new QDBusPendingCallWatcher(
-        m_bus.asyncCall(call, static_cast<int>(patience.count())), this);
+        m_bus.asyncCall(call, static_cast<int>(deadline.count())), this);
     connect(opening, &QDBusPendingCallWatcher::finished, this, &PortalRequest::opened);
 }
 

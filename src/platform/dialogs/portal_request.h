@@ -4,6 +4,7 @@
 #include "platform/dialogs/file_dialogs.h"
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDBusServiceWatcher>
 #include <QObject>
 #include <QString>
@@ -20,9 +21,9 @@ class PortalRequest : public QObject {
     Q_OBJECT
 
 public:
-    // The portal has to say within `patience` that it opens the dialog.
+    // The portal has to say within `deadline` that it opens the dialog.
     PortalRequest(const QDBusConnection& bus, const FileDialogRequest& request,
-                  const QString& parentWindow, std::chrono::milliseconds patience);
+                  const QString& parentWindow, std::chrono::milliseconds deadline);
     ~PortalRequest() override;
 
     Promise<FileDialogAnswer>& answer() { return m_answer; }
@@ -31,13 +32,14 @@ private Q_SLOTS:
     void respond(uint response, const QVariantMap& results);
 
 private:
+    void open(const QDBusMessage& call, std::chrono::milliseconds deadline);
     void listen(const QString& path);
     void opened(QDBusPendingCallWatcher* opening);
 
     QDBusConnection m_bus;
     QDBusServiceWatcher m_watcher;
     QString m_path;
-    bool m_hasEnded = false;
+    bool m_hasEnded = true; // also before the dialog is asked for
     Promise<FileDialogAnswer> m_answer;
 };
 

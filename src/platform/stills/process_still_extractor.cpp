@@ -92,8 +92,10 @@ Task<std::optional<QByteArray>> ProcessStillExtractor::makeUploadThumbnail(QStri
     } else {
         request->answer.resolve(std::nullopt);
     }
-    auto waiting = request->answer.wait([this, request = request.get()] { withdraw(*request); });
-    co_return co_await std::move(waiting);
+    const std::function<void()> onDropped = [this, request = request.get()] {
+        withdraw(*request);
+    };
+    co_return co_await request->answer.wait(onDropped);
 }
 
 void ProcessStillExtractor::withdraw(const Request& request) {

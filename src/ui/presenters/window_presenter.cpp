@@ -35,18 +35,16 @@ void WindowPresenter::pickUploads() {
 }
 
 Task<> WindowPresenter::pickingUploads() {
-    auto asking = m_fileDialogs.ask({.purpose = FileDialogRequest::Purpose::OpenSeveral,
-                                     .title = u"Upload to the TV"_s,
-                                     .acceptLabel = u"Open"_s});
+    auto asking = m_fileDialogs.ask({FileDialogRequest::Purpose::OpenSeveral,
+                                     u"Upload to the TV"_s, u"Open"_s});
     const FileDialogAnswer files = co_await std::move(asking);
     if (files && !files->isEmpty())
         m_actions.queueUploadsFromPicker(*files);
 }
 
 Task<> WindowPresenter::pickingSubtitle(QString videoName) {
-    auto asking = m_fileDialogs.ask({.purpose = FileDialogRequest::Purpose::OpenOne,
-                                     .title = u"Attach Subtitle"_s,
-                                     .acceptLabel = u"Open"_s});
+    auto asking = m_fileDialogs.ask({FileDialogRequest::Purpose::OpenOne,
+                                     u"Attach Subtitle"_s, u"Open"_s});
     const FileDialogAnswer files = co_await std::move(asking);
     if (files && !files->isEmpty())
         m_subtitleRename.attach(files->constFirst(), videoName);

@@ -1,7 +1,7 @@
 #include <QTest> // first: moc stumbles over standard headers that come before any of Qt's
 
+#include "platform/avahi/avahi_dns_sd.h"
 #include "platform/avahi/avahi_outcome.h"
-#include "platform/avahi/avahi_service_browser.h"
 #include "platform/avahi/avahi_test_announcer.h"
 #include "platform/avahi/avahi_test_daemon.h"
 
@@ -89,10 +89,10 @@ void AvahiConnectionTest::followsTheDaemonWhileASearchRuns() {
     QVERIFY(m_daemon->startBus());
     QVERIFY(m_daemon->startDaemon());
     const auto connection = std::make_shared<AvahiConnection>();
-    AvahiServiceBrowser browser(connection);
+    AvahiDnsSd browser(connection);
     QStringList names;
     browser.search(Type, Domain, [&](const FoundService& service) { names.append(service.name); });
-    Outcome pending(browser.resolve({u"Second"_s, Type, Domain}, 1min));
+    Outcome pending(browser.resolve(FoundService{u"Second"_s, Type, Domain}, 1min));
 
     QVERIFY(become(*connection, AvahiBackendKind::SystemDaemon));
     AvahiTestAnnouncer first({"First", "first.local", "192.0.2.1"});
@@ -118,7 +118,7 @@ void AvahiConnectionTest::followsTheDaemonWhileASearchRuns() {
 
 void AvahiConnectionTest::findsABusThatStartsLater() {
     const auto connection = std::make_shared<AvahiConnection>(100ms);
-    AvahiServiceBrowser browser(connection);
+    AvahiDnsSd browser(connection);
     QStringList names;
     browser.search(Type, Domain, [&](const FoundService& service) { names.append(service.name); });
     QVERIFY(become(*connection, AvahiBackendKind::Embedded));
@@ -136,7 +136,7 @@ void AvahiConnectionTest::findsABusThatStartsLater() {
 void AvahiConnectionTest::findsServicesOfANetworkThatAppearsLater() {
     QVERIFY(ip("link set lo down"));
     const auto connection = std::make_shared<AvahiConnection>();
-    AvahiServiceBrowser browser(connection);
+    AvahiDnsSd browser(connection);
     QStringList names;
     browser.search(Type, Domain, [&](const FoundService& service) { names.append(service.name); });
     QVERIFY(become(*connection, AvahiBackendKind::Embedded));
@@ -151,14 +151,14 @@ void AvahiConnectionTest::neverWaitsForADaemonThatHangs() {
     QVERIFY(m_daemon->startBus());
     QVERIFY(m_daemon->startDaemon());
     auto connection = std::make_shared<AvahiConnection>();
-    std::optional<AvahiServiceBrowser> browser(connection);
+    std::optional<AvahiDnsSd> browser(connection);
     QVERIFY(become(*connection, AvahiBackendKind::SystemDaemon));
     m_daemon->freeze();
 
     QElapsedTimer timer;
     timer.start();
     browser->search(Type, Domain, [](const FoundService&) {});
-    Outcome outcome(browser->resolve({u"Kitchen"_s, Type, Domain}, 300ms));
+    Outcome outcome(browser->resolve(FoundService{u"Kitchen"_s, Type, Domain}, 300ms));
     browser->stop();
     QVERIFY(timer.elapsed() < 2000);
     QTRY_VERIFY(outcome.isDone());

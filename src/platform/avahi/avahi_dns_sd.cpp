@@ -1,0 +1,92 @@
+#include "platform/avahi/avahi_dns_sd.h"
+
+#include "platform/avahi/avahi_lookups.h"
+
+namespace quiv {
+
+namespace {
+
+Task<std::optional<ResolvedService>> resolveService(std::shared_ptr<AvahiScope> scope,
+                                                    FoundService service, Clock::Instant deadline) {
+    const std::optional<ServicePlace> place = co_await placeOf(scope, service, deadline);
+    if (!place)
+        co_return std::nullopt;
+    const std::optional<HostAddress> address =
+        co_await addressOf(scope, place->hostName.toUtf8(), deadline);
+    if (!address)
+        co_return std::nullopt;
+    co_return ResolvedService{service.name, {*address}, place->hostName, place->port};
+}
+
+QByteArray normalized(const QString& hostName) {
+    return withoutOuterDots(hostName).toLower();
+}
+
+Task<std::optional<HostAddress>> resolveHost(std::shared_ptr<AvahiScope> scope,
+                                             std::shared_ptr<AvahiHostCache> cache,
+                                             QByteArray hostName, Clock::Instant deadline) {
+    if (!hostName.endsWith(".local"))
+        co_return std::nullopt;
+    const auto remembered = cache->find(hostName, std::chrono::steady_clock::now());
+    if (remembered)
+        co_return remembered;
+    const std::optional<HostAddress> address = co_await addressOf(scope, hostName, deadline);
+    if (address)
+        cache->remember(hostName, *address, std::chrono::steady_clock::now());
+    co_return address;
+}
+
+} // namespace
+
+AvahiDnsSd::AvahiDnsSd(std::shared_ptr<AvahiConnection> connection)
+    : m_scope(std::make_shared<AvahiScope>(std::move(connection))),
+      m_cache(std::make_shared<AvahiHostCache>()) {}
+
+AvahiDnsSd::~AvahiDnsSd() {
+    stop();
+    m_scope->close();
+}
+
+void AvahiDnsSd::search(const QString& type, const QString& domain, FoundCallback found) {
+    stop();
+    m_found = std::move(found);
+    m_search =
+        m_scope->connection()->ask(SearchQuestion{withoutOuterDots(type), withoutOuterDots(domain)},
+                                   [this](const AvahiAnswer& answer) { onAnswer(answer); });
+}
+
+void AvahiDnsSd::stop() {
+    m_search = {};
+    m_found = {};
+    m_seen.clear();
+}
+
+Task<std::optional<ResolvedService>> AvahiDnsSd::resolve(FoundService service,
+                                                         std::chrono::milliseconds timeout) {
+    return resolveService(m_scope, std::move(service), std::chrono::steady_clock::now() + timeout);
+}
+
+Task<std::optional<HostAddress>> AvahiDnsSd::resolve(QString hostName,
+                                                     std::chrono::milliseconds timeout) {
+    return resolveHost(m_scope, m_cache, normalized(hostName),
+                       std::chrono::steady_clock::now() + timeout);
+}
+
+void AvahiDnsSd::forget(const QString& hostName) {
+    m_cache->forget(normalized(hostName));
+}
+
+
+void AvahiDnsSd::onAnswer(const AvahiAnswer& answer) {
+    if (const auto* departure = std::get_if<ServiceGone>(&answer))
+        m_seen.gone(*departure);
+    else if (std::holds_alternative<AskedAnew>(answer))
+        m_seen.clear();
+    const auto* appearance = std::get_if<ServiceAppeared>(&answer);
+    if (!appearance || !m_seen.appeared(*appearance))
+        return;
+    const FoundCallback found = m_found; // it may search anew or destroy this browser
+    found(appearance->service);
+}
+
+} // namespace quiv
