@@ -1,11 +1,10 @@
 """A virtual display with a simulated TV and the application on it, for end-to-end tests.
 
-Everything runs in the caller's network namespace and session bus, and ends with the test.
+Everything runs in the caller's network namespace, session bus and folders, and ends with the test.
 """
 
 import os
 import subprocess
-import tempfile
 import time
 
 import gi
@@ -31,19 +30,11 @@ class Desktop:
     SIZE = "1280x820"  # of the application's window
 
     def __enter__(self):
-        self._directory = tempfile.TemporaryDirectory()
         self._processes = []
-        path = self._directory.name
-        self.videos = os.path.join(path, "home", "Videos")
+        self.videos = os.path.join(os.environ["HOME"], "Videos")
         os.makedirs(self.videos)
-        runtime = os.path.join(path, "runtime")
-        os.mkdir(runtime, 0o700)
         self.environment = dict(
             os.environ,
-            HOME=os.path.join(path, "home"),
-            XDG_CONFIG_HOME=os.path.join(path, "config"),
-            XDG_DATA_HOME=os.path.join(path, "data"),
-            XDG_RUNTIME_DIR=runtime,
             QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
             QT_QPA_PLATFORM="xcb",
         )
@@ -54,7 +45,6 @@ class Desktop:
         for process in reversed(self._processes):
             process.terminate()
             process.wait(20)
-        self._directory.cleanup()
 
     def start(self, *command, **options):
         process = subprocess.Popen(command, env=self.environment, **options)

@@ -1,4 +1,5 @@
 #include "library/library_content.h"
+#include "support/test_main.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -161,5 +162,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(LibraryContentTest)
+static const quiv::TestCase<LibraryContentTest> registered;
 #include "library_content_test.moc"

@@ -1,4 +1,5 @@
 #include "support/model_fixture.h"
+#include "support/test_main.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -118,5 +119,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(LibraryTest)
+static const quiv::TestCase<LibraryTest> registered;
 #include "library_test.moc"

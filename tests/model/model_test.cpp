@@ -1,4 +1,5 @@
 #include "support/model_fixture.h"
+#include "support/test_main.h"
 
 #include <QTest>
 #include <QThreadPool>
@@ -187,5 +188,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ModelTest)
+static const quiv::TestCase<ModelTest> registered;
 #include "model_test.moc"

@@ -50,12 +50,6 @@ bool startTv(SimulatorProcess& tv, const QString& name, QStringList more = {}) {
     return tv.start(more, SimulatorProcess::Announcing::Embedded);
 }
 
-QJsonObject infoFault(const QString& kind, QJsonObject more = {}) {
-    more[u"path"_s] = u"api/info"_s;
-    more[u"kind"_s] = kind;
-    return more;
-}
-
 } // namespace
 
 // Announced TVs become entries of the list, through the embedded stack and through a daemon.
@@ -82,23 +76,6 @@ private Q_SLOTS:
     }
     void cleanup() { m_daemon.stopDaemon(); }
 
-    void twoTvsAreFoundAndAChangedNameReachesTheList() {
-        SimulatorProcess first;
-        SimulatorProcess second;
-        QVERIFY2(startTv(first, u"Attic"_s), qPrintable(first.errorText()));
-        QVERIFY2(startTv(second, u"Bedroom"_s), qPrintable(second.errorText()));
-        RealModel real(backend());
-        QVERIFY(real.ready);
-        QTRY_COMPARE_WITH_TIMEOUT(real.names(), QStringList({u"Attic"_s, u"Bedroom"_s}),
-                                  PatienceMs);
-        QTRY_COMPARE(real.model.library()->content().groupedFiles.isEmpty(), false);
-
-        QVERIFY(first.setName(u"Cellar"_s));
-        QVERIFY(first.announce({{u"serviceName"_s, u"Cellar"_s}}));
-        QTRY_COMPARE_WITH_TIMEOUT(real.names(), QStringList({u"Bedroom"_s, u"Cellar"_s}),
-                                  PatienceMs);
-    }
-
     void aTvWithIPv6AloneIsListedAndReachedByItsHostName() {
         SimulatorProcess tv;
         QVERIFY2(startTv(tv, u"Six"_s, {u"--ipv6-only"_s, u"--host-name"_s, u"sixtv"_s}),
@@ -108,25 +85,6 @@ private Q_SLOTS:
         QCOMPARE(real.model.selected()->device()->host, u"sixtv.local"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!real.model.library()->content().groupedFiles.isEmpty(),
                                  PatienceMs);
-    }
-
-    void oddAndSilentTvsAreListedAsAnnouncedAndPortZeroIsNot() {
-        const QString odd = u"Küche · TV\\2. \"Ünïcode\" <b>box</b> 📺 (living room…"_s + u"x)"_s;
-        QVERIFY(odd.toUtf8().size() <= 63);
-        const QString longest = odd + QString(63 - odd.toUtf8().size(), u'z');
-        SimulatorProcess oddTv;
-        SimulatorProcess silentTv;
-        SimulatorProcess portless;
-        QVERIFY2(startTv(oddTv, u"unused"_s, {u"--service-name"_s, longest}),
-                 qPrintable(oddTv.errorText()));
-        QVERIFY(oddTv.setFault(infoFault(u"status"_s, {{u"status"_s, 500}})));
-        QVERIFY2(startTv(silentTv, u"Silent"_s), qPrintable(silentTv.errorText()));
-        QVERIFY(silentTv.setFault(infoFault(u"hang"_s)));
-        QVERIFY2(startTv(portless, u"Portless"_s, {u"--announce-port"_s, u"0"_s}),
-                 qPrintable(portless.errorText()));
-        RealModel real(backend());
-        QTRY_COMPARE_WITH_TIMEOUT(real.names(), QStringList({longest, u"Silent"_s}), PatienceMs);
-        QCOMPARE(portless.requests().size(), 0);
     }
 };
 

@@ -2,6 +2,7 @@
 #include "net/request_layer.h"
 #include "support/fake_clock.h"
 #include "support/memory_settings.h"
+#include "support/test_main.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -154,5 +155,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(AuthTokensTest)
+static const quiv::TestCase<AuthTokensTest> registered;
 #include "auth_tokens_test.moc"

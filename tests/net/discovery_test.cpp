@@ -1,4 +1,5 @@
 #include "support/model_fixture.h"
+#include "support/test_main.h"
 
 #include <QTest>
 
@@ -137,5 +138,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(DiscoveryTest)
+static const quiv::TestCase<DiscoveryTest> registered;
 #include "discovery_test.moc"

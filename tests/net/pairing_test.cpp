@@ -1,4 +1,5 @@
 #include "support/model_fixture.h"
+#include "support/test_main.h"
 
 #include <QTest>
 
@@ -211,5 +212,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(PairingTest)
+static const quiv::TestCase<PairingTest> registered;
 #include "pairing_test.moc"

@@ -1,4 +1,5 @@
 #include "net/wire_decoding.h"
+#include "support/test_main.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -147,5 +148,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(WireDecodingTest)
+static const quiv::TestCase<WireDecodingTest> registered;
 #include "wire_decoding_test.moc"

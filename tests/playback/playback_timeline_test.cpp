@@ -1,6 +1,7 @@
 #include <QTest>
 
 #include "playback/playback_timeline.h"
+#include "support/test_main.h"
 
 #include <limits>
 
@@ -91,5 +92,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(PlaybackTimelineTest)
+static const quiv::TestCase<PlaybackTimelineTest> registered;
 #include "playback_timeline_test.moc"

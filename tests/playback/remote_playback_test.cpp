@@ -1,4 +1,5 @@
 #include "support/model_fixture.h"
+#include "support/test_main.h"
 
 #include <QLocale>
 #include <QTest>
@@ -190,5 +191,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(RemotePlaybackTest)
+static const quiv::TestCase<RemotePlaybackTest> registered;
 #include "remote_playback_test.moc"

@@ -1,4 +1,5 @@
 #include "support/model_fixture.h"
+#include "support/test_main.h"
 
 #include <QTest>
 
@@ -76,5 +77,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(DeletionTest)
+static const quiv::TestCase<DeletionTest> registered;
 #include "deletion_test.moc"

@@ -1,4 +1,5 @@
 #include "support/model_fixture.h"
+#include "support/test_main.h"
 #include "transfer/download_names.h"
 #include "transfer/download_place.h"
 
@@ -264,5 +265,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(DownloadsTest)
+static const quiv::TestCase<DownloadsTest> registered;
 #include "downloads_test.moc"

@@ -1,4 +1,5 @@
 #include "support/model_fixture.h"
+#include "support/test_main.h"
 
 #include <QTest>
 
@@ -137,5 +138,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(StorageMoveTest)
+static const quiv::TestCase<StorageMoveTest> registered;
 #include "storage_move_test.moc"

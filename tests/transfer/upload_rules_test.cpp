@@ -1,5 +1,6 @@
 #include <QTest>
 
+#include "support/test_main.h"
 #include "transfer/upload_names.h"
 #include "transfer/upload_progress.h"
 #include "transfer/upload_queue_rules.h"
@@ -163,5 +164,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(UploadRulesTest)
+static const quiv::TestCase<UploadRulesTest> registered;
 #include "upload_rules_test.moc"

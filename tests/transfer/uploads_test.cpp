@@ -1,4 +1,5 @@
 #include "support/model_fixture.h"
+#include "support/test_main.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -378,5 +379,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(UploadsTest)
+static const quiv::TestCase<UploadsTest> registered;
 #include "uploads_test.moc"
