@@ -1,16 +1,17 @@
 import QtQuick
 import QtQuick.Layouts
+import Quiv
 
 // One file that is being uploaded or waits for it.
 Item {
     id: row
 
+    required property UploadsPresenter presenter
+    required property string key
     required property string fileName
     required property bool isUploading
     required property real progress
     required property string statusText
-
-    signal cancelRequested()
 
     implicitHeight: lines.implicitHeight + 22
     Accessible.role: Accessible.ListItem
@@ -57,7 +58,7 @@ Item {
         AppButton {
             kind: AppButton.Destructive
             text: row.isUploading ? "Cancel" : "Remove"
-            onClicked: row.cancelRequested()
+            onClicked: row.presenter.cancel(row.key)
         }
     }
 }
