@@ -55,13 +55,10 @@ QString UploadsPresenter::dropHint() const {
     return m_hasTv ? u"Files will be added to the upload queue"_s : u"Select a TV first"_s;
 }
 
-void UploadsPresenter::setSelectedDevice(const std::optional<TVEndpoint>& device) {
-    publish(this, m_hasTv, device.has_value(), &UploadsPresenter::dropChanged);
-}
-
-void UploadsPresenter::setItems(const QList<UploadListItem>& items) {
+void UploadsPresenter::show(const WindowState& state) {
+    publish(this, m_hasTv, state.selectedDevice.has_value(), &UploadsPresenter::dropChanged);
     const int before = count();
-    m_rows.assign(items);
+    m_rows.assign(state.uploads);
     if (count() != before)
         Q_EMIT countChanged();
 }

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "net/tv_endpoint.h"
-#include "transfer/upload_job.h"
+#include "model/window_state.h"
 #include "ui/presenters/record_list_model.h"
 
 #include <QAbstractItemModel>
@@ -10,8 +9,6 @@
 #include <QString>
 #include <QUrl>
 #include <QtQml/qqmlregistration.h>
-
-#include <optional>
 
 namespace quiv {
 
@@ -41,8 +38,7 @@ public:
     bool isUploadDropTargeted() const { return m_isUploadDropTargeted; }
     QString dropHint() const;
 
-    void setSelectedDevice(const std::optional<TVEndpoint>& device);
-    void setItems(const QList<UploadListItem>& items);
+    void show(const WindowState& state);
 
     Q_INVOKABLE void cancel(const QString& id);
     // Files are held over the window, or no longer.
