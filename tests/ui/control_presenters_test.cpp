@@ -12,7 +12,6 @@
 #include <QTest>
 
 #include <functional>
-#include <limits>
 
 using namespace Qt::StringLiterals;
 using namespace quiv;
@@ -88,7 +87,6 @@ private Q_SLOTS:
     void menusMarkWhatTheTvConfirmed();
     void choicesAreSentByTheirTags();
     void theDockIsNamedByTheLibrary();
-    void strangePositionsAreShownWithinBounds();
     void deletingIsAskedFirst();
     void uploadsAreListedAndMarkTheirRows();
     void dropsAreTakenWhenThereAreFiles();
@@ -286,26 +284,6 @@ void ControlPresentersTest::theDockIsNamedByTheLibrary() {
     ++m_state.playbackReading;
     dock.show(m_state);
     QVERIFY(!dock.state().isShown);
-}
-
-void ControlPresentersTest::strangePositionsAreShownWithinBounds() {
-    DockPresenter dock(m_actions);
-    constexpr auto huge = std::numeric_limits<std::int64_t>::max();
-    m_state.playback = playing("a.mkv", huge, huge);
-    ++m_state.playbackReading;
-    dock.show(m_state);
-    QCOMPARE(dock.timeline().fraction, 1.0);
-    m_state.playback = playing("a.mkv", -5, 60'000);
-    ++m_state.playbackReading;
-    dock.show(m_state);
-    QCOMPARE(dock.timeline().positionText, u"00:00"_s);
-    m_state.playback = playing("a.mkv", 5000, -60'000);
-    ++m_state.playbackReading;
-    dock.show(m_state);
-    QCOMPARE(dock.timeline().positionText, u"00:05"_s);
-    QVERIFY(!dock.timeline().canSeek);
-    dock.beginDrag(0.5);
-    QCOMPARE(dock.timeline().positionText, u"00:05"_s);
 }
 
 void ControlPresentersTest::deletingIsAskedFirst() {

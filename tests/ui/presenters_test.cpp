@@ -60,7 +60,6 @@ private Q_SLOTS:
     void onlyTheSelectedTileHasBadges();
     void tilesOfOtherPortsAreOtherTvs();
     void tileDescriptionIsLeftOutWhenTheNameTellsIt();
-    void phaseFollowsTheOrderOfTheDecisions();
     void searchNarrowsTheRowsAndIsForgottenWithItsTv();
     void aSearchOfBlanksIsNoSearch();
     void aNewerRecordOfTheTvKeepsItsRows();
@@ -145,18 +144,6 @@ void PresentersTest::tileDescriptionIsLeftOutWhenTheNameTellsIt() {
     QCOMPARE(tileDescription(tv), QString());
     tv.deviceModel = u"KD-55"_s;
     QCOMPARE(tileDescription(tv), u"Sony KD-55"_s);
-}
-
-void PresentersTest::phaseFollowsTheOrderOfTheDecisions() {
-    const auto phase = [](bool hasTv, bool isLoading, bool hasQuery, int groups, int visible) {
-        return libraryPhase({hasTv, isLoading, hasQuery, groups, visible});
-    };
-    QCOMPARE(phase(false, true, true, 3, 3), Phase::NoTv);
-    QCOMPARE(phase(true, true, true, 0, 0), Phase::Loading);
-    QCOMPARE(phase(true, true, false, 3, 3), Phase::List);
-    QCOMPARE(phase(true, true, true, 3, 0), Phase::NoResults);
-    QCOMPARE(phase(true, false, true, 0, 0), Phase::NoResults);
-    QCOMPARE(phase(true, false, false, 0, 0), Phase::Empty);
 }
 
 void PresentersTest::searchNarrowsTheRowsAndIsForgottenWithItsTv() {
