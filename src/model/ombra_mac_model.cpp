@@ -1,5 +1,7 @@
 #include "model/ombra_mac_model.h"
 
+#include <QSignalBlocker>
+
 #include <algorithm>
 
 namespace quiv {
@@ -24,9 +26,43 @@ OmbraMacModel::OmbraMacModel(const PlatformPorts& ports, QObject* parent)
       m_refreshCycle(m_selected, {m_library, m_playback, m_storageMove, m_pairing}, ports.clock) {
     m_restart.setSingleShot(true);
     connect(&m_restart, &QTimer::timeout, this, [this] { m_refreshCycle.restart(); });
+    tellStateChanges();
 }
 
 OmbraMacModel::~OmbraMacModel() = default;
+
+void OmbraMacModel::tellStateChanges() {
+    const auto tell = [this](auto* part, auto changed) {
+        connect(part, changed, this, &OmbraMacModel::stateChanged);
+    };
+    tell(&m_discovery, &Discovery::devicesChanged);
+    tell(&m_selected, &SelectedDevice::changed);
+    tell(&m_status, &StatusLine::statusMessageChanged);
+    tell(&m_pairing, &Pairing::stateChanged);
+    tell(&m_library, &Library::contentChanged);
+    tell(&m_library, &Library::loadInProgressChanged);
+    connect(&m_playback, &RemotePlayback::playbackRead, this, [this] { ++m_playbackReading; });
+    tell(&m_playback, &RemotePlayback::playbackRead);
+    tell(&m_storageMove, &StorageMove::stateChanged);
+    tell(&m_uploads, &Uploads::itemsChanged);
+    tell(&m_uploads, &Uploads::progressChanged);
+    tell(&m_downloads, &Downloads::stateChanged);
+}
+
+WindowState OmbraMacModel::state() {
+    return {.discoveredDevices = m_discovery.discoveredDevices(),
+            .selectedDevice = m_selected.device(),
+            .statusMessage = m_status.statusMessage(),
+            .pairing = m_pairing.state(),
+            .content = m_library.content(),
+            .isLibraryLoading = m_library.isLibraryLoadInProgress(),
+            .playback = m_playback.playback(),
+            .playbackReading = m_playbackReading,
+            .move = m_storageMove.state(),
+            .uploads = m_uploads.uploadListItems(),
+            .download = m_downloads.state(),
+            .thumbnails = thumbnailAddress()};
+}
 
 std::optional<ThumbnailAddress> OmbraMacModel::thumbnailAddress() {
     const auto base = m_selected.baseURL();
@@ -53,7 +89,16 @@ void OmbraMacModel::selectDevice(const QString& key) {
         selectDevice(TVEndpoint(*found));
 }
 
+// One change for the window, which would otherwise see the new TV with the library of the old one.
 void OmbraMacModel::selectDevice(const TVEndpoint& device) {
+    {
+        const QSignalBlocker together(this);
+        takeDevice(device);
+    }
+    Q_EMIT stateChanged();
+}
+
+void OmbraMacModel::takeDevice(const TVEndpoint& device) {
     const bool isSame = m_selected.key() == quiv::endpointKey(device);
     m_settings.setText(QString::fromUtf16(SelectedDeviceKey), quiv::endpointKey(device));
     m_selected.set(device);

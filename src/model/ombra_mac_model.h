@@ -3,6 +3,7 @@
 #include "library/library.h"
 #include "library/thumbnail_url.h"
 #include "model/refresh_cycle.h"
+#include "model/window_state.h"
 #include "net/auth_tokens.h"
 #include "net/discovery.h"
 #include "net/pairing.h"
@@ -35,16 +36,6 @@ struct PlatformPorts {
 // owns its own state and operations. Main thread only; destroying it cancels whatever is under way.
 class OmbraMacModel : public QObject, private Discovery::Selector {
     Q_OBJECT
-    Q_PROPERTY(quiv::StatusLine* status READ status CONSTANT)
-    Q_PROPERTY(quiv::SelectedDevice* selected READ selected CONSTANT)
-    Q_PROPERTY(quiv::Discovery* discovery READ discovery CONSTANT)
-    Q_PROPERTY(quiv::Pairing* pairing READ pairing CONSTANT)
-    Q_PROPERTY(quiv::Library* library READ library CONSTANT)
-    Q_PROPERTY(quiv::RemotePlayback* playback READ playback CONSTANT)
-    Q_PROPERTY(quiv::StorageMove* storageMove READ storageMove CONSTANT)
-    Q_PROPERTY(quiv::Deletion* deletion READ deletion CONSTANT)
-    Q_PROPERTY(quiv::Uploads* uploads READ uploads CONSTANT)
-    Q_PROPERTY(quiv::Downloads* downloads READ downloads CONSTANT)
 
 public:
     explicit OmbraMacModel(const PlatformPorts& ports, QObject* parent = nullptr);
@@ -61,6 +52,8 @@ public:
     Uploads* uploads() { return &m_uploads; }
     Downloads* downloads() { return &m_downloads; }
 
+    // What the window shows of all parts.
+    WindowState state();
     // Of the selected TV, with the token it has given by now; none without a TV.
     std::optional<ThumbnailAddress> thumbnailAddress();
 
@@ -75,7 +68,12 @@ public Q_SLOTS:
     // Selects the discovered TV with this endpointKey.
     void selectDevice(const QString& endpointKey);
 
+Q_SIGNALS:
+    void stateChanged(); // any of state()
+
 private:
+    void tellStateChanges();
+    void takeDevice(const TVEndpoint& device);
     const std::optional<TVEndpoint>& selectedDevice() const override { return m_selected.device(); }
     void updateSelectedDevice(const TVEndpoint& device) override;
     void restartRefreshCycle();
@@ -98,6 +96,7 @@ private:
     // Restarts come from the event loop: once for several changes, and after what caused them has
     // said its own.
     QTimer m_restart;
+    std::uint64_t m_playbackReading = 0;
     bool m_isVisible = false;
 };
 

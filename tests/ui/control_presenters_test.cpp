@@ -12,7 +12,6 @@
 #include <QTest>
 
 #include <functional>
-#include <limits>
 
 using namespace Qt::StringLiterals;
 using namespace quiv;
@@ -78,6 +77,7 @@ class ControlPresentersTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void init() { m_state = {}; }
     void rowsShowPlayerAndMove();
     void aMoveIsOfferedWhereItCanGo();
     void onlyTheRowsInViewAnswerForThePlayer();
@@ -87,7 +87,6 @@ private Q_SLOTS:
     void menusMarkWhatTheTvConfirmed();
     void choicesAreSentByTheirTags();
     void theDockIsNamedByTheLibrary();
-    void strangePositionsAreShownWithinBounds();
     void deletingIsAskedFirst();
     void uploadsAreListedAndMarkTheirRows();
     void dropsAreTakenWhenThereAreFiles();
@@ -99,11 +98,12 @@ private Q_SLOTS:
 private:
     RecordingActions m_actions;
     FakeWindowPorts m_ports;
+    WindowState m_state;
 };
 
 void ControlPresentersTest::rowsShowPlayerAndMove() {
     const LibraryRow row = sampleRow(u"a.mkv"_s, u"A"_s);
-    RowContext context;
+    WindowState context;
     context.playback = playing("a.mkv");
     context.move = {true, 0.426, 1, u"A.MKV"_s};
     FileGroupRowState state = fileGroupRowState(row, context);
@@ -129,10 +129,10 @@ void ControlPresentersTest::rowsShowPlayerAndMove() {
 
 void ControlPresentersTest::aMoveIsOfferedWhereItCanGo() {
     LibraryRow row = sampleRow(u"a.mkv"_s, u"A"_s);
-    RowContext context;
+    WindowState context;
     QCOMPARE(fileGroupRowState(row, context).moveTitle, u"Move to USB"_s);
     QVERIFY(!fileGroupRowState(row, context).canMove); // no drive
-    context.isUsbConnected = true;
+    context.content.usbStorage = RemoteUsbStorage{{}, u"Drive"_s, true, 1, 1, 0, 0};
     QVERIFY(fileGroupRowState(row, context).canMove);
     context.move.isMovingFile = true;
     QVERIFY(!fileGroupRowState(row, context).canMove); // one at a time
@@ -145,7 +145,8 @@ void ControlPresentersTest::aMoveIsOfferedWhereItCanGo() {
     LibraryContent content = library({u"a.mkv"_s, u"b.mkv"_s});
     content.groupedFiles[1].storageLocation = u"usb"_s;
     content.groupedFiles[0].group.video.reset();
-    presenter.setContent(content);
+    m_state.content = content;
+    presenter.show(m_state);
     m_actions.calls.clear();
     presenter.library()->moveStorage(u"a.mkv"_s);
     presenter.library()->moveStorage(u"b.mkv"_s);
@@ -155,53 +156,73 @@ void ControlPresentersTest::aMoveIsOfferedWhereItCanGo() {
 
 void ControlPresentersTest::onlyTheRowsInViewAnswerForThePlayer() {
     WindowPresenter presenter(m_actions, m_ports.ports);
-    presenter.setSelectedDevice(Bedroom);
-    presenter.setContent(library({u"a.mkv"_s, u"b.mkv"_s}));
+    m_state.selectedDevice = Bedroom;
+    m_state.content = library({u"a.mkv"_s, u"b.mkv"_s});
+    presenter.show(m_state);
     const QSignalSpy changes(presenter.library()->rows(), &QAbstractItemModel::dataChanged);
-    presenter.setPlayback(playing("a.mkv", 1000));
+    m_state.playback = playing("a.mkv", 1000);
+    ++m_state.playbackReading;
+    presenter.show(m_state);
     QCOMPARE(changes.size(), 1);
-    presenter.setPlayback(playing("a.mkv", 3000)); // goes on
+    m_state.playback = playing("a.mkv", 3000);
+    ++m_state.playbackReading;
+    presenter.show(m_state); // goes on
     QCOMPARE(changes.size(), 1);
 }
 
 void ControlPresentersTest::aDragSeeksOnce() {
     DockPresenter dock(m_actions);
-    dock.setPlayback(playing("a.mkv"));
+    m_state.playback = playing("a.mkv");
+    ++m_state.playbackReading;
+    dock.show(m_state);
     m_actions.calls.clear();
     dock.beginDrag(0.1);
     dock.drag(0.5);
-    dock.setPlayback(playing("a.mkv", 5000)); // does not move the held knob
+    m_state.playback = playing("a.mkv", 5000);
+    ++m_state.playbackReading;
+    dock.show(m_state); // does not move the held knob
     QCOMPARE(dock.timeline().positionText, u"1:00:00"_s);
     dock.drop();
     dock.drop();
     QCOMPARE(m_actions.calls, QStringList(u"seek_to 3600000"_s));
     QCOMPARE(dock.timeline().positionText, u"1:00:00"_s);
-    dock.setPlayback(playing("a.mkv", 5000)); // the TV did not go there
+    m_state.playback = playing("a.mkv", 5000);
+    ++m_state.playbackReading;
+    dock.show(m_state); // the TV did not go there
     QCOMPARE(dock.timeline().positionText, u"00:05"_s);
 }
 
 void ControlPresentersTest::aDragThatEndsOtherwiseSeeksNowhere_data() {
     QTest::addColumn<std::function<void(DockPresenter&)>>("end");
     using End = std::function<void(DockPresenter&)>;
+    const auto reading = [this](std::optional<PlaybackResponse> playback) {
+        return End([this, playback](DockPresenter& dock) {
+            m_state.playback = playback;
+            ++m_state.playbackReading;
+            dock.show(m_state);
+        });
+    };
     QTest::newRow("cancelled") << End([](DockPresenter& dock) { dock.cancelDrag(); });
-    QTest::newRow("stopped") << End([](DockPresenter& dock) { dock.setPlayback(std::nullopt); });
-    QTest::newRow("another video")
-        << End([](DockPresenter& dock) { dock.setPlayback(playing("b.mkv")); });
-    QTest::newRow("no duration") << End(
-        [](DockPresenter& dock) { dock.setPlayback(playing("a.mkv", 0, 0)); });
+    QTest::newRow("stopped") << reading(std::nullopt);
+    QTest::newRow("another video") << reading(playing("b.mkv"));
+    QTest::newRow("no duration") << reading(playing("a.mkv", 0, 0));
 }
 
 void ControlPresentersTest::aDragThatEndsOtherwiseSeeksNowhere() {
     QFETCH(std::function<void(DockPresenter&)>, end);
     DockPresenter dock(m_actions);
-    dock.setPlayback(playing("a.mkv"));
+    m_state.playback = playing("a.mkv");
+    ++m_state.playbackReading;
+    dock.show(m_state);
     m_actions.calls.clear();
     dock.beginDrag(0.5);
     end(dock);
     dock.drag(0.6); // the pointer is still down
     dock.drop();
     QVERIFY(m_actions.calls.isEmpty());
-    dock.setPlayback(playing("a.mkv", 9000));
+    m_state.playback = playing("a.mkv", 9000);
+    ++m_state.playbackReading;
+    dock.show(m_state);
     QCOMPARE(dock.timeline().positionText, u"00:09"_s); // not stuck
 }
 
@@ -236,7 +257,9 @@ void ControlPresentersTest::choicesAreSentByTheirTags() {
     PlaybackResponse playback = playing("a.mkv");
     playback.subtitleTracks = {track("OFF", "Odd", false), track("off", "None", false)};
     playback.audioTracks = {track("9", "Stereo", true)};
-    dock.setPlayback(playback);
+    m_state.playback = playback;
+    ++m_state.playbackReading;
+    dock.show(m_state);
     const DockState before = dock.state();
     m_actions.calls.clear();
     for (const int index : {0, 1, 2, 3, -1})
@@ -257,31 +280,21 @@ void ControlPresentersTest::theDockIsNamedByTheLibrary() {
     QCOMPARE(nowPlayingTitle(rows, u" B.x.mkv"_s), u"B.x"_s);
     QCOMPARE(nowPlayingTitle(rows, u" .mkv"_s), u" .mkv"_s);
     DockPresenter dock(m_actions);
-    dock.setPlayback(playing(" \n"));
+    m_state.playback = playing(" \n");
+    ++m_state.playbackReading;
+    dock.show(m_state);
     QVERIFY(!dock.state().isShown);
-}
-
-void ControlPresentersTest::strangePositionsAreShownWithinBounds() {
-    DockPresenter dock(m_actions);
-    constexpr auto huge = std::numeric_limits<std::int64_t>::max();
-    dock.setPlayback(playing("a.mkv", huge, huge));
-    QCOMPARE(dock.timeline().fraction, 1.0);
-    dock.setPlayback(playing("a.mkv", -5, 60'000));
-    QCOMPARE(dock.timeline().positionText, u"00:00"_s);
-    dock.setPlayback(playing("a.mkv", 5000, -60'000));
-    QCOMPARE(dock.timeline().positionText, u"00:05"_s);
-    QVERIFY(!dock.timeline().canSeek);
-    dock.beginDrag(0.5);
-    QCOMPARE(dock.timeline().positionText, u"00:05"_s);
 }
 
 void ControlPresentersTest::deletingIsAskedFirst() {
     WindowPresenter presenter(m_actions, m_ports.ports);
-    presenter.setSelectedDevice(Bedroom);
+    m_state.selectedDevice = Bedroom;
+    presenter.show(m_state);
     LibraryContent content = library({u"a.mkv"_s});
     content.groupedFiles[0].group.subtitles = {RemoteFile(), RemoteFile()};
-    presenter.setContent(content);
-    DeletePromptPresenter& prompt = *presenter.deletePrompt();
+    m_state.content = content;
+    presenter.show(m_state);
+    PromptPresenter& prompt = *presenter.deletePrompt();
     m_actions.calls.clear();
     presenter.library()->requestDelete(u"a.mkv"_s);
     QCOMPARE(prompt.message(),
@@ -290,42 +303,51 @@ void ControlPresentersTest::deletingIsAskedFirst() {
     prompt.cancel();
     prompt.confirm();
     presenter.library()->requestDelete(u"a.mkv"_s);
-    presenter.setSelectedDevice(Kitchen); // the question was about the other TV's file
+    m_state.selectedDevice = Kitchen;
+    presenter.show(m_state); // the question was about the other TV's file
     QVERIFY(!prompt.isShown());
     QVERIFY(m_actions.calls.isEmpty());
-    prompt.ask(content.groupedFiles[0].group);
+    presenter.library()->requestDelete(u"a.mkv"_s);
     prompt.confirm();
     QCOMPARE(m_actions.calls, QStringList(u"delete a.mkv"_s));
     QVERIFY(!prompt.isShown());
 }
 
 void ControlPresentersTest::uploadsAreListedAndMarkTheirRows() {
-    UploadListItem item{u"1"_s, u"a.mkv"_s, UploadListItemState::Queued};
-    QCOMPARE(uploadStatusText(item), u"Queued"_s);
+    UploadListItem item = sampleUpload(u"1"_s, u"a.mkv"_s, Bedroom);
+    QCOMPARE(uploadStatusText(item, endpointKey(Kitchen)), u"To Bedroom:  Queued"_s);
+    item.state = UploadListItemState::Failed;
+    item.reason = u"No\nspace."_s;
+    QCOMPARE(uploadStatusText(item, item.tvKey), u"No space."_s);
     item.state = UploadListItemState::Uploading;
     item.progress = 0.379;
-    QCOMPARE(uploadStatusText(item), u"Uploading  37%  -- B/s"_s);
+    QCOMPARE(uploadStatusText(item, item.tvKey), u"Uploading  37%  -- B/s"_s);
 
     WindowPresenter presenter(m_actions, m_ports.ports);
-    presenter.setSelectedDevice(Bedroom);
-    presenter.setUploads({item}, {uploadMatchKey(item.fileName)});
+    m_state.selectedDevice = Bedroom;
+    m_state.uploads = {item};
+    presenter.show(m_state);
     QCOMPARE(presenter.library()->phase(), Phase::List); // also without a library
     QCOMPARE(presenter.uploads()->count(), 1);
-    presenter.setContent(library({u"A (2).mkv"_s, u"b.mkv"_s}));
+    m_state.content = library({u"A (2).mkv"_s, u"b.mkv"_s});
+    presenter.show(m_state);
     m_actions.calls.clear();
     presenter.library()->playOrPause(u"A (2).mkv"_s); // not there yet
     presenter.library()->playOrPause(u"b.mkv"_s);
     presenter.uploads()->cancel(item.id);
     QCOMPARE(m_actions.calls, QStringList({u"toggle b.mkv"_s, u"cancel upload 1"_s}));
-    presenter.setContent({});
-    presenter.setUploads({}, {});
+    m_state.content = {};
+    presenter.show(m_state);
+    m_state.uploads = {};
+    presenter.show(m_state);
     QCOMPARE(presenter.library()->phase(), Phase::Empty);
 }
 
 void ControlPresentersTest::dropsAreTakenWhenThereAreFiles() {
     UploadsPresenter uploads(m_actions);
     QCOMPARE(uploads.dropHint(), u"Select a TV first"_s);
-    uploads.setSelectedDevice(Bedroom);
+    m_state.selectedDevice = Bedroom;
+    uploads.show(m_state);
     QCOMPARE(uploads.dropHint(), u"Files will be added to the upload queue"_s);
     uploads.setDropTargeted(true);
     QVERIFY(uploads.drop({QUrl(u"file:///a.mkv"_s)}));
@@ -431,20 +453,23 @@ void ControlPresentersTest::theDesktopsDialogsComeFirst() {
 }
 
 void ControlPresentersTest::aSubtitleOfAnotherNameIsAskedAbout() {
-    SubtitleRenamePresenter rename(m_actions);
-    rename.setSelectedDevice(Bedroom);
+    WindowPresenter presenter(m_actions, m_ports.ports);
+    const PromptPresenter& prompt = *presenter.subtitleRename();
+    m_state.selectedDevice = Bedroom;
+    presenter.show(m_state);
     m_actions.calls.clear();
-    rename.attach(QUrl(u"file:///SHOW.srt"_s), u"Show.mkv"_s);
+    presenter.attachSubtitle(QUrl(u"file:///SHOW.srt"_s), u"Show.mkv"_s);
     QCOMPARE(m_actions.calls, QStringList(u"attach SHOW.srt as Show.srt"_s));
-    rename.attach(QUrl(u"file:///x.ASS"_s), u"Show.mkv"_s);
-    QVERIFY(rename.message().contains(u"\"Show.ass\""_s));
-    rename.setSelectedDevice(Kitchen);
-    rename.confirm();
+    presenter.attachSubtitle(QUrl(u"file:///x.ASS"_s), u"Show.mkv"_s);
+    QVERIFY(prompt.message().contains(u"\"Show.ass\""_s));
+    m_state.selectedDevice = Kitchen;
+    presenter.show(m_state);
+    presenter.subtitleRename()->confirm();
     QCOMPARE(m_actions.calls.size(), 1);
-    rename.attach(QUrl(u"file:///x.ASS"_s), u"Show.mkv"_s);
-    rename.confirm();
+    presenter.attachSubtitle(QUrl(u"file:///x.ASS"_s), u"Show.mkv"_s);
+    presenter.subtitleRename()->confirm();
     QCOMPARE(m_actions.calls.last(), u"attach x.ASS as Show.ass"_s);
-    QVERIFY(!rename.isShown());
+    QVERIFY(!prompt.isShown());
 }
 
 QTEST_GUILESS_MAIN(ControlPresentersTest)

@@ -29,8 +29,9 @@ void LibraryRowsTest::rowsAreReadOut() {
     LibraryRow row = sampleRow(u"a.mkv"_s, u"Glacier Road"_s);
     row.group.reportedSubtitleCount = 2;
     row.storageLocation = u"USB"_s;
-    m_presenter->setSelectedDevice(Bedroom);
-    m_presenter->setContent(contentOf({row}));
+    m_state.selectedDevice = Bedroom;
+    m_state.content = contentOf({row});
+    m_presenter->show(m_state);
     QTRY_VERIFY(find(QAccessible::ListItem, "Glacier Road"));
     QCOMPARE(find(QAccessible::ListItem, "Glacier Road")->text(QAccessible::Description),
              u"2 subtitles"_s);
@@ -39,8 +40,9 @@ void LibraryRowsTest::rowsAreReadOut() {
 }
 
 void LibraryRowsTest::arrowKeysWalkTheLibrary() {
-    m_presenter->setSelectedDevice(Bedroom);
-    m_presenter->setContent(contentOf(sampleRows(30)));
+    m_state.selectedDevice = Bedroom;
+    m_state.content = contentOf(sampleRows(30));
+    m_presenter->show(m_state);
     QVERIFY(libraryList());
     libraryList()->forceActiveFocus(Qt::TabFocusReason);
     for (int step = 0; step < 20; ++step)
@@ -57,8 +59,9 @@ void LibraryRowsTest::arrowKeysWalkTheLibrary() {
 
 void LibraryRowsTest::aRefreshKeepsPlaceAndCurrentRow() {
     const QList<LibraryRow> rows = sampleRows(100'000);
-    m_presenter->setSelectedDevice(Bedroom);
-    m_presenter->setContent(contentOf(rows));
+    m_state.selectedDevice = Bedroom;
+    m_state.content = contentOf(rows);
+    m_presenter->show(m_state);
     QQuickItem* list = libraryList();
     QVERIFY(list);
     window()->grabWindow(); // lays everything out
@@ -68,23 +71,26 @@ void LibraryRowsTest::aRefreshKeepsPlaceAndCurrentRow() {
 
     QList<LibraryRow> changed = rows;
     changed[49'999].group.title = u"renamed"_s;
-    m_presenter->setContent(contentOf(changed));
+    m_state.content = contentOf(changed);
+    m_presenter->show(m_state);
     QTRY_VERIFY(find(QAccessible::ListItem, "renamed"));
     QCOMPARE(list->property("contentY").toDouble(), place);
     QCOMPARE(list->property("currentIndex").toInt(), 50'000);
 
     const QRect onScreen = find(QAccessible::ListItem, "video 50000")->rect();
     changed.prepend(sampleRow(u"new.mkv"_s, u"new"_s));
-    m_presenter->setContent(contentOf(changed));
+    m_state.content = contentOf(changed);
+    m_presenter->show(m_state);
     QTRY_COMPARE(list->property("currentIndex").toInt(), 50'001);
     QTRY_VERIFY(find(QAccessible::ListItem, "video 50000"));
     QCOMPARE(find(QAccessible::ListItem, "video 50000")->rect(), onScreen);
 }
 
 void LibraryRowsTest::scrollingFastFetchesFewPictures() {
-    m_presenter->setSelectedDevice(Bedroom);
-    m_presenter->setThumbnails(ThumbnailAddress{QUrl(u"http://tv:1"_s), {}});
-    m_presenter->setContent(contentOf(sampleRows(100'000)));
+    m_state.selectedDevice = Bedroom;
+    m_state.thumbnails = ThumbnailAddress{QUrl(u"http://tv:1"_s), {}};
+    m_state.content = contentOf(sampleRows(100'000));
+    m_presenter->show(m_state);
     QQuickItem* list = libraryList();
     QVERIFY(list);
     QTRY_VERIFY(m_ports.http.waiting() > 0);
@@ -106,8 +112,9 @@ void LibraryRowsTest::scrollingFastFetchesFewPictures() {
 void LibraryRowsTest::aDownloadIsChosenAndCancelled() {
     LibraryRow row = sampleRow(u"b.mkv"_s, u"B"_s);
     row.group.subtitles = {{u"A.srt"_s, u"subtitle"_s, 1, {}}, {u"c.nfo"_s, u"OTHER"_s, 1, {}}};
-    m_presenter->setSelectedDevice(Bedroom);
-    m_presenter->setContent(contentOf({row}));
+    m_state.selectedDevice = Bedroom;
+    m_state.content = contentOf({row});
+    m_presenter->show(m_state);
     m_actions.calls.clear();
     QTRY_VERIFY(find(QAccessible::Button, "Download"));
     QVERIFY(press(QAccessible::Button, "Download"));
@@ -119,24 +126,29 @@ void LibraryRowsTest::aDownloadIsChosenAndCancelled() {
     QCOMPARE(m_actions.calls, QStringList(u"download b.mkv"_s));
     QTRY_VERIFY(!find(QAccessible::Button, "A.srt"));
 
-    m_presenter->setDownload({true, 1.3, u"a (2).SRT"_s}); // one of the row's files
+    m_state.download = {true, 1.3, u"a (2).SRT"_s};
+    m_presenter->show(m_state); // one of the row's files
     QVERIFY(!find(QAccessible::Button, "Download"));
     QAccessibleInterface* progress = find(QAccessible::Button, "Cancel download");
     QVERIFY(progress);
     QCOMPARE(progress->text(QAccessible::Description), u"100%"_s);
     QVERIFY(press(QAccessible::Button, "Cancel download"));
     QCOMPARE(m_actions.calls.last(), u"cancel download"_s);
-    m_presenter->setDownload({true, -0.2, u"other.mkv"_s});
+    m_state.download = {true, -0.2, u"other.mkv"_s};
+    m_presenter->show(m_state);
     QVERIFY(find(QAccessible::Button, "Download"));
-    m_presenter->setUploads({}, {uploadMatchKey(u"b.mkv"_s)});
+    m_state.uploads = {sampleUpload(u"1"_s, u"b.mkv"_s, *m_state.selectedDevice)};
+    m_presenter->show(m_state);
     QVERIFY(!m_presenter->library()->offerDownloads(u"b.mkv"_s));
 }
 
 void LibraryRowsTest::aRowsControlsAskForIt() {
-    m_presenter->setSelectedDevice(Bedroom);
+    m_state.selectedDevice = Bedroom;
+    m_presenter->show(m_state);
     LibraryContent content = contentOf(sampleRows(1));
     content.usbStorage = RemoteUsbStorage{{}, u"Drive"_s, true, 1, 1, 0, 0};
-    m_presenter->setContent(content);
+    m_state.content = content;
+    m_presenter->show(m_state);
     QTRY_VERIFY(find(QAccessible::Button, "Play or pause"));
     QVERIFY(press(QAccessible::Button, "Play or pause"));
     QVERIFY(press(QAccessible::Button, "Move to USB"));
@@ -153,13 +165,17 @@ void LibraryRowsTest::aRowsControlsAskForIt() {
 }
 
 void LibraryRowsTest::aRefreshOfThePlayerKeepsTheRows() {
-    m_presenter->setSelectedDevice(Bedroom);
-    m_presenter->setContent(contentOf(sampleRows(50)));
+    m_state.selectedDevice = Bedroom;
+    m_state.content = contentOf(sampleRows(50));
+    m_presenter->show(m_state);
     QTRY_VERIFY(find(QAccessible::ListItem, "video 3"));
     QObject* row = find(QAccessible::ListItem, "video 3")->object();
-    m_presenter->setPlayback(playingVideo("video 3.mkv"));
+    m_state.playback = playingVideo("video 3.mkv");
+    ++m_state.playbackReading;
+    m_presenter->show(m_state);
     QTRY_VERIFY(shows(u"Playing"_s));
-    m_presenter->setMove({true, 0.5, 1000, u"video 3.mkv"_s});
+    m_state.move = {true, 0.5, 1000, u"video 3.mkv"_s};
+    m_presenter->show(m_state);
     QTRY_VERIFY(find(QAccessible::ProgressBar, "Move"));
     QCOMPARE(find(QAccessible::ListItem, "video 3")->object(), row);
 }

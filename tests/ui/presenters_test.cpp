@@ -52,6 +52,7 @@ class PresentersTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void init() { m_state = {}; }
     void storageBadgesTellWhatIsFreeOrUnplugged();
     void headerBadgesAddTheHintAndTheUploadTarget();
     void rowBadgeReadsTheLocationInAnyCase();
@@ -59,7 +60,6 @@ private Q_SLOTS:
     void onlyTheSelectedTileHasBadges();
     void tilesOfOtherPortsAreOtherTvs();
     void tileDescriptionIsLeftOutWhenTheNameTellsIt();
-    void phaseFollowsTheOrderOfTheDecisions();
     void searchNarrowsTheRowsAndIsForgottenWithItsTv();
     void aSearchOfBlanksIsNoSearch();
     void aNewerRecordOfTheTvKeepsItsRows();
@@ -73,6 +73,7 @@ private Q_SLOTS:
 
 private:
     RecordingActions m_actions;
+    WindowState m_state;
 };
 
 void PresentersTest::storageBadgesTellWhatIsFreeOrUnplugged() {
@@ -107,17 +108,21 @@ void PresentersTest::rowBadgeReadsTheLocationInAnyCase() {
 void PresentersTest::sidebarCountsTvs() {
     SidebarPresenter sidebar(m_actions);
     QCOMPARE(sidebar.countText(), u"Found 0 TVs"_s);
-    sidebar.setDiscoveredDevices({Bedroom});
+    m_state.discoveredDevices = {Bedroom};
+    sidebar.show(m_state);
     QCOMPARE(sidebar.countText(), u"Found 1 TV"_s);
-    sidebar.setDiscoveredDevices({Bedroom, Kitchen});
+    m_state.discoveredDevices = {Bedroom, Kitchen};
+    sidebar.show(m_state);
     QCOMPARE(sidebar.countText(), u"Found 2 TVs"_s);
 }
 
 void PresentersTest::onlyTheSelectedTileHasBadges() {
     SidebarPresenter sidebar(m_actions);
-    sidebar.setDiscoveredDevices({Bedroom, Kitchen});
-    sidebar.setStorageBadges(storageStatusBadges({}, drive(true)));
-    sidebar.setSelectedDevice(Kitchen);
+    m_state.discoveredDevices = {Bedroom, Kitchen};
+    sidebar.show(m_state);
+    m_state.content.usbStorage = drive(true);
+    m_state.selectedDevice = Kitchen;
+    sidebar.show(m_state);
     QCOMPARE(tileRole(sidebar, 0, "isSelected").toBool(), false);
     QCOMPARE(tileRole(sidebar, 0, "badges").toList().size(), 0);
     QCOMPARE(tileRole(sidebar, 1, "isSelected").toBool(), true);
@@ -141,30 +146,21 @@ void PresentersTest::tileDescriptionIsLeftOutWhenTheNameTellsIt() {
     QCOMPARE(tileDescription(tv), u"Sony KD-55"_s);
 }
 
-void PresentersTest::phaseFollowsTheOrderOfTheDecisions() {
-    const auto phase = [](bool hasTv, bool isLoading, bool hasQuery, int groups, int visible) {
-        return libraryPhase({hasTv, isLoading, hasQuery, groups, visible});
-    };
-    QCOMPARE(phase(false, true, true, 3, 3), Phase::NoTv);
-    QCOMPARE(phase(true, true, true, 0, 0), Phase::Loading);
-    QCOMPARE(phase(true, true, false, 3, 3), Phase::List);
-    QCOMPARE(phase(true, true, true, 3, 0), Phase::NoResults);
-    QCOMPARE(phase(true, false, true, 0, 0), Phase::NoResults);
-    QCOMPARE(phase(true, false, false, 0, 0), Phase::Empty);
-}
-
 void PresentersTest::searchNarrowsTheRowsAndIsForgottenWithItsTv() {
     LibraryPresenter presenter(m_actions);
-    presenter.setSelectedDevice(Bedroom);
-    presenter.setContent(library({u"One"_s, u"Two"_s}));
+    m_state.selectedDevice = Bedroom;
+    m_state.content = library({u"One"_s, u"Two"_s});
+    presenter.show(m_state);
     presenter.search(u" tWO "_s);
     QCOMPARE(presenter.rows()->rowCount(), 1);
     presenter.search(u"three"_s);
     QCOMPARE(presenter.phase(), Phase::NoResults);
     QCOMPARE(presenter.noResultsText(), u"No files match \"three\""_s);
 
-    presenter.setSelectedDevice(Kitchen);
-    presenter.setLoadInProgress(true);
+    m_state.selectedDevice = Kitchen;
+    m_state.content = {};
+    m_state.isLibraryLoading = true;
+    presenter.show(m_state);
     QCOMPARE(presenter.searchText(), QString());
     QCOMPARE(presenter.rows()->rowCount(), 0);
     QCOMPARE(presenter.phase(), Phase::Loading);
@@ -173,22 +169,26 @@ void PresentersTest::searchNarrowsTheRowsAndIsForgottenWithItsTv() {
 
 void PresentersTest::aSearchOfBlanksIsNoSearch() {
     LibraryPresenter presenter(m_actions);
-    presenter.setSelectedDevice(Bedroom);
+    m_state.selectedDevice = Bedroom;
+    presenter.show(m_state);
     presenter.search(u"   "_s);
     QCOMPARE(presenter.phase(), Phase::Empty);
-    presenter.setContent(library({u"One"_s}));
+    m_state.content = library({u"One"_s});
+    presenter.show(m_state);
     QCOMPARE(presenter.rows()->rowCount(), 1);
 }
 
 void PresentersTest::aNewerRecordOfTheTvKeepsItsRows() {
     LibraryPresenter presenter(m_actions);
-    presenter.setSelectedDevice(Bedroom);
-    presenter.setContent(library({u"One"_s}));
+    m_state.selectedDevice = Bedroom;
+    m_state.content = library({u"One"_s});
+    presenter.show(m_state);
     presenter.search(u"o"_s);
     QSignalSpy reset(presenter.rows(), &QAbstractItemModel::modelReset);
     TVEndpoint renamed = Bedroom;
     renamed.name = u"Guest room"_s;
-    presenter.setSelectedDevice(renamed);
+    m_state.selectedDevice = renamed;
+    presenter.show(m_state);
     QCOMPARE(presenter.searchText(), u"o"_s);
     QCOMPARE(presenter.rows()->rowCount(), 1);
     QCOMPARE(reset.size(), 0);
@@ -213,31 +213,39 @@ void PresentersTest::codeIsCompleteWithThreeCharacters() {
 
 void PresentersTest::sheetComesAndGoesWithTheRequirement() {
     PairingSheetPresenter sheet(m_actions);
-    sheet.setPairing(pairing(true));
+    m_state.pairing = pairing(true);
+    sheet.show(m_state);
     QVERIFY(!sheet.state().isShown); // no TV
-    sheet.setSelectedDevice(Bedroom);
+    m_state.selectedDevice = Bedroom;
+    sheet.show(m_state);
     QVERIFY(sheet.state().isShown);
     sheet.type(u"12"_s);
-    sheet.setPairing(pairing(false));
+    m_state.pairing = pairing(false);
+    sheet.show(m_state);
     QVERIFY(!sheet.state().isShown);
     QCOMPARE(sheet.state().code, QString());
-    sheet.setPairing(pairing(true));
+    m_state.pairing = pairing(true);
+    sheet.show(m_state);
     QVERIFY(sheet.state().isShown);
-    sheet.setSelectedDevice({});
+    m_state.selectedDevice = {};
+    sheet.show(m_state);
     QVERIFY(!sheet.state().isShown);
 }
 
 void PresentersTest::sheetPutAwayComesBackOnRequest() {
     PairingSheetPresenter sheet(m_actions);
-    sheet.setSelectedDevice(Bedroom);
+    m_state.selectedDevice = Bedroom;
+    sheet.show(m_state);
     sheet.present();
     QVERIFY(!sheet.state().isShown); // nothing requires it
-    sheet.setPairing(pairing(true));
+    m_state.pairing = pairing(true);
+    sheet.show(m_state);
     sheet.type(u"12"_s);
     sheet.dismiss();
     PairingState later = pairing(true);
     later.pairingCodeValidUntil = QDateTime::currentDateTime();
-    sheet.setPairing(later);
+    m_state.pairing = later;
+    sheet.show(m_state);
     QVERIFY(!sheet.state().isShown);
     sheet.present();
     QVERIFY(sheet.state().isShown);
@@ -247,16 +255,19 @@ void PresentersTest::sheetPutAwayComesBackOnRequest() {
 
 void PresentersTest::sheetOfAnotherTvStartsAnew() {
     PairingSheetPresenter sheet(m_actions);
-    sheet.setSelectedDevice(Bedroom);
-    sheet.setPairing(pairing(true));
+    m_state.selectedDevice = Bedroom;
+    m_state.pairing = pairing(true);
+    sheet.show(m_state);
     sheet.type(u"12"_s);
     sheet.dismiss();
     TVEndpoint renamed = Bedroom;
     renamed.name = u"Guest room"_s;
-    sheet.setSelectedDevice(renamed);
+    m_state.selectedDevice = renamed;
+    sheet.show(m_state);
     QVERIFY(!sheet.state().isShown);
     QCOMPARE(sheet.state().code, u"12"_s);
-    sheet.setSelectedDevice(Kitchen);
+    m_state.selectedDevice = Kitchen;
+    sheet.show(m_state);
     QVERIFY(sheet.state().isShown);
     QCOMPARE(sheet.state().code, QString());
 }
@@ -264,8 +275,9 @@ void PresentersTest::sheetOfAnotherTvStartsAnew() {
 void PresentersTest::verifyAsksTheModelAndKeepsTheSheet() {
     RecordingActions actions;
     PairingSheetPresenter sheet(actions);
-    sheet.setSelectedDevice(Bedroom);
-    sheet.setPairing(pairing(true));
+    m_state.selectedDevice = Bedroom;
+    m_state.pairing = pairing(true);
+    sheet.show(m_state);
     sheet.type(u"12"_s);
     sheet.verify();
     QVERIFY(actions.calls.isEmpty());
@@ -278,8 +290,9 @@ void PresentersTest::verifyAsksTheModelAndKeepsTheSheet() {
 void PresentersTest::cancellingClosesTheSheet() {
     RecordingActions actions;
     PairingSheetPresenter sheet(actions);
-    sheet.setSelectedDevice(Bedroom);
-    sheet.setPairing(pairing(true));
+    m_state.selectedDevice = Bedroom;
+    m_state.pairing = pairing(true);
+    sheet.show(m_state);
     sheet.type(u"12"_s);
     sheet.cancelPairing();
     QCOMPARE(actions.calls, QStringList(u"cancel pairing"_s));

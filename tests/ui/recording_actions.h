@@ -45,6 +45,7 @@ public:
         return !urls.isEmpty();
     }
     void cancelUploadJob(const QString& id) override { calls.append(u"cancel upload "_s + id); }
+    void retryUploadJob(const QString& id) override { calls.append(u"retry upload "_s + id); }
 
     QStringList calls;
 };

@@ -2,6 +2,7 @@
 
 #include "library/library_content.h"
 #include "net/tv_endpoint.h"
+#include "transfer/upload_job.h"
 
 #include <QString>
 
@@ -15,6 +16,15 @@ inline TVEndpoint sampleTv(const QString& name, const QString& host, int port = 
     tv.host = host;
     tv.port = port;
     return tv;
+}
+
+inline UploadListItem sampleUpload(const QString& id, const QString& name, const TVEndpoint& tv) {
+    UploadListItem item;
+    item.id = id;
+    item.fileName = name;
+    item.tvKey = endpointKey(tv);
+    item.tvName = tv.name;
+    return item;
 }
 
 inline LibraryRow sampleRow(const QString& name, const QString& title) {

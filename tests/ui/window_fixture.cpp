@@ -13,6 +13,7 @@ void WindowFixture::open() {
     QAccessible::setActive(true);
     QTest::failOnWarning(QRegularExpression(u"qrc:|qml"_s));
     m_actions.calls.clear();
+    m_state = {};
     m_presenter = std::make_unique<WindowPresenter>(m_actions, m_ports.ports);
     m_view = std::make_unique<WindowView>(*m_presenter);
     QVERIFY(window());

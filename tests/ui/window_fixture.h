@@ -58,6 +58,7 @@ protected:
 
     RecordingActions m_actions;
     FakeWindowPorts m_ports;
+    WindowState m_state;
     std::unique_ptr<WindowPresenter> m_presenter;
     std::unique_ptr<WindowView> m_view;
 };

@@ -117,11 +117,14 @@ public:
     }
 
     void showTv() {
-        m_presenter.setDiscoveredDevices(sampleTvs());
-        m_presenter.setSelectedDevice(sampleTvs().constFirst());
-        m_presenter.setThumbnails(ThumbnailAddress{QUrl(u"http://tv:1"_s), {}});
-        m_presenter.setContent(sampleContent());
-        m_presenter.setStatusMessage(u"Found 3 TV device(s)"_s);
+        m_state.discoveredDevices = sampleTvs();
+        m_state.selectedDevice = sampleTvs().constFirst();
+        m_presenter.show(m_state);
+        m_state.thumbnails = ThumbnailAddress{QUrl(u"http://tv:1"_s), {}};
+        m_state.content = sampleContent();
+        m_presenter.show(m_state);
+        m_state.statusMessage = u"Found 3 TV device(s)"_s;
+        m_presenter.show(m_state);
     }
 
     void press(const char* name) {
@@ -135,7 +138,8 @@ public:
         PairingState pairing;
         pairing.requiresControlPairing = true;
         pairing.pairingCodeValidUntil = QDateTime(QDate(2024, 5, 17), QTime(14, 5));
-        m_presenter.setPairing(pairing);
+        m_state.pairing = pairing;
+        m_presenter.show(m_state);
     }
 
     WindowPresenter& presenter() { return m_presenter; }
@@ -147,15 +151,26 @@ private:
     FakeDesktopDialogs m_dialogs;
     PictureTv m_tv;
     SystemClock m_clock;
+    WindowState m_state;
     WindowPresenter m_presenter;
     WindowView m_view;
 };
 
 void Pictures::takeUploads(const QString& prefix) {
-    const QList<UploadListItem> items{{u"1"_s, u"Northern Lights 2024 - Director's Cut.mkv"_s,
-                                       UploadListItemState::Uploading, 0.37, 48'200'000},
-                                      {u"2"_s, u"Northern Lights 2024.srt"_s}};
-    m_presenter.setUploads(items, {uploadMatchKey(u"c.mkv"_s)});
+    const TVEndpoint& tv = *m_state.selectedDevice;
+    UploadListItem failed = sampleUpload(u"0"_s, u"Holiday 2019.avi"_s, tv);
+    failed.state = UploadListItemState::Failed;
+    failed.reason = u"Upload failed: not enough free space on target storage."_s;
+    UploadListItem current =
+        sampleUpload(u"1"_s, u"Northern Lights 2024 - Director's Cut.mkv"_s, tv);
+    current.state = UploadListItemState::Uploading;
+    current.progress = 0.37;
+    current.speedBytesPerSecond = 48'200'000;
+    UploadListItem elsewhere = sampleUpload(u"2"_s, u"c.mkv"_s, tv);
+    elsewhere.tvKey = u"elsewhere"_s;
+    elsewhere.tvName = u"Bedroom TV"_s;
+    m_state.uploads = {failed, current, elsewhere, sampleUpload(u"3"_s, u"c.mkv"_s, tv)};
+    m_presenter.show(m_state);
     take(prefix + u"uploads"_s);
     m_presenter.uploads()->setDropTargeted(true);
     take(prefix + u"drop"_s, {1040, 700});
@@ -166,11 +181,13 @@ void Pictures::takeUploads(const QString& prefix) {
     const Task<> saving = save(*m_presenter.fileChooser());
     take(prefix + u"save"_s, {1040, 700});
     m_presenter.fileChooser()->cancel();
-    m_presenter.setUploads({}, {});
+    m_state.uploads = {};
+    m_presenter.show(m_state);
 }
 
 void Pictures::takeDownloads(const QString& prefix) {
-    m_presenter.setDownload({true, 0.48, u"d.mkv"_s});
+    m_state.download = {true, 0.48, u"d.mkv"_s};
+    m_presenter.show(m_state);
     take(prefix + u"download"_s);
     const QAccessibleInterface* cancel =
         findAccessible(m_view.window(), QAccessible::Button, u"Cancel download"_s);
@@ -178,19 +195,24 @@ void Pictures::takeDownloads(const QString& prefix) {
     take(prefix + u"download-hovered"_s);
     take(prefix + u"download-narrow"_s, {1040, 700});
     QTest::mouseMove(m_view.window(), QPoint(1, 1));
-    m_presenter.setDownload({});
+    m_state.download = {};
+    m_presenter.show(m_state);
     press("Download");
     take(prefix + u"download-menu"_s, {1040, 700});
     QTest::keyClick(m_view.window(), Qt::Key_Escape);
 }
 
 void Pictures::takeControls(const QString& prefix) {
-    m_presenter.setPlayback(samplePlayback());
+    m_state.playback = samplePlayback();
+    ++m_state.playbackReading;
+    m_presenter.show(m_state);
     take(prefix + u"dock"_s);
-    m_presenter.setMove({true, 0.62, 31'500'000, u"c.mkv"_s});
+    m_state.move = {true, 0.62, 31'500'000, u"c.mkv"_s};
+    m_presenter.show(m_state);
     take(prefix + u"move"_s);
     take(prefix + u"move-narrow"_s, {1040, 980});
-    m_presenter.setMove({});
+    m_state.move = {};
+    m_presenter.show(m_state);
     press("Audio");
     take(prefix + u"menu"_s, {1040, 700});
     QTest::keyClick(m_view.window(), Qt::Key_Escape);
@@ -198,16 +220,21 @@ void Pictures::takeControls(const QString& prefix) {
     unknown.isPlaying = false;
     unknown.durationMs = 0;
     unknown.audioTracks.clear();
-    m_presenter.setPlayback(unknown);
+    m_state.playback = unknown;
+    ++m_state.playbackReading;
+    m_presenter.show(m_state);
     take(prefix + u"dock-unknown"_s, {1040, 700});
-    m_presenter.setPlayback(std::nullopt);
+    m_state.playback = std::nullopt;
+    ++m_state.playbackReading;
+    m_presenter.show(m_state);
     press("Delete");
     take(prefix + u"delete"_s);
     m_presenter.deletePrompt()->cancel();
 }
 
 void Pictures::takeAll(const QString& prefix) {
-    m_presenter.setStatusMessage(u"Searching for TVs on local network..."_s);
+    m_state.statusMessage = u"Searching for TVs on local network..."_s;
+    m_presenter.show(m_state);
     take(prefix + u"no-tv"_s);
     showTv();
     take(prefix + u"library"_s);
@@ -233,10 +260,13 @@ void Pictures::takeAll(const QString& prefix) {
     m_presenter.pairingSheet()->dismiss();
     take(prefix + u"pairing-strip"_s);
     take(prefix + u"narrow"_s, {1040, 980});
-    m_presenter.setPairing({});
-    m_presenter.setContent({});
+    m_state.pairing = {};
+    m_presenter.show(m_state);
+    m_state.content = {};
+    m_presenter.show(m_state);
     take(prefix + u"empty"_s, {1040, 700});
-    m_presenter.setLoadInProgress(true);
+    m_state.isLibraryLoading = true;
+    m_presenter.show(m_state);
     take(prefix + u"loading"_s, {1040, 700});
 }
 

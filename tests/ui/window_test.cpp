@@ -74,7 +74,8 @@ void WindowTest::withoutATvItTellsHowToGetOne() {
         QVERIFY2(shows(QString::fromUtf8(text)), text);
     QVERIFY(!shows(u"Uploads: INTERNAL"_s));
 
-    m_presenter->setSelectedDevice(Bedroom);
+    m_state.selectedDevice = Bedroom;
+    m_presenter->show(m_state);
     QVERIFY(!shows(u"No TV Selected"_s));
     QVERIFY(shows(u"No media files yet"_s));
     QVERIFY(shows(u"Uploads: INTERNAL"_s));
@@ -88,8 +89,9 @@ void WindowTest::theLinkOpensThePageOfSupportedTvs() {
 }
 
 void WindowTest::controlsAreReachedByTheirLabels() {
-    m_presenter->setSelectedDevice(Bedroom);
-    m_presenter->setPairing(pairingRequired());
+    m_state.selectedDevice = Bedroom;
+    m_state.pairing = pairingRequired();
+    m_presenter->show(m_state);
     m_presenter->pairingSheet()->dismiss();
     QVERIFY(press(QAccessible::Button, "Refresh"));
     QVERIFY(press(QAccessible::Button, "Cancel pairing"));
@@ -102,7 +104,8 @@ void WindowTest::controlsAreReachedByTheirLabels() {
 }
 
 void WindowTest::tvsAreSelectedByPointerKeyboardAndScreenReader() {
-    m_presenter->setDiscoveredDevices({Bedroom, Kitchen});
+    m_state.discoveredDevices = {Bedroom, Kitchen};
+    m_presenter->show(m_state);
     QTRY_VERIFY(find(QAccessible::Button, "Kitchen"));
     click(QAccessible::Button, "Kitchen");
     QVERIFY(press(QAccessible::Button, "Bedroom"));
@@ -113,14 +116,16 @@ void WindowTest::tvsAreSelectedByPointerKeyboardAndScreenReader() {
     key(Qt::Key_Down);
     key(Qt::Key_Return);
     QCOMPARE(m_actions.calls, QStringList({u"select 10.0.0.2:8080"_s, u"select 10.0.0.3:8080"_s}));
-    m_presenter->setSelectedDevice(Kitchen);
+    m_state.selectedDevice = Kitchen;
+    m_presenter->show(m_state);
     QVERIFY(find(QAccessible::Button, "Kitchen")->state().selected);
     QVERIFY(!find(QAccessible::Button, "Bedroom")->state().selected);
 }
 
 void WindowTest::typingSearches() {
-    m_presenter->setSelectedDevice(Bedroom);
-    m_presenter->setContent(contentOf(sampleRows(30)));
+    m_state.selectedDevice = Bedroom;
+    m_state.content = contentOf(sampleRows(30));
+    m_presenter->show(m_state);
     click(QAccessible::EditableText, "Search files on this TV");
     typeText(u"video 17"_s);
     QCOMPARE(m_presenter->library()->searchText(), u"video 17"_s);
@@ -130,10 +135,12 @@ void WindowTest::typingSearches() {
 }
 
 void WindowTest::anotherTvClearsTheSearchField() {
-    m_presenter->setSelectedDevice(Bedroom);
+    m_state.selectedDevice = Bedroom;
+    m_presenter->show(m_state);
     click(QAccessible::EditableText, "Search files on this TV");
     typeText(u"x"_s);
-    m_presenter->setSelectedDevice(Kitchen);
+    m_state.selectedDevice = Kitchen;
+    m_presenter->show(m_state);
     QAccessibleInterface* field = find(QAccessible::EditableText, "Search files on this TV");
     QCOMPARE(field->text(QAccessible::Value), QString());
     typeText(u"y"_s); // still bound
@@ -143,12 +150,15 @@ void WindowTest::anotherTvClearsTheSearchField() {
 void WindowTest::hostileTextIsShownAsItIs() {
     const QString hostile = u"<b>x</b><img src='http://10.0.0.9/x.png'>"_s;
     const TVEndpoint tv = sampleTv(hostile, u"h"_s);
-    m_presenter->setDiscoveredDevices({tv});
-    m_presenter->setSelectedDevice(tv);
+    m_state.discoveredDevices = {tv};
+    m_state.selectedDevice = tv;
+    m_presenter->show(m_state);
     LibraryContent content = contentOf({sampleRow(hostile, hostile)});
     content.usbSetupHint = hostile;
-    m_presenter->setContent(content);
-    m_presenter->setStatusMessage(hostile);
+    m_state.content = content;
+    m_presenter->show(m_state);
+    m_state.statusMessage = hostile;
+    m_presenter->show(m_state);
     QTRY_COMPARE(accessibleNames(window(), QAccessible::StaticText).count(hostile), 4);
     QList<QQuickItem*> texts = window()->contentItem()->findChildren<QQuickItem*>();
     texts.removeIf([](QQuickItem* item) { return !item->inherits("QQuickText"); });
@@ -158,8 +168,9 @@ void WindowTest::hostileTextIsShownAsItIs() {
 }
 
 void WindowTest::theSheetTakesTheCode() {
-    m_presenter->setSelectedDevice(Bedroom);
-    m_presenter->setPairing(pairingRequired());
+    m_state.selectedDevice = Bedroom;
+    m_state.pairing = pairingRequired();
+    m_presenter->show(m_state);
     QTRY_VERIFY(find(QAccessible::EditableText, "3-digit code"));
     typeText(u"12"_s); // the field has the focus by itself
     press(QAccessible::Button, "Verify code");
@@ -170,13 +181,15 @@ void WindowTest::theSheetTakesTheCode() {
     QVERIFY(press(QAccessible::Button, "Verify code"));
     QCOMPARE(m_actions.calls, QStringList(u"verify 123"_s));
 
-    m_presenter->setPairing({});
+    m_state.pairing = {};
+    m_presenter->show(m_state);
     QTRY_VERIFY(!find(QAccessible::Button, "Verify code"));
 }
 
 void WindowTest::escapePutsTheSheetAwayOnly() {
-    m_presenter->setSelectedDevice(Bedroom);
-    m_presenter->setPairing(pairingRequired());
+    m_state.selectedDevice = Bedroom;
+    m_state.pairing = pairingRequired();
+    m_presenter->show(m_state);
     QTRY_VERIFY(find(QAccessible::EditableText, "3-digit code"));
     key(Qt::Key_Escape);
     QVERIFY(!m_presenter->pairingSheet()->state().isShown);
@@ -187,8 +200,9 @@ void WindowTest::escapePutsTheSheetAwayOnly() {
 }
 
 void WindowTest::focusStaysInTheSheet() {
-    m_presenter->setSelectedDevice(Bedroom);
-    m_presenter->setPairing(pairingRequired());
+    m_state.selectedDevice = Bedroom;
+    m_state.pairing = pairingRequired();
+    m_presenter->show(m_state);
     QTRY_VERIFY(find(QAccessible::EditableText, "3-digit code"));
     m_presenter->pairingSheet()->type(u"123"_s);
     QStringList visited;
@@ -203,8 +217,10 @@ void WindowTest::focusStaysInTheSheet() {
 }
 
 void WindowTest::draggingTheKnobSeeksOnce() {
-    m_presenter->setSelectedDevice(Bedroom);
-    m_presenter->setPlayback(playingVideo());
+    m_state.selectedDevice = Bedroom;
+    m_state.playback = playingVideo();
+    ++m_state.playbackReading;
+    m_presenter->show(m_state);
     QTRY_VERIFY(find(QAccessible::Slider, "Position"));
     QTRY_VERIFY(find(QAccessible::Slider, "Position")->rect().width() > 200); // laid out
     const QRect slider = find(QAccessible::Slider, "Position")->rect();
@@ -216,7 +232,9 @@ void WindowTest::draggingTheKnobSeeksOnce() {
     QTest::mousePress(window(), Qt::LeftButton, {}, at(0.1));
     for (const double share : {0.2, 0.3, 0.5})
         QTest::mouseMove(window(), at(share));
-    m_presenter->setPlayback(playingVideo()); // a reading in between
+    m_state.playback = playingVideo();
+    ++m_state.playbackReading;
+    m_presenter->show(m_state); // a reading in between
     QTest::mouseRelease(window(), Qt::LeftButton, {}, at(0.5));
     QCOMPARE(m_actions.calls.size(), 1);
     const qint64 target = m_actions.calls.first().section(u' ', 1).toLongLong();
@@ -228,10 +246,13 @@ void WindowTest::draggingTheKnobSeeksOnce() {
 }
 
 void WindowTest::menusTakeTheKeyboard() {
-    m_presenter->setSelectedDevice(Bedroom);
+    m_state.selectedDevice = Bedroom;
+    m_presenter->show(m_state);
     PlaybackResponse playback = playingVideo();
     playback.subtitleTracks = QList<PlaybackTrack>(500, {u"7"_s, u"<img src=x>"_s, {}, false});
-    m_presenter->setPlayback(playback);
+    m_state.playback = playback;
+    ++m_state.playbackReading;
+    m_presenter->show(m_state);
     QTRY_VERIFY(find(QAccessible::Button, "Subtitle"));
     QVERIFY(press(QAccessible::Button, "Subtitle"));
     QTRY_VERIFY(find(QAccessible::Button, "Off"));
@@ -251,7 +272,8 @@ void WindowTest::menusTakeTheKeyboard() {
 }
 
 void WindowTest::filesDroppedOnTheWindowAreUploaded() {
-    m_presenter->setSelectedDevice(Bedroom);
+    m_state.selectedDevice = Bedroom;
+    m_presenter->show(m_state);
     QMimeData files;
     files.setUrls({QUrl(u"file:///v/a.mkv"_s), QUrl(u"file:///v/b.srt"_s)});
     const QPoint place(800, 400);
@@ -264,15 +286,22 @@ void WindowTest::filesDroppedOnTheWindowAreUploaded() {
     QCOMPARE(m_actions.calls, QStringList({u"upload a.mkv"_s, u"upload b.srt"_s}));
     QTRY_VERIFY(!shows(u"Drop video files to upload"_s));
 
-    m_presenter->setUploads({{u"1"_s, u"a.mkv"_s, UploadListItemState::Uploading, 0.5, 1'000'000},
-                             {u"2"_s, u"b.srt"_s}},
-                            {});
+    UploadListItem current = sampleUpload(u"1"_s, u"a.mkv"_s, *m_state.selectedDevice);
+    current.state = UploadListItemState::Uploading;
+    current.progress = 0.5;
+    current.speedBytesPerSecond = 1'000'000;
+    UploadListItem failed = sampleUpload(u"2"_s, u"b.srt"_s, *m_state.selectedDevice);
+    failed.state = UploadListItemState::Failed;
+    m_state.uploads = {current, failed};
+    m_presenter->show(m_state);
     QTRY_VERIFY(find(QAccessible::ListItem, "b.srt"));
     QVERIFY(shows(u"Uploading  50%  1 MB/s"_s));
     m_actions.calls.clear();
+    QVERIFY(press(QAccessible::Button, "Try Again"));
     QVERIFY(press(QAccessible::Button, "Remove"));
     QVERIFY(press(QAccessible::Button, "Cancel"));
-    QCOMPARE(m_actions.calls, QStringList({u"cancel upload 2"_s, u"cancel upload 1"_s}));
+    QCOMPARE(m_actions.calls,
+             QStringList({u"retry upload 2"_s, u"cancel upload 2"_s, u"cancel upload 1"_s}));
 }
 
 void WindowTest::coloursFollowTheDesktop() {

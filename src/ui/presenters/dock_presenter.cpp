@@ -5,6 +5,7 @@
 #include "ui/presenters/window_actions.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quiv {
 
@@ -12,12 +13,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using SteadyClock = std::chrono::steady_clock;
 
 // What stands for "no subtitles" among the ids of subtitle tracks.
 const auto OffTag = u"off"_s;
 
-// -1: none is.
+// Returns -1 if no track is selected.
 int selectedIndex(const QList<PlaybackTrack>& tracks) {
     const auto found = std::ranges::find(tracks, true, &PlaybackTrack::selected);
     return found == tracks.end() ? -1 : static_cast<int>(found - tracks.begin());
@@ -38,7 +39,7 @@ QStringList trackLabels(const QList<PlaybackTrack>& tracks) {
     return labels;
 }
 
-// In the menu, whose first entry is "Off".
+// The place in the menu, whose first entry is "Off".
 int subtitleIndex(const QList<PlaybackTrack>& tracks) {
     const int index = selectedIndex(tracks);
     return index >= 0 && tracks.at(index).id != OffTag ? index + 1 : 0;
@@ -51,9 +52,12 @@ QStringList speedLabels() {
     return labels;
 }
 
-bool isVideoOpen(const std::optional<PlaybackResponse>& playback) {
-    return playback && playback->currentVideoName &&
-           !playback->currentVideoName->trimmed().isEmpty();
+// Returns nullptr while the TV has no video open.
+const PlaybackResponse* openPlayback(const WindowState& state) {
+    const auto& playback = state.playback;
+    const bool isOpen =
+        playback && playback->currentVideoName && !playback->currentVideoName->trimmed().isEmpty();
+    return isOpen ? &*playback : nullptr;
 }
 
 } // namespace
@@ -96,60 +100,63 @@ DockPresenter::DockPresenter(WindowActions& actions, QObject* parent)
     m_tick.callOnTimeout(this, [this] { showTimeline(Motion::Glide); });
 }
 
-void DockPresenter::setPlayback(const std::optional<PlaybackResponse>& playback) {
-    const auto read = isVideoOpen(playback) ? playback : std::nullopt;
-    const bool isSameVideo =
-        read && m_playback && read->currentVideoName == m_playback->currentVideoName;
-    m_playback = read;
+const PlaybackResponse* DockPresenter::playback() const {
+    return openPlayback(m_shown);
+}
+
+void DockPresenter::show(const WindowState& state) {
+    const WindowState before = std::exchange(m_shown, state);
+    const PlaybackResponse* last = openPlayback(before);
+    const PlaybackResponse* read = playback();
+    const bool isSameVideo = read && last && read->currentVideoName == last->currentVideoName;
+    const bool isNewReading = before.playbackReading != state.playbackReading;
+    const auto& groups = state.content.groupedFiles;
+    const bool isSameLibrary = before.content.groupedFiles == groups;
+    if (isNewReading)
+        takeReading(read, isSameVideo);
+    if (isNewReading || !isSameLibrary) {
+        QString title = m_state.title;
+        if (read && !(isSameVideo && isSameLibrary)) // searching a large library takes time
+            title = nowPlayingTitle(groups, *read->currentVideoName);
+        publish(this, m_state, read ? dockState(*read, title) : DockState(),
+                &DockPresenter::stateChanged);
+    }
+    if (isNewReading)
+        showTimeline(Motion::Jump);
+}
+
+void DockPresenter::takeReading(const PlaybackResponse* read, bool isSameVideo) {
     if (!isSameVideo || read->durationMs < 1)
-        m_timeline = timelineDragCancelled(m_timeline, Clock::now());
+        m_timeline = timelineDragCancelled(m_timeline, SteadyClock::now());
     if (read) {
         const ReportedPosition reported{read->positionMs, read->durationMs, read->isPlaying};
-        m_timeline = timelineReported(m_timeline, reported, Clock::now());
+        m_timeline = timelineReported(m_timeline, reported, SteadyClock::now());
     }
-    if (!isSameVideo)
-        updateTitle();
-    updateState();
-    showTimeline(Motion::Jump);
-}
-
-void DockPresenter::setContent(const LibraryContent& content) {
-    m_groups = content.groupedFiles;
-    updateTitle();
-    updateState();
-}
-
-void DockPresenter::updateTitle() {
-    m_title = m_playback ? nowPlayingTitle(m_groups, *m_playback->currentVideoName) : QString();
-}
-
-void DockPresenter::updateState() {
-    publish(this, m_state, m_playback ? dockState(*m_playback, m_title) : DockState(),
-            &DockPresenter::stateChanged);
 }
 
 void DockPresenter::showTimeline(Motion motion) {
-    const auto now = Clock::now();
+    const auto now = SteadyClock::now();
     const double fraction = displayedFraction(m_timeline, now);
-    const bool isMoving = m_playback && m_playback->isPlaying && m_playback->durationMs >= 1 &&
-                          !m_timeline.isSeeking && fraction < 1;
+    const PlaybackResponse* open = playback();
+    const bool isMoving =
+        open && open->isPlaying && open->durationMs >= 1 && !m_timeline.isSeeking && fraction < 1;
     if (isMoving != m_tick.isActive())
         isMoving ? m_tick.start() : m_tick.stop();
     DockTimeline shown;
     shown.fraction = fraction;
     shown.positionText = formatPlaybackTime(displayedPositionMs(m_timeline, now));
     shown.durationText = formatPlaybackTime(m_timeline.reported.durationMs);
-    shown.canSeek = m_playback && m_playback->durationMs >= 1;
+    shown.canSeek = open && open->durationMs >= 1;
     if (isMoving && motion == Motion::Glide) {
         shown.glideMs = static_cast<int>(TimelineRefreshPeriod.count());
-        shown.glideShare = shown.glideMs / static_cast<double>(m_playback->durationMs);
+        shown.glideShare = shown.glideMs / static_cast<double>(open->durationMs);
     }
     publish(this, m_shownTimeline, shown, &DockPresenter::timelineChanged);
 }
 
 void DockPresenter::playOrPause() {
-    if (m_playback)
-        m_actions.togglePlayback(*m_playback->currentVideoName);
+    if (const PlaybackResponse* open = playback())
+        m_actions.togglePlayback(*open->currentVideoName);
 }
 
 void DockPresenter::stop() {
@@ -180,27 +187,29 @@ void DockPresenter::drop() {
     if (!m_timeline.isSeeking)
         return;
     const std::int64_t target = dragTargetMs(m_timeline);
-    m_timeline = timelineDropped(m_timeline, Clock::now());
+    m_timeline = timelineDropped(m_timeline, SteadyClock::now());
     showTimeline(Motion::Jump);
     m_actions.sendPlayback(PlaybackCommand::seekTo(target));
 }
 
 void DockPresenter::cancelDrag() {
-    m_timeline = timelineDragCancelled(m_timeline, Clock::now());
+    m_timeline = timelineDragCancelled(m_timeline, SteadyClock::now());
     showTimeline(Motion::Jump);
 }
 
 void DockPresenter::chooseSubtitle(int index) {
-    if (!m_playback || index < 0 || index > m_playback->subtitleTracks.size())
+    const PlaybackResponse* open = playback();
+    if (!open || index < 0 || index > open->subtitleTracks.size())
         return;
-    const QString tag = index == 0 ? OffTag : m_playback->subtitleTracks.at(index - 1).id;
+    const QString tag = index == 0 ? OffTag : open->subtitleTracks.at(index - 1).id;
     m_actions.sendPlayback(
         PlaybackCommand::setSubtitle(tag == OffTag ? std::nullopt : std::optional(tag)));
 }
 
 void DockPresenter::chooseAudio(int index) {
-    if (m_playback && index >= 0 && index < m_playback->audioTracks.size())
-        m_actions.sendPlayback(PlaybackCommand::setAudio(m_playback->audioTracks.at(index).id));
+    const PlaybackResponse* open = playback();
+    if (open && index >= 0 && index < open->audioTracks.size())
+        m_actions.sendPlayback(PlaybackCommand::setAudio(open->audioTracks.at(index).id));
 }
 
 void DockPresenter::chooseSpeed(int index) {

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "library/library_content.h"
-#include "net/wire_records.h"
+#include "model/window_state.h"
 #include "playback/playback_timeline.h"
 
 #include <QList>
@@ -10,8 +9,6 @@
 #include <QStringList>
 #include <QTimer>
 #include <QtQml/qqmlregistration.h>
-
-#include <optional>
 
 namespace quiv {
 
@@ -87,9 +84,7 @@ public:
     const DockState& state() const { return m_state; }
     const DockTimeline& timeline() const { return m_shownTimeline; }
 
-    // To be called for every reading, also one that says the same as the last.
-    void setPlayback(const std::optional<PlaybackResponse>& playback);
-    void setContent(const LibraryContent& content);
+    void show(const WindowState& state);
 
     Q_INVOKABLE void playOrPause();
     Q_INVOKABLE void stop();
@@ -113,14 +108,12 @@ Q_SIGNALS:
 private:
     enum class Motion { Jump, Glide };
 
-    void updateTitle();
-    void updateState();
+    const PlaybackResponse* playback() const;
+    void takeReading(const PlaybackResponse* read, bool isSameVideo);
     void showTimeline(Motion motion);
 
     WindowActions& m_actions;
-    std::optional<PlaybackResponse> m_playback;
-    QList<LibraryRow> m_groups;
-    QString m_title;
+    WindowState m_shown;
     DockState m_state;
     PlaybackTimeline m_timeline;
     DockTimeline m_shownTimeline;

@@ -12,20 +12,25 @@ namespace quiv {
 
 namespace {
 
-bool isNowOnTV(const FileGroup& group, const RowContext& context) {
-    return group.video && context.playback &&
-           context.playback->currentVideoName == group.video->name;
+bool isNowOnTV(const FileGroup& group, const WindowState& state) {
+    return group.video && state.playback && state.playback->currentVideoName == group.video->name;
+}
+
+bool isUsbConnected(const WindowState& state) {
+    return state.content.usbStorage && state.content.usbStorage->isConnected;
+}
+
+bool isSamePlaybackForRows(const std::optional<PlaybackResponse>& a,
+                           const std::optional<PlaybackResponse>& b) {
+    if (!a || !b)
+        return a.has_value() == b.has_value();
+    return a->currentVideoName == b->currentVideoName && a->isPlaying == b->isPlaying &&
+           a->subtitleTracks == b->subtitleTracks;
 }
 
 bool isMoveInProgress(const FileGroup& group, const MoveState& move) {
     const QString name = group.video ? group.video->name : QString();
     return move.isMovingFile && name.compare(move.currentMoveFileName, Qt::CaseInsensitive) == 0;
-}
-
-bool isUploadInProgress(const FileGroup& group, const QSet<QString>& matchKeys) {
-    return !matchKeys.isEmpty() && std::ranges::any_of(filesOf(group), [&](const RemoteFile& file) {
-        return matchKeys.contains(uploadMatchKey(file.name));
-    });
 }
 
 bool isDownloadInProgress(const FileGroup& group, const DownloadState& download) {
@@ -36,24 +41,28 @@ bool isDownloadInProgress(const FileGroup& group, const DownloadState& download)
 
 } // namespace
 
-std::optional<PlaybackResponse> rowPlayback(const std::optional<PlaybackResponse>& playback) {
-    if (!playback)
-        return std::nullopt;
-    PlaybackResponse shown;
-    shown.currentVideoName = playback->currentVideoName;
-    shown.isPlaying = playback->isPlaying;
-    shown.subtitleTracks = playback->subtitleTracks;
-    return shown;
+bool isUploadInProgress(const FileGroup& group, const QSet<QString>& uploadKeys) {
+    return !uploadKeys.isEmpty() &&
+           std::ranges::any_of(filesOf(group), [&](const RemoteFile& file) {
+               return uploadKeys.contains(uploadMatchKey(file.name));
+           });
 }
 
-FileGroupRowState fileGroupRowState(const LibraryRow& row, const RowContext& context) {
+bool isSameForRows(const WindowState& a, const WindowState& b) {
+    return isSamePlaybackForRows(a.playback, b.playback) && a.move == b.move &&
+           isUsbConnected(a) == isUsbConnected(b) && a.download == b.download &&
+           a.thumbnails == b.thumbnails;
+}
+
+FileGroupRowState fileGroupRowState(const LibraryRow& row, const WindowState& window,
+                                    const QSet<QString>& uploadKeys) {
     const FileGroup& group = row.group;
-    const bool isOnTV = isNowOnTV(group, context);
-    const bool isPlaying = isOnTV && context.playback->isPlaying;
+    const bool isOnTV = isNowOnTV(group, window);
+    const bool isPlaying = isOnTV && window.playback->isPlaying;
     const bool goesToUsb = otherStorage(row.storageLocation) == "USB"_L1;
     FileGroupRowState state;
     state.title = displayText(group.title);
-    state.subtitleText = subtitleCountText(group, context.playback);
+    state.subtitleText = subtitleCountText(group, window.playback);
     state.storageBadge = storageLocationBadge(row.storageLocation);
     if (isOnTV) {
         state.playbackText = isPlaying ? u"Playing"_s : u"Paused"_s;
@@ -63,21 +72,21 @@ FileGroupRowState fileGroupRowState(const LibraryRow& row, const RowContext& con
     state.playSymbol = isPlaying ? u"pause.fill"_s : u"play.fill"_s;
     state.moveTitle = goesToUsb ? u"Move to USB"_s : u"Move to Internal"_s;
     state.canMove =
-        state.hasVideo && !context.move.isMovingFile && (!goesToUsb || context.isUsbConnected);
-    state.isUploading = isUploadInProgress(group, context.uploadMatchKeys);
-    state.isMoving = isMoveInProgress(group, context.move);
+        state.hasVideo && !window.move.isMovingFile && (!goesToUsb || isUsbConnected(window));
+    state.isUploading = isUploadInProgress(group, uploadKeys);
+    state.isMoving = isMoveInProgress(group, window.move);
     if (state.isMoving) {
-        state.moveFraction = context.move.moveProgress;
-        state.movePercentText = formatPercent(context.move.moveProgress);
+        state.moveFraction = window.move.moveProgress;
+        state.movePercentText = formatPercent(window.move.moveProgress);
     }
     state.canDownload = !state.isUploading && !filesOf(group).isEmpty();
-    state.isDownloading = isDownloadInProgress(group, context.download);
+    state.isDownloading = isDownloadInProgress(group, window.download);
     if (state.isDownloading) {
-        state.downloadFraction = std::clamp(context.download.currentDownloadProgress, 0.0, 1.0);
+        state.downloadFraction = std::clamp(window.download.currentDownloadProgress, 0.0, 1.0);
         state.downloadPercentText = formatPercent(state.downloadFraction);
     }
-    if (group.video && context.thumbnails)
-        state.thumbnailURL = thumbnailURLForVideo(*context.thumbnails, group.video->name);
+    if (group.video && window.thumbnails)
+        state.thumbnailURL = thumbnailURLForVideo(*window.thumbnails, group.video->name);
     return state;
 }
 

@@ -1,9 +1,6 @@
 #pragma once
 
-#include "library/library_content.h"
-#include "library/thumbnail_url.h"
-#include "transfer/downloads.h"
-#include "transfer/storage_move.h"
+#include "model/window_state.h"
 #include "ui/storage_badges.h"
 
 #include <QObject>
@@ -12,24 +9,7 @@
 #include <QUrl>
 #include <QtQml/qqmlregistration.h>
 
-#include <optional>
-
 namespace quiv {
-
-// What a library row shows besides its group: the same for all rows.
-struct RowContext {
-    std::optional<PlaybackResponse> playback; // as rowPlayback() leaves it
-    MoveState move;
-    bool isUsbConnected = false;
-    QSet<QString> uploadMatchKeys; // of the names that are being uploaded or wait for it
-    DownloadState download;
-    std::optional<ThumbnailAddress> thumbnails;
-
-    bool operator==(const RowContext&) const = default;
-};
-
-// What rows show of the player; nothing that changes while a video just goes on.
-std::optional<PlaybackResponse> rowPlayback(const std::optional<PlaybackResponse>& playback);
 
 // Everything a library row shows.
 struct FileGroupRowState {
@@ -77,6 +57,15 @@ public:
     bool operator==(const FileGroupRowState&) const = default;
 };
 
-FileGroupRowState fileGroupRowState(const LibraryRow& row, const RowContext& context);
+// `uploadKeys` are the match keys of the names that are being uploaded or wait for it.
+FileGroupRowState fileGroupRowState(const LibraryRow& row, const WindowState& state,
+                                    const QSet<QString>& uploadKeys = {});
+
+// Whether rows show the same in both states as long as their groups are the same. A video that
+// just goes on makes no difference.
+bool isSameForRows(const WindowState& a, const WindowState& b);
+
+// Whether some file of the group is being uploaded or waits for it.
+bool isUploadInProgress(const FileGroup& group, const QSet<QString>& uploadKeys);
 
 } // namespace quiv

@@ -40,41 +40,19 @@ HeaderPresenter::HeaderPresenter(WindowActions& actions, QObject* parent)
     m_state.badges = headerBadges({});
 }
 
-void HeaderPresenter::setContent(const LibraryContent& content) {
-    HeaderState state = m_state;
-    state.badges = headerBadges(content);
-    show(std::move(state));
-}
-
-void HeaderPresenter::setLoadInProgress(bool isLoading) {
-    HeaderState state = m_state;
-    state.isSyncing = isLoading;
-    show(std::move(state));
-}
-
-void HeaderPresenter::setPairing(const PairingState& pairing) {
-    HeaderState state = m_state;
-    state.requiresPairing = pairing.requiresControlPairing;
-    state.codeValidUntilText = codeValidUntilText(pairing);
-    show(std::move(state));
-}
-
-void HeaderPresenter::setStatusMessage(const QString& message) {
-    HeaderState state = m_state;
-    state.statusMessage = displayText(message);
-    show(std::move(state));
-}
-
-void HeaderPresenter::setMove(const MoveState& move) {
-    publish(this, m_move, headerMove(move), &HeaderPresenter::moveChanged);
+void HeaderPresenter::show(const WindowState& state) {
+    HeaderState shown;
+    shown.badges = headerBadges(state.content);
+    shown.statusMessage = displayText(state.statusMessage);
+    shown.isSyncing = state.isLibraryLoading;
+    shown.requiresPairing = state.pairing.requiresControlPairing;
+    shown.codeValidUntilText = codeValidUntilText(state.pairing);
+    publish(this, m_state, std::move(shown), &HeaderPresenter::stateChanged);
+    publish(this, m_move, headerMove(state.move), &HeaderPresenter::moveChanged);
 }
 
 void HeaderPresenter::cancelPairing() {
     m_actions.cancelPairing();
-}
-
-void HeaderPresenter::show(HeaderState state) {
-    publish(this, m_state, std::move(state), &HeaderPresenter::stateChanged);
 }
 
 } // namespace quiv

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "library/library_content.h"
-#include "net/pairing.h"
-#include "transfer/storage_move.h"
+#include "model/window_state.h"
 #include "ui/storage_badges.h"
 
 #include <QList>
@@ -77,11 +75,7 @@ public:
     const HeaderState& state() const { return m_state; }
     const HeaderMove& move() const { return m_move; }
 
-    void setContent(const LibraryContent& content);
-    void setLoadInProgress(bool isLoading);
-    void setPairing(const PairingState& pairing);
-    void setStatusMessage(const QString& message);
-    void setMove(const MoveState& move);
+    void show(const WindowState& state);
 
     Q_INVOKABLE void cancelPairing();
 
@@ -90,8 +84,6 @@ Q_SIGNALS:
     void moveChanged();
 
 private:
-    void show(HeaderState state);
-
     WindowActions& m_actions;
     HeaderState m_state;
     HeaderMove m_move;

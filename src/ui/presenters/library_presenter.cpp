@@ -2,6 +2,7 @@
 
 #include "platform/publish.h"
 #include "transfer/deletion.h"
+#include "transfer/upload_queue_rules.h"
 #include "ui/display_format.h"
 #include "ui/presenters/window_actions.h"
 
@@ -16,21 +17,32 @@ namespace {
 
 const QByteArray ContentRole = "content";
 
-QList<ListRole<LibraryRow>> rowRoles(const RowContext& context) {
+QList<ListRole<LibraryRow>> rowRoles(const WindowState& state, const QSet<QString>& uploadKeys) {
     return {
         {"key",
          [](const LibraryRow& row) {
              return QVariant(libraryRowKey(row));
          }},
         {ContentRole,
-         [&context](const LibraryRow& row) {
-             return QVariant::fromValue(fileGroupRowState(row, context));
+         [&state, &uploadKeys](const LibraryRow& row) {
+             return QVariant::fromValue(fileGroupRowState(row, state, uploadKeys));
          }},
     };
 }
 
-std::optional<QString> keyOf(const std::optional<TVEndpoint>& device) {
-    return device ? std::optional(endpointKey(*device)) : std::nullopt;
+QSet<QString> uploadKeysOf(const WindowState& state) {
+    if (!state.selectedDevice)
+        return {};
+    return uploadMatchKeys(state.uploads, endpointKey(*state.selectedDevice));
+}
+
+// Whether nothing differs but how far the uploads have come.
+bool haveSameNames(const QList<UploadListItem>& a, const QList<UploadListItem>& b) {
+    return a.isSharedWith(b) ||
+           std::ranges::equal(a, b, [](const UploadListItem& one, const UploadListItem& other) {
+               return one.fileName == other.fileName && one.state == other.state &&
+                      one.tvKey == other.tvKey;
+           });
 }
 
 } // namespace
@@ -53,10 +65,14 @@ LibraryPresenter::Phase libraryPhase(const LibraryCounts& counts) {
 }
 
 LibraryPresenter::LibraryPresenter(WindowActions& actions, QObject* parent)
-    : QObject(parent), m_actions(actions), m_downloadMenu(actions), m_rows(rowRoles(m_context)) {}
+    : QObject(parent),
+      m_actions(actions),
+      m_downloadMenu(actions),
+      m_rows(rowRoles(m_state, m_uploadKeys)) {}
 
 QString LibraryPresenter::loadingText() const {
-    const QString name = m_selected ? displayText(m_selected->name) : QString();
+    const auto& tv = m_state.selectedDevice;
+    const QString name = tv ? displayText(tv->name) : QString();
     return u"Loading library from "_s + name + u"..."_s;
 }
 
@@ -64,66 +80,30 @@ QString LibraryPresenter::noResultsText() const {
     return u"No files match \""_s + displayText(m_searchText.trimmed()) + u'"';
 }
 
-void LibraryPresenter::setSelectedDevice(const std::optional<TVEndpoint>& device) {
-    const bool isAnother = keyOf(device) != keyOf(m_selected);
-    publish(this, m_selected, device, &LibraryPresenter::selectedDeviceChanged);
-    if (isAnother) {
+void LibraryPresenter::show(const WindowState& state) {
+    const WindowState before = std::exchange(m_state, state);
+    const bool isAnotherTv = !isSameTv(before, state);
+    bool isChanged = !isSameForRows(before, state);
+    if (isAnotherTv || !haveSameNames(before.uploads, state.uploads)) {
+        const QSet<QString> keysBefore = std::exchange(m_uploadKeys, uploadKeysOf(state));
+        isChanged |= keysBefore != m_uploadKeys;
+    }
+    if (before.selectedDevice != state.selectedDevice)
+        Q_EMIT selectedDeviceChanged();
+    if (isAnotherTv) {
         publish(this, m_searchText, QString(), &LibraryPresenter::searchTextChanged);
-        m_groups.clear();
         m_rows.reset({});
     }
-    update();
-}
-
-void LibraryPresenter::setContent(const LibraryContent& content) {
-    m_groups = content.groupedFiles;
-    RowContext context = m_context;
-    context.isUsbConnected = content.usbStorage && content.usbStorage->isConnected;
-    setContext(std::move(context));
-    update();
-}
-
-void LibraryPresenter::setPlayback(const std::optional<PlaybackResponse>& playback) {
-    RowContext context = m_context;
-    context.playback = rowPlayback(playback);
-    setContext(std::move(context));
-}
-
-void LibraryPresenter::setMove(const MoveState& move) {
-    RowContext context = m_context;
-    context.move = move;
-    setContext(std::move(context));
-}
-
-void LibraryPresenter::setUploads(const QSet<QString>& matchKeys) {
-    RowContext context = m_context;
-    context.uploadMatchKeys = matchKeys;
-    setContext(std::move(context));
-    update();
-}
-
-void LibraryPresenter::setDownload(const DownloadState& download) {
-    RowContext context = m_context;
-    context.download = download;
-    setContext(std::move(context));
-}
-
-void LibraryPresenter::setThumbnails(const std::optional<ThumbnailAddress>& thumbnails) {
-    RowContext context = m_context;
-    context.thumbnails = thumbnails;
-    setContext(std::move(context));
-}
-
-void LibraryPresenter::setContext(RowContext context) {
-    if (context == m_context)
-        return;
-    m_context = std::move(context);
-    m_rows.refresh(ContentRole);
+    if (isChanged)
+        m_rows.refresh(ContentRole);
+    if (isAnotherTv || before.content.groupedFiles != state.content.groupedFiles)
+        filterRows();
+    updatePhase();
 }
 
 void LibraryPresenter::playOrPause(const QString& key) {
     const LibraryRow* row = rowOf(key);
-    if (row && row->group.video && !fileGroupRowState(*row, m_context).isUploading)
+    if (row && row->group.video && !isUploadInProgress(row->group, m_uploadKeys))
         m_actions.togglePlayback(row->group.video->name);
 }
 
@@ -139,10 +119,10 @@ void LibraryPresenter::attachSubtitle(const QString& key) {
 
 bool LibraryPresenter::offerDownloads(const QString& key) {
     const LibraryRow* row = rowOf(key);
-    const bool isOffered = row && fileGroupRowState(*row, m_context).canDownload;
-    if (isOffered)
-        m_downloadMenu.setFiles(filesOf(row->group));
-    return isOffered;
+    if (!row || filesOf(row->group).isEmpty() || isUploadInProgress(row->group, m_uploadKeys))
+        return false;
+    m_downloadMenu.setFiles(filesOf(row->group));
+    return true;
 }
 
 void LibraryPresenter::cancelDownload() {
@@ -160,21 +140,24 @@ const LibraryRow* LibraryPresenter::rowOf(const QString& key) const {
     return found == rows.end() ? nullptr : &*found;
 }
 
-void LibraryPresenter::setLoadInProgress(bool isLoading) {
-    m_isLoading = isLoading;
-    update();
-}
-
 void LibraryPresenter::search(const QString& text) {
-    if (publish(this, m_searchText, text, &LibraryPresenter::searchTextChanged))
-        update();
+    if (!publish(this, m_searchText, text, &LibraryPresenter::searchTextChanged))
+        return;
+    filterRows();
+    updatePhase();
 }
 
-void LibraryPresenter::update() {
-    m_rows.assign(filteredRows(m_groups, m_searchText));
-    const LibraryCounts counts{
-        m_selected.has_value(), m_isLoading,          !m_searchText.trimmed().isEmpty(),
-        m_groups.size(),        m_rows.rows().size(), !m_context.uploadMatchKeys.isEmpty()};
+void LibraryPresenter::filterRows() {
+    m_rows.assign(filteredRows(m_state.content.groupedFiles, m_searchText));
+}
+
+void LibraryPresenter::updatePhase() {
+    const LibraryCounts counts{.hasTv = m_state.selectedDevice.has_value(),
+                               .isLoading = m_state.isLibraryLoading,
+                               .hasQuery = !m_searchText.trimmed().isEmpty(),
+                               .groups = m_state.content.groupedFiles.size(),
+                               .visibleGroups = m_rows.rows().size(),
+                               .hasUploads = !m_state.uploads.isEmpty()};
     publish(this, m_phase, libraryPhase(counts), &LibraryPresenter::phaseChanged);
 }
 

@@ -1,17 +1,15 @@
 #pragma once
 
-#include "library/library_content.h"
-#include "net/tv_endpoint.h"
+#include "model/window_state.h"
 #include "ui/presenters/download_menu_presenter.h"
 #include "ui/presenters/file_group_row_state.h"
 #include "ui/presenters/record_list_model.h"
 
 #include <QAbstractItemModel>
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
-
-#include <optional>
 
 namespace quiv {
 
@@ -47,14 +45,7 @@ public:
     QString loadingText() const;
     QString noResultsText() const;
 
-    void setSelectedDevice(const std::optional<TVEndpoint>& device);
-    void setContent(const LibraryContent& content);
-    void setLoadInProgress(bool isLoading);
-    void setPlayback(const std::optional<PlaybackResponse>& playback);
-    void setMove(const MoveState& move);
-    void setUploads(const QSet<QString>& matchKeys);
-    void setDownload(const DownloadState& download);
-    void setThumbnails(const std::optional<ThumbnailAddress>& thumbnails);
+    void show(const WindowState& state);
 
     Q_INVOKABLE void search(const QString& text);
     // Of the row with this key; nothing without a video.
@@ -76,16 +67,15 @@ Q_SIGNALS:
     void subtitleRequested(const QString& videoName);
 
 private:
-    void update();
-    void setContext(RowContext context);
+    void filterRows();
+    void updatePhase();
+    // Returns nullptr if the search leaves no row with this key.
     const LibraryRow* rowOf(const QString& key) const;
 
     WindowActions& m_actions;
     DownloadMenuPresenter m_downloadMenu;
-    RowContext m_context;
-    std::optional<TVEndpoint> m_selected;
-    QList<LibraryRow> m_groups; // all of them
-    bool m_isLoading = false;
+    WindowState m_state;
+    QSet<QString> m_uploadKeys; // of the uploads in m_state
     QString m_searchText;
     Phase m_phase = Phase::NoTv;
     RecordListModel<LibraryRow, &libraryRowKey> m_rows; // those that the search leaves

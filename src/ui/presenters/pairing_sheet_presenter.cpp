@@ -10,6 +10,14 @@
 
 namespace quiv {
 
+namespace {
+
+bool requiresPairing(const WindowState& state) {
+    return state.selectedDevice && state.pairing.requiresControlPairing;
+}
+
+} // namespace
+
 bool isCompletePairingCode(const QString& code) {
     QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, code);
     for (int count = 0; count < 3; ++count) {
@@ -22,23 +30,13 @@ bool isCompletePairingCode(const QString& code) {
 PairingSheetPresenter::PairingSheetPresenter(WindowActions& actions, QObject* parent)
     : QObject(parent), m_actions(actions) {}
 
-void PairingSheetPresenter::setSelectedDevice(const std::optional<TVEndpoint>& device) {
-    const auto key = device ? std::optional(endpointKey(*device)) : std::nullopt;
-    if (key == m_selectedKey)
-        return;
-    m_selectedKey = key;
-    m_code.clear();
-    m_isPresented = m_selectedKey && m_pairing.requiresControlPairing;
-    update();
-}
-
-void PairingSheetPresenter::setPairing(const PairingState& pairing) {
-    const PairingState before = std::exchange(m_pairing, pairing);
-    if (before.requiresControlPairing != pairing.requiresControlPairing) {
-        m_isPresented = pairing.requiresControlPairing && m_selectedKey;
-        if (!pairing.requiresControlPairing)
-            m_code.clear();
-    }
+void PairingSheetPresenter::show(const WindowState& state) {
+    const WindowState before = std::exchange(m_shown, state);
+    const bool isAnotherTv = !isSameTv(before, state);
+    if (isAnotherTv || requiresPairing(before) != requiresPairing(state))
+        m_isPresented = requiresPairing(state);
+    if (isAnotherTv || !requiresPairing(state))
+        m_code.clear();
     update();
 }
 
@@ -69,10 +67,9 @@ void PairingSheetPresenter::cancelPairing() {
 }
 
 void PairingSheetPresenter::update() {
-    const bool isShown = m_isPresented && m_selectedKey && m_pairing.requiresControlPairing;
     publish(this, m_state,
-            PairingSheetState{isShown, m_code, isCompletePairingCode(m_code),
-                              codeValidUntilText(m_pairing)},
+            PairingSheetState{m_isPresented && requiresPairing(m_shown), m_code,
+                              isCompletePairingCode(m_code), codeValidUntilText(m_shown.pairing)},
             &PairingSheetPresenter::stateChanged);
 }
 

@@ -1,13 +1,10 @@
 #pragma once
 
-#include "net/pairing.h"
-#include "net/tv_endpoint.h"
+#include "model/window_state.h"
 
 #include <QObject>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
-
-#include <optional>
 
 namespace quiv {
 
@@ -50,8 +47,7 @@ public:
 
     const PairingSheetState& state() const { return m_state; }
 
-    void setSelectedDevice(const std::optional<TVEndpoint>& device);
-    void setPairing(const PairingState& pairing);
+    void show(const WindowState& state);
 
     Q_INVOKABLE void present();
     Q_INVOKABLE void dismiss();
@@ -67,8 +63,7 @@ private:
     void update();
 
     WindowActions& m_actions;
-    std::optional<QString> m_selectedKey;
-    PairingState m_pairing;
+    WindowState m_shown;
     bool m_isPresented = false; // wanted; shown while a TV requires pairing
     QString m_code;
     PairingSheetState m_state;

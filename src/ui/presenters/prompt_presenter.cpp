@@ -4,13 +4,13 @@
 
 namespace quiv {
 
-void PromptPresenter::setSelectedDevice(const std::optional<TVEndpoint>& device) {
-    const QString key = device ? endpointKey(*device) : QString();
-    if (std::exchange(m_selectedKey, key) != key)
+void PromptPresenter::show(const WindowState& state) {
+    const WindowState before = std::exchange(m_state, state);
+    if (!isSameTv(before, state))
         cancel();
 }
 
-void PromptPresenter::show(const QString& message, std::function<void()> confirmed) {
+void PromptPresenter::ask(const QString& message, std::function<void()> confirmed) {
     m_message = message;
     m_confirmed = std::move(confirmed);
     Q_EMIT changed();

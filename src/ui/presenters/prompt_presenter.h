@@ -1,13 +1,12 @@
 #pragma once
 
-#include "net/tv_endpoint.h"
+#include "model/window_state.h"
 
 #include <QObject>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
 #include <functional>
-#include <optional>
 
 namespace quiv {
 
@@ -26,7 +25,10 @@ public:
     // Stays while the prompt fades.
     const QString& message() const { return m_message; }
 
-    void setSelectedDevice(const std::optional<TVEndpoint>& device);
+    void show(const WindowState& state);
+
+    // Asks this instead of what was asked before.
+    void ask(const QString& message, std::function<void()> confirmed);
 
     Q_INVOKABLE void cancel();
     Q_INVOKABLE void confirm();
@@ -34,14 +36,10 @@ public:
 Q_SIGNALS:
     void changed();
 
-protected:
-    // Asks this instead of what was asked before.
-    void show(const QString& message, std::function<void()> confirmed);
-
 private:
-    QString m_selectedKey;
+    WindowState m_state;
     QString m_message;
-    std::function<void()> m_confirmed; // none while nothing is asked
+    std::function<void()> m_confirmed; // empty while nothing is asked
 };
 
 } // namespace quiv

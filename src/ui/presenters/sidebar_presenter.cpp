@@ -67,20 +67,11 @@ QString foundTvsText(qsizetype count) {
 SidebarPresenter::SidebarPresenter(WindowActions& actions, QObject* parent)
     : QObject(parent), m_actions(actions), m_tiles(tileRoles()) {}
 
-void SidebarPresenter::setDiscoveredDevices(const QList<TVEndpoint>& devices) {
-    m_devices = devices;
-    publish(this, m_countText, foundTvsText(devices.size()), &SidebarPresenter::countTextChanged);
-    update();
-}
-
-void SidebarPresenter::setSelectedDevice(const std::optional<TVEndpoint>& device) {
-    m_selected = device;
-    update();
-}
-
-void SidebarPresenter::setStorageBadges(const QList<StorageStatusBadge>& badges) {
-    m_badges = badges;
-    update();
+void SidebarPresenter::show(const WindowState& state) {
+    const auto badges = storageStatusBadges(state.content.storage, state.content.usbStorage);
+    m_tiles.assign(tvTiles(state.discoveredDevices, state.selectedDevice, badges));
+    publish(this, m_countText, foundTvsText(state.discoveredDevices.size()),
+            &SidebarPresenter::countTextChanged);
 }
 
 void SidebarPresenter::refresh() {
@@ -89,10 +80,6 @@ void SidebarPresenter::refresh() {
 
 void SidebarPresenter::select(const QString& endpointKey) {
     m_actions.selectDevice(endpointKey);
-}
-
-void SidebarPresenter::update() {
-    m_tiles.assign(tvTiles(m_devices, m_selected, m_badges));
 }
 
 } // namespace quiv

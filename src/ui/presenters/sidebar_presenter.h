@@ -1,6 +1,6 @@
 #pragma once
 
-#include "net/tv_endpoint.h"
+#include "model/window_state.h"
 #include "ui/presenters/record_list_model.h"
 #include "ui/storage_badges.h"
 
@@ -48,9 +48,7 @@ public:
     QAbstractItemModel* tiles() { return &m_tiles; }
     const QString& countText() const { return m_countText; }
 
-    void setDiscoveredDevices(const QList<TVEndpoint>& devices);
-    void setSelectedDevice(const std::optional<TVEndpoint>& device);
-    void setStorageBadges(const QList<StorageStatusBadge>& badges);
+    void show(const WindowState& state);
 
     Q_INVOKABLE void refresh();
     Q_INVOKABLE void select(const QString& endpointKey);
@@ -59,12 +57,7 @@ Q_SIGNALS:
     void countTextChanged();
 
 private:
-    void update();
-
     WindowActions& m_actions;
-    QList<TVEndpoint> m_devices;
-    std::optional<TVEndpoint> m_selected;
-    QList<StorageStatusBadge> m_badges;
     RecordListModel<TvTile, &TvTile::key> m_tiles;
     QString m_countText = foundTvsText(0);
 };

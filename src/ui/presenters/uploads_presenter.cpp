@@ -10,7 +10,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QList<ListRole<UploadListItem>> itemRoles() {
+const QByteArray StatusRole = "statusText";
+
+QList<ListRole<UploadListItem>> itemRoles(const QString& selectedTvKey) {
     return {
         {"key",
          [](const UploadListItem& item) {
@@ -24,13 +26,17 @@ QList<ListRole<UploadListItem>> itemRoles() {
          [](const UploadListItem& item) {
              return QVariant(item.state == UploadListItemState::Uploading);
          }},
+        {"isFailed",
+         [](const UploadListItem& item) {
+             return QVariant(item.state == UploadListItemState::Failed);
+         }},
         {"progress",
          [](const UploadListItem& item) {
              return QVariant(item.progress);
          }},
-        {"statusText",
-         [](const UploadListItem& item) {
-             return QVariant(uploadStatusText(item));
+        {StatusRole,
+         [&selectedTvKey](const UploadListItem& item) {
+             return QVariant(uploadStatusText(item, selectedTvKey));
          }},
     };
 }
@@ -41,33 +47,49 @@ const QString& uploadItemKey(const UploadListItem& item) {
     return item.id;
 }
 
-QString uploadStatusText(const UploadListItem& item) {
-    if (item.state == UploadListItemState::Queued)
-        return u"Queued"_s;
-    return u"Uploading  "_s + formatPercent(item.progress) + u"  "_s +
-           formatTransferSpeed(item.speedBytesPerSecond);
+QString uploadStatusText(const UploadListItem& item, const QString& selectedTvKey) {
+    QString text;
+    switch (item.state) {
+    case UploadListItemState::Queued:
+        text = u"Queued"_s;
+        break;
+    case UploadListItemState::Uploading:
+        text = u"Uploading  "_s + formatPercent(item.progress) + u"  "_s +
+               formatTransferSpeed(item.speedBytesPerSecond);
+        break;
+    case UploadListItemState::Waiting:
+    case UploadListItemState::Failed:
+        text = displayText(item.reason);
+        break;
+    }
+    return item.tvKey == selectedTvKey ? text
+                                       : u"To "_s + displayText(item.tvName) + u":  "_s + text;
 }
 
 UploadsPresenter::UploadsPresenter(WindowActions& actions, QObject* parent)
-    : QObject(parent), m_actions(actions), m_rows(itemRoles()) {}
+    : QObject(parent), m_actions(actions), m_rows(itemRoles(m_selectedTvKey)) {}
 
 QString UploadsPresenter::dropHint() const {
-    return m_hasTv ? u"Files will be added to the upload queue"_s : u"Select a TV first"_s;
+    return !m_selectedTvKey.isEmpty() ? u"Files will be added to the upload queue"_s
+                                      : u"Select a TV first"_s;
 }
 
-void UploadsPresenter::setSelectedDevice(const std::optional<TVEndpoint>& device) {
-    publish(this, m_hasTv, device.has_value(), &UploadsPresenter::dropChanged);
-}
-
-void UploadsPresenter::setItems(const QList<UploadListItem>& items) {
+void UploadsPresenter::show(const WindowState& state) {
+    const QString key = state.selectedDevice ? endpointKey(*state.selectedDevice) : QString();
+    if (publish(this, m_selectedTvKey, key, &UploadsPresenter::dropChanged))
+        m_rows.refresh(StatusRole);
     const int before = count();
-    m_rows.assign(items);
+    m_rows.assign(state.uploads);
     if (count() != before)
         Q_EMIT countChanged();
 }
 
 void UploadsPresenter::cancel(const QString& id) {
     m_actions.cancelUploadJob(id);
+}
+
+void UploadsPresenter::retry(const QString& id) {
+    m_actions.retryUploadJob(id);
 }
 
 void UploadsPresenter::setDropTargeted(bool isTargeted) {

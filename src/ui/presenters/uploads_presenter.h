@@ -1,7 +1,6 @@
 #pragma once
 
-#include "net/tv_endpoint.h"
-#include "transfer/upload_job.h"
+#include "model/window_state.h"
 #include "ui/presenters/record_list_model.h"
 
 #include <QAbstractItemModel>
@@ -11,8 +10,6 @@
 #include <QUrl>
 #include <QtQml/qqmlregistration.h>
 
-#include <optional>
-
 namespace quiv {
 
 class WindowActions;
@@ -20,8 +17,9 @@ class WindowActions;
 // The key of an upload's row.
 const QString& uploadItemKey(const UploadListItem& item);
 
-// "Queued", or "Uploading 37% 48.2 MB/s".
-QString uploadStatusText(const UploadListItem& item);
+// "Queued", "Uploading 37% 48.2 MB/s", or why the file waits or has failed; and for which TV it is,
+// if that is not the selected one.
+QString uploadStatusText(const UploadListItem& item, const QString& selectedTvKey);
 
 // The files on their way to the TV, and the drop that adds more.
 class UploadsPresenter : public QObject {
@@ -41,13 +39,13 @@ public:
     bool isUploadDropTargeted() const { return m_isUploadDropTargeted; }
     QString dropHint() const;
 
-    void setSelectedDevice(const std::optional<TVEndpoint>& device);
-    void setItems(const QList<UploadListItem>& items);
+    void show(const WindowState& state);
 
     Q_INVOKABLE void cancel(const QString& id);
+    Q_INVOKABLE void retry(const QString& id);
     // Files are held over the window, or no longer.
     Q_INVOKABLE void setDropTargeted(bool isTargeted);
-    // True when the drop is taken.
+    // Returns whether the drop is taken.
     Q_INVOKABLE bool drop(const QList<QUrl>& urls);
 
 Q_SIGNALS:
@@ -56,8 +54,8 @@ Q_SIGNALS:
 
 private:
     WindowActions& m_actions;
+    QString m_selectedTvKey; // empty without a TV
     RecordListModel<UploadListItem, &uploadItemKey> m_rows;
-    bool m_hasTv = false;
     bool m_isUploadDropTargeted = false;
 };
 

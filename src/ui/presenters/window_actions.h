@@ -28,9 +28,10 @@ public:
     virtual void deleteGroup(const FileGroup& group) = 0;
     virtual void queueUploadsFromPicker(const QList<QUrl>& urls) = 0;
     virtual void queueSubtitleUpload(const QUrl& sourceURL, const QString& remoteName) = 0;
-    // False when there is no file among them.
+    // Returns false if there is no file among them.
     virtual bool queueDroppedFiles(const QList<QUrl>& urls) = 0;
     virtual void cancelUploadJob(const QString& id) = 0;
+    virtual void retryUploadJob(const QString& id) = 0;
 };
 
 } // namespace quiv

@@ -1,5 +1,8 @@
 #include "ui/presenters/window_presenter.h"
 
+#include "transfer/deletion.h"
+#include "transfer/upload_names.h"
+#include "ui/display_format.h"
 #include "ui/presenters/window_actions.h"
 
 namespace quiv {
@@ -16,11 +19,8 @@ WindowPresenter::WindowPresenter(WindowActions& actions, const WindowPorts& port
       m_library(actions),
       m_dock(actions),
       m_uploads(actions),
-      m_subtitleRename(actions),
-      m_deletePrompt(actions),
       m_pairingSheet(actions) {
-    connect(&m_library, &LibraryPresenter::deleteRequested, &m_deletePrompt,
-            &DeletePromptPresenter::ask);
+    connect(&m_library, &LibraryPresenter::deleteRequested, this, &WindowPresenter::askToDelete);
     connect(&m_library, &LibraryPresenter::subtitleRequested, this,
             [this](const QString& videoName) { m_picking = pickingSubtitle(videoName); });
     m_fileDialogs.setFallback(&m_fileChooser);
@@ -35,81 +35,51 @@ void WindowPresenter::pickUploads() {
 }
 
 Task<> WindowPresenter::pickingUploads() {
-    auto asking = m_fileDialogs.ask({FileDialogRequest::Purpose::OpenSeveral,
-                                     u"Upload to the TV"_s, u"Open"_s});
-    const FileDialogAnswer files = co_await std::move(asking);
+    const FileDialogRequest request(FileDialogRequest::Purpose::OpenSeveral, u"Upload to the TV"_s,
+                                    u"Open"_s);
+    const FileDialogAnswer files = co_await m_fileDialogs.ask(request);
     if (files && !files->isEmpty())
         m_actions.queueUploadsFromPicker(*files);
 }
 
 Task<> WindowPresenter::pickingSubtitle(QString videoName) {
-    auto asking = m_fileDialogs.ask({FileDialogRequest::Purpose::OpenOne,
-                                     u"Attach Subtitle"_s, u"Open"_s});
-    const FileDialogAnswer files = co_await std::move(asking);
+    const FileDialogRequest request(FileDialogRequest::Purpose::OpenOne, u"Attach Subtitle"_s,
+                                    u"Open"_s);
+    const FileDialogAnswer files = co_await m_fileDialogs.ask(request);
     if (files && !files->isEmpty())
-        m_subtitleRename.attach(files->constFirst(), videoName);
+        attachSubtitle(files->constFirst(), videoName);
 }
 
-void WindowPresenter::setDiscoveredDevices(const QList<TVEndpoint>& devices) {
-    m_sidebar.setDiscoveredDevices(devices);
+void WindowPresenter::attachSubtitle(const QUrl& subtitle, const QString& videoName) {
+    const QString name = proposedSubtitleRemoteName(videoName, subtitle);
+    const auto queue = [this, subtitle, name] {
+        m_actions.queueSubtitleUpload(subtitle, name);
+    };
+    if (name.compare(subtitle.fileName(), Qt::CaseInsensitive) == 0)
+        return queue();
+    m_subtitleRename.ask(u"The selected subtitle filename does not match this video. It will be "
+                         "uploaded as \""_s +
+                             displayText(name) + u"\" so it links correctly."_s,
+                         queue);
 }
 
-void WindowPresenter::setSelectedDevice(const std::optional<TVEndpoint>& device) {
-    m_sidebar.setSelectedDevice(device);
-    m_library.setSelectedDevice(device);
-    m_uploads.setSelectedDevice(device);
-    m_subtitleRename.setSelectedDevice(device);
-    m_deletePrompt.setSelectedDevice(device);
-    m_pairingSheet.setSelectedDevice(device);
+void WindowPresenter::askToDelete(const FileGroup& group) {
+    const QString message = u"This will delete %1 file(s) from the TV, including subtitles linked "
+                            "to \"%2\"."_s;
+    m_deletePrompt.ask(
+        message.arg(QString::number(filesOf(group).size()), displayText(group.title)),
+        [this, group] { m_actions.deleteGroup(group); });
 }
 
-void WindowPresenter::setPairing(const PairingState& pairing) {
-    m_header.setPairing(pairing);
-    m_pairingSheet.setPairing(pairing);
-}
-
-void WindowPresenter::setContent(const LibraryContent& content) {
-    m_sidebar.setStorageBadges(storageStatusBadges(content.storage, content.usbStorage));
-    m_header.setContent(content);
-    m_library.setContent(content);
-    m_dock.setContent(content);
-}
-
-void WindowPresenter::setLoadInProgress(bool isLoading) {
-    m_header.setLoadInProgress(isLoading);
-    m_library.setLoadInProgress(isLoading);
-}
-
-void WindowPresenter::setStatusMessage(const QString& message) {
-    m_header.setStatusMessage(message);
-}
-
-void WindowPresenter::setPlayback(const std::optional<PlaybackResponse>& playback) {
-    m_library.setPlayback(playback);
-    m_dock.setPlayback(playback);
-}
-
-void WindowPresenter::setMove(const MoveState& move) {
-    m_header.setMove(move);
-    m_library.setMove(move);
-}
-
-void WindowPresenter::setUploads(const QList<UploadListItem>& items,
-                                 const QSet<QString>& matchKeys) {
-    m_uploads.setItems(items);
-    m_library.setUploads(matchKeys);
-}
-
-void WindowPresenter::setUploadProgress(const QList<UploadListItem>& items) {
-    m_uploads.setItems(items);
-}
-
-void WindowPresenter::setDownload(const DownloadState& download) {
-    m_library.setDownload(download);
-}
-
-void WindowPresenter::setThumbnails(const std::optional<ThumbnailAddress>& thumbnails) {
-    m_library.setThumbnails(thumbnails);
+void WindowPresenter::show(const WindowState& state) {
+    m_sidebar.show(state);
+    m_header.show(state);
+    m_library.show(state);
+    m_dock.show(state);
+    m_uploads.show(state);
+    m_subtitleRename.show(state);
+    m_deletePrompt.show(state);
+    m_pairingSheet.show(state);
 }
 
 } // namespace quiv

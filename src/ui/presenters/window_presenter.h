@@ -1,22 +1,21 @@
 #pragma once
 
 #include "platform/async/task.h"
-#include "ui/presenters/delete_prompt_presenter.h"
 #include "ui/presenters/dock_presenter.h"
 #include "ui/presenters/file_chooser_presenter.h"
 #include "ui/presenters/header_presenter.h"
 #include "ui/presenters/library_presenter.h"
 #include "ui/presenters/pairing_sheet_presenter.h"
+#include "ui/presenters/prompt_presenter.h"
 #include "ui/presenters/sidebar_presenter.h"
-#include "ui/presenters/subtitle_rename_presenter.h"
 #include "ui/presenters/uploads_presenter.h"
 #include "ui/thumbnails/thumbnail_store.h"
 #include "ui/window/window_ports.h"
 
 namespace quiv {
 
-// All that the window's views bind to. Takes the model's state piece by piece and hands each piece
-// to the presenters that show it; what the user does goes to `actions`, which must outlive this.
+// All that the window's views bind to. Hands the model's state to the presenters that show it; what
+// the user does goes to `actions`, which must outlive this.
 class WindowPresenter : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -42,28 +41,20 @@ public:
     DockPresenter* dock() { return &m_dock; }
     UploadsPresenter* uploads() { return &m_uploads; }
     FileChooserPresenter* fileChooser() { return &m_fileChooser; }
-    SubtitleRenamePresenter* subtitleRename() { return &m_subtitleRename; }
-    DeletePromptPresenter* deletePrompt() { return &m_deletePrompt; }
+    PromptPresenter* subtitleRename() { return &m_subtitleRename; }
+    PromptPresenter* deletePrompt() { return &m_deletePrompt; }
     PairingSheetPresenter* pairingSheet() { return &m_pairingSheet; }
     ThumbnailStore* thumbnails() { return &m_thumbnails; }
 
-    void setDiscoveredDevices(const QList<TVEndpoint>& devices);
-    void setSelectedDevice(const std::optional<TVEndpoint>& device);
-    void setPairing(const PairingState& pairing);
-    void setContent(const LibraryContent& content);
-    void setLoadInProgress(bool isLoading);
-    void setStatusMessage(const QString& message);
-    // To be called for every reading, also one that says the same as the last.
-    void setPlayback(const std::optional<PlaybackResponse>& playback);
-    void setMove(const MoveState& move);
-    void setUploads(const QList<UploadListItem>& items, const QSet<QString>& matchKeys);
+    void show(const WindowState& state);
+
     // Lets the user choose files to upload.
     Q_INVOKABLE void pickUploads();
-    void setUploadProgress(const QList<UploadListItem>& items);
-    void setDownload(const DownloadState& download);
-    void setThumbnails(const std::optional<ThumbnailAddress>& thumbnails);
+    // Attaches a subtitle to a video; asks first when the file needs another name for that.
+    void attachSubtitle(const QUrl& subtitle, const QString& videoName);
 
 private:
+    void askToDelete(const FileGroup& group);
     Task<> pickingUploads();
     Task<> pickingSubtitle(QString videoName);
 
@@ -76,8 +67,8 @@ private:
     DockPresenter m_dock;
     UploadsPresenter m_uploads;
     FileChooserPresenter m_fileChooser;
-    SubtitleRenamePresenter m_subtitleRename;
-    DeletePromptPresenter m_deletePrompt;
+    PromptPresenter m_subtitleRename;
+    PromptPresenter m_deletePrompt;
     PairingSheetPresenter m_pairingSheet;
     Task<> m_picking; // the newest alone
 };

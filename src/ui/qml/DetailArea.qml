@@ -25,9 +25,7 @@ Item {
             Layout.fillWidth: true
             Layout.leftMargin: Theme.padding
             Layout.rightMargin: Theme.padding
-            presenter: area.presenter.header
-            onUploadRequested: area.presenter.pickUploads()
-            onPairRequested: area.presenter.pairingSheet.present()
+            presenter: area.presenter
         }
         Divider {
             Layout.fillWidth: true

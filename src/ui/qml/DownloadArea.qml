@@ -5,12 +5,12 @@ import Quiv
 Item {
     id: area
 
+    required property LibraryPresenter presenter
+    required property string key // of the row
     required property fileGroupRowState content
+    required property DownloadMenu downloadMenu
     required property bool isCompact
     required property int focusPolicy
-
-    signal downloadRequested(button: Item)
-    signal downloadCancelled()
 
     // The same for both, so that columns line up, but where the symbol alone is.
     readonly property bool isWide: !isCompact || content.isDownloading
@@ -30,7 +30,7 @@ Item {
         isCompact: area.isCompact
         enabled: area.content.canDownload
         focusPolicy: area.focusPolicy
-        onClicked: area.downloadRequested(button)
+        onClicked: if (area.presenter.offerDownloads(area.key)) area.downloadMenu.openAt(button)
     }
     DownloadProgress {
         id: progress
@@ -40,6 +40,6 @@ Item {
         fraction: area.content.downloadFraction
         percentText: area.content.downloadPercentText
         focusPolicy: area.focusPolicy
-        onClicked: area.downloadCancelled()
+        onClicked: area.presenter.cancelDownload()
     }
 }

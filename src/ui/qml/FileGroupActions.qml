@@ -5,15 +5,12 @@ import Quiv
 Row {
     id: actions
 
+    required property LibraryPresenter presenter
+    required property string key // of the row
     required property fileGroupRowState content
+    required property DownloadMenu downloadMenu
     required property bool isCompact
     required property int focusPolicy
-
-    signal moveRequested()
-    signal attachRequested()
-    signal downloadRequested(button: Item)
-    signal downloadCancelled()
-    signal deleteRequested()
 
     spacing: 6
 
@@ -24,7 +21,7 @@ Row {
         isCompact: actions.isCompact
         enabled: actions.content.canMove
         focusPolicy: actions.focusPolicy
-        onClicked: actions.moveRequested()
+        onClicked: actions.presenter.moveStorage(actions.key)
     }
     AppButton {
         symbol: "captions.bubble.fill"
@@ -32,14 +29,15 @@ Row {
         isCompact: actions.isCompact
         enabled: actions.content.hasVideo
         focusPolicy: actions.focusPolicy
-        onClicked: actions.attachRequested()
+        onClicked: actions.presenter.attachSubtitle(actions.key)
     }
     DownloadArea {
+        presenter: actions.presenter
+        key: actions.key
         content: actions.content
+        downloadMenu: actions.downloadMenu
         isCompact: actions.isCompact
         focusPolicy: actions.focusPolicy
-        onDownloadRequested: button => actions.downloadRequested(button)
-        onDownloadCancelled: actions.downloadCancelled()
     }
     AppButton {
         kind: AppButton.Destructive
@@ -48,6 +46,6 @@ Row {
         isCompact: actions.isCompact
         enabled: !actions.content.isUploading
         focusPolicy: actions.focusPolicy
-        onClicked: actions.deleteRequested()
+        onClicked: actions.presenter.requestDelete(actions.key)
     }
 }

@@ -6,18 +6,14 @@ import Quiv
 Item {
     id: row
 
+    required property LibraryPresenter presenter
+    required property string key
     required property fileGroupRowState content
     required property ThumbnailStore thumbnails
+    required property DownloadMenu downloadMenu
     property bool isCurrent: false
     property bool isCompact: false
     readonly property int focusPolicy: isCurrent ? Qt.TabFocus : Qt.NoFocus // one row's at a time
-
-    signal playRequested()
-    signal moveRequested()
-    signal attachRequested()
-    signal downloadRequested(button: Item)
-    signal downloadCancelled()
-    signal deleteRequested()
 
     implicitHeight: lines.implicitHeight + 18
     Accessible.role: Accessible.ListItem
@@ -98,17 +94,15 @@ Item {
                 tint: Theme.accent
                 accessibilityLabel: "Play or pause"
                 focusPolicy: row.focusPolicy
-                onClicked: row.playRequested()
+                onClicked: row.presenter.playOrPause(row.key)
             }
             FileGroupActions {
+                presenter: row.presenter
+                key: row.key
                 content: row.content
+                downloadMenu: row.downloadMenu
                 isCompact: row.isCompact
                 focusPolicy: row.focusPolicy
-                onMoveRequested: row.moveRequested()
-                onAttachRequested: row.attachRequested()
-                onDownloadRequested: button => row.downloadRequested(button)
-                onDownloadCancelled: row.downloadCancelled()
-                onDeleteRequested: row.deleteRequested()
             }
         }
         RowMove {

@@ -6,10 +6,8 @@ import Quiv
 ColumnLayout {
     id: header
 
-    required property HeaderPresenter presenter
-
-    signal pairRequested()
-    signal uploadRequested()
+    required property WindowPresenter presenter
+    readonly property headerState content: presenter.header.state
 
     spacing: Theme.gap
 
@@ -18,24 +16,24 @@ ColumnLayout {
 
         StatusRow {
             Layout.fillWidth: true
-            presenter: header.presenter
+            presenter: header.presenter.header
         }
         AppButton {
             kind: AppButton.Prominent
             symbol: "square.and.arrow.up"
             text: "Upload to the TV"
-            onClicked: header.uploadRequested()
+            onClicked: header.presenter.pickUploads()
         }
     }
     PlainText {
         Layout.fillWidth: true
         visible: text !== ""
-        text: header.presenter.state.statusMessage
+        text: header.content.statusMessage
         wrapMode: Text.Wrap
         maximumLineCount: 3
     }
     RowLayout {
-        visible: header.presenter.state.isSyncing
+        visible: header.content.isSyncing
         spacing: 8
 
         Spinner { size: Theme.scaled(14) }
@@ -47,9 +45,9 @@ ColumnLayout {
     }
     PairingStrip {
         Layout.fillWidth: true
-        visible: header.presenter.state.requiresPairing
-        validUntilText: header.presenter.state.codeValidUntilText
-        onPairRequested: header.pairRequested()
-        onCancelRequested: header.presenter.cancelPairing()
+        visible: header.content.requiresPairing
+        validUntilText: header.content.codeValidUntilText
+        onPairRequested: header.presenter.pairingSheet.present()
+        onCancelRequested: header.presenter.header.cancelPairing()
     }
 }

@@ -47,21 +47,12 @@ ListView {
     delegate: FileGroupRow {
         id: row
 
-        required property string key
-
         width: list.width - 8 // beside the scroll bar
+        presenter: list.presenter
+        downloadMenu: downloads
         isCurrent: row.ListView.isCurrentItem && list.activeFocus
         isCompact: list.isCompact
         thumbnails: list.thumbnails
-        onPlayRequested: list.presenter.playOrPause(key)
-        onMoveRequested: list.presenter.moveStorage(key)
-        onAttachRequested: list.presenter.attachSubtitle(key)
-        onDownloadRequested: button => {
-            if (list.presenter.offerDownloads(key))
-                downloads.openAt(button)
-        }
-        onDownloadCancelled: list.presenter.cancelDownload()
-        onDeleteRequested: list.presenter.requestDelete(key)
         // A row kept for reuse would still be there for assistive technology.
         ListView.onPooled: visible = false
         ListView.onReused: visible = true

@@ -32,11 +32,10 @@ Rectangle {
         delegate: UploadQueueRow {
             id: row
 
-            required property string key
             required property int index
 
             width: list.width
-            onCancelRequested: queue.presenter.cancel(key)
+            presenter: queue.presenter
             ListView.onPooled: visible = false
             ListView.onReused: visible = true
 

@@ -1,16 +1,19 @@
 import QtQuick
 import QtQuick.Layouts
+import Quiv
 
-// One file that is being uploaded or waits for it.
+// One file that is being uploaded, waits for it or has failed.
 Item {
     id: row
 
+    required property UploadsPresenter presenter
+    required property string key
     required property string fileName
     required property bool isUploading
+    required property bool isFailed
+    readonly property color markColour: isUploading ? Theme.accent : isFailed ? Theme.destructive : Theme.secondaryText
     required property real progress
     required property string statusText
-
-    signal cancelRequested()
 
     implicitHeight: lines.implicitHeight + 22
     Accessible.role: Accessible.ListItem
@@ -24,8 +27,8 @@ Item {
         spacing: 14
 
         AppIcon {
-            name: row.isUploading ? "arrow.up.circle.fill" : "clock"
-            colour: row.isUploading ? Theme.accent : Theme.secondaryText
+            name: row.isUploading ? "arrow.up.circle.fill" : row.isFailed ? "xmark.circle.fill" : "clock"
+            colour: row.markColour
             size: Theme.scaled(20)
         }
         ColumnLayout {
@@ -43,6 +46,7 @@ Item {
             ProgressLine {
                 Layout.fillWidth: true
                 Layout.maximumWidth: 360
+                visible: !row.isFailed
                 fraction: row.progress
                 isIndeterminate: !row.isUploading
                 label: row.fileName
@@ -51,13 +55,18 @@ Item {
                 Layout.fillWidth: true
                 text: row.statusText
                 font: Theme.caption
-                color: Theme.secondaryText
+                color: row.isFailed ? Theme.destructive : Theme.secondaryText
             }
+        }
+        AppButton {
+            visible: row.isFailed
+            text: "Try Again"
+            onClicked: row.presenter.retry(row.key)
         }
         AppButton {
             kind: AppButton.Destructive
             text: row.isUploading ? "Cancel" : "Remove"
-            onClicked: row.cancelRequested()
+            onClicked: row.presenter.cancel(row.key)
         }
     }
 }

@@ -33,8 +33,7 @@ void ThumbnailLoader::load(const QUrl& url, const ThumbnailShape& shape) {
 }
 
 Task<> ThumbnailLoader::loading() {
-    auto fetching = m_store.fetch(m_currentURL, m_shape);
-    const QImage picture = co_await std::move(fetching);
+    const QImage picture = co_await m_store.fetch(m_currentURL, m_shape);
     if (picture.isNull())
         scheduleRetry();
     else
@@ -49,8 +48,7 @@ void ThumbnailLoader::scheduleRetry() {
 }
 
 Task<> ThumbnailLoader::retrying(std::chrono::milliseconds delay) {
-    auto sleeping = sleepFor(m_store.clock(), delay);
-    co_await std::move(sleeping);
+    co_await sleepFor(m_store.clock(), delay);
     if (m_image.isNull())
         load(m_currentURL, m_shape);
 }

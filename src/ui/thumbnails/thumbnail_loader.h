@@ -24,7 +24,7 @@ class ThumbnailLoader : public QObject {
 public:
     explicit ThumbnailLoader(ThumbnailStore& store, QObject* parent = nullptr);
 
-    // Null while there is none.
+    // Returns a null image while there is no picture.
     const QImage& image() const { return m_image; }
 
     // An empty address has no picture. The same one as before is left alone while it loads or is

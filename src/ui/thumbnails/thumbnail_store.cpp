@@ -35,16 +35,14 @@ QImage ThumbnailStore::cached(const QUrl& url, const ThumbnailShape& shape) {
 }
 
 Task<QImage> ThumbnailStore::fetch(QUrl url, ThumbnailShape shape) {
-    auto entering = m_semaphore.acquire();
-    const Semaphore::Permit permit = co_await std::move(entering);
+    const Semaphore::Permit permit = co_await m_semaphore.acquire();
     HttpRequest request;
     request.url = url.toEncoded();
     request.timeouts.total = FetchTimeout;
     request.replyLimit = ImageReplyLimit;
     HttpReply reply;
     try {
-        auto sending = m_http.send(std::move(request));
-        reply = co_await std::move(sending);
+        reply = co_await m_http.send(std::move(request));
     } catch (const HttpError&) {
         co_return QImage();
     }

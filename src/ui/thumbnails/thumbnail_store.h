@@ -29,10 +29,10 @@ public:
 
     Clock& clock() { return m_clock; }
 
-    // A null image when there is none.
+    // Returns a null image if the picture is not kept.
     QImage cached(const QUrl& url, const ThumbnailShape& shape);
-    // A null image when the TV has none (yet), or sends none that can be shown. Dropping the task
-    // ends the fetch.
+    // Returns a null image if the TV has none (yet), or sends none that can be shown. Dropping the
+    // task ends the fetch.
     Task<QImage> fetch(QUrl url, ThumbnailShape shape);
 
 private:

@@ -12,7 +12,7 @@ namespace quiv {
 
 namespace {
 
-// Empty without OpenGL.
+// Returns an empty name if there is no OpenGL.
 QByteArray openGlRendererName() {
     QOpenGLContext context;
     QOffscreenSurface surface;

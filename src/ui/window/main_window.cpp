@@ -1,7 +1,6 @@
 #include "ui/window/main_window.h"
 
 #include "model/ombra_mac_model.h"
-#include "transfer/upload_queue_rules.h"
 #include "ui/presenters/window_actions.h"
 #include "ui/presenters/window_presenter.h"
 #include "ui/window/graphics_choice.h"
@@ -45,51 +44,11 @@ public:
         return m_model.uploads()->queueDroppedFiles(urls);
     }
     void cancelUploadJob(const QString& id) override { m_model.uploads()->cancelUploadJob(id); }
+    void retryUploadJob(const QString& id) override { m_model.uploads()->retryUploadJob(id); }
 
 private:
     OmbraMacModel& m_model;
 };
-
-// Calls `show` now and on every change.
-template <class Part, class Show>
-void follow(Part* part, void (Part::*changed)(), WindowPresenter& presenter, Show show) {
-    QObject::connect(part, changed, &presenter, show);
-    show();
-}
-
-void followModel(OmbraMacModel& model, WindowPresenter& presenter) {
-    follow(model.discovery(), &Discovery::devicesChanged, presenter,
-           [&] { presenter.setDiscoveredDevices(model.discovery()->discoveredDevices()); });
-    follow(model.selected(), &SelectedDevice::changed, presenter,
-           [&] { presenter.setSelectedDevice(model.selected()->device()); });
-    follow(model.pairing(), &Pairing::stateChanged, presenter,
-           [&] { presenter.setPairing(model.pairing()->state()); });
-    follow(model.library(), &Library::contentChanged, presenter,
-           [&] { presenter.setContent(model.library()->content()); });
-    follow(model.library(), &Library::loadInProgressChanged, presenter,
-           [&] { presenter.setLoadInProgress(model.library()->isLibraryLoadInProgress()); });
-    follow(model.playback(), &RemotePlayback::playbackRead, presenter,
-           [&] { presenter.setPlayback(model.playback()->playback()); });
-    follow(model.storageMove(), &StorageMove::stateChanged, presenter,
-           [&] { presenter.setMove(model.storageMove()->state()); });
-    follow(model.uploads(), &Uploads::itemsChanged, presenter, [&] {
-        presenter.setUploads(
-            model.uploads()->uploadListItems(),
-            uploadMatchKeys(model.uploads()->uploadListItems(), model.selected()->key()));
-    });
-    follow(model.uploads(), &Uploads::progressChanged, presenter,
-           [&] { presenter.setUploadProgress(model.uploads()->uploadListItems()); });
-    follow(model.downloads(), &Downloads::stateChanged, presenter,
-           [&] { presenter.setDownload(model.downloads()->state()); });
-    // A token that the TV hands out shows in the pairing's state.
-    const auto showThumbnails = [&] {
-        presenter.setThumbnails(model.thumbnailAddress());
-    };
-    follow(model.selected(), &SelectedDevice::changed, presenter, showThumbnails);
-    follow(model.pairing(), &Pairing::stateChanged, presenter, showThumbnails);
-    follow(model.status(), &StatusLine::statusMessageChanged, presenter,
-           [&] { presenter.setStatusMessage(model.status()->statusMessage()); });
-}
 
 } // namespace
 
@@ -105,7 +64,12 @@ struct MainWindow::Parts {
 MainWindow::MainWindow(OmbraMacModel& model, const WindowPorts& ports) {
     chooseGraphics();
     m_parts = std::make_unique<Parts>(model, ports);
-    followModel(model, m_parts->presenter);
+    WindowPresenter& presenter = m_parts->presenter;
+    const auto showModel = [&model, &presenter] {
+        presenter.show(model.state());
+    };
+    QObject::connect(&model, &OmbraMacModel::stateChanged, &presenter, showModel);
+    showModel();
     if (QQuickWindow* loaded = window()) {
         QObject::connect(loaded, &QWindow::visibleChanged, &model, [&model](bool isVisible) {
             isVisible ? model.appear() : model.disappear();

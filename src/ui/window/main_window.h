@@ -29,7 +29,7 @@ public:
     // False when the views could not be loaded, which the log explains.
     bool show();
 
-    // Null then.
+    // Returns nullptr if the views could not be loaded.
     QQuickWindow* window() const;
 
 private:

@@ -14,7 +14,7 @@ class WindowView {
 public:
     explicit WindowView(WindowPresenter& presenter);
 
-    // Null when the views could not be loaded; the engine has then told why.
+    // Returns nullptr if the views could not be loaded; the engine has then told why.
     QQuickWindow* window() const;
 
 private:

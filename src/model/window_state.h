@@ -1,0 +1,43 @@
+#pragma once
+
+#include "library/library_content.h"
+#include "library/thumbnail_url.h"
+#include "net/pairing.h"
+#include "net/tv_endpoint.h"
+#include "transfer/downloads.h"
+#include "transfer/storage_move.h"
+#include "transfer/upload_job.h"
+
+#include <QList>
+#include <QString>
+
+#include <cstdint>
+#include <optional>
+
+namespace quiv {
+
+// Everything the window shows, at one instant. Cheap to copy: lists and texts are shared.
+struct WindowState {
+    QList<TVEndpoint> discoveredDevices;
+    std::optional<TVEndpoint> selectedDevice;
+    QString statusMessage;
+    PairingState pairing;
+    LibraryContent content;
+    bool isLibraryLoading = false;
+    std::optional<PlaybackResponse> playback;
+    std::uint64_t playbackReading = 0; // differs after every reading, even one that says the same
+    MoveState move;
+    QList<UploadListItem> uploads; // the current one first
+    DownloadState download;
+    std::optional<ThumbnailAddress> thumbnails;
+};
+
+// Whether both states are about the same TV, perhaps by a newer record, or both about no TV.
+inline bool isSameTv(const WindowState& a, const WindowState& b) {
+    const auto keyOf = [](const std::optional<TVEndpoint>& device) {
+        return device ? std::optional(endpointKey(*device)) : std::nullopt;
+    };
+    return keyOf(a.selectedDevice) == keyOf(b.selectedDevice);
+}
+
+} // namespace quiv
