@@ -4,6 +4,7 @@
 #include "platform/async/task.h"
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <utility>
 
@@ -62,7 +63,10 @@ inline Task<Semaphore::Permit> Semaphore::acquireFrom(std::shared_ptr<State> sta
     }
     const auto turn = std::make_shared<Promise<Permit>>();
     state->waiting.push_back(turn);
-    co_return co_await turn->wait([state, turn] { std::erase(state->waiting, turn); });
+    const std::function<void()> leave = [state, turn] {
+        std::erase(state->waiting, turn);
+    };
+    co_return co_await turn->wait(leave);
 }
 
 } // namespace quiv
