@@ -8,7 +8,8 @@ SERVICE = "org.freedesktop.portal.Desktop"
 PATH = "/org/freedesktop/portal/desktop"
 CHOOSER = """<node><interface name="org.freedesktop.portal.FileChooser">
 <method name="SaveFile"><arg type="s" direction="in"/><arg type="s" direction="in"/>
-<arg type="a{sv}" direction="in"/><arg type="o" direction="out"/></method></interface></node>"""
+<arg type="a{sv}" direction="in"/><arg type="o" direction="out"/></method>
+<property name="version" type="u" access="read"/></interface></node>"""
 
 
 def save_file(bus, sender, _path, _interface, _method, parameters, invocation):
@@ -23,7 +24,7 @@ def save_file(bus, sender, _path, _interface, _method, parameters, invocation):
 
 bus = Gio.bus_get_sync(Gio.BusType.SESSION)
 chooser = Gio.DBusNodeInfo.new_for_xml(CHOOSER).interfaces[0]
-bus.register_object(PATH, chooser, save_file, None, None)
+bus.register_object(PATH, chooser, save_file, lambda *_: GLib.Variant("u", 3), None)
 Gio.bus_own_name_on_connection(bus, SERVICE, Gio.BusNameOwnerFlags.NONE,
                                lambda *_: print("Ready", flush=True), None)
 GLib.MainLoop().run()
