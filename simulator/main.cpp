@@ -1,6 +1,6 @@
 #include "simulator/console.h"
+#include "simulator/library/sample_media.h"
 #include "simulator/options.h"
-#include "simulator/sample_media.h"
 #include "simulator/simulator.h"
 #include "simulator/termination.h"
 
@@ -11,16 +11,18 @@ using namespace Qt::StringLiterals;
 
 using namespace quiv::simulator;
 
-static constexpr int BadOptions = 2;
+namespace {
 
-static bool makeFolder(const QString& folder) {
+constexpr int BadOptions = 2;
+
+bool makeFolder(const QString& folder) {
     if (folder.isEmpty() || QDir().mkpath(folder))
         return true;
     printError(u"Cannot make the folder "_s + folder);
     return false;
 }
 
-static void makeSamples(const Options& options) {
+void makeSamples(const Options& options) {
     QStringList problems{makeSampleMedia(options.mediaFolder)};
     if (!options.usbFolder.isEmpty())
         problems.append(makeSampleUsbMedia(options.usbFolder));
@@ -29,6 +31,8 @@ static void makeSamples(const Options& options) {
     for (const QString& problem : problems)
         printError(problem);
 }
+
+} // namespace
 
 #ifdef __SANITIZE_THREAD__
 // Qt forks to start ffprobe and ffmpeg, which the sanitizer by itself does not let a program with

@@ -1,6 +1,6 @@
 #include "simulator/options.h"
 
-#include "simulator/service_name.h"
+#include "simulator/announcing/service_name.h"
 
 #include <QCommandLineParser>
 #include <QStandardPaths>
@@ -152,12 +152,14 @@ QString OptionReader::serviceName(const QString& tvName) {
     return text("service-name");
 }
 
-static QString defaultFolder(const char* name) {
+namespace {
+
+QString defaultFolder(const char* name) {
     return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + u'/' +
            QLatin1String(name);
 }
 
-static void readPlaces(OptionReader& reader, Options& options) {
+void readPlaces(OptionReader& reader, Options& options) {
     options.port = reader.port("port");
     options.controlPort = reader.port("control-port").value_or(0);
     options.mediaFolder = reader.text("media", defaultFolder("media"));
@@ -169,7 +171,7 @@ static void readPlaces(OptionReader& reader, Options& options) {
     options.generatedCount = reader.number("generate", 0, 0, 10'000'000);
 }
 
-static void readPairing(OptionReader& reader, Options& options) {
+void readPairing(OptionReader& reader, Options& options) {
     options.pairing.code = reader.code();
     options.pairing.codeLifetime = reader.seconds("code-lifetime", 300);
     options.pairing.tokenLifetime = reader.seconds("token-lifetime", 86400);
@@ -177,7 +179,7 @@ static void readPairing(OptionReader& reader, Options& options) {
     options.browsingNeedsPairing = reader.isSet("require-pairing-to-browse");
 }
 
-static void readAnnouncing(OptionReader& reader, Options& options) {
+void readAnnouncing(OptionReader& reader, Options& options) {
     options.announces = !reader.isSet("no-announce");
     options.announceWay = reader.announceWay();
     options.serviceName = reader.serviceName(options.name);
@@ -185,6 +187,8 @@ static void readAnnouncing(OptionReader& reader, Options& options) {
     options.announcedPort = reader.port("announce-port");
     options.ipv6Only = reader.isSet("ipv6-only");
 }
+
+} // namespace
 
 std::optional<Options> parseOptions(const QStringList& arguments, QString* problem) {
     OptionReader reader(arguments);

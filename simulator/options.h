@@ -1,7 +1,7 @@
 #pragma once
 
-#include "simulator/announcer.h"
-#include "simulator/pairing.h"
+#include "simulator/announcing/announcer.h"
+#include "simulator/tv/pairing.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,18 +1,22 @@
 #include "simulator/simulator.h"
 
+#include "simulator/announcing/network_addresses.h"
 #include "simulator/console.h"
-#include "simulator/network_addresses.h"
 
 namespace quiv::simulator {
 
 using namespace Qt::StringLiterals;
 
-static constexpr quint16 UsualPort = 8080;
-static constexpr std::chrono::milliseconds CodeCheckInterval{200};
+namespace {
 
-static void printCode(const QString& code) {
+constexpr quint16 UsualPort = 8080;
+constexpr std::chrono::milliseconds CodeCheckInterval{200};
+
+void printCode(const QString& code) {
     printLine(u"Pairing code: "_s + code);
 }
+
+} // namespace
 
 Simulator::Simulator(Options options)
     : m_options(std::move(options)),

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "simulator/announcement_control.h"
-#include "simulator/control_server.h"
+#include "simulator/announcing/announcement_control.h"
 #include "simulator/options.h"
-#include "simulator/television.h"
-#include "simulator/tv_server.h"
+#include "simulator/server/control_server.h"
+#include "simulator/server/tv_server.h"
+#include "simulator/tv/television.h"
 
 #include <QTimer>
 

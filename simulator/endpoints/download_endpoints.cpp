@@ -17,9 +17,11 @@ using httplib::DataSink;
 using httplib::Request;
 using httplib::Response;
 
-static constexpr size_t SliceBytes = 65'536;
+namespace {
 
-static ContentProvider bytesOf(std::shared_ptr<QFile> file) {
+constexpr size_t SliceBytes = 65'536;
+
+ContentProvider bytesOf(std::shared_ptr<QFile> file) {
     return [file = std::move(file)](size_t offset, size_t length, DataSink& sink) {
         if (!file->seek(static_cast<qint64>(offset)))
             return false;
@@ -29,7 +31,7 @@ static ContentProvider bytesOf(std::shared_ptr<QFile> file) {
 }
 
 // Of a generated entry: as many as it is said to have.
-static ContentProvider madeUpBytes() {
+ContentProvider madeUpBytes() {
     return [](size_t, size_t length, DataSink& sink) {
         static const std::string slice(SliceBytes, 'x');
         return sink.write(slice.data(), std::min(length, SliceBytes));
@@ -38,7 +40,7 @@ static ContentProvider madeUpBytes() {
 
 // The library serves the ranges that it has parsed, but lets them reach beyond the end. Several at
 // once get the whole file. False: there is nothing in the range.
-static bool fitRange(const Request& request, qint64 size) {
+bool fitRange(const Request& request, qint64 size) {
     auto& ranges = const_cast<Request&>(request).ranges;
     if (ranges.size() != 1 || size == 0) {
         ranges.clear();
@@ -56,7 +58,7 @@ static bool fitRange(const Request& request, qint64 size) {
     return true;
 }
 
-static void send(Response& response, qint64 size, const std::string& type, ContentProvider bytes) {
+void send(Response& response, qint64 size, const std::string& type, ContentProvider bytes) {
     response.set_header("Accept-Ranges", "bytes");
     if (size > 0)
         response.set_content_provider(static_cast<size_t>(size), type, std::move(bytes));
@@ -64,8 +66,8 @@ static void send(Response& response, qint64 size, const std::string& type, Conte
         response.set_content("", 0, type);
 }
 
-static void sendFile(Television& television, const Request& request, Response& response,
-                     const std::string& type) {
+void sendFile(Television& television, const Request& request, Response& response,
+              const std::string& type) {
     const auto entry = television.library.find(parameterOf(request, "name").value_or(QString()));
     if (!entry)
         return replyError(response, 404, u"File not found"_s);
@@ -81,13 +83,15 @@ static void sendFile(Television& television, const Request& request, Response& r
     send(response, size, type, path.isEmpty() ? madeUpBytes() : bytesOf(std::move(file)));
 }
 
-static std::string typeOf(const Request& request) {
+std::string typeOf(const Request& request) {
     const QString name = parameterOf(request, "name").value_or(QString());
     return QMimeDatabase()
         .mimeTypeForFile(name, QMimeDatabase::MatchExtension)
         .name()
         .toStdString();
 }
+
+} // namespace
 
 void addDownloadEndpoints(httplib::Server& server, Television& television) {
     addPairedGet(server, "/api/files/download", television.pairing,

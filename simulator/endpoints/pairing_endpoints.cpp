@@ -6,7 +6,9 @@ namespace quiv::simulator {
 
 using namespace Qt::StringLiterals;
 
-static QJsonObject statusJson(const Pairing::Status& status, const QString& clientId) {
+namespace {
+
+QJsonObject statusJson(const Pairing::Status& status, const QString& clientId) {
     return {
         {u"authorized"_s, status.authorized},
         {u"requiresPairing"_s, !status.authorized},
@@ -18,17 +20,17 @@ static QJsonObject statusJson(const Pairing::Status& status, const QString& clie
     };
 }
 
-static void replyLockedOut(httplib::Response& response, qint64 seconds) {
+void replyLockedOut(httplib::Response& response, qint64 seconds) {
     replyError(response, 429, u"Too many wrong codes. Try again in %1 seconds."_s.arg(seconds));
 }
 
-static void replyWrongCode(httplib::Response& response, int attemptsLeft) {
+void replyWrongCode(httplib::Response& response, int attemptsLeft) {
     const QString rest = attemptsLeft > 0 ? u"%1 attempt(s) left."_s.arg(attemptsLeft)
                                           : u"No attempts left, wait before trying again."_s;
     replyError(response, 401, u"Wrong code. "_s + rest);
 }
 
-static void replyVerdict(httplib::Response& response, const Pairing::Verdict& verdict) {
+void replyVerdict(httplib::Response& response, const Pairing::Verdict& verdict) {
     switch (verdict.kind) {
     case Pairing::Verdict::Kind::Paired:
         addToken(response, verdict.grant);
@@ -39,6 +41,8 @@ static void replyVerdict(httplib::Response& response, const Pairing::Verdict& ve
         return replyLockedOut(response, verdict.lockedForSec);
     }
 }
+
+} // namespace
 
 void addPairingEndpoints(httplib::Server& server, Television& television) {
     Pairing& pairing = television.pairing;

@@ -8,12 +8,14 @@ using namespace Qt::StringLiterals;
 
 using Outcome = Player::Outcome;
 
-static Outcome badParameter(const char* name) {
+namespace {
+
+Outcome badParameter(const char* name) {
     return Player::Refusal{400,
                            u"The parameter %1 is missing or wrong."_s.arg(QLatin1String(name))};
 }
 
-static Outcome play(Television& television, const httplib::Request& request) {
+Outcome play(Television& television, const httplib::Request& request) {
     const auto name = parameterOf(request, "name");
     if (!name)
         return badParameter("name");
@@ -25,19 +27,19 @@ static Outcome play(Television& television, const httplib::Request& request) {
 }
 
 template <class Act>
-static Outcome withMilliseconds(const httplib::Request& request, const char* name, Act act) {
+Outcome withMilliseconds(const httplib::Request& request, const char* name, Act act) {
     bool isNumber = false;
     const qint64 value = parameterOf(request, name).value_or(QString()).toLongLong(&isNumber);
     return isNumber ? act(value) : badParameter(name);
 }
 
-static Outcome setSpeed(Player& player, const httplib::Request& request) {
+Outcome setSpeed(Player& player, const httplib::Request& request) {
     bool isNumber = false;
     const double speed = parameterOf(request, "speed").value_or(QString()).toDouble(&isNumber);
     return isNumber ? player.setSpeed(speed) : badParameter("speed");
 }
 
-static Outcome perform(Television& television, const httplib::Request& request) {
+Outcome perform(Television& television, const httplib::Request& request) {
     Player& player = television.player;
     const QString command = parameterOf(request, "command").value_or(QString());
     const QString track = parameterOf(request, "trackId").value_or(QString());
@@ -63,6 +65,8 @@ static Outcome perform(Television& television, const httplib::Request& request) 
     player.stop();
     return std::nullopt;
 }
+
+} // namespace
 
 void addPlaybackEndpoints(httplib::Server& server, Television& television) {
     server.Get("/api/playback", [&](const httplib::Request&, httplib::Response& response) {

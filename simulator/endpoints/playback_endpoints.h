@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/television.h"
+#include "simulator/tv/television.h"
 
 #include <httplib.h>
 

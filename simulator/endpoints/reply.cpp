@@ -10,12 +10,14 @@ bool hasBody(const httplib::Request& request) {
     return request.has_header("Content-Length") || request.has_header("Transfer-Encoding");
 }
 
-static void ignoreBody(const httplib::Request& request, const httplib::ContentReader& reader) {
+namespace {
+
+void ignoreBody(const httplib::Request& request, const httplib::ContentReader& reader) {
     if (hasBody(request))
         reader([](const char*, size_t) { return true; });
 }
 
-static httplib::Server::HandlerWithContentReader ignoringBody(httplib::Server::Handler handler) {
+httplib::Server::HandlerWithContentReader ignoringBody(httplib::Server::Handler handler) {
     return
         [handler = std::move(handler)](const httplib::Request& request, httplib::Response& response,
                                        const httplib::ContentReader& reader) {
@@ -24,12 +26,16 @@ static httplib::Server::HandlerWithContentReader ignoringBody(httplib::Server::H
         };
 }
 
+} // namespace
+
 void addPost(httplib::Server& server, const std::string& pattern,
              httplib::Server::Handler handler) {
     server.Post(pattern, ignoringBody(std::move(handler)));
 }
 
-static httplib::Server::Handler whenPaired(Pairing& pairing, httplib::Server::Handler handler) {
+namespace {
+
+httplib::Server::Handler whenPaired(Pairing& pairing, httplib::Server::Handler handler) {
     return [&pairing, handler = std::move(handler)](const httplib::Request& request,
                                                     httplib::Response& response) {
         if (pairing.isPaired(credentialsOf(request)))
@@ -38,6 +44,8 @@ static httplib::Server::Handler whenPaired(Pairing& pairing, httplib::Server::Ha
             replyPairingRequired(response);
     };
 }
+
+} // namespace
 
 void addPairedPost(httplib::Server& server, const std::string& pattern, Pairing& pairing,
                    httplib::Server::Handler handler) {

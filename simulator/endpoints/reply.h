@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/pairing.h"
+#include "simulator/tv/pairing.h"
 
 #include <httplib.h>
 

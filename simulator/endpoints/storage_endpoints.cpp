@@ -6,8 +6,9 @@ namespace quiv::simulator {
 
 using namespace Qt::StringLiterals;
 
-static void move(Television& television, const httplib::Request& request,
-                 httplib::Response& response) {
+namespace {
+
+void move(Television& television, const httplib::Request& request, httplib::Response& response) {
     const QString name = parameterOf(request, "name").value_or(QString());
     const QString target = parameterOf(request, "target").value_or(QString());
     const bool toUsb = target == "usb"_L1;
@@ -18,8 +19,7 @@ static void move(Television& television, const httplib::Request& request,
     replyJson(response, {{u"ok"_s, true}});
 }
 
-static void remove(Television& television, const httplib::Request& request,
-                   httplib::Response& response) {
+void remove(Television& television, const httplib::Request& request, httplib::Response& response) {
     const QString name = parameterOf(request, "name").value_or(QString());
     if (!isFileName(name))
         return replyError(response, 400, u"The name is missing or wrong."_s);
@@ -34,6 +34,8 @@ static void remove(Television& television, const httplib::Request& request,
     television.thumbnails.forget(name);
     replyJson(response, {{u"ok"_s, true}});
 }
+
+} // namespace
 
 void addStorageEndpoints(httplib::Server& server, Television& television) {
     server.Get("/api/move-status", [&](const httplib::Request&, httplib::Response& response) {

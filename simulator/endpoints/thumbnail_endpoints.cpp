@@ -10,21 +10,25 @@ using httplib::ContentReader;
 using httplib::Request;
 using httplib::Response;
 
-static void bring(Television& television, const Request& request, Response& response,
-                  const QByteArray& jpeg) {
+namespace {
+
+void bring(Television& television, const Request& request, Response& response,
+           const QByteArray& jpeg) {
     if (jpeg.isEmpty())
         return replyError(response, 400, u"The picture is missing."_s);
     television.thumbnails.bring(*parameterOf(request, "name"), jpeg);
     replyJson(response, {{u"ok"_s, true}});
 }
 
-static void show(Television& television, const Request& request, Response& response) {
+void show(Television& television, const Request& request, Response& response) {
     const QByteArray jpeg =
         television.thumbnails.find(parameterOf(request, "name").value_or(QString()));
     if (jpeg.isEmpty())
         return replyError(response, 404, u"There is no picture yet."_s);
     response.set_content(jpeg.constData(), static_cast<size_t>(jpeg.size()), "image/jpeg");
 }
+
+} // namespace
 
 void addThumbnailEndpoints(httplib::Server& server, Television& television) {
     addPairedPut(server, "/api/files/thumbnail", television.pairing,

@@ -1,7 +1,7 @@
 #include "simulator/endpoints/upload_endpoints.h"
 
 #include "simulator/endpoints/reply.h"
-#include "simulator/reception.h"
+#include "simulator/uploads/reception.h"
 
 namespace quiv::simulator {
 
@@ -11,14 +11,16 @@ using httplib::ContentReader;
 using httplib::Request;
 using httplib::Response;
 
-static std::optional<qint64> number(const QString& text) {
+namespace {
+
+std::optional<qint64> number(const QString& text) {
     bool isNumber = false;
     const qint64 value = text.toLongLong(&isNumber);
     return isNumber && value >= 0 ? std::optional(value) : std::nullopt;
 }
 
-static void announceUpload(Television& television, const Request& request, Response& response,
-                           const QByteArray& jpeg) {
+void announceUpload(Television& television, const Request& request, Response& response,
+                    const QByteArray& jpeg) {
     const auto bytes = number(parameterOf(request, "sizeBytes").value_or(u"0"_s));
     if (!bytes)
         return replyError(response, 400, u"The size is wrong."_s);
@@ -28,11 +30,11 @@ static void announceUpload(Television& television, const Request& request, Respo
     replyJson(response, {{u"ok"_s, true}});
 }
 
-static std::optional<qint64> announcedBytes(const Request& request) {
+std::optional<qint64> announcedBytes(const Request& request) {
     return number(QString::fromStdString(request.get_header_value("Content-Length")));
 }
 
-static bool isRefused(Television& television, const Request& request, Response& response) {
+bool isRefused(Television& television, const Request& request, Response& response) {
     const auto bytes = announcedBytes(request);
     if (!bytes)
         replyError(response, 411, u"The length is missing."_s);
@@ -44,8 +46,10 @@ static bool isRefused(Television& television, const Request& request, Response& 
     return true;
 }
 
+} // namespace
+
 void addUploadEndpoints(httplib::Server& server, Television& television, FaultList& faults,
-                        Absence& absence, StopSignal& stop) {
+                        Outage& outage, StopSignal& stop) {
     addPairedPut(server, "/api/files/upload-preflight", television.pairing,
                  [&](const Request& request, Response& response, const ContentReader& reader) {
                      announceUpload(television, request, response, readBody(reader));
@@ -56,7 +60,7 @@ void addUploadEndpoints(httplib::Server& server, Television& television, FaultLi
                          return;
                      const auto fault =
                          faults.take(u"PUT"_s, u"api/files/upload"_s, Fault::Phase::Receiving);
-                     Reception(request, response, fault, absence, stop)
+                     Reception(request, response, fault, outage, stop)
                          .run(television.uploads, *announcedBytes(request), reader);
                  });
     server.Get("/api/upload-status", [&](const Request&, Response& response) {

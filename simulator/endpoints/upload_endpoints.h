@@ -1,17 +1,17 @@
 #pragma once
 
-#include "simulator/fault_list.h"
-#include "simulator/television.h"
+#include "simulator/faults/fault_list.h"
+#include "simulator/tv/television.h"
 
 #include <httplib.h>
 
 namespace quiv::simulator {
 
-class Absence;
+class Outage;
 class StopSignal;
 
 // Receiving files, and what can go wrong while they arrive.
 void addUploadEndpoints(httplib::Server& server, Television& television, FaultList& faults,
-                        Absence& absence, StopSignal& stop);
+                        Outage& outage, StopSignal& stop);
 
 } // namespace quiv::simulator

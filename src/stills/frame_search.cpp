@@ -1,8 +1,8 @@
 #include "stills/frame_search.h"
 
+#include "stills/deadline.h"
 #include "stills/local_media.h"
 #include "stills/no_still.h"
-#include "stills/patience.h"
 
 #include <cmath>
 
@@ -41,9 +41,9 @@ public:
     FrameSearch(LocalMedia& media, double time)
         : m_media(media), m_target(time - Tolerance), m_decoder(openDecoder(media.video())) {}
 
-    FramePointer run(const Patience& patience) {
+    FramePointer run(const Deadline& deadline) {
         const PacketPointer packet(orOutOfMemory(av_packet_alloc()));
-        while (!m_isFound && !(m_latest && patience.isShort()) && !patience.isOver()) {
+        while (!m_isFound && !(m_latest && deadline.isNear()) && !deadline.hasPassed()) {
             if (!m_media.read(*packet)) {
                 decode(nullptr); // gives what the decoder still holds
                 break;
@@ -91,10 +91,10 @@ private:
 
 } // namespace
 
-FramePointer findFrame(LocalMedia& media, double time, const Patience& patience) {
+FramePointer findFrame(LocalMedia& media, double time, const Deadline& deadline) {
     if (time > 0)
         media.seek(time);
-    return FrameSearch(media, time).run(patience);
+    return FrameSearch(media, time).run(deadline);
 }
 
 } // namespace quiv

@@ -5,11 +5,11 @@
 namespace quiv {
 
 class LocalMedia;
-class Patience;
+class Deadline;
 
 // The first frame shown from this time on, in seconds, or up to a quarter of a second before it; in
-// a long stretch without a place to begin at, the latest frame the patience allowed. Throws NoStill
+// a long stretch without a place to begin at, the latest frame the deadline allowed. Throws NoStill
 // when there is none, or it is damaged or encrypted.
-FramePointer findFrame(LocalMedia& media, double time, const Patience& patience);
+FramePointer findFrame(LocalMedia& media, double time, const Deadline& deadline);
 
 } // namespace quiv

@@ -21,8 +21,8 @@ int refuseToOpen(AVFormatContext*, AVIOContext**, const char*, int, AVDictionary
     return AVERROR(EPERM);
 }
 
-int isOver(void* patience) {
-    return static_cast<const Patience*>(patience)->isOver();
+int hasPassed(void* deadline) {
+    return static_cast<const Deadline*>(deadline)->hasPassed();
 }
 
 class Options {
@@ -57,8 +57,8 @@ bool isMovingVideo(const AVStream& stream) {
 
 } // namespace
 
-LocalMedia::LocalMedia(const LocalFile& file, const Patience& patience)
-    : m_file(file), m_patience(patience) {
+LocalMedia::LocalMedia(const LocalFile& file, const Deadline& deadline)
+    : m_file(file), m_deadline(deadline) {
     makeInput();
     openContainer();
     chooseVideo();
@@ -80,7 +80,7 @@ void LocalMedia::openContainer() {
     AVFormatContext* format = orOutOfMemory(avformat_alloc_context());
     format->pb = m_input.get();
     format->io_open = &refuseToOpen;
-    format->interrupt_callback = {&isOver, const_cast<Patience*>(&m_patience)};
+    format->interrupt_callback = {&hasPassed, const_cast<Deadline*>(&m_deadline)};
     Options options;
     options.set("format_whitelist", containers);
     options.set("protocol_whitelist", "");
@@ -172,7 +172,7 @@ void LocalMedia::ReleaseInput::operator()(AVIOContext* input) const {
 
 int LocalMedia::readInput(void* self, std::uint8_t* buffer, int size) {
     auto& media = *static_cast<LocalMedia*>(self);
-    if (media.m_patience.isOver())
+    if (media.m_deadline.hasPassed())
         return AVERROR_EXIT;
     const auto count =
         media.m_file.read(media.m_position, {buffer, static_cast<std::size_t>(size)});

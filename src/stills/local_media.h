@@ -1,8 +1,8 @@
 #pragma once
 
+#include "stills/deadline.h"
 #include "stills/ffmpeg_types.h"
 #include "stills/local_file.h"
-#include "stills/patience.h"
 
 #include <cstdint>
 #include <memory>
@@ -13,10 +13,10 @@ namespace quiv {
 //
 // Knows the containers of the supported file types only, by content and not by name; playlists and
 // other lists of files are none of them. Reads the one file: nothing a file refers to is opened.
-// Throws NoStill for anything that is not such a file. Reading ends when the patience does.
+// Throws NoStill for anything that is not such a file. Reading ends at the deadline.
 class LocalMedia {
 public:
-    LocalMedia(const LocalFile& file, const Patience& patience);
+    LocalMedia(const LocalFile& file, const Deadline& deadline);
     LocalMedia(const LocalMedia&) = delete;
     LocalMedia& operator=(const LocalMedia&) = delete;
 
@@ -28,7 +28,7 @@ public:
     // Goes on at the last place before this time where decoding can begin, as far as it can be
     // found.
     void seek(double seconds);
-    // The next packet of the video; false at the end or when the patience is over.
+    // The next packet of the video; returns false at the end or after the deadline.
     bool read(AVPacket& packet);
     // Seconds since the beginning of what `video()` counts; not a number for AV_NOPTS_VALUE.
     double secondsOf(std::int64_t timestamp) const;
@@ -47,7 +47,7 @@ private:
     bool seekKeyFrame(double latest, double about);
 
     const LocalFile& m_file;
-    const Patience& m_patience;
+    const Deadline& m_deadline;
     std::int64_t m_position = 0;
     std::unique_ptr<AVIOContext, ReleaseInput> m_input;
     FormatPointer m_format;

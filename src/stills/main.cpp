@@ -21,23 +21,23 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-Bytes stillAt(double time, LocalMedia& media, const Patience& patience) {
-    const FramePointer frame = findFrame(media, time, patience);
+Bytes stillAt(double time, LocalMedia& media, const Deadline& deadline) {
+    const FramePointer frame = findFrame(media, time, deadline);
     return jpegOf(uprightPicture(*frame, media.video(), media.pixelAspect(*frame)));
 }
 
 // Every attempt but the first opens the file anew: a failed one may leave anything behind.
 Bytes makeStill(const LocalFile& file) {
-    Patience patience;
-    std::optional<LocalMedia> media(std::in_place, file, patience);
+    Deadline deadline;
+    std::optional<LocalMedia> media(std::in_place, file, deadline);
     std::optional<NoStill> reason;
     for (const double time : uploadThumbnailCandidateTimes(media->duration())) {
         try {
             if (reason) {
-                patience = {};
-                media.emplace(file, patience);
+                deadline = {};
+                media.emplace(file, deadline);
             }
-            return stillAt(time, *media, patience);
+            return stillAt(time, *media, deadline);
         } catch (const NoStill& error) {
             reason = error;
         }

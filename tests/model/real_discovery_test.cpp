@@ -16,7 +16,7 @@ using quiv::simulator::SimulatorProcess;
 
 namespace {
 
-constexpr int PatienceMs = 20'000; // announcing alone takes seconds
+constexpr int TimeoutMs = 20'000; // announcing alone takes seconds
 
 // The model on the adapters of the program, but for the settings.
 struct RealModel {
@@ -81,10 +81,10 @@ private Q_SLOTS:
         QVERIFY2(startTv(tv, u"Six"_s, {u"--ipv6-only"_s, u"--host-name"_s, u"sixtv"_s}),
                  qPrintable(tv.errorText()));
         RealModel real(backend());
-        QTRY_COMPARE_WITH_TIMEOUT(real.names(), QStringList(u"Six"_s), PatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(real.names(), QStringList(u"Six"_s), TimeoutMs);
         QCOMPARE(real.model.selected()->device()->host, u"sixtv.local"_s);
         QTRY_VERIFY_WITH_TIMEOUT(!real.model.library()->content().groupedFiles.isEmpty(),
-                                 PatienceMs);
+                                 TimeoutMs);
     }
 };
 

@@ -24,8 +24,7 @@ struct Outcome {
 
 Task<> exchange(HttpSession& session, HttpRequest request, Outcome* outcome) {
     try {
-        auto sending = session.send(std::move(request));
-        HttpReply reply = co_await std::move(sending);
+        HttpReply reply = co_await session.send(std::move(request));
         outcome->reply = std::move(reply);
     } catch (const HttpError& error) {
         outcome->error = error.code();

@@ -45,8 +45,9 @@ public:
 
     Portal() {
         connect(&m_dialog, &PortalDialog::closed, this, [this] { calls.append("close"); });
-        portalBus().registerObject(PortalPath, this, QDBusConnection::ExportAllSlots |
-                                                          QDBusConnection::ExportAllProperties);
+        portalBus().registerObject(PortalPath, this,
+                                   QDBusConnection::ExportAllSlots |
+                                       QDBusConnection::ExportAllProperties);
         portalBus().registerService(PortalService);
     }
     ~Portal() override {
@@ -108,8 +109,7 @@ struct Asking {
     explicit Asking(Purpose purpose) : task(run(purpose)) {}
 
     Task<> run(Purpose purpose) {
-        auto asking = dialogs.ask({purpose, u"A title"_s, u"Take"_s, u"Name.mkv"_s});
-        answer = co_await std::move(asking);
+        answer = co_await dialogs.ask({purpose, u"A title"_s, u"Take"_s, u"Name.mkv"_s});
     }
     QString ended() const {
         if (!task.isDone())

@@ -1,7 +1,7 @@
 #include "platform/async/background.h"
+#include "platform/async/semaphore.h"
 #include "platform/async/task.h"
 #include "platform/async/task_set.h"
-#include "platform/async/semaphore.h"
 #include "platform/clock.h"
 #include "support/fake_clock.h"
 
@@ -24,46 +24,38 @@ struct Witness {
 };
 
 Task<int> valueAfter(Clock& clock, int value) {
-    auto sleep = sleepFor(clock, 10ms);
-    co_await std::move(sleep);
+    co_await sleepFor(clock, 10ms);
     co_return value;
 }
 
 Task<int> failAfter(Clock& clock) {
-    auto sleep = sleepFor(clock, 10ms);
-    co_await std::move(sleep);
+    co_await sleepFor(clock, 10ms);
     throw std::runtime_error("broken");
 }
 
 Task<> nested(Clock& clock, QStringList* log) {
     const Witness witness{log, u"locals gone"_s};
-    auto first = valueAfter(clock, 1);
-    const int one = co_await std::move(first);
+    const int one = co_await valueAfter(clock, 1);
     log->append(QString::number(one));
     try {
-        auto failing = failAfter(clock);
-        co_await std::move(failing);
+        co_await failAfter(clock);
     } catch (const std::runtime_error& error) {
         log->append(QString::fromUtf8(error.what()));
     }
-    auto last = valueAfter(clock, 2);
-    log->append(QString::number(co_await std::move(last)));
+    log->append(QString::number(co_await valueAfter(clock, 2)));
 }
 
 Task<> callThenSleep(Clock& clock, std::function<void()> call, QStringList* log) {
     const Witness witness{log, u"locals gone"_s};
     call();
     log->append(u"ran on"_s);
-    auto sleep = sleepFor(clock, 10ms);
-    co_await std::move(sleep);
+    co_await sleepFor(clock, 10ms);
     log->append(u"never"_s);
 }
 
 Task<> sleepThenCall(Clock& clock, std::function<void()> call, QStringList* log) {
-    auto sleep = sleepFor(clock, 10ms);
-    co_await std::move(sleep);
-    auto rest = callThenSleep(clock, std::move(call), log);
-    co_await std::move(rest);
+    co_await sleepFor(clock, 10ms);
+    co_await callThenSleep(clock, std::move(call), log);
     log->append(u"never"_s);
 }
 
@@ -82,11 +74,9 @@ Task<> computeInBackground(QStringList* log) {
 }
 
 Task<> visit(Semaphore& semaphore, Clock& clock, QStringList* log, QString name) {
-    auto entering = semaphore.acquire();
-    const Semaphore::Permit permit = co_await std::move(entering);
+    const Semaphore::Permit permit = co_await semaphore.acquire();
     log->append(name);
-    auto sleep = sleepFor(clock, 10ms);
-    co_await std::move(sleep);
+    co_await sleepFor(clock, 10ms);
 }
 
 } // namespace

@@ -13,7 +13,11 @@
 using namespace Qt::StringLiterals;
 using namespace quiv::simulator;
 
-static constexpr int PatienceMs = 5000;
+namespace {
+
+constexpr int TimeoutMs = 5000;
+
+} // namespace
 
 // Faults that are on the wire and not only in the list.
 class TestSimulatedFaults : public QObject {
@@ -39,7 +43,7 @@ private Q_SLOTS:
 
 private:
     bool fault(const char* kind, QJsonObject parameters = {});
-    std::unique_ptr<RawExchange> ask(int silenceMs = PatienceMs);
+    std::unique_ptr<RawExchange> ask(int silenceMs = TimeoutMs);
     int firedCount();
 
     SimulatorProcess m_tv;
@@ -138,7 +142,7 @@ void TestSimulatedFaults::hangingRequestsDoNotHoldUpOthers() {
         hanging.push_back(std::make_unique<RawExchange>(m_tv.port(), "api/info"));
     QVERIFY(m_tv.waitForRequests(u"api/info"_s, 50));
     RawExchange other(m_tv.port(), "api/files");
-    other.read(PatienceMs);
+    other.read(TimeoutMs);
     QVERIFY(other.received.startsWith("HTTP/1.1 200 "));
     hanging.front()->read(100);
     QVERIFY(hanging.front()->peerWasSilent);

@@ -9,17 +9,19 @@
 using namespace Qt::StringLiterals;
 using namespace quiv::simulator;
 
-static QByteArray get(const SimulatorProcess& tv, const char* path) {
+namespace {
+
+QByteArray get(const SimulatorProcess& tv, const char* path) {
     httplib::Client client(tv.host().toStdString(), tv.port());
     const httplib::Result result = client.Get(path);
     return result && result->status == 200 ? QByteArray::fromStdString(result->body) : QByteArray();
 }
 
-static QJsonObject listing(const SimulatorProcess& tv) {
+QJsonObject listing(const SimulatorProcess& tv) {
     return QJsonDocument::fromJson(get(tv, "/api/files")).object();
 }
 
-static QJsonObject memberNamed(const QJsonObject& listing, const char* list, const QString& name) {
+QJsonObject memberNamed(const QJsonObject& listing, const char* list, const QString& name) {
     const QJsonArray members = listing[QLatin1String(list)].toArray();
     for (const QJsonValue& member : members) {
         if (member["name"_L1] == name)
@@ -28,11 +30,13 @@ static QJsonObject memberNamed(const QJsonObject& listing, const char* list, con
     return {};
 }
 
-static void writeFile(const QString& folder, const char* name, int size) {
+void writeFile(const QString& folder, const char* name, int size) {
     QFile file(folder + u'/' + QLatin1String(name));
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(QByteArray(size, 'x'));
 }
+
+} // namespace
 
 class TestSimulatedLibrary : public QObject {
     Q_OBJECT

@@ -11,19 +11,23 @@
 using namespace Qt::StringLiterals;
 using namespace quiv::simulator;
 
-static const QByteArray MovieParameter = "Generated%20Movie%20000000.mp4";
+namespace {
 
-static QStringList filesIn(const QString& folder) {
+const QByteArray MovieParameter = "Generated%20Movie%20000000.mp4";
+
+QStringList filesIn(const QString& folder) {
     return QDir(folder).entryList(QDir::Files | QDir::Hidden);
 }
 
-static QStringList labels(const QJsonValue& tracks) {
+QStringList labels(const QJsonValue& tracks) {
     QStringList labels;
     const QJsonArray array = tracks.toArray();
     for (const QJsonValue& track : array)
         labels.append(track["label"_L1].toString());
     return labels;
 }
+
+} // namespace
 
 // What a paired client does with the TV's files: plays, moves, deletes, brings and fetches them.
 class TestSimulatedMedia : public QObject {

@@ -10,14 +10,18 @@ namespace quiv::simulator {
 
 using namespace Qt::StringLiterals;
 
-static constexpr int StartTimeoutMs = 30'000; // an mDNS stack takes its time to announce
-static constexpr int StopTimeoutMs = 10'000;
+namespace {
 
-static QString programPath() {
+constexpr int StartTimeoutMs = 30'000; // an mDNS stack takes its time to announce
+constexpr int StopTimeoutMs = 10'000;
+
+QString programPath() {
     const QString folder =
         qEnvironmentVariable("QUIV_BIN_DIR", QStringLiteral(QUIV_DEFAULT_BIN_DIR));
     return folder + u"/quiv-tv-simulator"_s;
 }
+
+} // namespace
 
 SimulatorProcess::SimulatorProcess() {
     // The simulator's complaints belong into the test's log.
@@ -28,11 +32,15 @@ SimulatorProcess::~SimulatorProcess() {
     kill();
 }
 
-static void addUnlessGiven(QStringList& arguments, const QStringList& option,
-                           const QString& otherOption = {}) {
+namespace {
+
+void addUnlessGiven(QStringList& arguments, const QStringList& option,
+                    const QString& otherOption = {}) {
     if (!arguments.contains(option.first()) && !arguments.contains(otherOption))
         arguments += option;
 }
+
+} // namespace
 
 QStringList SimulatorProcess::completed(QStringList arguments, Announcing announcing) const {
     addUnlessGiven(arguments, {u"--port"_s, u"0"_s});

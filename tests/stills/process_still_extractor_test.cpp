@@ -22,8 +22,7 @@ struct Outcome {
 };
 
 Task<> ask(StillExtractor& extractor, QString path, Outcome* outcome) {
-    auto making = extractor.makeUploadThumbnail(std::move(path));
-    std::optional<QByteArray> still = co_await std::move(making);
+    std::optional<QByteArray> still = co_await extractor.makeUploadThumbnail(std::move(path));
     outcome->still = std::move(still);
     ++outcome->count;
 }

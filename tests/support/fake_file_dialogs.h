@@ -13,8 +13,10 @@ public:
             co_return std::nullopt;
         requests.append(request);
         m_answer = {};
-        auto waiting = m_answer.wait([this] { ++dropped; });
-        co_return co_await std::move(waiting);
+        const std::function<void()> onDropped = [this] {
+            ++dropped;
+        };
+        co_return co_await m_answer.wait(onDropped);
     }
     void answer(const FileDialogAnswer& files) {
         m_answer.resolve(files);

@@ -24,8 +24,8 @@ public:
     Task<std::optional<ResolvedService>> resolve(FoundService service,
                                                  std::chrono::milliseconds timeout) override {
         const bool isKnown = services.contains(service.name);
-        auto sleep = sleepFor(m_clock, isKnown ? std::chrono::milliseconds(0) : timeout);
-        co_await std::move(sleep);
+        const auto delay = isKnown ? std::chrono::milliseconds(0) : timeout;
+        co_await sleepFor(m_clock, delay);
         if (!isKnown)
             co_return std::nullopt;
         co_return services.value(service.name);

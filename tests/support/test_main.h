@@ -27,8 +27,7 @@ inline std::vector<TestFactory>& registeredTests() {
 
 // Enters a test class into the program that it is linked into; a file of such a class ends with
 //   static const quiv::TestCase<PairingTest> registered;
-template<typename Test>
-struct TestCase {
+template <typename Test> struct TestCase {
     TestCase() {
         registeredTests().emplace_back([] { return std::make_unique<Test>(); });
     }

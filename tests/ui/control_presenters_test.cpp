@@ -55,8 +55,8 @@ struct ChooserFixture {
     }
 
     Task<> ask(FileChooserPresenter& chooser, FileDialogRequest::Purpose purpose) const {
-        auto asking = chooser.ask({purpose, u"Files"_s, u"Take"_s, u"Proposed.mkv"_s});
-        const FileDialogAnswer answer = co_await std::move(asking);
+        const FileDialogAnswer answer =
+            co_await chooser.ask({purpose, u"Files"_s, u"Take"_s, u"Proposed.mkv"_s});
         *files = answer.value();
     }
     QStringList names() const {

@@ -80,9 +80,8 @@ PlaybackResponse samplePlayback() {
 }
 
 Task<> save(FileChooserPresenter& chooser) {
-    auto asking = chooser.ask({FileDialogRequest::Purpose::Save, u"Download from TV"_s,
-                               u"Download"_s, u"Harbour Tour.mkv"_s});
-    co_await std::move(asking);
+    co_await chooser.ask({FileDialogRequest::Purpose::Save, u"Download from TV"_s, u"Download"_s,
+                          u"Harbour Tour.mkv"_s});
 }
 
 // A TV that has a picture of every video but one.

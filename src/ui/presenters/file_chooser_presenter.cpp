@@ -79,8 +79,10 @@ Task<FileDialogAnswer> FileChooserPresenter::ask(FileDialogRequest request) {
     m_name = m_request.proposedName;
     m_isShown = true;
     m_listing = enter(m_folder.isEmpty() ? firstFolder() : m_folder);
-    auto waiting = m_answer.wait([this] { cancel(); });
-    co_return co_await std::move(waiting);
+    const std::function<void()> onDropped = [this] {
+        cancel();
+    };
+    co_return co_await m_answer.wait(onDropped);
 }
 
 void FileChooserPresenter::goUp() {
@@ -180,8 +182,10 @@ Task<> FileChooserPresenter::enter(QString folder) {
     m_mayReplace = false;
     m_rows.reset({});
     update();
-    auto listing = inBackground([folder] { return folderListing(folder); });
-    const auto entries = co_await std::move(listing);
+    const auto list = [folder] {
+        return folderListing(folder);
+    };
+    const auto entries = co_await inBackground(list);
     if (!entries)
         m_note = u"This folder cannot be read."_s;
     else if (entries->isEmpty())

@@ -48,9 +48,10 @@ Task<QImage> ThumbnailStore::fetch(QUrl url, ThumbnailShape shape) {
     }
     if (!reply.isSuccess())
         co_return QImage();
-    auto decoding =
-        inBackground([bytes = reply.body, shape] { return decodedThumbnail(bytes, shape); });
-    const QImage picture = co_await std::move(decoding);
+    const auto decode = [bytes = reply.body, shape] {
+        return decodedThumbnail(bytes, shape);
+    };
+    const QImage picture = co_await inBackground(decode);
     if (!picture.isNull())
         m_cache.insert(keyOf(url, shape), new QImage(picture), picture.sizeInBytes());
     co_return picture;

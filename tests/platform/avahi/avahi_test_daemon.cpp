@@ -43,12 +43,12 @@ void dieWithTheTest(QProcess& process) {
 
 // Until the process has written the text.
 bool waitForText(QProcess& process, const QByteArray& text) {
-    constexpr int patience = 20000;
+    constexpr int timeoutMs = 20000;
     QElapsedTimer timer;
     timer.start();
     QByteArray output = process.readAll();
-    while (!output.contains(text) && timer.elapsed() < patience) {
-        if (!process.waitForReadyRead(patience))
+    while (!output.contains(text) && timer.elapsed() < timeoutMs) {
+        if (!process.waitForReadyRead(timeoutMs))
             break;
         output += process.readAll();
     }
