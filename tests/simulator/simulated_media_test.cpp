@@ -152,33 +152,6 @@ private Q_SLOTS:
         QCOMPARE(m_client->get("/api/thumbnail?name=New.mkv").body, QByteArray("picture"));
     }
 
-    void arrivalsGoWrong() {
-        const QByteArray file(1 << 20, 'y');
-        const auto upload = [&](const char* kind, int number) {
-            m_tv.clearFaults();
-            QVERIFY(fault("api/files/upload", kind, number));
-        };
-        const auto sizeOf = [this](const char* name) {
-            return QFileInfo(m_tv.mediaFolder() + u'/' + QLatin1String(name)).size();
-        };
-        QVERIFY(m_tv.changeLibrary({{u"usbConnected"_s, false}}));
-        upload("store-then-reset", 0);
-        QCOMPARE(m_client->put("/api/files/upload?name=a.mkv", file).status, 0);
-        QCOMPARE(sizeOf("a.mkv"), file.size());
-        upload("truncate-store", 1000);
-        QCOMPARE(m_client->put("/api/files/upload?name=b.mkv", file).status, 200);
-        QCOMPARE(sizeOf("b.mkv"), 1000);
-        upload("rename-store", 0);
-        QCOMPARE(m_client->put("/api/files/upload?name=c.mkv", file).json["fileName"_L1],
-                 u"c (1).mkv"_s);
-        upload("read-then-reset", file.size()); // all of it
-        QCOMPARE(m_client->put("/api/files/upload?name=d.mkv", file).status, 0);
-        upload("fill-up", 5000);
-        QCOMPARE(m_client->put("/api/files/upload?name=d.mkv", file).status, 507);
-        QCOMPARE(state("upload-status")["receivedBytes"_L1].toInt(), 5000);
-        QVERIFY(filesIn(m_tv.mediaFolder()).filter(u"d.mkv"_s).isEmpty());
-    }
-
     void filesAndThumbnailsAreFetched() {
         QFile original(m_tv.mediaFolder() + u"/Colours.webm"_s);
         QVERIFY(original.open(QIODevice::ReadOnly));

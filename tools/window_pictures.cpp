@@ -1,8 +1,8 @@
 // Draws the window with sample data into PNG files, for looking at: window_pictures DIRECTORY
 
-#include "accessible_tree.h"
-#include "recording_actions.h"
-#include "sample_state.h"
+#include "ui/accessible_tree.h"
+#include "ui/recording_actions.h"
+#include "ui/sample_state.h"
 
 #include "support/fake_file_dialogs.h"
 #include "transfer/upload_names.h"
