@@ -3,8 +3,10 @@
 #include <QCoreApplication>
 #include <QThreadPool>
 
+#include <condition_variable>
 #include <deque>
 #include <mutex>
+#include <thread>
 
 namespace quiv {
 
@@ -41,13 +43,46 @@ CallQueue& backgroundQueue() {
     return *queue;
 }
 
+// How much disk work is not done. Never destroyed either.
+struct DiskWork {
+    std::mutex mutex;
+    std::condition_variable allDone;
+    int count = 0; // guarded by `mutex`
+};
+
+DiskWork& diskWork() {
+    static auto* const work = new DiskWork;
+    return *work;
+}
+
 // Lives on the main thread. Its slot is called by name, so that Qt itself makes the event.
 class MainThreadWaker : public QObject {
     Q_OBJECT
 
 public:
-    MainThreadWaker() { moveToThread(QCoreApplication::instance()->thread()); }
-    void wake() { QMetaObject::invokeMethod(this, "runNext", Qt::QueuedConnection); }
+    static MainThreadWaker& instance() {
+        static auto* const waker = new MainThreadWaker;
+        return *waker;
+    }
+    void wake() {
+        const std::lock_guard lock(m_mutex);
+        if (!m_hasEnded)
+            QMetaObject::invokeMethod(this, "runNext", Qt::QueuedConnection);
+    }
+
+private:
+    MainThreadWaker() {
+        moveToThread(QCoreApplication::instance()->thread());
+        qAddPostRoutine([] { instance().end(); });
+    }
+    // A thread that a disk holds up may outlive the application.
+    void end() {
+        const std::lock_guard lock(m_mutex);
+        m_hasEnded = true;
+    }
+
+    std::mutex m_mutex;
+    bool m_hasEnded = false; // guarded by m_mutex
 
 private Q_SLOTS:
     void runNext() { mainThreadQueue().runNext(); }
@@ -56,9 +91,8 @@ private Q_SLOTS:
 } // namespace
 
 void postToMainThread(std::function<void()> call) {
-    static auto* const waker = new MainThreadWaker;
     mainThreadQueue().add(std::move(call));
-    waker->wake();
+    MainThreadWaker::instance().wake();
 }
 
 void postToMainThread(std::weak_ptr<const void> receiver, std::function<void()> call) {
@@ -73,6 +107,25 @@ void postToMainThread(std::weak_ptr<const void> receiver, std::function<void()> 
 void runInBackground(std::function<void()> work) {
     backgroundQueue().add(std::move(work));
     QThreadPool::globalInstance()->start([] { backgroundQueue().runNext(); });
+}
+
+void runOnDiskThread(std::function<void()> work) {
+    {
+        const std::lock_guard lock(diskWork().mutex);
+        ++diskWork().count;
+    }
+    std::thread([work = std::move(work)]() mutable {
+        work();
+        work = nullptr;
+        const std::lock_guard lock(diskWork().mutex);
+        if (--diskWork().count == 0)
+            diskWork().allDone.notify_all();
+    }).detach();
+}
+
+bool awaitDiskThreads(std::chrono::milliseconds limit) {
+    std::unique_lock lock(diskWork().mutex);
+    return diskWork().allDone.wait_for(lock, limit, [] { return diskWork().count == 0; });
 }
 
 } // namespace quiv

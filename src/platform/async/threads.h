@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -19,5 +20,12 @@ void postToMainThread(std::weak_ptr<const void> receiver, std::function<void()> 
 
 // Runs `work` on the global thread pool and destroys it there.
 void runInBackground(std::function<void()> work);
+
+// Runs `work` on a thread of its own and destroys it there. For everything that touches files: a
+// disk that hangs then holds up nothing else, not even the end of the process.
+void runOnDiskThread(std::function<void()> work);
+
+// Waits until all work given to runOnDiskThread() is done; returns false if some is not in time.
+bool awaitDiskThreads(std::chrono::milliseconds limit);
 
 } // namespace quiv

@@ -25,7 +25,9 @@ QString multicastHostOf(const QByteArray& url) {
 struct CurlHttpSession::Exchange {
     Promise<HttpReply> reply;
     std::function<void(const HttpProgress&)> onProgress;
-    std::optional<std::stop_callback<std::function<void()>>> onStop;
+    std::optional<QString> resolvedHost{};
+    Task<> start{}; // ends when the network thread has the request
+    std::optional<std::stop_callback<std::function<void()>>> onStop{};
 };
 
 CurlHttpSession::CurlHttpSession(HostResolver* resolver)
@@ -43,13 +45,27 @@ CurlHttpSession::~CurlHttpSession() {
 }
 
 Task<HttpReply> CurlHttpSession::send(HttpRequest request) {
+    const TransferId id = ++m_lastId;
+    const Promise<HttpReply> reply;
+    const auto exchange =
+        m_exchanges.emplace(id, std::make_unique<Exchange>(reply, request.onProgress)).first;
+    exchange->second->onStop.emplace(request.stop, [this, id] { requestStop(id); });
+    exchange->second->start = start(id, std::move(request));
+    const std::function<void()> onDropped = [this, id] {
+        abandon(id);
+    };
+    co_return co_await reply.wait(onDropped);
+}
+
+Task<> CurlHttpSession::start(TransferId id, HttpRequest request) {
     const auto start = std::chrono::steady_clock::now();
-    const std::weak_ptr token = m_token;
     const QString host = multicastHostOf(request.url);
     std::optional<HostAddress> address;
     if (m_resolver && host.endsWith(".local"_L1, Qt::CaseInsensitive)) {
         address =
             co_await m_resolver->resolve(host, request.timeouts.total.value_or(LongestLookUp));
+        if (address)
+            m_exchanges.at(id)->resolvedHost = host;
         if (request.timeouts.total) {
             using std::chrono::milliseconds;
             const auto spent =
@@ -57,37 +73,12 @@ Task<HttpReply> CurlHttpSession::send(HttpRequest request) {
             request.timeouts.total = std::max(*request.timeouts.total - spent, milliseconds(1));
         }
     }
-    if (token.expired() || request.stop.stop_requested())
-        throw HttpError(HttpErrorCode::Cancelled);
-    const TransferId id = ++m_lastId;
-    const Promise<HttpReply> reply = begin(id, std::move(request), address);
-    const std::function<void()> onDropped = [this, id] {
-        abandon(id);
-    };
-    try {
-        co_return co_await reply.wait(onDropped);
-    } catch (const HttpError& error) {
-        if (address && error.code() != HttpErrorCode::Cancelled && !token.expired())
-            m_resolver->forget(host);
-        throw;
-    }
-}
-
-Promise<HttpReply> CurlHttpSession::begin(TransferId id, HttpRequest request,
-                                          std::optional<HostAddress> address) {
-    auto exchange = std::make_unique<Exchange>();
-    exchange->onProgress = request.onProgress;
-    const Promise<HttpReply> reply = exchange->reply;
-    const std::stop_token stop = request.stop;
     const auto onProgress = [this, id,
                              token = std::weak_ptr(m_token)](const HttpProgress& progress) {
         postToMainThread(token, [this, id, progress] { report(id, progress); });
     };
     m_network.start(
         id, std::make_unique<CurlTransfer>(std::move(request), std::move(address), onProgress));
-    exchange->onStop.emplace(stop, [this, id] { requestStop(id); });
-    m_exchanges.emplace(id, std::move(exchange));
-    return reply;
 }
 
 void CurlHttpSession::abandon(TransferId id) {
@@ -96,8 +87,10 @@ void CurlHttpSession::abandon(TransferId id) {
 }
 
 void CurlHttpSession::requestStop(TransferId id) {
-    m_network.cancel(id);
-    postToMainThread(m_token, [this, id] { deliver(id, HttpError(HttpErrorCode::Cancelled)); });
+    postToMainThread(m_token, [this, id] {
+        m_network.cancel(id);
+        deliver(id, HttpError(HttpErrorCode::Cancelled));
+    });
 }
 
 void CurlHttpSession::report(TransferId id, const HttpProgress& progress) {
@@ -113,8 +106,12 @@ void CurlHttpSession::deliver(TransferId id, HttpResult result) {
     if (found == m_exchanges.end())
         return; // cancelled while its result was on the way
     const Promise<HttpReply> reply = found->second->reply;
+    const std::optional<QString> resolvedHost = found->second->resolvedHost;
     m_exchanges.erase(found);
-    if (const auto* error = std::get_if<HttpError>(&result))
+    const auto* error = std::get_if<HttpError>(&result);
+    if (error && resolvedHost && error->code() != HttpErrorCode::Cancelled)
+        m_resolver->forget(*resolvedHost);
+    if (error)
         reply.rejectNow(std::make_exception_ptr(*error));
     else
         reply.resolveNow(std::get<HttpReply>(std::move(result)));

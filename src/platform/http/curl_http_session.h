@@ -26,8 +26,7 @@ public:
 private:
     struct Exchange;
 
-    Promise<HttpReply> begin(TransferId id, HttpRequest request,
-                             std::optional<HostAddress> address);
+    Task<> start(TransferId id, HttpRequest request);
     void abandon(TransferId id);
     void requestStop(TransferId id);
     void report(TransferId id, const HttpProgress& progress);

@@ -2,15 +2,9 @@
 
 #include "platform/http/http_early_answer.h"
 
-#include <QFileInfo>
-
-#include <fcntl.h>
-#include <sys/socket.h>
-#include <sys/statvfs.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cstring>
+#include <sys/socket.h>
+#include <unistd.h>
 
 namespace quiv {
 
@@ -23,8 +17,6 @@ constexpr std::int64_t HeaderLimit = 64 << 10;
 constexpr auto ProgressInterval = 250ms;
 constexpr auto ConnectTimeout = 5s;
 constexpr auto AnswerTimeout = 30min; // after the last byte of a body was sent
-constexpr std::int64_t DiskReserve = 64 << 20;
-constexpr std::int64_t DiskCheckInterval = 4 << 20; // bytes
 
 CurlTransfer& transferOf(void* pointer) {
     return *static_cast<CurlTransfer*>(pointer);
@@ -77,44 +69,18 @@ CurlTransfer::CurlTransfer(HttpRequest request, std::optional<HostAddress> addre
     : m_request(std::move(request)),
       m_address(std::move(address)),
       m_progressSink(std::move(progress)),
-      m_easy(curl_easy_init()) {}
-
-CurlTransfer::~CurlTransfer() {
-    if (m_socketCopy >= 0)
-        ::close(m_socketCopy);
-}
+      m_easy(curl_easy_init()),
+      m_requestBody(m_request.body, m_request.bodyFile),
+      m_replyBody(m_request) {}
 
 std::optional<HttpError> CurlTransfer::prepare() {
     if (!m_request.url.startsWith("http://") || hasControlCharacter(m_request.url) ||
         !areHeadersSendable(m_request.headers))
         return HttpError(HttpErrorCode::BadUrl);
-    if (auto error = openFiles())
-        return error;
     setRules();
     setHeaders();
     setMethodAndBody();
     setCallbacks();
-    return std::nullopt;
-}
-
-std::optional<HttpError> CurlTransfer::openFiles() {
-    if (!m_request.bodyFile.isEmpty()) {
-        m_bodyFile.setFileName(m_request.bodyFile);
-        // Opening anything but a plain file might block for good.
-        if (!QFileInfo(m_request.bodyFile).isFile() ||
-            !m_bodyFile.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-            return HttpError(HttpErrorCode::CannotReadFile);
-        m_bodySize = m_bodyFile.size();
-    } else {
-        m_bodySize = m_request.body.size();
-    }
-    if (!m_request.replyFile.isEmpty()) {
-        m_replyFile.setFileName(m_request.replyFile);
-        // Whoever wants no reply any more has removed it: it must not come back.
-        if (!m_replyFile.open(QIODevice::WriteOnly | QIODevice::ExistingOnly |
-                              QIODevice::Unbuffered))
-            return HttpError(HttpErrorCode::CannotWriteFile);
-    }
     return std::nullopt;
 }
 
@@ -131,6 +97,7 @@ void CurlTransfer::setRules() {
     curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS,
                      static_cast<long>(std::chrono::milliseconds(ConnectTimeout).count()));
     curl_easy_setopt(easy, CURLOPT_TCP_KEEPALIVE, 1L);
+    curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L); // else ending it waits for a name look-up
     if (m_request.timeouts.total)
         curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS,
                          static_cast<long>(m_request.timeouts.total->count()));
@@ -173,11 +140,13 @@ void CurlTransfer::setMethodAndBody() {
     }
     if (m_request.method == "PUT") {
         curl_easy_setopt(easy, CURLOPT_UPLOAD, 1L);
-        curl_easy_setopt(easy, CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(m_bodySize));
+        curl_easy_setopt(easy, CURLOPT_INFILESIZE_LARGE,
+                         static_cast<curl_off_t>(m_requestBody.size()));
         return;
     }
     curl_easy_setopt(easy, CURLOPT_POST, 1L);
-    curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_bodySize));
+    curl_easy_setopt(easy, CURLOPT_POSTFIELDSIZE_LARGE,
+                     static_cast<curl_off_t>(m_requestBody.size()));
     if (m_request.method != "POST")
         curl_easy_setopt(easy, CURLOPT_CUSTOMREQUEST, m_request.method.constData());
 }
@@ -188,8 +157,10 @@ void CurlTransfer::setCallbacks() {
         return transferOf(self).readBody(buffer, size * count);
     };
     const auto seek = +[](void* self, curl_off_t offset, int origin) -> int {
-        const bool isDone = origin == SEEK_SET && transferOf(self).rewindBody(offset);
-        return isDone ? CURL_SEEKFUNC_OK : CURL_SEEKFUNC_FAIL;
+        if (origin != SEEK_SET)
+            return CURL_SEEKFUNC_FAIL;
+        transferOf(self).m_requestBody.rewind(offset);
+        return CURL_SEEKFUNC_OK;
     };
     const auto header = +[](char* data, std::size_t size, std::size_t count, void* self) {
         const auto length = size * count;
@@ -202,14 +173,15 @@ void CurlTransfer::setCallbacks() {
     const auto progress = +[](void* self, curl_off_t receivedTotal, curl_off_t received, curl_off_t,
                               curl_off_t sent) -> int {
         CurlTransfer& transfer = transferOf(self);
-        const HttpProgress moved{sent, transfer.m_bodySize, received,
+        const HttpProgress moved{sent, transfer.m_requestBody.size(), received,
                                  receivedTotal > 0 ? receivedTotal : -1};
         if (transfer.m_request.onProgress)
             transfer.reportProgress(moved, false);
         return transfer.isIdleTooLong(moved) ? 1 : 0;
     };
-    const auto open = +[](void* self, curlsocktype, curl_sockaddr* address) -> curl_socket_t {
-        return transferOf(self).openSocket(address);
+    const auto close = +[](void* self, curl_socket_t socket) -> int {
+        transferOf(self).closeSocket(socket);
+        return 0;
     };
     curl_easy_setopt(easy, CURLOPT_READFUNCTION, read);
     curl_easy_setopt(easy, CURLOPT_READDATA, this);
@@ -224,43 +196,21 @@ void CurlTransfer::setCallbacks() {
         curl_easy_setopt(easy, CURLOPT_XFERINFOFUNCTION, progress);
         curl_easy_setopt(easy, CURLOPT_XFERINFODATA, this);
     }
-    if (m_bodySize > 0) {
-        // A connection of its own: the copy of its socket is what an early answer is read from.
-        curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, open);
-        curl_easy_setopt(easy, CURLOPT_OPENSOCKETDATA, this);
+    if (m_requestBody.size() > 0) {
+        // Closed before the transfer ends, as closing it calls back.
+        curl_easy_setopt(easy, CURLOPT_FORBID_REUSE, 1L);
+        curl_easy_setopt(easy, CURLOPT_CLOSESOCKETFUNCTION, close);
+        curl_easy_setopt(easy, CURLOPT_CLOSESOCKETDATA, this);
     }
-}
-
-int CurlTransfer::openSocket(curl_sockaddr* address) {
-    const int descriptor =
-        ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
-    if (m_socketCopy >= 0)
-        ::close(std::exchange(m_socketCopy, -1));
-    if (descriptor >= 0)
-        m_socketCopy = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
-    return descriptor;
 }
 
 std::size_t CurlTransfer::readBody(char* buffer, std::size_t capacity) {
-    const auto wanted = std::min<std::int64_t>(std::int64_t(capacity), m_bodySize - m_bodyOffset);
-    if (wanted <= 0)
-        return 0;
-    std::int64_t count = wanted;
-    if (m_bodyFile.isOpen())
-        count = m_bodyFile.read(buffer, wanted);
-    else
-        std::memcpy(buffer, m_request.body.constData() + m_bodyOffset, std::size_t(wanted));
-    if (count <= 0) { // unreadable, or shorter than when it was announced
+    const auto count = m_requestBody.read(buffer, std::int64_t(capacity));
+    if (!count) {
         m_failure = HttpErrorCode::CannotReadFile;
         return CURL_READFUNC_ABORT;
     }
-    m_bodyOffset += count;
-    return std::size_t(count);
-}
-
-bool CurlTransfer::rewindBody(curl_off_t offset) {
-    m_bodyOffset = offset;
-    return !m_bodyFile.isOpen() || m_bodyFile.seek(offset);
+    return std::size_t(*count);
 }
 
 bool CurlTransfer::takeHeader(QByteArrayView line) {
@@ -284,42 +234,8 @@ bool CurlTransfer::takeHeader(QByteArrayView line) {
 bool CurlTransfer::takeBody(QByteArrayView bytes) {
     long status = 0;
     curl_easy_getinfo(m_easy.get(), CURLINFO_RESPONSE_CODE, &status);
-    const bool isSuccess = status >= 200 && status <= 299;
-    if (isSuccess && m_replyFile.isOpen()) {
-        m_failure = writeReply(bytes);
-        return !m_failure;
-    }
-    if (!isSuccess) { // only its first words are of use
-        const auto room = std::max<std::int64_t>(0, ErrorReplyLimit - m_reply.body.size());
-        m_reply.body.append(bytes.first(std::min<std::int64_t>(room, bytes.size())));
-        if (bytes.size() <= room)
-            return true;
-        m_failure = HttpErrorCode::ReplyTooLarge;
-        return false;
-    }
-    if (m_reply.body.size() + bytes.size() > m_request.replyLimit) {
-        m_failure = HttpErrorCode::ReplyTooLarge;
-        return false;
-    }
-    m_reply.body.append(bytes);
-    return true;
-}
-
-std::optional<HttpErrorCode> CurlTransfer::writeReply(QByteArrayView bytes) {
-    const std::int64_t size = m_replyFileBytes + bytes.size();
-    if (m_request.replyFileSize) {
-        if (size > *m_request.replyFileSize)
-            return HttpErrorCode::ReplyTooLarge;
-    } else if (size / DiskCheckInterval != m_replyFileBytes / DiskCheckInterval) {
-        struct statvfs disk {};
-        const bool isKnown = ::fstatvfs(m_replyFile.handle(), &disk) == 0;
-        if (isKnown && std::int64_t(disk.f_bavail * disk.f_frsize) < DiskReserve)
-            return HttpErrorCode::CannotWriteFile;
-    }
-    m_replyFileBytes = size;
-    if (m_replyFile.write(bytes.data(), bytes.size()) != bytes.size())
-        return HttpErrorCode::CannotWriteFile;
-    return std::nullopt;
+    m_failure = m_replyBody.take(status >= 200 && status <= 299, bytes);
+    return !m_failure;
 }
 
 bool CurlTransfer::isIdleTooLong(const HttpProgress& progress) {
@@ -333,7 +249,7 @@ bool CurlTransfer::isIdleTooLong(const HttpProgress& progress) {
         return false;
     }
     const bool awaitsAnswer =
-        m_bodySize > 0 && progress.sent >= m_bodySize && progress.received == 0;
+        m_requestBody.size() > 0 && progress.sent >= m_requestBody.size() && progress.received == 0;
     const std::chrono::seconds limit = awaitsAnswer ? AnswerTimeout : *m_request.timeouts.idle;
     if (now - *m_lastMoveAt < limit)
         return false;
@@ -355,26 +271,26 @@ void CurlTransfer::reportProgress(const HttpProgress& progress, bool isLast) {
     m_progressSink(progress);
 }
 
-// A TV that refuses an upload answers and closes while the body is still on its way; its answer may
-// then wait in the socket behind the error that sending met.
-bool CurlTransfer::readEarlyAnswer() {
-    if (m_socketCopy < 0)
-        return false;
+// A TV that refuses an upload answers and closes while the body is still on its way. Sending then
+// fails, and libcurl closes the socket without reading the answer.
+void CurlTransfer::closeSocket(curl_socket_t socket) {
     QByteArray bytes(ErrorReplyLimit, Qt::Uninitialized);
     qsizetype length = 0;
     while (length < bytes.size()) {
-        const auto count = ::recv(m_socketCopy, bytes.data() + length,
-                                  std::size_t(bytes.size() - length), MSG_DONTWAIT);
+        const auto count =
+            ::recv(socket, bytes.data() + length, std::size_t(bytes.size() - length), MSG_DONTWAIT);
         if (count <= 0)
             break;
         length += count;
     }
-    bytes.truncate(length);
-    auto answer = parseEarlyAnswer(bytes);
-    if (!answer)
-        return false;
-    m_reply = std::move(*answer);
-    return true;
+    if (length > 0) // an address that was only tried leaves nothing
+        m_leftInSocket = bytes.first(length);
+    ::close(socket);
+}
+
+std::optional<HttpReply> CurlTransfer::earlyRefusal() const {
+    auto answer = parseEarlyAnswer(m_leftInSocket);
+    return answer && !answer->isSuccess() ? answer : std::nullopt;
 }
 
 HttpResult CurlTransfer::finish(CURLcode code) {
@@ -384,20 +300,22 @@ HttpResult CurlTransfer::finish(CURLcode code) {
         m_failure == HttpErrorCode::ReplyTooLarge && status >= 300; // its beginning is enough
     if (code != CURLE_OK && !isCutErrorReply) {
         const bool wasSending = code == CURLE_SEND_ERROR || code == CURLE_RECV_ERROR;
-        if (wasSending && !m_failure && status == 0 && readEarlyAnswer() && !m_reply.isSuccess())
-            return std::move(m_reply);
+        if (wasSending && !m_failure && status == 0) {
+            if (auto refusal = earlyRefusal())
+                return std::move(*refusal);
+        }
         return HttpError(m_failure.value_or(errorCodeFor(code)));
     }
     m_reply.status = int(status);
+    m_reply.body = m_replyBody.takeBytes();
     curl_off_t uploaded = 0;
     curl_easy_getinfo(m_easy.get(), CURLINFO_SIZE_UPLOAD_T, &uploaded);
-    const bool isCutBody = m_request.replyFileSize && m_replyFileBytes < *m_request.replyFileSize;
-    if (m_reply.isSuccess() && (uploaded < m_bodySize || isCutBody))
+    if (m_reply.isSuccess() && (uploaded < m_requestBody.size() || m_replyBody.isCut()))
         return HttpError(HttpErrorCode::ConnectionLost);
     if (m_request.onProgress && m_reply.isSuccess()) {
         curl_off_t received = 0;
         curl_easy_getinfo(m_easy.get(), CURLINFO_SIZE_DOWNLOAD_T, &received);
-        reportProgress({uploaded, m_bodySize, received, received}, true);
+        reportProgress({uploaded, m_requestBody.size(), received, received}, true);
     }
     return std::move(m_reply);
 }

@@ -2,10 +2,10 @@
 
 #include "platform/host_address.h"
 #include "platform/http/http_session.h"
+#include "platform/http/reply_body.h"
+#include "platform/http/request_body.h"
 
 #include <curl/curl.h>
-
-#include <QFile>
 
 #include <chrono>
 #include <functional>
@@ -16,38 +16,34 @@ namespace quiv {
 
 using HttpResult = std::variant<HttpReply, HttpError>;
 
-// One exchange on the network thread: owns the easy handle, the files and the reply being
+// One exchange on the network thread: owns the easy handle, the body being sent and the reply being
 // collected. Made on the main thread, then used on the network thread only.
 class CurlTransfer {
 public:
     using ProgressSink = std::function<void(const HttpProgress&)>;
 
     CurlTransfer(HttpRequest request, std::optional<HostAddress> address, ProgressSink progress);
-    ~CurlTransfer();
     CurlTransfer(const CurlTransfer&) = delete;
     CurlTransfer& operator=(const CurlTransfer&) = delete;
 
-    // Opens the files and sets every option; an error when that is impossible.
+    // Sets every option. Returns an error if the request cannot be sent.
     std::optional<HttpError> prepare();
     CURL* handle() const { return m_easy.get(); }
     // What came of it, once libcurl says that it is over.
     HttpResult finish(CURLcode code);
 
 private:
-    std::optional<HttpError> openFiles();
     void setRules();
     void setMethodAndBody();
     void setHeaders();
     void setCallbacks();
     std::size_t readBody(char* buffer, std::size_t capacity);
-    bool rewindBody(curl_off_t offset);
     bool takeHeader(QByteArrayView line);
     bool takeBody(QByteArrayView bytes);
-    std::optional<HttpErrorCode> writeReply(QByteArrayView bytes);
     bool isIdleTooLong(const HttpProgress& progress);
     void reportProgress(const HttpProgress& progress, bool isLast);
-    bool readEarlyAnswer();
-    int openSocket(curl_sockaddr* address);
+    void closeSocket(curl_socket_t socket);
+    std::optional<HttpReply> earlyRefusal() const;
 
     struct EasyDeleter {
         void operator()(CURL* easy) const { curl_easy_cleanup(easy); }
@@ -62,12 +58,9 @@ private:
     std::unique_ptr<CURL, EasyDeleter> m_easy;
     std::unique_ptr<curl_slist, ListDeleter> m_headerList;
     std::unique_ptr<curl_slist, ListDeleter> m_connectTo;
-    QFile m_bodyFile;
-    QFile m_replyFile;
-    std::int64_t m_bodySize = 0;
-    std::int64_t m_bodyOffset = 0;
+    RequestBody m_requestBody;
+    ReplyBody m_replyBody;
     std::int64_t m_headerBytes = 0;
-    std::int64_t m_replyFileBytes = 0;
     std::int64_t m_movedBytes = 0; // in both directions
     std::optional<std::chrono::steady_clock::time_point> m_lastMoveAt;
     HttpReply m_reply;
@@ -75,7 +68,7 @@ private:
     HttpProgress m_seenProgress;
     HttpProgress m_lastProgress; // reported
     std::optional<std::chrono::steady_clock::time_point> m_lastReportAt;
-    int m_socketCopy = -1; // second descriptor of an upload's socket, to read an early answer from
+    QByteArray m_leftInSocket; // what the TV had sent and libcurl had not read
 };
 
 // The error a finished exchange ends in.

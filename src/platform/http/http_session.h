@@ -10,11 +10,14 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <stop_token>
 #include <utility>
 
 namespace quiv {
+
+class OpenFile;
 
 // Why an exchange gave no reply. Numbers are those of the desktop platforms' URL errors, so that
 // logs and reports of all builds speak of the same thing.
@@ -73,8 +76,8 @@ struct HttpRequest {
     QByteArray url; // absolute, "http" only, fully percent-encoded
     HttpHeaders headers;
     QByteArray body;
-    QString bodyFile;  // streamed as the body instead of `body` when not empty
-    QString replyFile; // a 2xx reply's body goes into this existing file when not empty
+    std::shared_ptr<const OpenFile> bodyFile;  // the body instead of `body`, unless nullptr
+    std::shared_ptr<const OpenFile> replyFile; // gets a 2xx reply's body, unless nullptr
     // Bytes of that body: a shorter one is a lost connection, a longer one is stopped. Without it,
     // a body is stopped before it fills the disk.
     std::optional<std::int64_t> replyFileSize;
