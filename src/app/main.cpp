@@ -1,4 +1,5 @@
 #include "app/composition.h"
+#include "platform/async/threads.h"
 #include "ui/window/main_window.h"
 
 #include <QGuiApplication>
@@ -53,6 +54,17 @@ QString dialogParent() {
     return u"x11:"_s + QString::number(window->winId(), 16);
 }
 
+int runApplication() {
+    quiv::Composition composition(dialogParent);
+    quiv::MainWindow window(composition.model(),
+                            {composition.fileDialogs(), composition.http(), composition.clock()});
+    if (!window.show()) {
+        std::fputs("quiv-controller: the window could not be loaded\n", stderr);
+        return 1;
+    }
+    return QGuiApplication::exec();
+}
+
 } // namespace
 
 // QuivControllerApp: one window on one model.
@@ -61,14 +73,10 @@ int main(int argc, char* argv[]) {
     QGuiApplication::setApplicationName(u"quiv-controller"_s);
     QGuiApplication::setApplicationDisplayName(u"Quiv Controller"_s);
     QGuiApplication::setDesktopFileName(u"quiv-controller"_s);
-    QGuiApplication app(argc, argv);
+    const QGuiApplication app(argc, argv);
     const TerminationSignals termination;
-    quiv::Composition composition(dialogParent);
-    quiv::MainWindow window(composition.model(),
-                            {composition.fileDialogs(), composition.http(), composition.clock()});
-    if (!window.show()) {
-        std::fputs("quiv-controller: the window could not be loaded\n", stderr);
-        return 1;
-    }
-    return app.exec();
+    const int status = runApplication();
+    // What was being received is removed; a disk that hangs does not hold up the end.
+    quiv::awaitDiskThreads(std::chrono::seconds(1));
+    return status;
 }

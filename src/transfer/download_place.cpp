@@ -1,21 +1,28 @@
 #include "transfer/download_place.h"
 
+#include "platform/async/threads.h"
 #include "platform/uuid.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace quiv {
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr int MostLinks = 40; // as many as Linux follows
+constexpr mode_t NewFileMode = 0666;
+constexpr mode_t NewFolderMode = 0777;
+constexpr mode_t PermissionBits = 0777;
 
 // What the user can do about a failed system call; `code` is an errno.
 PlaceError placeError(int code, const QString& folder) {
@@ -39,48 +46,124 @@ PlaceError placeError(int code, const QString& folder) {
     }
 }
 
-QString folderOf(const QString& path) {
-    return QFileInfo(path).absolutePath();
+QString linkTarget(const QString& path) {
+    QFileInfo file(path);
+    for (int count = 0; file.isSymbolicLink() && count < MostLinks; ++count)
+        file.setFile(file.symLinkTarget());
+    return file.absoluteFilePath();
+}
+
+QByteArray hiddenName() {
+    return ".quiv-download-" + randomUuid().toLatin1();
+}
+
+// Returns nullptr, with errno set, if it cannot be opened.
+std::shared_ptr<const OpenFile> openFolder(int base, const QByteArray& path) {
+    const int descriptor = ::openat(base, path.constData(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    return descriptor < 0 ? nullptr : OpenFile::owning(descriptor);
 }
 
 } // namespace
 
-DownloadPlace::DownloadPlace(const QString& destination) : m_destination(destination) {
+std::shared_ptr<DownloadPlace> DownloadPlace::at(const QString& destination) {
+    return {new DownloadPlace(linkTarget(destination)), [](DownloadPlace* place) {
+                runOnDiskThread([place] { delete place; });
+            }};
+}
+
+DownloadPlace::DownloadPlace(const QString& destination) {
     const QFileInfo place(destination);
-    if (place.exists() && !place.isSymbolicLink() && !place.isFile())
-        throw PlaceError(u"\"%1\" is no file that could be replaced. Choose another "
-                         "name."_s.arg(place.fileName()));
-    const QString folder = folderOf(destination);
-    if (!QDir().mkpath(folder))
+    if (place.exists() && !place.isFile())
+        throw PlaceError(u"\"%1\" is no file that could be replaced. Choose another name."_s.arg(
+            place.fileName()));
+    m_folderPath = place.absolutePath();
+    m_name = QFile::encodeName(place.fileName());
+    QFileInfo existing(m_folderPath);
+    while (!existing.exists() && !existing.isRoot()) {
+        m_missing.prepend(existing.fileName());
+        existing.setFile(existing.absolutePath());
+    }
+    m_folder = openFolder(AT_FDCWD, QFile::encodeName(existing.filePath()));
+    if (!m_folder && errno == ENOTDIR)
         throw PlaceError(
-            u"The folder \"%1\" could not be created. Choose another one."_s.arg(folder));
-    m_temporaryFile = folder + u"/.quiv-download-"_s + randomUuid();
-    QFile file(m_temporaryFile);
-    errno = 0;
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
-        throw placeError(errno, folder);
+            u"The folder \"%1\" could not be created. Choose another one."_s.arg(m_folderPath));
+    if (!m_folder)
+        fail();
+    int file = ::openat(m_folder->descriptor(), ".", O_TMPFILE | O_RDWR | O_CLOEXEC, NewFileMode);
+    if (file < 0 && (errno == EOPNOTSUPP || errno == EISDIR)) {
+        const QByteArray name = hiddenName();
+        file = ::openat(m_folder->descriptor(), name.constData(),
+                        O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, NewFileMode);
+        if (file >= 0) {
+            m_temporaryFolder = m_folder;
+            m_temporaryName = name;
+        }
+    }
+    if (file < 0)
+        fail();
+    m_file = OpenFile::owning(file);
 }
 
 DownloadPlace::~DownloadPlace() {
-    QFile::remove(m_temporaryFile);
+    if (!m_temporaryName.isEmpty())
+        ::unlinkat(m_temporaryFolder->descriptor(), m_temporaryName.constData(), 0);
 }
 
-bool commitDownload(const QString& temporaryFile, const QString& destination,
-                    std::stop_token stop) {
-    const QString folder = folderOf(destination);
-    {
-        QFile file(temporaryFile);
-        errno = 0;
-        if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) ||
-            ::fsync(file.handle()) != 0)
-            throw placeError(errno, folder);
-    }
-    if (stop.stop_requested())
+bool DownloadPlace::commit() {
+    if (::fsync(m_file->descriptor()) != 0)
+        fail();
+    if (m_isDecided.exchange(true))
         return false;
-    if (std::rename(QFile::encodeName(temporaryFile).constData(),
-                    QFile::encodeName(destination).constData()) != 0)
-        throw placeError(errno, folder);
+    makeFolders();
+    takeOverPermissions();
+    if (m_temporaryName.isEmpty()) {
+        if (link(*m_folder, m_name))
+            return true;
+        if (errno != EEXIST)
+            fail();
+        const QByteArray name = hiddenName();
+        if (!link(*m_folder, name))
+            fail();
+        m_temporaryFolder = m_folder;
+        m_temporaryName = name;
+    }
+    if (::renameat(m_temporaryFolder->descriptor(), m_temporaryName.constData(),
+                   m_folder->descriptor(), m_name.constData()) != 0)
+        fail();
+    m_temporaryName.clear();
     return true;
+}
+
+void DownloadPlace::makeFolders() {
+    for (const QString& folder : std::exchange(m_missing, {})) {
+        const QByteArray name = QFile::encodeName(folder);
+        const int parent = m_folder->descriptor();
+        if (::mkdirat(parent, name.constData(), NewFolderMode) != 0 && errno != EEXIST)
+            fail();
+        auto made = openFolder(parent, name);
+        if (!made)
+            fail();
+        m_folder = std::move(made);
+    }
+}
+
+void DownloadPlace::takeOverPermissions() const {
+    struct stat replaced {};
+    const bool isFile = ::fstatat(m_folder->descriptor(), m_name.constData(), &replaced,
+                                  AT_SYMLINK_NOFOLLOW) == 0 &&
+                        S_ISREG(replaced.st_mode);
+    if (isFile && ::fchmod(m_file->descriptor(), replaced.st_mode & PermissionBits) != 0)
+        fail();
+}
+
+bool DownloadPlace::link(const OpenFile& folder, const QByteArray& name) const {
+    const QByteArray source = "/proc/self/fd/" + QByteArray::number(m_file->descriptor());
+    return ::linkat(AT_FDCWD, source.constData(), folder.descriptor(), name.constData(),
+                    AT_SYMLINK_FOLLOW) == 0;
+}
+
+void DownloadPlace::fail() const {
+    throw placeError(errno, m_folderPath);
 }
 
 } // namespace quiv

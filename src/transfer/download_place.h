@@ -1,10 +1,13 @@
 #pragma once
 
 #include "platform/error.h"
+#include "platform/open_file.h"
 
 #include <QString>
+#include <QStringList>
 
-#include <stop_token>
+#include <atomic>
+#include <memory>
 
 namespace quiv {
 
@@ -14,27 +17,44 @@ public:
     using Error::Error;
 };
 
-// The temporary file into which a download is received, beside its destination. commitDownload()
-// renames it to the destination when it is complete; otherwise it is removed.
+// A file being received on the disk of its destination: without a name where the file system can do
+// that, else under a hidden one. It and its folder are held open, so that neither renaming the
+// folder nor putting something else in its place misleads the download.
+//
+// All but file() and withdraw() may take as long as the disk does: see runOnDiskThread().
 class DownloadPlace {
 public:
-    // Makes the temporary file, and the folders it needs. Throws PlaceError, also for a destination
-    // that is something else than a file.
-    explicit DownloadPlace(const QString& destination);
+    // A symbolic link at `destination` is followed. Makes no folders. Throws PlaceError, also for a
+    // destination that is something else than a file.
+    static std::shared_ptr<DownloadPlace> at(const QString& destination);
     ~DownloadPlace();
     Q_DISABLE_COPY_MOVE(DownloadPlace)
 
-    const QString& temporaryFile() const { return m_temporaryFile; }
-    const QString& destination() const { return m_destination; }
+    const std::shared_ptr<const OpenFile>& file() const { return m_file; }
+
+    // Makes what is missing of the folder, puts the file on the disk for good and then, in one
+    // step, in the place of the destination, whose permissions it gets. Returns false if it was
+    // withdrawn. Throws PlaceError.
+    bool commit();
+    // Returns false if it is too late, because the file is taking its place.
+    bool withdraw() { return !m_isDecided.exchange(true); }
 
 private:
-    QString m_destination;
-    QString m_temporaryFile;
-};
+    explicit DownloadPlace(const QString& destination);
 
-// Puts the file on the disk for good and then, in one step, in the destination's place: a file or
-// symbolic link there is replaced. Returns false if `stop` was requested before that. Throws
-// PlaceError. May be called on any thread.
-bool commitDownload(const QString& temporaryFile, const QString& destination, std::stop_token stop);
+    void makeFolders();
+    void takeOverPermissions() const;
+    bool link(const OpenFile& folder, const QByteArray& name) const;
+    [[noreturn]] void fail() const; // with what errno says
+
+    QString m_folderPath;                     // for messages
+    QByteArray m_name;                        // in its folder
+    std::shared_ptr<const OpenFile> m_folder; // the nearest one that exists
+    QStringList m_missing;                    // the folders below it
+    std::shared_ptr<const OpenFile> m_temporaryFolder;
+    QByteArray m_temporaryName; // empty while the file has none
+    std::shared_ptr<const OpenFile> m_file;
+    std::atomic<bool> m_isDecided = false; // either withdrawn or about to take its place
+};
 
 } // namespace quiv

@@ -23,7 +23,7 @@ QString downloadingMessage(const QString& name, double progress) {
            QString::number(static_cast<int>(progress * 100)) + u'%';
 }
 
-QString outcomeMessage(const QString& name, const Error& error) {
+QString failureMessage(const QString& name, const Error& error) {
     if (isCancellation(error))
         return u"Download canceled"_s;
     const auto* failure = dynamic_cast<const HttpError*>(&error);
@@ -78,7 +78,7 @@ Task<> Downloads::download(RemoteFile file) {
         m_tvs.say(u"Another download is already in progress"_s);
         co_return;
     }
-    co_await transfer(tv->whicheverIsSelected(), file, destination);
+    m_transfer = transfer(tv->whicheverIsSelected(), file, destination);
 }
 
 Task<QUrl> Downloads::chooseDestination(QString name) {
@@ -90,46 +90,45 @@ Task<QUrl> Downloads::chooseDestination(QString name) {
 
 Task<> Downloads::transfer(Tv tv, RemoteFile file, QUrl destination) {
     const QString name = file.name;
+    m_isCancelled = false;
     changeState({true, 0, name});
     m_tvs.beginProgress(downloadingMessage(name, 0));
-    m_stop = {};
     QString message = u"Downloaded "_s + name;
     try {
         co_await downloadSingle(tv, file, destination.toLocalFile());
     } catch (const Error& error) {
-        message = outcomeMessage(name, error);
+        message = failureMessage(name, error);
     }
-    tv.say(message);
-    changeState({});
+    end(message);
 }
 
 Task<> Downloads::downloadSingle(Tv tv, RemoteFile file, QString destination) {
     if (destination.isEmpty())
         throw PlaceError(u"Download failed: missing destination path"_s);
-    const DownloadPlace place(destination);
+    const auto opening = [destination] {
+        return DownloadPlace::at(destination);
+    };
+    m_place = co_await onDisk(opening);
     const QueryItems query{{u"name"_s, file.name}};
     HttpRequest request = tv.request("GET", u"api/files/download"_s, query);
-    request.replyFile = place.temporaryFile();
+    request.replyFile = m_place->file();
     if (file.sizeBytes >= 1)
         request.replyFileSize = file.sizeBytes;
     request.timeouts = {std::nullopt, IdleTimeout};
-    request.stop = m_stop.get_token();
     request.onProgress = [this](const HttpProgress& progress) {
         progressed(progress);
     };
     const TvReply reply = co_await tv.send(std::move(request));
     if (!reply.isSuccess())
         tv.refuse(reply, downloadErrorMessage(reply.status, std::nullopt));
-    const auto committing = [from = place.temporaryFile(), destination, stop = m_stop.get_token()] {
-        return commitDownload(from, destination, stop);
+    const auto committing = [place = m_place] {
+        return place->commit();
     };
-    const bool isCommitted = co_await inBackground(committing);
-    if (!isCommitted)
-        throw HttpError(HttpErrorCode::Cancelled);
+    co_await onDisk(committing);
 }
 
 void Downloads::progressed(const HttpProgress& progress) {
-    if (progress.receivedTotal < 1 || m_stop.stop_requested())
+    if (progress.receivedTotal < 1 || m_isCancelled)
         return;
     DownloadState state = m_state;
     state.currentDownloadProgress = std::clamp(static_cast<double>(progress.received) /
@@ -141,10 +140,24 @@ void Downloads::progressed(const HttpProgress& progress) {
 }
 
 void Downloads::cancelDownload() {
-    if (!m_state.isDownloading)
+    if (!m_state.isDownloading || m_isCancelled || (m_place && !m_place->withdraw()))
         return;
-    m_stop.request_stop();
+    m_isCancelled = true;
     m_tvs.say(u"Canceling download..."_s);
+    const auto cancel = [this] {
+        if (!m_isCancelled)
+            return; // it ended meanwhile
+        m_transfer.cancel();
+        end(u"Download canceled"_s);
+    };
+    QMetaObject::invokeMethod(this, cancel, Qt::QueuedConnection);
+}
+
+void Downloads::end(const QString& message) {
+    m_place.reset();
+    m_isCancelled = false;
+    m_tvs.say(message);
+    changeState({});
 }
 
 void Downloads::changeState(DownloadState state) {

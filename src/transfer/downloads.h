@@ -9,10 +9,11 @@
 #include <QString>
 #include <QUrl>
 
-#include <stop_token>
+#include <memory>
 
 namespace quiv {
 
+class DownloadPlace;
 class FileDialogs;
 class Pairing;
 struct HttpProgress;
@@ -42,6 +43,7 @@ public:
 
     // Asks the user where to, then does it.
     void downloadFile(const quiv::RemoteFile& file);
+    // Ends the download under way, whatever it waits for, unless the file is taking its place.
     void cancelDownload();
 
 Q_SIGNALS:
@@ -53,14 +55,17 @@ private:
     Task<> transfer(Tv tv, RemoteFile file, QUrl destination);
     Task<> downloadSingle(Tv tv, RemoteFile file, QString destination);
     void progressed(const HttpProgress& progress);
+    void end(const QString& message);
     void changeState(DownloadState state);
 
     const TvAccess m_tvs;
     Pairing& m_pairing;
     FileDialogs& m_dialogs;
     DownloadState m_state;
-    std::stop_source m_stop; // of the download under way
+    std::shared_ptr<DownloadPlace> m_place; // of the download under way, once it is open
+    bool m_isCancelled = false;             // the download under way
     TaskSet m_tasks;
+    Task<> m_transfer;
 };
 
 } // namespace quiv

@@ -1,9 +1,8 @@
 #include "transfer/upload_transport.h"
 
+#include "platform/async/background.h"
+#include "platform/open_file.h"
 #include "transfer/upload_recovery.h"
-
-#include <QDateTime>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <memory>
@@ -22,21 +21,6 @@ constexpr std::chrono::seconds IdleTimeout = 2min;
 // How long a cancelled upload may go on asking the TV whether it has the file after all.
 constexpr auto ConfirmationAfterCancel = 700ms;
 
-// A file as it was when its upload began; one that has changed since was not uploaded as it is.
-struct FileStamp {
-    std::int64_t sizeBytes = 0;
-    QDateTime modified;
-
-    bool operator==(const FileStamp&) const = default;
-};
-
-std::optional<FileStamp> stampOf(const QString& path) {
-    const QFileInfo file(path);
-    if (!file.isFile())
-        return std::nullopt;
-    return FileStamp{file.size(), file.lastModified()};
-}
-
 QString storedName(const HttpReply& reply, const QString& requestedName) {
     try {
         const auto payload = decode<UploadSuccessPayload>(reply.body);
@@ -51,18 +35,21 @@ QString storedName(const HttpReply& reply, const QString& requestedName) {
 
 // The transfer under way.
 struct UploadTransport::UploadTaskState {
-    UploadTaskState(Tv receiver, Upload what, std::int64_t nowMs,
-                    std::optional<QString> storedBefore, ProgressSink progressSink)
+    UploadTaskState(Tv receiver, Upload what, std::shared_ptr<const OpenFile> source,
+                    std::int64_t nowMs, std::optional<QString> storedBefore,
+                    ProgressSink progressSink)
         : tv(std::move(receiver)),
           upload(std::move(what)),
-          file(stampOf(upload.file)),
-          expected{upload.remoteName, file ? std::optional(file->sizeBytes) : std::nullopt, nowMs,
+          file(std::move(source)),
+          stamp(file->stamp()),
+          expected{upload.remoteName, stamp ? std::optional(stamp->sizeBytes) : std::nullopt, nowMs,
                    std::move(storedBefore)},
           onProgress(std::move(progressSink)) {}
 
     const Tv tv;
     const Upload upload;
-    const std::optional<FileStamp> file; // nullopt if it cannot be read
+    const std::shared_ptr<const OpenFile> file;
+    const std::optional<FileStamp> stamp; // when the upload began
     const ExpectedUpload expected;
     const ProgressSink onProgress;
 
@@ -95,9 +82,15 @@ UploadTransport::UploadTransport(Clock& clock) : m_clock(clock) {}
 UploadTransport::~UploadTransport() = default;
 
 Task<QString> UploadTransport::uploadSingle(Tv tv, Upload upload, ProgressSink onProgress) {
+    const auto opening = [path = upload.file] {
+        return OpenFile::reading(path);
+    };
+    const std::shared_ptr<const OpenFile> file = co_await onDisk(opening);
+    if (!file)
+        throw HttpError(HttpErrorCode::CannotReadFile);
     const std::int64_t nowMs = m_clock.wallTime().time_since_epoch().count();
     const bool isSameTv = m_lastStored && m_lastStored->base == tv.base();
-    UploadTaskState state(tv, std::move(upload), nowMs,
+    UploadTaskState state(tv, std::move(upload), file, nowMs,
                           isSameTv ? std::optional(m_lastStored->name) : std::nullopt,
                           std::move(onProgress));
     const CurrentTransfer current(m_current, &state);
@@ -116,14 +109,12 @@ Task<QString> UploadTransport::sendAndConfirm(UploadTaskState* state) {
     }
     state->recovery.cancel();
     if (reply && reply->isSuccess() && !state->isConfirmed) {
-        if (stampOf(state->upload.file) != state->file)
+        if (state->file->stamp() != state->stamp)
             throw UploadFailure(u"The file changed while it was being uploaded. "
                                 "Upload it again when it is complete."_s);
         co_return storedName(*reply, state->upload.remoteName);
     }
-    const bool hasSentNothing =
-        error && error->code() == HttpErrorCode::CannotReadFile && state->lastTotalBytesSent == 0;
-    if (!state->isConfirmed && !hasSentNothing)
+    if (!state->isConfirmed)
         state->isConfirmed = co_await confirmUploadOnServer(state);
     if (state->isConfirmed)
         co_return state->upload.remoteName;
@@ -140,7 +131,7 @@ HttpRequest UploadTransport::fileRequest(UploadTaskState* state) {
     if (state->upload.expectsClientThumbnail)
         query.append({u"thumbnailMode"_s, u"client"_s});
     HttpRequest request = state->tv.request("PUT", UploadPath, query);
-    request.bodyFile = state->upload.file;
+    request.bodyFile = state->file;
     request.timeouts = {std::nullopt, IdleTimeout};
     request.stop = state->stop.get_token();
     request.onProgress = [this, state](const HttpProgress& progress) {

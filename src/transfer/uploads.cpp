@@ -10,6 +10,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <utility>
 
 namespace quiv {
 
@@ -32,6 +33,13 @@ bool isToWait(const Error& error) {
     const auto* failure = dynamic_cast<const HttpError*>(&error);
     return failure && (failure->code() == HttpErrorCode::CannotConnect ||
                        failure->code() == HttpErrorCode::CannotFindHost);
+}
+
+// Whether the TV may have gone, so that the next job is not to be tried blindly.
+bool hasLostTv(const Error& error) {
+    const auto* failure = dynamic_cast<const HttpError*>(&error);
+    return failure && (failure->code() == HttpErrorCode::ConnectionLost ||
+                       failure->code() == HttpErrorCode::TimedOut);
 }
 
 } // namespace
@@ -143,6 +151,7 @@ Task<> Uploads::process(Entry* entry) {
         remove(*entry);
     } catch (const Error& error) {
         m_stall.reset();
+        m_hasLostTv = hasLostTv(error);
         if (entry->isCancelled || isCancellation(error)) {
             remove(*entry);
             m_tvs.say(u"Canceled "_s + name);
@@ -159,8 +168,10 @@ Task<> Uploads::process(Entry* entry) {
 // Completes when the job's TV answers and lets this client upload to it.
 Task<> Uploads::awaitTv(Entry* entry) {
     bool hasFailed = entry->state == UploadListItemState::Waiting;
+    const bool isDoubtful = std::exchange(m_hasLostTv, false);
     while (true) {
-        const bool isKnownReady = !hasFailed && entry->tv.isSelected() && m_pairing.isKnownPaired();
+        const bool isKnownReady =
+            !hasFailed && !isDoubtful && entry->tv.isSelected() && m_pairing.isKnownPaired();
         if (isKnownReady)
             co_return;
         if (hasFailed)
@@ -255,6 +266,7 @@ void Uploads::retryUploadJob(const QString& id) {
     if (entry == m_entries.end() || entry->state != UploadListItemState::Failed)
         return;
     entry->progress = {};
+    entry->waits = 0;
     m_entries.splice(m_entries.end(), m_entries, entry);
     show(*entry, UploadListItemState::Queued);
     resumeUploadQueueIfNeeded();

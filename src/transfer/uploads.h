@@ -96,6 +96,7 @@ private:
     std::list<Entry> m_entries;            // in order of arrival
     Entry* m_current = nullptr;            // the one that the worker is at
     Outcome m_outcome;                     // of this run of the queue
+    bool m_hasLostTv = false;              // the job before ended with its connection
     std::unique_ptr<Clock::Timer> m_stall; // no byte has moved for a while
     TaskSet m_tasks;
     Task<> m_worker;

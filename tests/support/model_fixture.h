@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/ombra_mac_model.h"
+#include "platform/async/threads.h"
 #include "support/fake_clock.h"
 #include "support/fake_file_dialogs.h"
 #include "support/fake_http_session.h"
@@ -68,8 +69,15 @@ struct ModelFixture {
         http.sent.clear();
     }
 
-    // What the event loop does when it next turns.
-    static void turn() { QCoreApplication::processEvents(); }
+    // Lets the event loop turn until what it began on disk is done as well.
+    static void turn() {
+        using namespace std::chrono_literals;
+        do {
+            awaitDiskThreads(10s);
+            QCoreApplication::processEvents();
+        } while (!awaitDiskThreads(0s));
+        QCoreApplication::processEvents();
+    }
     // A shown window with this TV selected, whose first request waits.
     void select(const TVEndpoint& device) {
         model.appear();

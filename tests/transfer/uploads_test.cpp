@@ -1,3 +1,4 @@
+#include "platform/open_file.h"
 #include "support/model_fixture.h"
 #include "support/test_main.h"
 
@@ -43,10 +44,16 @@ struct Fixture : ModelFixture {
     void progress(std::int64_t sent, std::int64_t total = 1000) {
         http.latest(UploadPath).onProgress({sent, total, 0, -1});
     }
+    // What the TV answers, and what comes of it.
+    template <class... Reply> bool answer(const QString& path, const Reply&... reply) {
+        const bool isAwaited = http.answer(path, reply...);
+        turn();
+        return isAwaited;
+    }
     // The TV knows nothing of the upload.
     void denyCompletion() {
-        http.answer(UploadStatusPath, "null");
-        http.answer(FilesPath, Empty);
+        answer(UploadStatusPath, "null");
+        answer(FilesPath, Empty);
     }
 
     QTemporaryDir folder;
@@ -69,7 +76,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.status(), text("Uploading a.srt"));
         const HttpRequest request = fixture.http.latest(UploadPath);
         QCOMPARE(request.method, "PUT");
-        QCOMPARE(request.bodyFile, fixture.folder.filePath(text("a.srt")));
+        QCOMPARE(request.bodyFile->stamp()->sizeBytes, 1000);
         QVERIFY(!request.timeouts.total); // as long as bytes move
         QVERIFY(request.url.endsWith("/api/files/upload?name=a.srt&uploadId=" +
                                      fixture.uploads().uploadListItems()[0].id.toLatin1()));
@@ -79,12 +86,12 @@ private Q_SLOTS:
         QCOMPARE(fixture.status(), text("Uploading a.srt (1 queued)... 50%"));
         QCOMPARE(fixture.uploads().uploadListItems()[0].speedBytesPerSecond, 2000.0);
 
-        fixture.http.answer(UploadPath, R"({"fileName":" a (1).srt "})");
+        fixture.answer(UploadPath, R"({"fileName":" a (1).srt "})");
         QCOMPARE(fixture.rows(), QStringList(text(">b.srt")));
-        fixture.http.answer(UploadPath, "not JSON");
+        fixture.answer(UploadPath, "not JSON");
         QCOMPARE(fixture.status(), text("Upload queue finished: 2 uploaded"));
         QVERIFY(fixture.rows().isEmpty());
-        QVERIFY(fixture.http.answer(FilesPath, Empty)); // the new files show
+        QVERIFY(fixture.answer(FilesPath, Empty)); // the new files show
     }
 
     void aVideoIsAnnouncedWithItsStill() {
@@ -96,9 +103,9 @@ private Q_SLOTS:
         QVERIFY(preflight.headers.contains(
             std::pair(QByteArray("Content-Type"), QByteArray("image/jpeg"))));
         QVERIFY(fixture.http.latest(UploadPath).url.isEmpty()); // waits for it
-        fixture.http.answer(PreflightPath, QByteArray());
+        fixture.answer(PreflightPath, QByteArray());
         QVERIFY(fixture.http.latest(UploadPath).url.endsWith("&thumbnailMode=client"));
-        fixture.http.answer(UploadPath, QByteArray());
+        fixture.answer(UploadPath, QByteArray());
         QCOMPARE(fixture.status(), text("Upload queue finished: 1 uploaded"));
         QVERIFY(fixture.http.latest(ThumbnailPath).url.isEmpty());
     }
@@ -106,15 +113,15 @@ private Q_SLOTS:
     void aStillThatWasNotAnnouncedFollowsTheFile() {
         Fixture fixture;
         fixture.queue({text("a.mkv")});
-        fixture.http.answer(PreflightPath, "No such thing", 404);
+        fixture.answer(PreflightPath, "No such thing", 404);
         QCOMPARE(
             fixture.log.lines,
             QStringList(text("QuivController upload preflight failed for a.mkv: No such thing")));
         QVERIFY(!fixture.http.latest(UploadPath).url.contains("thumbnailMode"));
-        fixture.http.answer(UploadPath, R"({"fileName":"a (1).mkv"})");
+        fixture.answer(UploadPath, R"({"fileName":"a (1).mkv"})");
         QVERIFY(fixture.http.latest(ThumbnailPath).url.endsWith("?name=a%20%281%29.mkv"));
         QCOMPARE(fixture.http.latest(ThumbnailPath).body, *fixture.stills.still);
-        fixture.http.answer(ThumbnailPath, QByteArray(), 500);
+        fixture.answer(ThumbnailPath, QByteArray(), 500);
         QCOMPARE(fixture.log.lines.size(), 2);
         QCOMPARE(fixture.status(), text("Upload queue finished: 1 uploaded"));
     }
@@ -127,7 +134,7 @@ private Q_SLOTS:
         const HttpRequest preflight = fixture.http.latest(PreflightPath);
         QVERIFY(preflight.url.endsWith("?name=empty.mkv"));
         QVERIFY(preflight.body.isEmpty());
-        fixture.http.answer(PreflightPath, QByteArray());
+        fixture.answer(PreflightPath, QByteArray());
         QVERIFY(!fixture.http.latest(UploadPath).url.contains("thumbnailMode"));
     }
 
@@ -138,7 +145,7 @@ private Q_SLOTS:
             names.append(u"%1.mkv"_s.arg(number));
         fixture.queue(names);
         QCOMPARE(fixture.takeTargets(PreflightPath).size(), 4);
-        fixture.http.answer(PreflightPath, QByteArray());
+        fixture.answer(PreflightPath, QByteArray());
         ModelFixture::turn();
         const QStringList next = fixture.takeTargets(PreflightPath);
         QCOMPARE(next,
@@ -166,20 +173,21 @@ private Q_SLOTS:
         connect(fixture.model.status(), &StatusLine::statusMessageChanged, this,
                 [&] { said.append(fixture.status()); });
         if (status > 0)
-            fixture.http.answer(UploadPath, QByteArray(), status);
+            fixture.answer(UploadPath, QByteArray(), status);
         else
-            fixture.http.answer(UploadPath, HttpErrorCode(status));
+            fixture.answer(UploadPath, HttpErrorCode(status));
         fixture.denyCompletion();
         QVERIFY2(said.contains(text("Upload failed for a.srt: ") + message),
                  qPrintable(said.join(u'\n')));
-        fixture.http.answer(UploadPath, QByteArray());
+        QCOMPARE(fixture.answer(StatusPath, R"({"authorized":true})"), status == -1005);
+        fixture.answer(UploadPath, QByteArray());
         QCOMPARE(fixture.status(), text("Upload queue finished: 1 uploaded, 1 failed"));
         const UploadListItem failed = fixture.uploads().uploadListItems().constFirst();
         QCOMPARE(failed.state, UploadListItemState::Failed);
         QCOMPARE(failed.reason, message);
         fixture.uploads().retryUploadJob(failed.id);
         ModelFixture::turn();
-        fixture.http.answer(UploadPath, QByteArray());
+        fixture.answer(UploadPath, QByteArray());
         QCOMPARE(fixture.status(), text("Upload queue finished: 1 uploaded"));
         QVERIFY(fixture.rows().isEmpty());
     }
@@ -194,25 +202,25 @@ private Q_SLOTS:
         Fixture fixture;
         fixture.queue({text("a.srt"), text("b.srt")});
         if (status > 0)
-            fixture.http.answer(UploadPath, QByteArray(), status);
+            fixture.answer(UploadPath, QByteArray(), status);
         else
-            fixture.http.answer(UploadPath, HttpErrorCode(status));
+            fixture.answer(UploadPath, HttpErrorCode(status));
         fixture.denyCompletion();
         for (int round = 0; round < 3; ++round) {
             fixture.clock.advance(2s);
             QCOMPARE(fixture.rows(), QStringList({text("?a.srt"), text(" b.srt")}));
             if (status > 0)
-                fixture.http.answer(StatusPath, R"({"authorized":false})");
+                fixture.answer(StatusPath, R"({"authorized":false})");
             else
-                fixture.http.answer(StatusPath, HttpErrorCode(status));
+                fixture.answer(StatusPath, HttpErrorCode(status));
         }
         QVERIFY(!fixture.uploads().uploadListItems().constFirst().reason.isEmpty());
         fixture.clock.advance(2s);
-        fixture.http.answer(StatusPath, R"({"authorized":true,"expiresInSec":86400})");
-        fixture.http.answer(UploadPath, QByteArray());
+        fixture.answer(StatusPath, R"({"authorized":true,"expiresInSec":86400})");
+        fixture.answer(UploadPath, QByteArray());
         if (status > 0)
-            fixture.http.answer(StatusPath, R"({"authorized":true,"expiresInSec":86400})");
-        fixture.http.answer(UploadPath, QByteArray());
+            fixture.answer(StatusPath, R"({"authorized":true,"expiresInSec":86400})");
+        fixture.answer(UploadPath, QByteArray());
         QCOMPARE(fixture.status(), text("Upload queue finished: 2 uploaded"));
     }
 
@@ -221,12 +229,12 @@ private Q_SLOTS:
         fixture.model.selectDevice(OtherTv);
         fixture.queue({text("a.mkv")});
         QVERIFY(fixture.http.latest(PreflightPath).url.isEmpty());
-        fixture.http.answer(StatusPath, R"({"authorized":false})");
+        fixture.answer(StatusPath, R"({"authorized":false})");
         QVERIFY(fixture.status().startsWith(text("Pairing required for upload.")));
         QCOMPARE(fixture.rows(), QStringList(text("?a.mkv")));
         fixture.clock.advance(2s);
-        fixture.http.answer(StatusPath, R"({"authorized":true})");
-        fixture.http.answer(PreflightPath, QByteArray());
+        fixture.answer(StatusPath, R"({"authorized":true})");
+        fixture.answer(PreflightPath, QByteArray());
         QVERIFY(fixture.http.latest(UploadPath).url.startsWith("http://other.local:8080/"));
     }
 
@@ -249,12 +257,12 @@ private Q_SLOTS:
             Fixture fixture;
             fixture.queue({text("a.srt")});
             if (isRefused)
-                fixture.http.answer(UploadPath, QByteArray(), 500);
+                fixture.answer(UploadPath, QByteArray(), 500);
             else
-                fixture.http.answer(UploadPath, HttpErrorCode::ConnectionLost);
-            fixture.http.answer(UploadStatusPath, uploadStatus);
+                fixture.answer(UploadPath, HttpErrorCode::ConnectionLost);
+            fixture.answer(UploadStatusPath, uploadStatus);
             if (!listing.isEmpty())
-                fixture.http.answer(FilesPath, listing);
+                fixture.answer(FilesPath, listing);
             QCOMPARE(fixture.status(), text("Upload queue finished: 1 uploaded"));
         }
     }
@@ -270,18 +278,19 @@ private Q_SLOTS:
         fixture.denyCompletion();
         QCOMPARE(fixture.status(), text("Uploading a.srt... 2%"));
         fixture.progress(30);
-        QVERIFY(fixture.http.answer(
+        QVERIFY(fixture.answer(
             UploadStatusPath,
             R"({"state":"COMPLETED","fileName":"a.srt","receivedBytes":0,"totalBytes":1000,"message":"","updatedAtMs":1700000000000})"));
         QTRY_COMPARE(fixture.status(), text("Upload queue finished: 1 uploaded"));
     }
 
-    void aFileThatChangesMeanwhileIsNotUploaded() {
+    void onlyAFileThatChangesMeanwhileIsNotUploaded() {
         Fixture fixture;
         fixture.queue({text("a.srt"), text("b.srt")});
         fixture.file(text("a.srt"), 1001);
-        fixture.http.answer(UploadPath, QByteArray());
-        fixture.http.answer(UploadPath, QByteArray());
+        fixture.answer(UploadPath, QByteArray());
+        QVERIFY(QFile::remove(fixture.folder.filePath(text("b.srt"))));
+        fixture.answer(UploadPath, QByteArray());
         QCOMPARE(fixture.status(), text("Upload queue finished: 1 uploaded, 1 failed"));
     }
 
@@ -297,7 +306,8 @@ private Q_SLOTS:
         QTRY_VERIFY(fixture.http.paths.last() == UploadStatusPath);
         fixture.clock.advance(1s); // a TV that says nothing is not waited for
         QTRY_COMPARE(fixture.rows(), QStringList(text(">b.srt")));
-        fixture.http.answer(UploadPath, QByteArray());
+        ModelFixture::turn();
+        fixture.answer(UploadPath, QByteArray());
         QCOMPARE(fixture.status(), text("Upload queue finished: 1 uploaded"));
         fixture.uploads().cancelUploadJob(rows[0].id);
         QCOMPARE(fixture.status(), text("Upload queue finished: 1 uploaded"));
@@ -308,29 +318,29 @@ private Q_SLOTS:
         fixture.queue({text("a.mkv"), text("b.srt")});
         fixture.uploads().cancelUploadJob(fixture.uploads().uploadListItems()[0].id);
         QCOMPARE(fixture.rows(), QStringList(text(">b.srt")));
-        QVERIFY(!fixture.http.answer(PreflightPath, QByteArray()));
+        QVERIFY(!fixture.answer(PreflightPath, QByteArray()));
         QVERIFY(fixture.http.latest(UploadPath).url.contains("name=b.srt&"));
-        fixture.http.answer(UploadPath, HttpErrorCode::CannotConnect);
+        fixture.answer(UploadPath, HttpErrorCode::CannotConnect);
         fixture.denyCompletion();
         fixture.clock.advance(2s); // it is being asked whether it may start
         fixture.uploads().cancelUploadJob(fixture.uploads().uploadListItems()[0].id);
         QVERIFY(fixture.rows().isEmpty());
-        QVERIFY(!fixture.http.answer(StatusPath, R"({"authorized":true})"));
+        QVERIFY(!fixture.answer(StatusPath, R"({"authorized":true})"));
         QCOMPARE(fixture.status(), text("Upload queue finished: 0 uploaded"));
     }
 
     void aJobGoesToTheTvItWasQueuedFor() {
         Fixture fixture;
         fixture.queue({text("a.srt"), text("b.mkv")});
-        fixture.http.answer(PreflightPath, QByteArray());
+        fixture.answer(PreflightPath, QByteArray());
         fixture.selectPaired(OtherTv);
         fixture.queue({text("b.mkv")}); // the name is free on that one
-        fixture.http.answer(UploadPath, QByteArray());
-        fixture.http.answer(StatusPath, R"({"authorized":true})"); // of the first TV
+        fixture.answer(UploadPath, QByteArray());
+        fixture.answer(StatusPath, R"({"authorized":true})"); // of the first TV
         QByteArray url = fixture.http.latest(UploadPath).url;
         QVERIFY(url.startsWith("http://tv.local:8080/") && url.contains("thumbnailMode"));
-        fixture.http.answer(UploadPath, QByteArray());
-        fixture.http.answer(PreflightPath, QByteArray());
+        fixture.answer(UploadPath, QByteArray());
+        fixture.answer(PreflightPath, QByteArray());
         url = fixture.http.latest(UploadPath).url;
         QVERIFY(url.startsWith("http://other.local:8080/"));
         QCOMPARE(fixture.uploads().uploadListItems().constFirst().tvKey, text("other.local:8080"));
