@@ -182,10 +182,16 @@ void Pictures::takeUploads(const QString& prefix) {
     m_presenter.fileChooser()->cancel();
     m_state.uploads = {};
     m_presenter.show(m_state);
+    m_state.download = {true, 0.48, u"d.mkv"_s, u"elsewhere"_s, u"Bedroom TV"_s};
+    m_presenter.show(m_state);
+    take(prefix + u"download-elsewhere"_s, {1040, 700});
+    m_state.download = {};
+    m_presenter.show(m_state);
 }
 
 void Pictures::takeDownloads(const QString& prefix) {
-    m_state.download = {true, 0.48, u"d.mkv"_s};
+    const TVEndpoint& tv = *m_state.selectedDevice;
+    m_state.download = {true, 0.48, u"d.mkv"_s, endpointKey(tv), tv.name};
     m_presenter.show(m_state);
     take(prefix + u"download"_s);
     const QAccessibleInterface* cancel =
@@ -264,6 +270,9 @@ void Pictures::takeAll(const QString& prefix) {
     m_state.content = {};
     m_presenter.show(m_state);
     take(prefix + u"empty"_s, {1040, 700});
+    m_state.libraryFailure = HttpError(HttpErrorCode::ReplyTooLarge).description();
+    m_presenter.show(m_state);
+    take(prefix + u"failed"_s, {1040, 700});
     m_state.isLibraryLoading = true;
     m_presenter.show(m_state);
     take(prefix + u"loading"_s, {1040, 700});

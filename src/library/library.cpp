@@ -3,7 +3,6 @@
 #include "platform/async/background.h"
 #include "platform/publish.h"
 
-
 #include <utility>
 
 namespace quiv {
@@ -14,8 +13,11 @@ Library::Library(const TvAccess& tvs, QObject* parent) : QObject(parent), m_tvs(
 
 Task<> Library::loadLibrary(Load load) {
     const auto tv = m_tvs.current();
-    if (!tv)
+    if (!tv) {
+        setFailure(u"The TV announces an address that cannot be used. Restart its app."_s);
+        setLoadInProgress(false);
         co_return;
+    }
     const bool showsProgress = load == Load::Visible;
     const bool isQuiet = load == Load::Quiet;
     if (showsProgress) {
@@ -26,8 +28,10 @@ Task<> Library::loadLibrary(Load load) {
     try {
         co_await fetchContent(*tv);
         message = u"Loaded %1 media item(s)"_s.arg(m_content.groupedFiles.size());
+        setFailure({});
     } catch (const Error& error) {
         message = u"Failed to fetch files: "_s + error.description();
+        setFailure(m_listing ? QString() : error.description());
     }
     if (!isQuiet)
         tv->say(message);
@@ -50,6 +54,7 @@ Task<> Library::fetchContent(Tv tv) {
 
 void Library::reset() {
     m_listing.reset();
+    setFailure({});
     setLoadInProgress(true);
     setContent({});
 }
@@ -63,6 +68,10 @@ void Library::setContent(LibraryContent content) {
 
 void Library::setLoadInProgress(bool isInProgress) {
     publish(this, m_isLoadInProgress, isInProgress, &Library::loadInProgressChanged);
+}
+
+void Library::setFailure(const QString& reason) {
+    publish(this, m_failure, reason, &Library::failureChanged);
 }
 
 } // namespace quiv

@@ -30,6 +30,8 @@ public:
 
     const LibraryContent& content() const { return m_content; }
     bool isLibraryLoadInProgress() const { return m_isLoadInProgress; }
+    // Why there is no listing of the selected TV yet; empty while there is one or none was tried.
+    const QString& failure() const { return m_failure; }
 
     Task<> loadLibrary(Load load);
     // Forgets everything for another TV and shows that a load is coming.
@@ -38,16 +40,19 @@ public:
 Q_SIGNALS:
     void contentChanged(); // any of content()
     void loadInProgressChanged();
+    void failureChanged();
 
 private:
     Task<> fetchContent(Tv tv);
     void setContent(LibraryContent content);
     void setLoadInProgress(bool isInProgress);
+    void setFailure(const QString& reason);
 
     const TvAccess m_tvs;
     LibraryContent m_content;
     std::optional<QByteArray> m_listing; // the bytes that m_content was made of
     bool m_isLoadInProgress = false;
+    QString m_failure;
 };
 
 } // namespace quiv

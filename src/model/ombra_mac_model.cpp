@@ -41,6 +41,7 @@ void OmbraMacModel::tellStateChanges() {
     tell(&m_pairing, &Pairing::stateChanged);
     tell(&m_library, &Library::contentChanged);
     tell(&m_library, &Library::loadInProgressChanged);
+    tell(&m_library, &Library::failureChanged);
     connect(&m_playback, &RemotePlayback::playbackRead, this, [this] { ++m_playbackReading; });
     tell(&m_playback, &RemotePlayback::playbackRead);
     tell(&m_storageMove, &StorageMove::stateChanged);
@@ -56,6 +57,7 @@ WindowState OmbraMacModel::state() {
             .pairing = m_pairing.state(),
             .content = m_library.content(),
             .isLibraryLoading = m_library.isLibraryLoadInProgress(),
+            .libraryFailure = m_library.failure(),
             .playback = m_playback.playback(),
             .playbackReading = m_playbackReading,
             .move = m_storageMove.state(),

@@ -24,6 +24,7 @@ struct WindowState {
     PairingState pairing;
     LibraryContent content;
     bool isLibraryLoading = false;
+    QString libraryFailure; // why there is no listing; empty if there is one
     std::optional<PlaybackResponse> playback;
     std::uint64_t playbackReading = 0; // differs after every reading, even one that says the same
     MoveState move;
@@ -38,6 +39,12 @@ inline bool isSameTv(const WindowState& a, const WindowState& b) {
         return device ? std::optional(endpointKey(*device)) : std::nullopt;
     };
     return keyOf(a.selectedDevice) == keyOf(b.selectedDevice);
+}
+
+// Whether the download is under way and comes from the TV that is shown.
+inline bool isOfSelectedTv(const DownloadState& download, const WindowState& state) {
+    return download.isDownloading && state.selectedDevice &&
+           download.tvKey == endpointKey(*state.selectedDevice);
 }
 
 } // namespace quiv

@@ -22,7 +22,8 @@ constexpr bool IsSanitized = false;
 #endif
 
 constexpr rlim_t AddressSpace = rlim_t{2} << 30; // 8K with 10 bits needs about half of it
-constexpr rlim_t ProcessorSeconds = 20;
+// Two decoding threads in each of three attempts of five seconds must fit in.
+constexpr rlim_t ProcessorSeconds = 40;
 
 void require(bool done, const char* what) {
     if (!done)

@@ -62,6 +62,7 @@ Task<> Downloads::download(RemoteFile file) {
         m_tvs.say(u"Select a TV first"_s);
         co_return;
     }
+    const DownloadState state{true, 0, file.name, m_tvs.selected().key(), m_tvs.selected().name()};
     const bool isAllowed = co_await m_pairing.ensureControlPairing(u"download"_s);
     if (!isAllowed)
         co_return;
@@ -78,7 +79,7 @@ Task<> Downloads::download(RemoteFile file) {
         m_tvs.say(u"Another download is already in progress"_s);
         co_return;
     }
-    m_transfer = transfer(tv->whicheverIsSelected(), file, destination);
+    m_transfer = transfer(tv->whicheverIsSelected(), file, destination, state);
 }
 
 Task<QUrl> Downloads::chooseDestination(QString name) {
@@ -88,10 +89,10 @@ Task<QUrl> Downloads::chooseDestination(QString name) {
     co_return answer && !answer->isEmpty() ? answer->constFirst() : QUrl();
 }
 
-Task<> Downloads::transfer(Tv tv, RemoteFile file, QUrl destination) {
+Task<> Downloads::transfer(Tv tv, RemoteFile file, QUrl destination, DownloadState state) {
     const QString name = file.name;
     m_isCancelled = false;
-    changeState({true, 0, name});
+    changeState(std::move(state));
     m_tvs.beginProgress(downloadingMessage(name, 0));
     QString message = u"Downloaded "_s + name;
     try {

@@ -23,6 +23,8 @@ struct DownloadState {
     bool isDownloading = false;
     double currentDownloadProgress = 0; // 0 to 1
     QString currentDownloadFileName;    // empty when idle
+    QString tvKey;                      // the endpointKey of the TV it comes from
+    QString tvName;
 
     bool operator==(const DownloadState&) const = default;
 };
@@ -52,7 +54,7 @@ Q_SIGNALS:
 private:
     Task<> download(RemoteFile file);
     Task<QUrl> chooseDestination(QString name);
-    Task<> transfer(Tv tv, RemoteFile file, QUrl destination);
+    Task<> transfer(Tv tv, RemoteFile file, QUrl destination, DownloadState state);
     Task<> downloadSingle(Tv tv, RemoteFile file, QString destination);
     void progressed(const HttpProgress& progress);
     void end(const QString& message);

@@ -57,6 +57,7 @@ private Q_SLOTS:
         LibraryFixture fixture;
         fixture.answer(fixture.load(Library::Load::Visible), QByteArray());
         QVERIFY(fixture.status().startsWith(u"Failed to fetch files: "_s));
+        QVERIFY(!fixture.model.library()->failure().isEmpty());
         fixture.answer(fixture.load(Library::Load::Quiet), listing("a.mkv"));
         fixture.answer(fixture.load(Library::Load::Visible), "{\"files\":[]}");
         QVERIFY(fixture.status().startsWith(u"Failed to fetch files: "_s));
@@ -68,6 +69,12 @@ private Q_SLOTS:
         fixture.answer(fixture.load(Library::Load::Quiet), "Disk error", 500);
         QCOMPARE(fixture.status(), u"before"_s);
         QCOMPARE(fixture.names(), QStringList(u"a.mkv"_s));
+        QVERIFY(fixture.model.library()->failure().isEmpty()); // there is a listing
+
+        fixture.model.selectDevice(tvNamed(u"Odd"_s, u"no host"_s));
+        const Task<> impossible = fixture.load(Library::Load::Visible);
+        QVERIFY(!fixture.model.library()->isLibraryLoadInProgress());
+        QVERIFY(!fixture.model.library()->failure().isEmpty());
     }
 
     void anUnchangedListingCostsNoRebuild() {

@@ -83,7 +83,8 @@ private Q_SLOTS:
                                     text("Download"), text("a b.mkv")}));
         QVERIFY(!fixture.downloads().state().isDownloading);
         fixture.choose(fixture.path(text("new/folder/b.mkv")));
-        QCOMPARE(fixture.downloads().state(), (DownloadState{true, 0, text("sub/ .a b.mkv")}));
+        QCOMPARE(fixture.downloads().state(), (DownloadState{true, 0, text("sub/ .a b.mkv"),
+                                                             endpointKey(FirstTv), FirstTv.name}));
         QCOMPARE(fixture.status(), text("Downloading sub/ .a b.mkv... 0%"));
         const HttpRequest request = fixture.http.latest(DownloadPath);
         QCOMPARE(request.method, "GET");

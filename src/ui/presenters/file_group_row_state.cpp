@@ -33,9 +33,10 @@ bool isMoveInProgress(const FileGroup& group, const MoveState& move) {
     return move.isMovingFile && name.compare(move.currentMoveFileName, Qt::CaseInsensitive) == 0;
 }
 
-bool isDownloadInProgress(const FileGroup& group, const DownloadState& download) {
-    return download.isDownloading && std::ranges::any_of(filesOf(group), [&](const auto& file) {
-               return uploadNamesMatch(file.name, download.currentDownloadFileName);
+bool isDownloadInProgress(const FileGroup& group, const WindowState& window) {
+    return isOfSelectedTv(window.download, window) &&
+           std::ranges::any_of(filesOf(group), [&](const auto& file) {
+               return uploadNamesMatch(file.name, window.download.currentDownloadFileName);
            });
 }
 
@@ -80,7 +81,7 @@ FileGroupRowState fileGroupRowState(const LibraryRow& row, const WindowState& wi
         state.movePercentText = formatPercent(window.move.moveProgress);
     }
     state.canDownload = !state.isUploading && !filesOf(group).isEmpty();
-    state.isDownloading = isDownloadInProgress(group, window.download);
+    state.isDownloading = isDownloadInProgress(group, window);
     if (state.isDownloading) {
         state.downloadFraction = std::clamp(window.download.currentDownloadProgress, 0.0, 1.0);
         state.downloadPercentText = formatPercent(state.downloadFraction);

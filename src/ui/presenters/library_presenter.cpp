@@ -59,6 +59,8 @@ LibraryPresenter::Phase libraryPhase(const LibraryCounts& counts) {
         return Phase::List;
     if (counts.isLoading && counts.groups == 0)
         return Phase::Loading;
+    if (counts.hasFailed && counts.groups == 0)
+        return Phase::Failed;
     if (counts.visibleGroups > 0)
         return Phase::List;
     return counts.hasQuery ? Phase::NoResults : Phase::Empty;
@@ -80,6 +82,10 @@ QString LibraryPresenter::noResultsText() const {
     return u"No files match \""_s + displayText(m_searchText.trimmed()) + u'"';
 }
 
+QString LibraryPresenter::failureText() const {
+    return displayText(m_state.libraryFailure);
+}
+
 void LibraryPresenter::show(const WindowState& state) {
     const WindowState before = std::exchange(m_state, state);
     const bool isAnotherTv = !isSameTv(before, state);
@@ -90,6 +96,8 @@ void LibraryPresenter::show(const WindowState& state) {
     }
     if (before.selectedDevice != state.selectedDevice)
         Q_EMIT selectedDeviceChanged();
+    if (before.libraryFailure != state.libraryFailure)
+        Q_EMIT failureTextChanged();
     if (isAnotherTv) {
         publish(this, m_searchText, QString(), &LibraryPresenter::searchTextChanged);
         m_rows.reset({});
@@ -154,6 +162,7 @@ void LibraryPresenter::filterRows() {
 void LibraryPresenter::updatePhase() {
     const LibraryCounts counts{.hasTv = m_state.selectedDevice.has_value(),
                                .isLoading = m_state.isLibraryLoading,
+                               .hasFailed = !m_state.libraryFailure.isEmpty(),
                                .hasQuery = !m_searchText.trimmed().isEmpty(),
                                .groups = m_state.content.groupedFiles.size(),
                                .visibleGroups = m_rows.rows().size(),

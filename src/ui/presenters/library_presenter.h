@@ -29,11 +29,12 @@ class LibraryPresenter : public QObject {
     Q_PROPERTY(QString searchText READ searchText NOTIFY searchTextChanged)
     Q_PROPERTY(QString loadingText READ loadingText NOTIFY selectedDeviceChanged)
     Q_PROPERTY(QString noResultsText READ noResultsText NOTIFY searchTextChanged)
+    Q_PROPERTY(QString failureText READ failureText NOTIFY failureTextChanged)
     Q_PROPERTY(quiv::DownloadMenuPresenter* downloadMenu READ downloadMenu CONSTANT)
 
 public:
     // What the detail area shows.
-    enum class Phase { NoTv, Loading, NoResults, Empty, List };
+    enum class Phase { NoTv, Loading, Failed, NoResults, Empty, List };
     Q_ENUM(Phase)
 
     explicit LibraryPresenter(WindowActions& actions, QObject* parent = nullptr);
@@ -44,6 +45,8 @@ public:
     DownloadMenuPresenter* downloadMenu() { return &m_downloadMenu; }
     QString loadingText() const;
     QString noResultsText() const;
+    // Why the library could not be loaded.
+    QString failureText() const;
 
     void show(const WindowState& state);
 
@@ -63,6 +66,7 @@ Q_SIGNALS:
     void phaseChanged();
     void searchTextChanged();
     void selectedDeviceChanged();
+    void failureTextChanged();
     void deleteRequested(const quiv::FileGroup& group);
     void subtitleRequested(const QString& videoName);
 
@@ -85,6 +89,7 @@ private:
 struct LibraryCounts {
     bool hasTv = false;
     bool isLoading = false;
+    bool hasFailed = false;
     bool hasQuery = false;
     qsizetype groups = 0;
     qsizetype visibleGroups = 0;

@@ -14,14 +14,27 @@ namespace quiv {
 
 class WindowActions;
 
-// The key of an upload's row.
-const QString& uploadItemKey(const UploadListItem& item);
+// A row of the queue: a file on its way to a TV, or from one that is not shown.
+struct QueueRow {
+    QString key;
+    QString fileName;
+    QString symbol;
+    // "Queued", "Uploading 37% 48.2 MB/s", or why the file waits or has failed; and which TV it is
+    // about, if that is not the selected one.
+    QString statusText;
+    double progress = 0; // 0 to 1
+    bool isMoving = false;
+    bool isFailed = false;
 
-// "Queued", "Uploading 37% 48.2 MB/s", or why the file waits or has failed; and for which TV it is,
-// if that is not the selected one.
-QString uploadStatusText(const UploadListItem& item, const QString& selectedTvKey);
+    bool operator==(const QueueRow&) const = default;
+};
 
-// The files on their way to the TV, and the drop that adds more.
+const QString& queueRowKey(const QueueRow& row);
+
+// The download comes first.
+QList<QueueRow> queueRows(const WindowState& state);
+
+// The files on their way, and the drop that adds more.
 class UploadsPresenter : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -41,8 +54,8 @@ public:
 
     void show(const WindowState& state);
 
-    Q_INVOKABLE void cancel(const QString& id);
-    Q_INVOKABLE void retry(const QString& id);
+    Q_INVOKABLE void cancel(const QString& key);
+    Q_INVOKABLE void retry(const QString& key);
     // Files are held over the window, or no longer.
     Q_INVOKABLE void setDropTargeted(bool isTargeted);
     // Returns whether the drop is taken.
@@ -55,7 +68,7 @@ Q_SIGNALS:
 private:
     WindowActions& m_actions;
     QString m_selectedTvKey; // empty without a TV
-    RecordListModel<UploadListItem, &uploadItemKey> m_rows;
+    RecordListModel<QueueRow, &queueRowKey> m_rows;
     bool m_isUploadDropTargeted = false;
 };
 

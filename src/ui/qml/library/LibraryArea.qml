@@ -44,6 +44,14 @@ Item {
     EmptyState {
         anchors.centerIn: parent
         width: area.stateWidth
+        visible: area.presenter.phase === LibraryPresenter.Failed
+        symbol: "exclamationmark.triangle"
+        title: "The library could not be loaded"
+        detail: area.presenter.failureText
+    }
+    EmptyState {
+        anchors.centerIn: parent
+        width: area.stateWidth
         visible: area.presenter.phase === LibraryPresenter.NoResults
         symbol: "magnifyingglass"
         title: "No Results"

@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Quiv
 
-// The files on their way to the TV.
+// The files on their way.
 Rectangle {
     id: queue
 

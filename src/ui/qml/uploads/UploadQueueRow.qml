@@ -2,16 +2,17 @@ import QtQuick
 import QtQuick.Layouts
 import Quiv
 
-// One file that is being uploaded, waits for it or has failed.
+// One file that is on its way, waits for it or has failed.
 Item {
     id: row
 
     required property UploadsPresenter presenter
     required property string key
     required property string fileName
-    required property bool isUploading
+    required property string symbol
+    required property bool isMoving
     required property bool isFailed
-    readonly property color markColour: isUploading ? Theme.accent : isFailed ? Theme.destructive : Theme.secondaryText
+    readonly property color markColour: isMoving ? Theme.accent : isFailed ? Theme.destructive : Theme.secondaryText
     required property real progress
     required property string statusText
 
@@ -27,7 +28,7 @@ Item {
         spacing: 14
 
         AppIcon {
-            name: row.isUploading ? "arrow.up.circle.fill" : row.isFailed ? "xmark.circle.fill" : "clock"
+            name: row.symbol
             colour: row.markColour
             size: Theme.scaled(20)
         }
@@ -48,7 +49,7 @@ Item {
                 Layout.maximumWidth: 360
                 visible: !row.isFailed
                 fraction: row.progress
-                isIndeterminate: !row.isUploading
+                isIndeterminate: !row.isMoving
                 label: row.fileName
             }
             PlainText {
@@ -65,7 +66,7 @@ Item {
         }
         AppButton {
             kind: AppButton.Destructive
-            text: row.isUploading ? "Cancel" : "Remove"
+            text: row.isMoving ? "Cancel" : "Remove"
             onClicked: row.presenter.cancel(row.key)
         }
     }
