@@ -83,6 +83,25 @@ void announceMore(httplib::Response& response, qint64 bytes) {
     closeAfterReply(response);
 }
 
+void omitLength(httplib::Response& response, qint64 bytes) {
+    const auto body = takeBody(response);
+    const size_t bodySize = std::exchange(response.content_length_, 0);
+    response.headers.erase("Content-Length");
+    response.is_chunked_content_provider_ = false;
+    response.content_provider_ = [body, bodySize, end = static_cast<size_t>(bytes)](
+                                     size_t offset, size_t, httplib::DataSink& sink) {
+        static const std::string zeros(size_t{65'536}, '\0');
+        if (offset >= end) {
+            sink.done();
+            return true;
+        }
+        if (offset < bodySize)
+            return body(offset, std::min(bodySize, end) - offset, sink);
+        return sink.write(zeros.data(), std::min(zeros.size(), end - offset));
+    };
+    closeAfterReply(response);
+}
+
 void resetAfter(httplib::Response& response, const Connection& connection, qint64 bytes) {
     response.content_provider_ =
         [body = takeBody(response), breaking = connection,

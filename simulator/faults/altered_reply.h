@@ -20,6 +20,9 @@ void trickle(httplib::Response& response, const Connection& connection, qint64 b
              const StopSignal& stop);
 // Announces more bytes than come, and ends the connection after those.
 void announceMore(httplib::Response& response, qint64 bytes);
+// Does not say how long the body is, and ends the connection after that many bytes of it: zeros
+// follow where it has fewer.
+void omitLength(httplib::Response& response, qint64 bytes);
 // Breaks the connection once the peer has received that much of the body.
 void resetAfter(httplib::Response& response, const Connection& connection, qint64 bytes);
 

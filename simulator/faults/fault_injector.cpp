@@ -99,6 +99,8 @@ void FaultInjector::alterReply(const httplib::Request& request, httplib::Respons
         return trickle(response, Connection(request), fault->number("bytesPerSecond"), m_stop);
     case Fault::Kind::AnnounceMore:
         return announceMore(response, fault->number("bytes"));
+    case Fault::Kind::OmitLength:
+        return omitLength(response, fault->number("bytes"));
     default:
         return resetAfter(response, Connection(request), fault->number("bytes"));
     }

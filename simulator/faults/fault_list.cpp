@@ -27,6 +27,7 @@ constexpr std::array KindTable{
     KindRow{Fault::Kind::StallReading, "stall-reading", "bytes", nullptr},
     KindRow{Fault::Kind::SlowReading, "slow-reading", "bytesPerSecond", nullptr},
     KindRow{Fault::Kind::FillUp, "fill-up", "bytes", nullptr},
+    KindRow{Fault::Kind::AnswerEarly, "answer-early", "bytes", nullptr},
     KindRow{Fault::Kind::Vanish, "vanish", "milliseconds", nullptr},
     KindRow{Fault::Kind::StoreThenHang, "store-then-hang", nullptr, nullptr},
     KindRow{Fault::Kind::StoreThenReset, "store-then-reset", nullptr, nullptr},
@@ -37,6 +38,7 @@ constexpr std::array KindTable{
     KindRow{Fault::Kind::Trickle, "trickle", "bytesPerSecond", nullptr},
     KindRow{Fault::Kind::ResetAfterBytes, "reset-after-bytes", "bytes", nullptr},
     KindRow{Fault::Kind::AnnounceMore, "announce-more", "bytes", nullptr},
+    KindRow{Fault::Kind::OmitLength, "omit-length", "bytes", nullptr},
 };
 
 } // namespace

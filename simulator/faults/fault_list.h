@@ -29,6 +29,7 @@ struct Fault {
         StallReading,  // bytes
         SlowReading,   // bytesPerSecond
         FillUp,        // bytes
+        AnswerEarly,   // bytes, status
         Vanish,        // bytes, milliseconds
         StoreThenHang,
         StoreThenReset,
@@ -40,6 +41,7 @@ struct Fault {
         Trickle,         // bytesPerSecond
         ResetAfterBytes, // bytes of the body
         AnnounceMore,    // bytes
+        OmitLength,      // bytes
     };
 
     Kind kind = Kind::Status;

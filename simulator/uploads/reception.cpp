@@ -19,6 +19,7 @@ qint64 cutOffBytesOf(const std::optional<Fault>& fault) {
     case Fault::Kind::ReadThenReset:
     case Fault::Kind::StallReading:
     case Fault::Kind::FillUp:
+    case Fault::Kind::AnswerEarly:
     case Fault::Kind::Vanish:
         return std::max<qint64>(0, fault->number("bytes"));
     default:
@@ -71,6 +72,9 @@ void Reception::endEarly() {
     switch (m_fault->kind) {
     case Fault::Kind::FillUp:
         return replyFull(m_response);
+    case Fault::Kind::AnswerEarly:
+        m_response.status = static_cast<int>(m_fault->number("status", 200));
+        return closeAfterReply(m_response);
     case Fault::Kind::StallReading:
         m_connection.waitUntilGone(m_stop);
         break;

@@ -98,6 +98,7 @@ private Q_SLOTS:
         row("stored under another name", "rename-store", true);
         row("stored, its reply lost", "reset-after-bytes", true, bytes(0));
         row("full", "fill-up", false, bytes(1 << 20));
+        row("success before its end", "answer-early", false, bytes(200 << 10));
         row("too large, said at once", "status", false, {{u"status"_s, 413}});
         row("500", "status", false, {{u"status"_s, 500}});
     }
@@ -115,6 +116,17 @@ private Q_SLOTS:
         QCOMPARE(status(), arrives ? u"Upload queue finished: 2 uploaded"_s
                                    : u"Upload queue finished: 1 uploaded, 1 failed"_s);
         QCOMPARE(m_said.join(u'\n').contains(u"Upload failed for First.mkv: "_s), !arrives);
+    }
+
+    void theRecordOfTheFileBeforeIsNoProof() {
+        const QList<QUrl> urls{file(u"Ein Film.srt"_s, 30'000), file(u"Ein Film.en.srt"_s, 33'000)};
+        QVERIFY(m_tv.setFault({{u"path"_s, u"api/files/upload"_s},
+                               {u"kind"_s, u"fill-up"_s},
+                               {u"bytes"_s, 1000},
+                               {u"skip"_s, 1}}));
+        upload(urls);
+        QCOMPARE(status(), u"Upload queue finished: 1 uploaded, 1 failed"_s);
+        QCOMPARE(digests(m_tv.mediaFolder()).keys(), {digest(urls[0].toLocalFile())});
     }
 
     // The answer is lost, and the TV's list tells that there is less than was sent.
