@@ -21,7 +21,7 @@ class Composition {
 public:
     explicit Composition(PortalFileDialogs::ParentWindow parentWindow,
                          const QString& settingsPath = FileSettingsStore::standardPath())
-        : m_settings(settingsPath), m_portalDialogs(std::move(parentWindow)) {}
+        : m_settings(settingsPath, m_clock, m_log), m_portalDialogs(std::move(parentWindow)) {}
 
     OmbraMacModel& model() { return m_model; }
     // What the window works with besides.
@@ -31,12 +31,12 @@ public:
 
 private:
     SystemClock m_clock;
+    SyslogSystemLog m_log;
     FileSettingsStore m_settings;
     std::shared_ptr<AvahiConnection> m_avahi = std::make_shared<AvahiConnection>();
     AvahiDnsSd m_dnsSd{m_avahi};
     CurlHttpSession m_http{&m_dnsSd};
     ProcessStillExtractor m_stills;
-    SyslogSystemLog m_log;
     PortalFileDialogs m_portalDialogs;
     PreferredFileDialogs m_fileDialogs{m_portalDialogs};
     OmbraMacModel m_model{{m_http, m_dnsSd, m_settings, m_clock, m_stills, m_log, m_fileDialogs}};
