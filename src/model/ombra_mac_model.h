@@ -7,6 +7,7 @@
 #include "net/auth_tokens.h"
 #include "net/discovery.h"
 #include "net/pairing.h"
+#include "net/reachability.h"
 #include "net/request_layer.h"
 #include "net/selected_device.h"
 #include "net/status_line.h"
@@ -91,6 +92,7 @@ private:
     Deletion m_deletion;
     Uploads m_uploads;
     Downloads m_downloads;
+    Reachability m_reachability;
     Discovery m_discovery;
     RefreshCycle m_refreshCycle;
     // Restarts come from the event loop: once for several changes, and after what caused them has

@@ -39,6 +39,7 @@ Task<> RefreshCycle::run(Pass first) {
         co_await laterPass();
     while (true) {
         m_isPausing = true;
+        m_parts.reachability.passEnded();
         co_await sleepFor(m_clock, PauseBetweenPasses);
         m_isPausing = false;
         co_await laterPass();

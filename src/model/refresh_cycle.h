@@ -2,6 +2,7 @@
 
 #include "library/library.h"
 #include "net/pairing.h"
+#include "net/reachability.h"
 #include "net/selected_device.h"
 #include "platform/async/task.h"
 #include "platform/clock.h"
@@ -22,6 +23,7 @@ public:
         RemotePlayback& playback;
         StorageMove& storageMove;
         Pairing& pairing;
+        Reachability& reachability; // is told when a pass has ended
     };
 
     RefreshCycle(const SelectedDevice& selected, const Parts& parts, Clock& clock);

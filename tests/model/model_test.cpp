@@ -1,6 +1,7 @@
 #include "support/model_fixture.h"
 #include "support/test_main.h"
 
+#include <QSignalSpy>
 #include <QTest>
 #include <QThreadPool>
 
@@ -104,6 +105,35 @@ private Q_SLOTS:
         QCOMPARE(fixture.status(), status);
         fixture.clock.advance(2s);
         QCOMPARE(fixture.http.takePaths().last(), PlaybackPath);
+    }
+
+    void aTvThatIsSilentForTwoPassesIsOutOfReachUntilItAnswers() {
+        CycleFixture fixture;
+        fixture.model.appear();
+        fixture.clock.advance(2s);
+        fixture.browser.announce(serviceAt(u"TV"_s, {10, 0, 0, 1}, 80));
+        fixture.clock.advance(0ms);
+        fixture.http.answer(InfoPath, R"({"name":"Known"})");
+        ModelFixture::turn();
+        fixture.finishFirstPass(true);
+        const QString status = fixture.status();
+        for (int pass = 0; pass < 2; ++pass) {
+            QVERIFY(fixture.model.state().isReachable);
+            fixture.clock.advance(2s);
+            for (const QString& path : {PlaybackPath, MoveStatusPath, FilesPath, StatusPath})
+                QVERIFY(fixture.http.answer(path, HttpErrorCode::CannotConnect));
+            ModelFixture::turn();
+            fixture.clock.advance(0ms);
+            QVERIFY(fixture.http.answer(InfoPath, HttpErrorCode::CannotConnect)); // resolved anew
+        }
+        QVERIFY(!fixture.model.state().isReachable);
+        QCOMPARE(fixture.model.selected()->name(), u"Known"_s);
+        QCOMPARE(fixture.status(), status);
+        fixture.clock.advance(2s);
+        QSignalSpy changes(&fixture.model, &OmbraMacModel::stateChanged);
+        fixture.http.answer(PlaybackPath, "", 503);
+        QVERIFY(fixture.model.state().isReachable);
+        QVERIFY(!changes.isEmpty());
     }
 
     void anotherTvRestartsTheCycleFromNothing() {
