@@ -14,8 +14,10 @@ Library::Library(const TvAccess& tvs, QObject* parent) : QObject(parent), m_tvs(
 
 Task<> Library::loadLibrary(Load load) {
     const auto tv = m_tvs.current();
-    if (!tv)
+    if (!tv) {
+        setLoadInProgress(false); // reset() has promised a load that cannot come
         co_return;
+    }
     const bool showsProgress = load == Load::Visible;
     const bool isQuiet = load == Load::Quiet;
     if (showsProgress) {

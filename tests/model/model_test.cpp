@@ -154,6 +154,13 @@ private Q_SLOTS:
         QCOMPARE(fixture.settings.texts.value(u"ombra.selectedDeviceKey"_s), u"other.local:8080"_s);
     }
 
+    void aTvWithoutAValidAddressIsNotWaitedFor() {
+        CycleFixture fixture;
+        fixture.select(tvNamed(u"TV"_s, u"tv box.local"_s));
+        QVERIFY(fixture.http.paths.isEmpty());
+        QVERIFY(!fixture.model.state().isLibraryLoading);
+    }
+
     void selectingTheSameTvKeepsEverything() {
         CycleFixture fixture;
         fixture.select(FirstTv);
