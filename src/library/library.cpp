@@ -15,7 +15,7 @@ Task<> Library::loadLibrary(Load load) {
     const auto tv = m_tvs.current();
     if (!tv) {
         setFailure(u"The TV announces an address that cannot be used. Restart its app."_s);
-        setLoadInProgress(false);
+        setLoadInProgress(false); // reset() has promised a load that cannot come
         co_return;
     }
     const bool showsProgress = load == Load::Visible;

@@ -10,6 +10,7 @@ using namespace Qt::StringLiterals;
 
 OmbraMacModel::OmbraMacModel(const PlatformPorts& ports, QObject* parent)
     : QObject(parent),
+      m_http(ports.http),
       m_settings(ports.settings),
       m_tokens(ports.settings, ports.clock),
       m_requests(ports.http, m_tokens),
@@ -22,8 +23,15 @@ OmbraMacModel::OmbraMacModel(const PlatformPorts& ports, QObject* parent)
       m_deletion(m_tvs, m_pairing, m_library),
       m_uploads(m_tvs, m_pairing, m_library, ports.stills, ports.log, ports.clock),
       m_downloads(m_tvs, m_pairing, ports.fileDialogs),
+      m_reachability(m_selected),
       m_discovery(m_tvs, ports.browser, ports.settings, ports.clock, *this),
-      m_refreshCycle(m_selected, {m_library, m_playback, m_storageMove, m_pairing}, ports.clock) {
+      m_refreshCycle(m_selected, {m_library, m_playback, m_storageMove, m_pairing, m_reachability},
+                     ports.clock) {
+    m_requests.setContactListener(&m_reachability);
+    // Queued, as the request that failed may be a task of the discovery's.
+    connect(
+        &m_reachability, &Reachability::resolutionWanted, &m_discovery,
+        [this] { m_discovery.resolveAnew(m_selected.key()); }, Qt::QueuedConnection);
     m_restart.setSingleShot(true);
     connect(&m_restart, &QTimer::timeout, this, [this] { m_refreshCycle.restart(); });
     tellStateChanges();
@@ -37,6 +45,7 @@ void OmbraMacModel::tellStateChanges() {
     };
     tell(&m_discovery, &Discovery::devicesChanged);
     tell(&m_selected, &SelectedDevice::changed);
+    tell(&m_reachability, &Reachability::reachableChanged);
     tell(&m_status, &StatusLine::statusMessageChanged);
     tell(&m_pairing, &Pairing::stateChanged);
     tell(&m_library, &Library::contentChanged);
@@ -53,6 +62,7 @@ void OmbraMacModel::tellStateChanges() {
 WindowState OmbraMacModel::state() {
     return {.discoveredDevices = m_discovery.discoveredDevices(),
             .selectedDevice = m_selected.device(),
+            .isReachable = m_reachability.isReachable(),
             .statusMessage = m_status.statusMessage(),
             .pairing = m_pairing.state(),
             .content = m_library.content(),
@@ -84,6 +94,11 @@ void OmbraMacModel::disappear() {
     m_refreshCycle.stop();
 }
 
+void OmbraMacModel::networkChanged() {
+    m_http.dropIdleConnections();
+    m_refreshCycle.renew();
+}
+
 void OmbraMacModel::selectDevice(const QString& key) {
     const auto& devices = m_discovery.discoveredDevices();
     const auto found = std::ranges::find(devices, key, &quiv::endpointKey);
@@ -108,6 +123,7 @@ void OmbraMacModel::takeDevice(const TVEndpoint& device) {
         m_status.post(u"Connected to "_s + device.name);
         return;
     }
+    m_reachability.reset();
     m_playback.reset();
     m_storageMove.reset();
     m_pairing.reset();

@@ -7,6 +7,7 @@
 #include "net/auth_tokens.h"
 #include "net/discovery.h"
 #include "net/pairing.h"
+#include "net/reachability.h"
 #include "net/request_layer.h"
 #include "net/selected_device.h"
 #include "net/status_line.h"
@@ -65,6 +66,8 @@ public Q_SLOTS:
     void appear();
     // The window is going: stop keeping it current.
     void disappear();
+    // The computer woke up, or is in another network: whatever waits for an answer waits in vain.
+    void networkChanged();
     // Selects the discovered TV with this endpointKey.
     void selectDevice(const QString& endpointKey);
 
@@ -78,6 +81,7 @@ private:
     void updateSelectedDevice(const TVEndpoint& device) override;
     void restartRefreshCycle();
 
+    HttpSession& m_http;
     SettingsStore& m_settings;
     AuthTokens m_tokens;
     RequestLayer m_requests;
@@ -91,6 +95,7 @@ private:
     Deletion m_deletion;
     Uploads m_uploads;
     Downloads m_downloads;
+    Reachability m_reachability;
     Discovery m_discovery;
     RefreshCycle m_refreshCycle;
     // Restarts come from the event loop: once for several changes, and after what caused them has

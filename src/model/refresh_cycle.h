@@ -2,6 +2,7 @@
 
 #include "library/library.h"
 #include "net/pairing.h"
+#include "net/reachability.h"
 #include "net/selected_device.h"
 #include "platform/async/task.h"
 #include "platform/clock.h"
@@ -22,6 +23,7 @@ public:
         RemotePlayback& playback;
         StorageMove& storageMove;
         Pairing& pairing;
+        Reachability& reachability; // is told when a pass has ended
     };
 
     RefreshCycle(const SelectedDevice& selected, const Parts& parts, Clock& clock);
@@ -30,6 +32,8 @@ public:
     void restart();
     // Begins the next pass now if the cycle pauses.
     void hasten();
+    // Drops the pass under way, or the pause, and begins a pass of its kind now.
+    void renew();
     void stop();
 
 private:
@@ -43,6 +47,7 @@ private:
     const SelectedDevice& m_selected;
     const Parts m_parts;
     Clock& m_clock;
+    Pass m_pass = Pass::First; // under way, or next
     bool m_isPausing = false;
     Task<> m_run;
 };

@@ -20,6 +20,7 @@ namespace quiv {
 struct WindowState {
     QList<TVEndpoint> discoveredDevices;
     std::optional<TVEndpoint> selectedDevice;
+    bool isReachable = true; // the selected TV answers
     QString statusMessage;
     PairingState pairing;
     LibraryContent content;

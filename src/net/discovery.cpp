@@ -1,6 +1,7 @@
 #include "net/discovery.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quiv {
 
@@ -9,7 +10,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto ResolveTimeout = 8s;
+constexpr auto LongestResolving = 1h;     // then it is subscribed anew
+constexpr std::size_t MostFollowed = 200; // a home has a few; the rest is noise
 constexpr auto ProbeTimeout = 1500ms;
 constexpr auto WaitForRememberedTv = 1500ms;
 
@@ -25,23 +27,32 @@ QString withoutDotsAtEnds(const QString& name) {
 
 } // namespace
 
-std::optional<TVEndpoint> endpointOf(const ResolvedService& service) {
-    const auto ipv4 =
-        std::ranges::find(service.addresses, HostAddress::Family::IPv4, &HostAddress::family);
-    QString host;
-    if (ipv4 != service.addresses.end())
-        host = ipv4->toText();
-    else if (service.hostName)
-        host = withoutDotsAtEnds(*service.hostName);
-    else
-        return std::nullopt;
+std::optional<TVEndpoint> endpointOf(const ResolvedService& service,
+                                     const AddressPreference& preference) {
     if (service.port < 1)
         return std::nullopt;
     TVEndpoint endpoint;
     endpoint.name = service.name;
-    endpoint.host = host;
     endpoint.port = service.port;
-    return endpoint;
+    QList<TVEndpoint> choices;
+    for (const HostAddress& address : service.addresses) {
+        endpoint.host = address.toText();
+        if (address.family == HostAddress::Family::IPv4)
+            choices.append(endpoint);
+    }
+    if (choices.isEmpty() && !service.hostName)
+        return std::nullopt;
+    if (choices.isEmpty()) {
+        endpoint.host = withoutDotsAtEnds(*service.hostName);
+        return endpoint;
+    }
+    const auto rank = [&preference](const TVEndpoint& choice) {
+        const QString key = endpointKey(choice);
+        const qsizetype position = preference.preferred.indexOf(key);
+        return std::pair(key == preference.avoided,
+                         position < 0 ? preference.preferred.size() : position);
+    };
+    return *std::ranges::min_element(choices, {}, rank);
 }
 
 Discovery::Discovery(const TvAccess& tvs, ServiceBrowser& browser, const SettingsStore& settings,
@@ -66,19 +77,73 @@ void Discovery::refreshDiscovery() {
         m_wait.reset();
         ensureSelectedDevice();
     });
-    m_browser.search(u"_ombra._tcp."_s, u"local."_s,
-                     [this](const FoundService& service) { m_tasks.add(follow(service)); });
+    m_following.clear();
+    m_browser.search(
+        u"_ombra._tcp."_s, u"local."_s, [this](const FoundService& service) { begin(service); },
+        [this](const FoundService& service) { end(service); });
 }
 
-// From an announcement to an entry of the list. What does not resolve is dropped.
-Task<> Discovery::follow(FoundService service) {
-    const auto resolved = co_await m_browser.resolve(service, ResolveTimeout);
-    const auto endpoint = resolved ? endpointOf(*resolved) : std::nullopt;
+void Discovery::begin(const FoundService& service) {
+    if (!m_following.contains(service.name) && m_following.size() >= MostFollowed)
+        return;
+    Following& following = m_following[service.name];
+    following.service = service;
+    following.task = follow(service, Announce::Yes);
+}
+
+// The entry stays, and is taken along should the TV come back elsewhere.
+void Discovery::end(const FoundService& service) {
+    const auto found = m_following.find(service.name);
+    if (found == m_following.end())
+        return;
+    found->second.task.cancel();
+    if (found->second.key.isEmpty())
+        m_following.erase(found);
+}
+
+void Discovery::resolveAnew(const QString& key) {
+    for (auto& [name, following] : m_following) {
+        if (following.key != key)
+            continue;
+        following.avoided = key;
+        following.task = follow(following.service, Announce::No);
+    }
+}
+
+// From an announcement to an entry of the list, which goes along wherever the service moves.
+Task<> Discovery::follow(FoundService service, Announce announce) {
+    std::optional<ResolvedService> place;
+    while (true) {
+        const auto resolved = co_await m_browser.resolve(service, LongestResolving, place);
+        if (!resolved)
+            continue;
+        place = resolved;
+        co_await list(*resolved, announce);
+        announce = Announce::Yes;
+    }
+}
+
+Task<> Discovery::list(ResolvedService place, Announce announce) {
+    Following& following = m_following.at(place.name); // owns this task
+    const auto endpoint = endpointOf(place, preferenceFor(following));
     if (!endpoint)
         co_return;
     const auto info = co_await probeDeviceInfo(*endpoint);
-    upsertDiscoveredDevice(info ? enriched(*endpoint, *info) : knownRecord(*endpoint));
-    m_tvs.say(u"Found %1 TV device(s)"_s.arg(m_discoveredDevices.size()));
+    const QString oldKey = std::exchange(following.key, endpointKey(*endpoint));
+    if (info)
+        following.avoided.clear();
+    else if (oldKey == following.key)
+        co_return; // what is known of it stays
+    upsertDiscoveredDevice(info ? enriched(*endpoint, *info) : knownRecord(*endpoint, oldKey),
+                           oldKey);
+    if (announce == Announce::Yes || oldKey != following.key)
+        m_tvs.say(u"Found %1 TV device(s)"_s.arg(m_discoveredDevices.size()));
+}
+
+AddressPreference Discovery::preferenceFor(const Following& following) const {
+    const auto remembered = m_settings.text(QString::fromUtf16(SelectedDeviceKey));
+    return {.preferred = {remembered.value_or(QString()).trimmed(), following.key},
+            .avoided = following.avoided};
 }
 
 Task<std::optional<RemoteDeviceInfo>> Discovery::probeDeviceInfo(TVEndpoint endpoint) {
@@ -94,28 +159,42 @@ Task<std::optional<RemoteDeviceInfo>> Discovery::probeDeviceInfo(TVEndpoint endp
 }
 
 // A TV that does not answer the probe is listed as it is known, else as it announced itself.
-TVEndpoint Discovery::knownRecord(const TVEndpoint& endpoint) const {
-    const QString key = endpointKey(endpoint);
-    if (const TVEndpoint* known = deviceWithKey(key))
-        return *known;
+TVEndpoint Discovery::knownRecord(const TVEndpoint& endpoint, const QString& oldKey) const {
     const auto& selected = m_selector.selectedDevice();
-    return selected && endpointKey(*selected) == key ? *selected : endpoint;
+    for (const QString& key : {endpointKey(endpoint), oldKey}) {
+        const TVEndpoint* known = deviceWithKey(key);
+        if (!known && selected && endpointKey(*selected) == key)
+            known = &*selected;
+        if (known) {
+            TVEndpoint record = *known;
+            record.host = endpoint.host;
+            record.port = endpoint.port;
+            return record;
+        }
+    }
+    return endpoint;
 }
 
-void Discovery::upsertDiscoveredDevice(const TVEndpoint& device) {
+// The device takes the place of the one with the old key, in the list and as the selected one.
+void Discovery::upsertDiscoveredDevice(const TVEndpoint& device, const QString& oldKey) {
     const QString key = endpointKey(device);
-    const auto known = std::ranges::find(m_discoveredDevices, key,
-                                         [](const auto& each) { return endpointKey(each); });
-    if (known == m_discoveredDevices.end())
-        m_discoveredDevices.append(device);
-    else
-        *known = device;
-    const auto& selected = m_selector.selectedDevice();
-    if (selected && endpointKey(*selected) == key)
-        m_selector.updateSelectedDevice(device);
+    const bool isOldInUse = std::ranges::any_of(
+        m_following, [&](const auto& entry) { return entry.second.key == oldKey; });
+    m_discoveredDevices.removeIf([&](const TVEndpoint& each) {
+        const QString keyOfEach = endpointKey(each);
+        return keyOfEach == key || (keyOfEach == oldKey && !isOldInUse);
+    });
+    m_discoveredDevices.append(device);
     std::ranges::stable_sort(m_discoveredDevices, comesBefore);
+    const auto& selected = m_selector.selectedDevice();
+    const QString selectedKey = selected ? endpointKey(*selected) : QString();
+    if (selectedKey == key)
+        m_selector.updateSelectedDevice(device);
     Q_EMIT devicesChanged();
-    ensureSelectedDevice();
+    if (selected && selectedKey == oldKey && selectedKey != key && !isOldInUse)
+        m_selector.selectDevice(device);
+    else
+        ensureSelectedDevice();
 }
 
 void Discovery::ensureSelectedDevice() {

@@ -3,14 +3,15 @@
 #include "net/tv.h"
 #include "net/tv_endpoint.h"
 #include "platform/async/task.h"
-#include "platform/async/task_set.h"
 #include "platform/clock.h"
 #include "platform/service_browser.h"
 #include "platform/settings_store.h"
 
 #include <QList>
 #include <QObject>
+#include <QStringList>
 
+#include <map>
 #include <memory>
 #include <optional>
 
@@ -19,13 +20,23 @@ namespace quiv {
 // The settings key of the endpointKey that was selected last.
 inline constexpr char16_t SelectedDeviceKey[] = u"ombra.selectedDeviceKey";
 
-// The address a TV is listed under: its first IPv4 address, else its host name without dots at the
-// ends. Returns nullopt if it has neither, or no port.
-std::optional<TVEndpoint> endpointOf(const ResolvedService& service);
+// Which of several addresses of a TV to take.
+struct AddressPreference {
+    QStringList preferred; // endpointKeys, the best first
+    QString avoided;       // the endpointKey at which it has not answered
+};
+
+// The address a TV is listed under: an IPv4 address, preferred or else the first that is not to be
+// avoided, else its host name without dots at the ends. Returns nullopt if it has neither, or no
+// port.
+std::optional<TVEndpoint> endpointOf(const ResolvedService& service,
+                                     const AddressPreference& preference = {});
 
 // Finds the TVs that announce themselves in the local network, and sees to it that one is selected.
 //
-// Owns the list of TVs and the tasks that resolve and probe them; they go with it.
+// Every TV is followed for as long as it is announced: one that does not resolve is listed once it
+// does, and one that moves to another address or port takes its entry along. Owns the list of TVs
+// and the tasks that follow them; they go with it.
 class Discovery : public QObject {
     Q_OBJECT
 
@@ -48,15 +59,29 @@ public:
     const QList<TVEndpoint>& discoveredDevices() const { return m_discoveredDevices; }
     // Empties the list and searches anew.
     void refreshDiscovery();
+    // The TV with this endpointKey does not answer: looks where it is now.
+    void resolveAnew(const QString& key);
 
 Q_SIGNALS:
     void devicesChanged();
 
 private:
-    Task<> follow(FoundService service);
+    enum class Announce { Yes, No };
+    struct Following {
+        FoundService service;
+        QString key;     // of its entry in the list; empty if it has none
+        QString avoided; // the address at which it has not answered
+        Task<> task;
+    };
+
+    void begin(const FoundService& service);
+    void end(const FoundService& service);
+    Task<> follow(FoundService service, Announce announce);
+    Task<> list(ResolvedService place, Announce announce);
+    AddressPreference preferenceFor(const Following& following) const;
     Task<std::optional<RemoteDeviceInfo>> probeDeviceInfo(TVEndpoint endpoint);
-    void upsertDiscoveredDevice(const TVEndpoint& device);
-    TVEndpoint knownRecord(const TVEndpoint& endpoint) const;
+    void upsertDiscoveredDevice(const TVEndpoint& device, const QString& oldKey);
+    TVEndpoint knownRecord(const TVEndpoint& endpoint, const QString& oldKey) const;
     void ensureSelectedDevice();
     const TVEndpoint* deviceWithKey(const QString& key) const;
 
@@ -68,7 +93,7 @@ private:
     QList<TVEndpoint> m_discoveredDevices;
     // While it runs, no other TV takes the place of the one that was selected last.
     std::unique_ptr<Clock::Timer> m_wait;
-    TaskSet m_tasks;
+    std::map<QString, Following> m_following; // by the service's name
 };
 
 } // namespace quiv

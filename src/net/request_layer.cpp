@@ -59,9 +59,22 @@ RequestLayer::RequestLayer(HttpSession& session, AuthTokens& tokens)
 Task<TvReply> RequestLayer::send(HttpRequest request, QUrl base) {
     const QString sentToken = m_tokens.storedAuthToken(base).value_or(QString());
     m_tokens.applyControlHeaders(request, base);
-    TvReply reply(co_await m_session.send(std::move(request)), sentToken);
+    TvReply reply(co_await exchange(std::move(request), base), sentToken);
     captureAuthToken(reply, base);
     co_return reply;
+}
+
+Task<HttpReply> RequestLayer::exchange(HttpRequest request, QUrl base) {
+    try {
+        HttpReply reply = co_await m_session.send(std::move(request));
+        if (m_contactListener)
+            m_contactListener->answered(base);
+        co_return reply;
+    } catch (const HttpError& error) {
+        if (m_contactListener)
+            m_contactListener->failed(base, error.code());
+        throw;
+    }
 }
 
 void RequestLayer::reportAuthFailure(const TvReply& reply, const QString& message) {

@@ -63,20 +63,31 @@ public:
                                        const QString& sentToken) = 0;
     };
 
+    // Who is told how exchanges with TVs end.
+    class ContactListener {
+    public:
+        virtual ~ContactListener() = default;
+        virtual void answered(const QUrl& base) = 0;
+        virtual void failed(const QUrl& base, HttpErrorCode code) = 0;
+    };
+
     RequestLayer(HttpSession& session, AuthTokens& tokens);
 
     void setAuthListener(AuthListener* listener) { m_listener = listener; }
+    void setContactListener(ContactListener* listener) { m_contactListener = listener; }
 
     // Any reply, with its token captured. Throws HttpError.
     Task<TvReply> send(HttpRequest request, QUrl base);
     void reportAuthFailure(const TvReply& reply, const QString& message);
 
 private:
+    Task<HttpReply> exchange(HttpRequest request, QUrl base);
     void captureAuthToken(const HttpReply& reply, const QUrl& base);
 
     HttpSession& m_session;
     AuthTokens& m_tokens;
     AuthListener* m_listener = nullptr;
+    ContactListener* m_contactListener = nullptr;
 };
 
 } // namespace quiv

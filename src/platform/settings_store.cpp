@@ -1,15 +1,12 @@
 #include "platform/settings_store.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QLockFile>
-#include <QSaveFile>
+#include "platform/async/background.h"
+#include "platform/system_log.h"
+
 #include <QStandardPaths>
 
 #include <chrono>
+#include <future>
 
 using namespace Qt::StringLiterals;
 
@@ -19,20 +16,28 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto LongestWaitForOtherWriter = 500ms;
-constexpr auto OwnerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
-
-void apply(QHash<QString, QVariant>& values, const QString& key, const QVariant& value) {
-    if (value.isValid())
-        values.insert(key, value);
-    else
-        values.remove(key);
-}
+constexpr auto GatheringTime = 500ms;
+constexpr auto LongestWaitAtEnd = 2s;
 
 } // namespace
 
-FileSettingsStore::FileSettingsStore(QString path) : m_path(std::move(path)) {
-    m_values = read().value_or(Values());
+FileSettingsStore::FileSettingsStore(const QString& path, Clock& clock, SystemLog& log)
+    : m_clock(clock),
+      m_log(log),
+      m_file(std::make_shared<SettingsFile>(path)),
+      m_values(m_file->read()) {}
+
+FileSettingsStore::~FileSettingsStore() {
+    m_writer.cancel();
+    const SettingsFile::Update update = nextUpdate();
+    if (update.changes.isEmpty())
+        return;
+    const auto write = std::make_shared<std::packaged_task<bool()>>(
+        [file = m_file, update] { return file->write(update); });
+    std::future<bool> written = write->get_future();
+    runInBackground([write] { (*write)(); });
+    if (written.wait_for(LongestWaitAtEnd) != std::future_status::ready || !written.get())
+        reportFailure();
 }
 
 QString FileSettingsStore::standardPath() {
@@ -65,58 +70,37 @@ void FileSettingsStore::remove(const QString& key) {
 void FileSettingsStore::change(const QString& key, const QVariant& value) {
     if (m_values.value(key) == value && m_values.contains(key) == value.isValid())
         return;
-    apply(m_values, key, value);
+    if (value.isValid())
+        m_values.insert(key, value);
+    else
+        m_values.remove(key);
     m_unwritten.insert(key, value);
+    if (m_writer.isDone())
+        m_writer = writeGathered();
+}
 
-    QDir().mkpath(QFileInfo(m_path).path());
-    QLockFile lock(m_path + u".lock"_s);
-    if (!lock.tryLock(LongestWaitForOtherWriter))
-        return;
-    auto values = read();
-    if (!values) {
-        const QString aside = m_path + u".unreadable"_s;
-        QFile::remove(aside);
-        if (!QFile::rename(m_path, aside))
-            return; // better an old setting than a lost file
-        values.emplace();
-    }
-    for (auto change = m_unwritten.cbegin(); change != m_unwritten.cend(); ++change)
-        apply(*values, change.key(), change.value());
-    if (write(*values)) {
-        m_values = std::move(*values);
-        m_unwritten.clear();
+SettingsFile::Update FileSettingsStore::nextUpdate() {
+    m_writing.insert(std::exchange(m_unwritten, {}));
+    return {++m_lastUpdate, m_values, m_writing};
+}
+
+Task<> FileSettingsStore::writeGathered() {
+    while (!m_unwritten.isEmpty()) {
+        co_await sleepFor(m_clock, GatheringTime);
+        const auto writing = [file = m_file, update = nextUpdate()] {
+            return file->write(update);
+        };
+        const bool isWritten = co_await inBackground(writing);
+        if (isWritten)
+            m_writing.clear();
+        else
+            reportFailure();
     }
 }
 
-std::optional<FileSettingsStore::Values> FileSettingsStore::read() const {
-    QFile file(m_path);
-    if (!file.exists())
-        return Values();
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    const auto document = QJsonDocument::fromJson(file.readAll());
-    if (!document.isObject())
-        return std::nullopt;
-    Values values;
-    const QJsonObject object = document.object();
-    for (auto entry = object.begin(); entry != object.end(); ++entry) {
-        if (entry->isString())
-            values.insert(entry.key(), entry->toString());
-        else if (entry->isDouble())
-            values.insert(entry.key(), entry->toDouble());
-    }
-    return values;
-}
-
-bool FileSettingsStore::write(const Values& values) const {
-    QJsonObject object;
-    for (auto value = values.cbegin(); value != values.cend(); ++value)
-        object.insert(value.key(), QJsonValue::fromVariant(value.value()));
-    QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(OwnerOnly))
-        return false;
-    file.write(QJsonDocument(object).toJson());
-    return file.commit();
+void FileSettingsStore::reportFailure() {
+    if (!std::exchange(m_hasReportedFailure, true))
+        m_log.write(u"QuivController could not write its settings to %1"_s.arg(m_file->path()));
 }
 
 } // namespace quiv

@@ -1,12 +1,18 @@
 #pragma once
 
-#include <QHash>
-#include <QString>
-#include <QVariant>
+#include "platform/async/task.h"
+#include "platform/clock.h"
+#include "platform/settings_file.h"
 
+#include <QString>
+
+#include <cstdint>
+#include <memory>
 #include <optional>
 
 namespace quiv {
+
+class SystemLog;
 
 // The few values kept between runs: text and real numbers by key. Main thread only.
 class SettingsStore {
@@ -20,15 +26,16 @@ public:
     virtual void remove(const QString& key) = 0;
 };
 
-// Settings in one JSON file that only its owner can read.
+// Settings in memory, kept in a SettingsFile.
 //
-// A value is on disk when the call that set it returns. The file is replaced as a whole, so neither
-// a full disk nor a crash leaves half of one; writers of several processes take turns and keep each
-// other's keys. What cannot be written still holds for this run. A file that is not readable as
-// settings is kept beside the new one with ".unreadable" at the end of its name.
+// A value is in force at once. Changes are gathered for half a second, then one write in the
+// background takes them all to the disk; the destructor writes what is left and waits for that,
+// at most two seconds. What cannot be written still holds for this run and goes with the next
+// change; the log is told of it once.
 class FileSettingsStore final : public SettingsStore {
 public:
-    explicit FileSettingsStore(QString path);
+    FileSettingsStore(const QString& path, Clock& clock, SystemLog& log);
+    ~FileSettingsStore() override;
 
     // Where the settings of this user are.
     static QString standardPath();
@@ -40,16 +47,22 @@ public:
     void remove(const QString& key) override;
 
 private:
-    using Values = QHash<QString, QVariant>;
-
     // An invalid value removes.
     void change(const QString& key, const QVariant& value);
-    std::optional<Values> read() const; // none: there is a file, but not of settings
-    bool write(const Values& values) const;
+    // Everything that is not known to be on disk.
+    SettingsFile::Update nextUpdate();
+    Task<> writeGathered();
+    void reportFailure();
 
-    QString m_path;
-    Values m_values;
-    Values m_unwritten; // changes that did not reach the disk yet; go with the next one that does
+    Clock& m_clock;
+    SystemLog& m_log;
+    std::shared_ptr<SettingsFile> m_file; // a write may outlive this store
+    SettingsValues m_values;
+    SettingsValues m_unwritten; // changes that no write has taken yet
+    SettingsValues m_writing;   // changes that the write under way takes, or the last one did not
+    std::uint64_t m_lastUpdate = 0;
+    bool m_hasReportedFailure = false;
+    Task<> m_writer;
 };
 
 } // namespace quiv

@@ -1,6 +1,7 @@
 #include "support/model_fixture.h"
 #include "support/test_main.h"
 
+#include <QSignalSpy>
 #include <QTest>
 #include <QThreadPool>
 
@@ -106,6 +107,35 @@ private Q_SLOTS:
         QCOMPARE(fixture.http.takePaths().last(), PlaybackPath);
     }
 
+    void aTvThatIsSilentForTwoPassesIsOutOfReachUntilItAnswers() {
+        CycleFixture fixture;
+        fixture.model.appear();
+        fixture.clock.advance(2s);
+        fixture.browser.announce(serviceAt(u"TV"_s, {10, 0, 0, 1}, 80));
+        fixture.clock.advance(0ms);
+        fixture.http.answer(InfoPath, R"({"name":"Known"})");
+        ModelFixture::turn();
+        fixture.finishFirstPass(true);
+        const QString status = fixture.status();
+        for (int pass = 0; pass < 2; ++pass) {
+            QVERIFY(fixture.model.state().isReachable);
+            fixture.clock.advance(2s);
+            for (const QString& path : {PlaybackPath, MoveStatusPath, FilesPath, StatusPath})
+                QVERIFY(fixture.http.answer(path, HttpErrorCode::CannotConnect));
+            ModelFixture::turn();
+            fixture.clock.advance(0ms);
+            QVERIFY(fixture.http.answer(InfoPath, HttpErrorCode::CannotConnect)); // resolved anew
+        }
+        QVERIFY(!fixture.model.state().isReachable);
+        QCOMPARE(fixture.model.selected()->name(), u"Known"_s);
+        QCOMPARE(fixture.status(), status);
+        fixture.clock.advance(2s);
+        QSignalSpy changes(&fixture.model, &OmbraMacModel::stateChanged);
+        fixture.http.answer(PlaybackPath, "", 503);
+        QVERIFY(fixture.model.state().isReachable);
+        QVERIFY(!changes.isEmpty());
+    }
+
     void anotherTvRestartsTheCycleFromNothing() {
         CycleFixture fixture;
         fixture.select(FirstTv);
@@ -122,6 +152,13 @@ private Q_SLOTS:
         QCOMPARE(fixture.http.takePaths(), QStringList(FilesPath));
         QVERIFY(fixture.http.sent.last().url.startsWith("http://other.local:8080/"));
         QCOMPARE(fixture.settings.texts.value(u"ombra.selectedDeviceKey"_s), u"other.local:8080"_s);
+    }
+
+    void aTvWithoutAValidAddressIsNotWaitedFor() {
+        CycleFixture fixture;
+        fixture.select(tvNamed(u"TV"_s, u"tv box.local"_s));
+        QVERIFY(fixture.http.paths.isEmpty());
+        QVERIFY(!fixture.model.state().isLibraryLoading);
     }
 
     void selectingTheSameTvKeepsEverything() {
@@ -152,6 +189,25 @@ private Q_SLOTS:
                 fixture.finishFirstPass(true);
         }
         QCOMPARE(fixture.http.takePaths(), QStringList({InfoPath, PlaybackPath}));
+    }
+
+    void aChangeOfTheNetworkBeginsThePassAnewOnNewConnections() {
+        CycleFixture fixture;
+        fixture.model.networkChanged(); // no cycle runs
+        fixture.select(FirstTv);
+        fixture.model.networkChanged(); // while a first pass waits
+        QCOMPARE(fixture.http.takePaths(), QStringList({FilesPath, FilesPath}));
+        QCOMPARE(fixture.http.waiting(), 1u);
+        fixture.finishFirstPass(true);
+        for (int state = 0; state < 2; ++state) { // in the pause, and while a later pass waits
+            fixture.model.networkChanged();
+            QCOMPARE(fixture.http.takePaths(), QStringList(PlaybackPath));
+            QCOMPARE(fixture.http.waiting(), 1u);
+        }
+        QCOMPARE(fixture.http.drops, 4);
+        fixture.model.disappear();
+        fixture.model.networkChanged();
+        QCOMPARE(fixture.http.waiting(), 0u);
     }
 
     void aHiddenWindowAsksNothing() {

@@ -59,14 +59,63 @@ private Q_SLOTS:
         QCOMPARE(fixture.names(), QStringList({u"attic"_s, u"Bedroom"_s}));
     }
 
-    void whatDoesNotResolveIsDroppedSilently() {
+    void aTvThatDoesNotResolveIsListedOnceItDoes() {
         DiscoveryFixture fixture;
         const QString status = fixture.status();
-        fixture.browser.announce(Bedroom);
-        fixture.browser.services.clear();
-        fixture.clock.advance(8s);
+        fixture.browser.announceName(Bedroom.name);
+        fixture.clock.advance(10min);
         QVERIFY(fixture.names().isEmpty());
         QCOMPARE(fixture.status(), status);
+        fixture.browser.move(Bedroom);
+        fixture.clock.advance(0ms);
+        QVERIFY(fixture.http.answer(InfoPath, "{}"));
+        QCOMPARE(fixture.names(), QStringList(Bedroom.name));
+
+        fixture.browser.announceName(Attic.name);
+        fixture.browser.withdraw(Attic.name);
+        fixture.browser.move(Attic);
+        fixture.clock.advance(0ms);
+        QCOMPARE(fixture.http.waiting(), 0u);
+    }
+
+    void aTvThatMovesTakesItsEntryAlong() {
+        DiscoveryFixture fixture;
+        fixture.find(Bedroom, R"({"name":"Big TV"})");
+        fixture.browser.move(serviceAt(Bedroom.name, {10, 0, 0, 9}, 81));
+        fixture.clock.advance(0ms);
+        QVERIFY(fixture.http.answer(InfoPath, HttpErrorCode::TimedOut));
+        QCOMPARE(fixture.names(), QStringList(u"Big TV"_s)); // what is known of it stays
+        QCOMPARE(fixture.model.selected()->key(), u"10.0.0.9:81"_s);
+        QCOMPARE(fixture.settings.texts.value(PersistedKey), u"10.0.0.9:81"_s);
+
+        fixture.browser.withdraw(Bedroom.name);
+        QCOMPARE(fixture.names().size(), 1);
+        fixture.find(Bedroom, R"({"name":"Back"})");
+        QCOMPARE(fixture.names(), QStringList(u"Back"_s));
+        QCOMPARE(fixture.model.selected()->key(), u"10.0.0.1:80"_s);
+    }
+
+    void ofSeveralAddressesTheLastUsedIsTakenWhileItAnswers() {
+        DiscoveryFixture fixture;
+        fixture.settings.texts[PersistedKey] = u"10.0.0.9:80"_s;
+        ResolvedService service = Bedroom;
+        service.addresses += serviceAt(Bedroom.name, {10, 0, 0, 9}, 80).addresses;
+        fixture.find(service);
+        QCOMPARE(fixture.model.selected()->key(), u"10.0.0.9:80"_s);
+
+        fixture.model.discovery()->resolveAnew(u"10.0.0.1:80"_s); // not listed
+        fixture.clock.advance(0ms);
+        QCOMPARE(fixture.http.waiting(), 0u);
+        fixture.model.discovery()->resolveAnew(u"10.0.0.9:80"_s);
+        fixture.clock.advance(0ms);
+        fixture.http.answer(InfoPath, "{}");
+        QCOMPARE(fixture.model.selected()->key(), u"10.0.0.1:80"_s);
+        QCOMPARE(fixture.names().size(), 1);
+
+        fixture.browser.move(Bedroom); // its only address is not avoided
+        fixture.model.discovery()->resolveAnew(u"10.0.0.1:80"_s);
+        fixture.clock.advance(0ms);
+        QVERIFY(fixture.http.latest(InfoPath).url.startsWith("http://10.0.0.1:80/"));
     }
 
     void addressesArePreferredToHostNames() {

@@ -30,7 +30,7 @@ using AvahiQuestion = std::variant<SearchQuestion, PlaceQuestion, AddressQuestio
 
 using AvahiQuestionId = std::uint64_t;
 
-// Where an announcement was heard: the same service is heard once on each.
+// Where an announcement was heard: the same service or address is heard once on each.
 struct AnnouncementPath {
     int interface;
     int protocol;
@@ -50,9 +50,19 @@ struct ServicePlace {
     QString hostName;
     int port;
 };
-struct AskedAnew {}; // what was answered before no longer counts
-using AvahiAnswer =
-    std::variant<ServiceAppeared, ServiceGone, ServicePlace, HostAddress, AskedAnew>;
+struct AddressAppeared {
+    HostAddress address;
+    AnnouncementPath path;
+};
+struct AddressGone {
+    HostAddress address;
+    AnnouncementPath path;
+};
+struct AskedAnew { // what was answered to this question before no longer counts
+    AvahiQuestion question;
+};
+using AvahiAnswer = std::variant<ServiceAppeared, ServiceGone, ServicePlace, AddressAppeared,
+                                 AddressGone, AskedAnew>;
 
 enum class AvahiBackendKind { None, SystemDaemon, Embedded };
 
@@ -63,7 +73,8 @@ public:
 };
 
 // One way to reach the local network's announcements. Lives on the Avahi thread only and outlives
-// its lookups. Answers come from the loop, any number per lookup; a failure ends a lookup.
+// its lookups. Answers come from the loop, any number per lookup, even after a failure: a service
+// that did not answer in time may still come.
 class AvahiBackend {
 public:
     struct Listener {

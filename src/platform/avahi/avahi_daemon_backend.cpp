@@ -3,6 +3,7 @@
 #include "platform/avahi/avahi_lookup.h"
 
 #include <avahi-client/lookup.h>
+#include <cstring>
 
 namespace quiv {
 
@@ -10,7 +11,29 @@ namespace {
 
 using SearchLookup = AvahiLookupObject<::AvahiServiceBrowser, avahi_service_browser_free>;
 using PlaceLookup = AvahiLookupObject<::AvahiServiceResolver, avahi_service_resolver_free>;
-using AddressLookup = AvahiLookupObject<::AvahiHostNameResolver, avahi_host_name_resolver_free>;
+using AddressLookup = AvahiLookupObject<::AvahiRecordBrowser, avahi_record_browser_free>;
+
+// The address in an A or AAAA record.
+std::optional<AvahiAddress> addressIn(std::uint16_t type, const void* data, std::size_t size) {
+    AvahiAddress address{};
+    if (type == AVAHI_DNS_TYPE_A && size == sizeof address.data.ipv4) {
+        address.proto = AVAHI_PROTO_INET;
+        std::memcpy(&address.data.ipv4, data, size);
+        return address;
+    }
+    if (type == AVAHI_DNS_TYPE_AAAA && size == sizeof address.data.ipv6) {
+        address.proto = AVAHI_PROTO_INET6;
+        std::memcpy(&address.data.ipv6, data, size);
+        return address;
+    }
+    return std::nullopt;
+}
+
+void onRecord(::AvahiRecordBrowser*, AvahiIfIndex interface, AvahiProtocol protocol,
+              AvahiBrowserEvent event, const char*, std::uint16_t, std::uint16_t type,
+              const void* data, std::size_t size, AvahiLookupResultFlags, void* lookup) {
+    AddressLookup::onAddress({interface, protocol}, event, addressIn(type, data, size), lookup);
+}
 
 // The state is looked at from the loop, where the client may be freed.
 void ignoreState(AvahiClient*, AvahiClientState, void*) {}
@@ -78,9 +101,10 @@ std::unique_ptr<AvahiLookup> AvahiDaemonBackend::start(const PlaceQuestion& ques
 std::unique_ptr<AvahiLookup> AvahiDaemonBackend::start(const AddressQuestion& question,
                                                        Listener listener) {
     auto lookup = std::make_unique<AddressLookup>(std::move(listener));
-    auto* object = avahi_host_name_resolver_new(
-        m_client.get(), AVAHI_IF_UNSPEC, AVAHI_PROTO_UNSPEC, question.hostName.constData(),
-        toAvahi(question.family), AvahiLookupFlags{}, AddressLookup::onAddress, lookup.get());
+    auto* object = avahi_record_browser_new(m_client.get(), AVAHI_IF_UNSPEC, AVAHI_PROTO_UNSPEC,
+                                            question.hostName.constData(), AVAHI_DNS_CLASS_IN,
+                                            recordTypeOf(question.family),
+                                            AVAHI_LOOKUP_USE_MULTICAST, onRecord, lookup.get());
     return started(std::move(lookup), object);
 }
 

@@ -6,18 +6,6 @@ namespace quiv {
 
 namespace {
 
-Task<std::optional<ResolvedService>> resolveService(std::shared_ptr<AvahiScope> scope,
-                                                    FoundService service, Clock::Instant deadline) {
-    const std::optional<ServicePlace> place = co_await placeOf(scope, service, deadline);
-    if (!place)
-        co_return std::nullopt;
-    const std::optional<HostAddress> address =
-        co_await addressOf(scope, place->hostName.toUtf8(), deadline);
-    if (!address)
-        co_return std::nullopt;
-    co_return ResolvedService{service.name, {*address}, place->hostName, place->port};
-}
-
 QByteArray normalized(const QString& hostName) {
     return withoutOuterDots(hostName).toLower();
 }
@@ -47,9 +35,11 @@ AvahiDnsSd::~AvahiDnsSd() {
     m_scope->close();
 }
 
-void AvahiDnsSd::search(const QString& type, const QString& domain, FoundCallback found) {
+void AvahiDnsSd::search(const QString& type, const QString& domain, FoundCallback found,
+                        FoundCallback lost) {
     stop();
     m_found = std::move(found);
+    m_lost = std::move(lost);
     m_search =
         m_scope->connection()->ask(SearchQuestion{withoutOuterDots(type), withoutOuterDots(domain)},
                                    [this](const AvahiAnswer& answer) { onAnswer(answer); });
@@ -58,12 +48,15 @@ void AvahiDnsSd::search(const QString& type, const QString& domain, FoundCallbac
 void AvahiDnsSd::stop() {
     m_search = {};
     m_found = {};
+    m_lost = {};
     m_seen.clear();
 }
 
 Task<std::optional<ResolvedService>> AvahiDnsSd::resolve(FoundService service,
-                                                         std::chrono::milliseconds timeout) {
-    return resolveService(m_scope, std::move(service), std::chrono::steady_clock::now() + timeout);
+                                                         std::chrono::milliseconds timeout,
+                                                         std::optional<ResolvedService> known) {
+    return placeOf(m_scope, std::move(service), std::move(known),
+                   std::chrono::steady_clock::now() + timeout);
 }
 
 Task<std::optional<HostAddress>> AvahiDnsSd::resolve(QString hostName,
@@ -76,17 +69,19 @@ void AvahiDnsSd::forget(const QString& hostName) {
     m_cache->forget(normalized(hostName));
 }
 
-
+// The callbacks are copied, because they may search anew or destroy this browser.
 void AvahiDnsSd::onAnswer(const AvahiAnswer& answer) {
-    if (const auto* departure = std::get_if<ServiceGone>(&answer))
-        m_seen.gone(*departure);
-    else if (std::holds_alternative<AskedAnew>(answer))
+    if (std::holds_alternative<AskedAnew>(answer))
         m_seen.clear();
+    const auto* departure = std::get_if<ServiceGone>(&answer);
     const auto* appearance = std::get_if<ServiceAppeared>(&answer);
-    if (!appearance || !m_seen.appeared(*appearance))
-        return;
-    const FoundCallback found = m_found; // it may search anew or destroy this browser
-    found(appearance->service);
+    if (departure && m_seen.gone(*departure) && m_lost) {
+        const FoundCallback lost = m_lost;
+        lost(departure->service);
+    } else if (appearance && m_seen.appeared(*appearance)) {
+        const FoundCallback found = m_found;
+        found(appearance->service);
+    }
 }
 
 } // namespace quiv

@@ -17,10 +17,12 @@ public:
     explicit AvahiDnsSd(std::shared_ptr<AvahiConnection> connection);
     ~AvahiDnsSd() override;
 
-    void search(const QString& type, const QString& domain, FoundCallback found) override;
+    void search(const QString& type, const QString& domain, FoundCallback found,
+                FoundCallback lost = {}) override;
     void stop() override;
-    Task<std::optional<ResolvedService>> resolve(FoundService service,
-                                                 std::chrono::milliseconds timeout) override;
+    Task<std::optional<ResolvedService>>
+    resolve(FoundService service, std::chrono::milliseconds timeout,
+            std::optional<ResolvedService> known = std::nullopt) override;
 
     Task<std::optional<HostAddress>> resolve(QString hostName,
                                              std::chrono::milliseconds timeout) override;
@@ -32,6 +34,7 @@ private:
     std::shared_ptr<AvahiScope> m_scope;
     std::shared_ptr<AvahiHostCache> m_cache; // requests may write to it after the end of this
     FoundCallback m_found;
+    FoundCallback m_lost;
     AvahiSeenServices m_seen;
     AvahiSubscription m_search;
 };

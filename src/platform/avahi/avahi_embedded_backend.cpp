@@ -5,6 +5,7 @@
 #include <QLoggingCategory>
 #include <avahi-core/log.h>
 #include <avahi-core/lookup.h>
+#include <avahi-core/rr.h>
 
 namespace quiv {
 
@@ -14,7 +15,28 @@ Q_LOGGING_CATEGORY(avahiLog, "quiv.avahi", QtWarningMsg)
 
 using SearchLookup = AvahiLookupObject<AvahiSServiceBrowser, avahi_s_service_browser_free>;
 using PlaceLookup = AvahiLookupObject<AvahiSServiceResolver, avahi_s_service_resolver_free>;
-using AddressLookup = AvahiLookupObject<AvahiSHostNameResolver, avahi_s_host_name_resolver_free>;
+using AddressLookup = AvahiLookupObject<AvahiSRecordBrowser, avahi_s_record_browser_free>;
+
+// The address in an A or AAAA record; the library gives no record where it is not about one.
+std::optional<AvahiAddress> addressIn(const AvahiRecord* record) {
+    AvahiAddress address{};
+    if (record && record->key->type == AVAHI_DNS_TYPE_A) {
+        address.proto = AVAHI_PROTO_INET;
+        address.data.ipv4 = record->data.a.address;
+        return address;
+    }
+    if (record && record->key->type == AVAHI_DNS_TYPE_AAAA) {
+        address.proto = AVAHI_PROTO_INET6;
+        address.data.ipv6 = record->data.aaaa.address;
+        return address;
+    }
+    return std::nullopt;
+}
+
+void onRecord(AvahiSRecordBrowser*, AvahiIfIndex interface, AvahiProtocol protocol,
+              AvahiBrowserEvent event, AvahiRecord* record, AvahiLookupResultFlags, void* lookup) {
+    AddressLookup::onAddress({interface, protocol}, event, addressIn(record), lookup);
+}
 
 // Left alone, the library writes all it notices to the standard error output.
 void logForDebugging(AvahiLogLevel, const char* text) {
@@ -89,10 +111,16 @@ std::unique_ptr<AvahiLookup> AvahiEmbeddedBackend::start(const PlaceQuestion& qu
 std::unique_ptr<AvahiLookup> AvahiEmbeddedBackend::start(const AddressQuestion& question,
                                                          Listener listener) {
     auto lookup = std::make_unique<AddressLookup>(std::move(listener));
-    auto* object = avahi_s_host_name_resolver_prepare(
-        m_server.get(), AVAHI_IF_UNSPEC, AVAHI_PROTO_UNSPEC, question.hostName.constData(),
-        toAvahi(question.family), AvahiLookupFlags{}, AddressLookup::onAddress, lookup.get());
-    return started<avahi_s_host_name_resolver_start>(std::move(lookup), object);
+    const std::unique_ptr<AvahiKey, decltype(&avahi_key_unref)> key(
+        avahi_key_new(question.hostName.constData(), AVAHI_DNS_CLASS_IN,
+                      recordTypeOf(question.family)),
+        avahi_key_unref);
+    if (!key)
+        return nullptr;
+    auto* object = avahi_s_record_browser_prepare(
+        m_server.get(), AVAHI_IF_UNSPEC, AVAHI_PROTO_UNSPEC, key.get(), AVAHI_LOOKUP_USE_MULTICAST,
+        onRecord, lookup.get());
+    return started<avahi_s_record_browser_start_query>(std::move(lookup), object);
 }
 
 } // namespace quiv

@@ -26,8 +26,8 @@ HostAddress fromAvahi(const AvahiAddress& address, AvahiIfIndex interface) {
     return result;
 }
 
-AvahiProtocol toAvahi(HostAddress::Family family) {
-    return family == HostAddress::Family::IPv4 ? AVAHI_PROTO_INET : AVAHI_PROTO_INET6;
+std::uint16_t recordTypeOf(HostAddress::Family family) {
+    return family == HostAddress::Family::IPv4 ? AVAHI_DNS_TYPE_A : AVAHI_DNS_TYPE_AAAA;
 }
 
 } // namespace quiv

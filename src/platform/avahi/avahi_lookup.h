@@ -5,12 +5,14 @@
 #include <avahi-common/address.h>
 #include <avahi-common/defs.h>
 #include <avahi-common/strlst.h>
+#include <cstdint>
+#include <optional>
 
 namespace quiv {
 
 // Avahi's address, heard on this interface, as ours.
 HostAddress fromAvahi(const AvahiAddress& address, AvahiIfIndex interface);
-AvahiProtocol toAvahi(HostAddress::Family family);
+std::uint16_t recordTypeOf(HostAddress::Family family);
 
 // A lookup object of one of Avahi's two libraries, whose callbacks differ in the object's type
 // only. Owns the object and turns what Avahi reports into answers.
@@ -50,13 +52,15 @@ public:
         else
             listener(lookup).failed();
     }
-    static void onAddress(Object*, AvahiIfIndex interface, AvahiProtocol, AvahiResolverEvent event,
-                          const char*, const AvahiAddress* address, AvahiLookupResultFlags,
-                          void* lookup) {
-        if (event == AVAHI_RESOLVER_FOUND)
-            listener(lookup).answered(fromAvahi(*address, interface));
-        else
+    // For the callbacks of record browsers; the address is absent unless the event is about one.
+    static void onAddress(AnnouncementPath path, AvahiBrowserEvent event,
+                          const std::optional<AvahiAddress>& address, void* lookup) {
+        if (event == AVAHI_BROWSER_FAILURE)
             listener(lookup).failed();
+        else if (address && event == AVAHI_BROWSER_NEW)
+            listener(lookup).answered(AddressAppeared{fromAvahi(*address, path.interface), path});
+        else if (address && event == AVAHI_BROWSER_REMOVE)
+            listener(lookup).answered(AddressGone{fromAvahi(*address, path.interface), path});
     }
 
 private:

@@ -1,6 +1,7 @@
 #include "platform/avahi/avahi_lookups.h"
 
 #include "platform/avahi/avahi_address_choice.h"
+#include "platform/avahi/avahi_resolution.h"
 
 namespace quiv {
 
@@ -15,17 +16,29 @@ QByteArray withoutOuterDots(const QString& name) {
     return view.toUtf8();
 }
 
-Task<std::optional<ServicePlace>> placeOf(std::shared_ptr<AvahiScope> scope, FoundService service,
-                                          Clock::Instant deadline) {
-    AvahiAnswers answers(scope);
-    answers.ask(PlaceQuestion{service.name.toUtf8(), withoutOuterDots(service.type),
-                              withoutOuterDots(service.domain)});
+Task<std::optional<ResolvedService>> placeOf(std::shared_ptr<AvahiScope> scope,
+                                             FoundService service,
+                                             std::optional<ResolvedService> known,
+                                             Clock::Instant deadline) {
+    AvahiResolution resolution(service.name, known, deadline);
     while (true) {
-        const std::optional<AvahiAnswer> answer = co_await answers.next(deadline);
-        if (!answer)
-            co_return std::nullopt;
-        if (const auto* place = std::get_if<ServicePlace>(&*answer))
-            co_return *place;
+        const QString hostName = resolution.hostName();
+        AvahiAnswers answers(scope);
+        answers.ask(PlaceQuestion{service.name.toUtf8(), withoutOuterDots(service.type),
+                                  withoutOuterDots(service.domain)});
+        if (!hostName.isEmpty()) {
+            answers.ask(AddressQuestion{hostName.toUtf8(), HostAddress::Family::IPv4});
+            answers.ask(AddressQuestion{hostName.toUtf8(), HostAddress::Family::IPv6});
+        }
+        while (resolution.hostName() == hostName) {
+            const std::optional<AvahiAnswer> answer = co_await answers.next(resolution.deadline());
+            const auto now = std::chrono::steady_clock::now();
+            if (answer)
+                resolution.take(*answer, now);
+            const auto outcome = resolution.outcome(now);
+            if (!scope->open() || outcome || now >= deadline)
+                co_return scope->open() ? outcome : std::nullopt;
+        }
     }
 }
 
@@ -39,8 +52,8 @@ Task<std::optional<HostAddress>> addressOf(std::shared_ptr<AvahiScope> scope, QB
         const std::optional<AvahiAnswer> answer = co_await answers.next(choice.deadline());
         if (!answer)
             break;
-        if (const auto* address = std::get_if<HostAddress>(&*answer))
-            choice.add(*address, std::chrono::steady_clock::now());
+        if (const auto* appeared = std::get_if<AddressAppeared>(&*answer))
+            choice.add(appeared->address, std::chrono::steady_clock::now());
     }
     co_return scope->open() ? choice.address() : std::nullopt;
 }

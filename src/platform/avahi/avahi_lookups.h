@@ -15,9 +15,11 @@ namespace quiv {
 // "_http._tcp." as "_http._tcp", in the bytes that Avahi takes.
 QByteArray withoutOuterDots(const QString& name);
 
-// Host name and port of a service.
-Task<std::optional<ServicePlace>> placeOf(std::shared_ptr<AvahiScope> scope, FoundService service,
-                                          Clock::Instant deadline);
+// Where a service is, once that is another place than `known` (see AvahiResolution).
+Task<std::optional<ResolvedService>> placeOf(std::shared_ptr<AvahiScope> scope,
+                                             FoundService service,
+                                             std::optional<ResolvedService> known,
+                                             Clock::Instant deadline);
 
 // A host's address, IPv4 preferred (see AvahiAddressChoice).
 Task<std::optional<HostAddress>> addressOf(std::shared_ptr<AvahiScope> scope, QByteArray hostName,

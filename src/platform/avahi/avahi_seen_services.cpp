@@ -9,13 +9,15 @@ bool AvahiSeenServices::appeared(const ServiceAppeared& appearance) {
     return isNew;
 }
 
-void AvahiSeenServices::gone(const ServiceGone& departure) {
+bool AvahiSeenServices::gone(const ServiceGone& departure) {
     const auto seen = m_paths.find(departure.service.name);
     if (seen == m_paths.end())
-        return;
+        return false;
     seen->second.erase(departure.path);
-    if (seen->second.empty())
-        m_paths.erase(seen);
+    if (!seen->second.empty())
+        return false;
+    m_paths.erase(seen);
+    return true;
 }
 
 } // namespace quiv

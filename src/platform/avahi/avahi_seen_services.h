@@ -12,7 +12,8 @@ class AvahiSeenServices {
 public:
     // True when the service was not there before.
     bool appeared(const ServiceAppeared& appearance);
-    void gone(const ServiceGone& departure);
+    // True when it went from its last path.
+    bool gone(const ServiceGone& departure);
     void clear() { m_paths.clear(); }
 
 private:

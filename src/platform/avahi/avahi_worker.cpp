@@ -6,7 +6,12 @@ namespace quiv {
 
 namespace {
 
-constexpr std::chrono::seconds AskAgainAfter{1};
+constexpr std::chrono::seconds LongestPause{64};
+
+// Doubles from one second with every failure.
+std::chrono::seconds pauseAfter(int failures) {
+    return std::min(std::chrono::seconds(1 << std::min(failures, 6)), LongestPause);
+}
 
 } // namespace
 
@@ -32,7 +37,7 @@ void AvahiWorker::stop() {
 
 void AvahiWorker::ask(AvahiQuestionId id, AvahiQuestion question) {
     m_loop.post([this, id, question = std::move(question)] {
-        m_asked.emplace(id, Asked{question, nullptr, std::nullopt});
+        m_asked.emplace(id, Asked{question, nullptr, std::nullopt, 0});
         startLookup(id, std::chrono::steady_clock::now());
     });
 }
@@ -53,8 +58,9 @@ void AvahiWorker::renewBackend(Instant now) {
         asked.lookup.reset();
     m_choice->renew(now);
     m_backendKind = m_choice->kind();
-    for (const auto& [id, asked] : m_asked) {
-        m_deliver(id, AskedAnew{});
+    for (auto& [id, asked] : m_asked) {
+        asked.failures = 0;
+        m_deliver(id, AskedAnew{asked.question});
         startLookup(id, now);
     }
 }
@@ -64,22 +70,24 @@ void AvahiWorker::startLookup(AvahiQuestionId id, Instant now) {
     asked.lookup.reset();
     asked.askAgainAt.reset();
     // Called by lookups only, and these end with their entry.
-    const auto askAgain = [this, id] {
-        m_asked.at(id).askAgainAt = std::chrono::steady_clock::now() + AskAgainAfter;
+    const auto askAgain = [&asked] {
+        asked.askAgainAt = std::chrono::steady_clock::now() + pauseAfter(asked.failures++);
     };
-    const auto deliver = [this, id](AvahiAnswer answer) {
+    const auto deliver = [this, id, &asked](AvahiAnswer answer) {
+        asked.failures = 0;
+        asked.askAgainAt.reset();
         m_deliver(id, std::move(answer));
     };
     if (AvahiBackend* backend = m_choice->backend())
         asked.lookup = backend->ask(asked.question, {deliver, askAgain});
     if (!asked.lookup)
-        asked.askAgainAt = now + AskAgainAfter;
+        asked.askAgainAt = now + pauseAfter(asked.failures++);
 }
 
 void AvahiWorker::askAgainWhatIsDue(Instant now) {
     for (auto& [id, asked] : m_asked) {
         if (asked.askAgainAt && *asked.askAgainAt <= now) {
-            m_deliver(id, AskedAnew{});
+            m_deliver(id, AskedAnew{asked.question});
             startLookup(id, now);
         }
     }

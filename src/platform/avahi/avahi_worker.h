@@ -13,8 +13,9 @@
 
 namespace quiv {
 
-// Keeps questions asked, whichever backend answers: when that changes, all are asked anew; one that
-// failed is asked again a second later, so nobody is told of failures.
+// Keeps questions asked, whichever backend answers: when that changes, all are asked anew. One that
+// failed stays asked, as its answer may still come, and is asked again after a pause that grows
+// from a second to a minute, so nobody is told of failures.
 //
 // run() is the body of the Avahi thread, on which answers are delivered too. Everything else may be
 // called from any thread and does not wait.
@@ -34,8 +35,9 @@ private:
     using Instant = AvahiBackendChoice::Instant;
     struct Asked {
         AvahiQuestion question;
-        std::unique_ptr<AvahiLookup> lookup; // null while it waits to be asked again
+        std::unique_ptr<AvahiLookup> lookup; // null if it could not be asked
         std::optional<Instant> askAgainAt;
+        int failures; // in a row
     };
 
     void turn(Instant now);

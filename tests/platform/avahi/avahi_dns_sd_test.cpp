@@ -58,6 +58,7 @@ private Q_SLOTS:
     void findsAndResolvesTheOddestName();
     void resolvesWhatIsAnnouncedLate();
     void doesNotResolveWhatIsGone();
+    void followsWhatMoves();
     void completesRequestsWhenDestroyed();
     void forgetsCancelledRequests();
     void canBeDestroyedByWhatItFound();
@@ -201,6 +202,22 @@ void AvahiDnsSdTest::doesNotResolveWhatIsGone() {
     QTRY_VERIFY(outcome.isDone());
     QVERIFY(timer.elapsed() >= 700);
     QVERIFY(!outcome.value());
+}
+
+void AvahiDnsSdTest::followsWhatMoves() {
+    const ResolvedService before{
+        u"Kitchen"_s, {HostAddress{.bytes = {192, 0, 2, 7}}}, u"kitchen.local"_s, 8080};
+    std::optional<AvahiTestAnnouncer> announcer(
+        std::in_place, AvahiTestAnnouncer::Service{"Kitchen", "kitchen.local"});
+    Outcome first(m_dnsSd->resolve(serviceNamed(u"Kitchen"_s), 8s));
+    QTRY_COMPARE_WITH_TIMEOUT(first.value(), std::optional(before), 9000);
+    Outcome next(m_dnsSd->resolve(serviceNamed(u"Kitchen"_s), 1h, before));
+    announcer.reset();
+    announcer.emplace(AvahiTestAnnouncer::Service{"Kitchen", "den.local", "192.0.2.8", {}, 81});
+    QTRY_VERIFY_WITH_TIMEOUT(next.isDone(), 15000);
+    QCOMPARE(next.value()->addresses.first().toText(), u"192.0.2.8"_s);
+    QCOMPARE(next.value()->addresses.size(), 1);
+    QCOMPARE(next.value()->port, 81);
 }
 
 void AvahiDnsSdTest::completesRequestsWhenDestroyed() {

@@ -4,6 +4,7 @@
 #include "platform/avahi/avahi_host_cache.h"
 #include "platform/avahi/avahi_lookup.h"
 #include "platform/avahi/avahi_lookups.h"
+#include "platform/avahi/avahi_resolution.h"
 #include "platform/avahi/avahi_seen_services.h"
 
 using namespace Qt::StringLiterals;
@@ -33,6 +34,7 @@ private Q_SLOTS:
     void addressesKeepFamilyBytesAndScope();
     void anIPv4AddressIsTakenAtOnce();
     void anIPv6AddressWaitsForIPv4();
+    void aPlaceSettlesBeforeItCounts();
     void outerDotsAreDropped();
     void hostsAreRememberedForAMinute();
     void theMemoryForHostsIsBounded();
@@ -87,6 +89,36 @@ void AvahiValuesTest::anIPv6AddressWaitsForIPv4() {
     AvahiAddressChoice inAHurry(Clock::Instant{} + 1s);
     inAHurry.add(parsed("2001:db8::7", 2), Clock::Instant{} + 900ms);
     QVERIFY(inAHurry.deadline() == Clock::Instant{} + 1s);
+}
+
+void AvahiValuesTest::aPlaceSettlesBeforeItCounts() {
+    const auto at = [](std::chrono::milliseconds time) {
+        return Clock::Instant{} + time;
+    };
+    const AddressAppeared ipv6{parsed("2001:db8::7", 2), Wired};
+    const AddressAppeared first{parsed("192.0.2.7", 2), Wired};
+    const AddressAppeared second{parsed("192.0.2.8", 3), Wireless};
+    AvahiResolution resolution(Kitchen.name, std::nullopt, at(8s));
+    resolution.take(ServicePlace{u"tv.local"_s, 80}, at(0ms));
+    resolution.take(ipv6, at(0ms));
+    QVERIFY(!resolution.outcome(at(699ms)));
+    QCOMPARE(resolution.outcome(at(700ms))->addresses, QList{ipv6.address});
+    resolution.take(second, at(300ms));
+    resolution.take(first, at(310ms));
+    resolution.take(AddressAppeared{first.address, Wireless}, at(350ms));
+    QVERIFY(!resolution.outcome(at(359ms)));
+    const auto place = resolution.outcome(resolution.deadline());
+    QCOMPARE(place->addresses, QList({first.address, second.address, ipv6.address}));
+
+    AvahiResolution later(Kitchen.name, place, at(1h));
+    later.take(ServicePlace{u"tv.local"_s, 80}, at(0ms));
+    later.take(second, at(0ms)); // the others are on their way
+    QVERIFY(!later.outcome(at(900ms)));
+    later.take(first, at(900ms));
+    later.take(ipv6, at(900ms));
+    QVERIFY(later.deadline() == at(1h)); // nothing new
+    later.take(AddressGone{first.address, Wired}, at(2s));
+    QCOMPARE(later.outcome(at(3s))->addresses, QList({second.address, ipv6.address}));
 }
 
 void AvahiValuesTest::outerDotsAreDropped() {
