@@ -2,13 +2,11 @@
 
 #include <httplib.h>
 
-#include <QElapsedTimer>
+#include <QDeadlineTimer>
 #include <QJsonDocument>
 #include <QTest>
 
 namespace quiv::simulator {
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -21,6 +19,12 @@ QString programPath() {
     return folder + u"/quiv-tv-simulator"_s;
 }
 
+void addUnlessGiven(QStringList& arguments, const QStringList& option,
+                    const QString& otherOption = {}) {
+    if (!arguments.contains(option.first()) && !arguments.contains(otherOption))
+        arguments += option;
+}
+
 } // namespace
 
 SimulatorProcess::SimulatorProcess() {
@@ -31,16 +35,6 @@ SimulatorProcess::SimulatorProcess() {
 SimulatorProcess::~SimulatorProcess() {
     kill();
 }
-
-namespace {
-
-void addUnlessGiven(QStringList& arguments, const QStringList& option,
-                    const QString& otherOption = {}) {
-    if (!arguments.contains(option.first()) && !arguments.contains(otherOption))
-        arguments += option;
-}
-
-} // namespace
 
 QStringList SimulatorProcess::completed(QStringList arguments, Announcing announcing) const {
     addUnlessGiven(arguments, {u"--port"_s, u"0"_s});
@@ -58,28 +52,17 @@ QStringList SimulatorProcess::completed(QStringList arguments, Announcing announ
 }
 
 bool SimulatorProcess::start(const QStringList& arguments, Announcing announcing) {
-    m_ready = false;
-    m_serviceName.clear();
-    m_errorText.clear();
-    m_host = arguments.contains(u"--ipv6-only"_s) ? u"[::1]"_s : u"127.0.0.1"_s;
+    m_isReady = m_isAnnounced = false;
     m_process.start(programPath(), completed(arguments, announcing));
-    return waitUntilReady(announcing);
+    return readLinesUntilReady(announcing) ||
+           fail(u"The simulator did not start: "_s + m_process.errorString());
 }
 
-bool SimulatorProcess::waitUntilReady(Announcing announcing) {
-    if (readLinesUntil([&] {
-            return m_ready && (announcing == Announcing::None || !m_serviceName.isEmpty());
-        }))
-        return true;
-    return fail(u"The simulator did not start: "_s + m_process.errorString());
-}
-
-bool SimulatorProcess::readLinesUntil(const std::function<bool()>& done) {
-    QElapsedTimer elapsed;
-    elapsed.start();
-    while (!done()) {
-        const int left = StartTimeoutMs - static_cast<int>(elapsed.elapsed());
-        if (!m_process.canReadLine() && (left <= 0 || !m_process.waitForReadyRead(left)))
+bool SimulatorProcess::readLinesUntilReady(Announcing announcing) {
+    const QDeadlineTimer deadline(StartTimeoutMs);
+    while (!m_isReady || (announcing != Announcing::None && !m_isAnnounced)) {
+        if (!m_process.canReadLine() &&
+            !m_process.waitForReadyRead(static_cast<int>(deadline.remainingTime())))
             return false;
         while (m_process.canReadLine())
             readLine(QString::fromUtf8(m_process.readLine()).trimmed());
@@ -88,17 +71,13 @@ bool SimulatorProcess::readLinesUntil(const std::function<bool()>& done) {
 }
 
 void SimulatorProcess::readLine(const QString& line) {
-    const auto portOf = [&] {
-        return line.section(u':', -1).toUShort();
-    };
+    const auto port = line.section(u':', -1).toUShort();
     if (line.startsWith("Address: "_L1))
-        m_port = portOf();
+        m_port = port;
     else if (line.startsWith("Control: "_L1))
-        m_controlPort = portOf();
-    else if (line.startsWith("Announced as: "_L1))
-        m_serviceName = line.section(": "_L1, 1);
-    else if (line == "Ready"_L1)
-        m_ready = true;
+        m_controlPort = port;
+    m_isAnnounced |= line.startsWith("Announced as: "_L1);
+    m_isReady |= line == "Ready"_L1;
 }
 
 bool SimulatorProcess::fail(const QString& reason) {
@@ -108,62 +87,37 @@ bool SimulatorProcess::fail(const QString& reason) {
 }
 
 void SimulatorProcess::stop() {
-    if (!isRunning())
-        return;
     m_process.terminate();
-    if (!m_process.waitForFinished(StopTimeoutMs))
+    if (!m_process.waitForFinished(StopTimeoutMs) && m_process.state() != QProcess::NotRunning)
         fail(u"The simulator did not stop when asked to."_s);
 }
 
 void SimulatorProcess::kill() {
-    if (!isRunning())
-        return;
     m_process.kill();
     m_process.waitForFinished(StopTimeoutMs);
 }
 
-bool SimulatorProcess::isRunning() const {
-    return m_process.state() != QProcess::NotRunning;
-}
-
 int SimulatorProcess::exitCode() const {
-    return isRunning() || m_process.exitStatus() != QProcess::NormalExit ? -1
-                                                                         : m_process.exitCode();
-}
-
-QString SimulatorProcess::baseUrl() const {
-    return u"http://%1:%2"_s.arg(m_host).arg(m_port);
+    const bool hasEnded =
+        m_process.state() == QProcess::NotRunning && m_process.exitStatus() == QProcess::NormalExit;
+    return hasEnded ? m_process.exitCode() : -1;
 }
 
 QString SimulatorProcess::pairingCode() {
-    QJsonObject reply;
-    control("GET", u"pairing"_s, {}, &reply);
-    return reply["code"_L1].toString();
-}
-
-bool SimulatorProcess::setFault(const QJsonObject& fault) {
-    return control("POST", u"faults"_s, fault);
+    return control("GET", u"pairing"_s).value_or(QJsonObject())["code"_L1].toString();
 }
 
 void SimulatorProcess::clearFaults() {
     control("DELETE", u"faults"_s);
 }
 
-QJsonArray SimulatorProcess::faults() {
-    QJsonObject reply;
-    control("GET", u"faults"_s, {}, &reply);
-    return reply["faults"_L1].toArray();
-}
-
-QJsonArray SimulatorProcess::requests() {
-    QJsonObject reply;
-    control("GET", u"requests"_s, {}, &reply);
-    return reply["requests"_L1].toArray();
+bool SimulatorProcess::change(const QString& what, const QJsonObject& change) {
+    return control("POST", what, change).has_value();
 }
 
 QJsonArray SimulatorProcess::requestsTo(const QString& path) {
     QJsonArray matching;
-    const QJsonArray all = requests();
+    const auto all = control("GET", u"requests"_s).value_or(QJsonObject())["requests"_L1].toArray();
     for (const QJsonValue& request : all) {
         if (request["path"_L1] == path)
             matching.append(request);
@@ -179,32 +133,8 @@ bool SimulatorProcess::waitForRequests(const QString& path, int count, int timeo
     return QTest::qWaitFor([&] { return requestsTo(path).size() >= count; }, timeoutMs);
 }
 
-bool SimulatorProcess::setCode(const QString& code) {
-    return changePairing({{u"code"_s, code}});
-}
-
-bool SimulatorProcess::setName(const QString& name) {
-    return control("POST", u"name"_s, {{u"name"_s, name}});
-}
-
-bool SimulatorProcess::changePairing(const QJsonObject& change) {
-    return control("POST", u"pairing"_s, change);
-}
-
-bool SimulatorProcess::changeLibrary(const QJsonObject& change) {
-    return control("POST", u"library"_s, change);
-}
-
-bool SimulatorProcess::announce(const QJsonObject& announcement) {
-    m_serviceName.clear();
-    if (!control("POST", u"announce"_s, announcement))
-        return false;
-    return !announcement["announced"_L1].toBool(true) ||
-           readLinesUntil([&] { return !m_serviceName.isEmpty(); });
-}
-
-bool SimulatorProcess::control(const QByteArray& method, const QString& path,
-                               const QJsonObject& body, QJsonObject* reply) {
+std::optional<QJsonObject> SimulatorProcess::control(const QByteArray& method, const QString& path,
+                                                     const QJsonObject& body) {
     httplib::Request request;
     request.method = method.toStdString();
     request.path = '/' + path.toStdString();
@@ -212,11 +142,9 @@ bool SimulatorProcess::control(const QByteArray& method, const QString& path,
         request.body = QJsonDocument(body).toJson(QJsonDocument::Compact).toStdString();
     httplib::Client client("127.0.0.1", m_controlPort);
     const httplib::Result result = client.send(request);
-    if (!result)
-        return false;
-    if (reply)
-        *reply = QJsonDocument::fromJson(QByteArray::fromStdString(result->body)).object();
-    return result->status == 200;
+    if (!result || result->status != 200)
+        return std::nullopt;
+    return QJsonDocument::fromJson(QByteArray::fromStdString(result->body)).object();
 }
 
 } // namespace quiv::simulator

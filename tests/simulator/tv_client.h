@@ -23,12 +23,18 @@ struct Reply {
 class TvClient {
 public:
     explicit TvClient(const SimulatorProcess& tv, const char* id = "mac-1")
-        : m_http(tv.host().toStdString(), tv.port()), m_id(id) {}
+        : m_http("127.0.0.1", tv.port()), m_id(id) {}
 
     Reply get(const std::string& path) { return send("GET", path); }
     // Like a client that has no body to send and does not say so.
     Reply post(const std::string& path) { return send("POST", path); }
-    Reply put(const std::string& path, const QByteArray& body) { return send("PUT", path, body); }
+    Reply put(const std::string& path, const QByteArray& body) {
+        return send("PUT", path, body, body.size());
+    }
+    // Says that a body comes, and sends none.
+    Reply putNothing(const std::string& path, qsizetype announcedBytes) {
+        return send("PUT", path, {}, announcedBytes);
+    }
     Reply status() { return get("/api/mac/auth/status"); }
     Reply verify(const char* code) {
         return post("/api/mac/auth/verify?code=" + std::string(code));
@@ -38,18 +44,17 @@ public:
     QString token;
 
 private:
-    Reply send(const char* method, const std::string& path,
-               const std::optional<QByteArray>& body = {}) {
+    Reply send(const char* method, const std::string& path, const QByteArray& body = {},
+               const std::optional<qsizetype>& announcedBytes = {}) {
         httplib::Request request;
         request.method = method;
         request.path = path;
         request.headers = {{"X-Quiv-Client-Id", m_id}};
         if (!token.isEmpty())
             request.headers.emplace("X-Quiv-Auth-Token", token.toStdString());
-        if (body) {
-            request.body = body->toStdString();
-            request.headers.emplace("Content-Length", std::to_string(body->size()));
-        }
+        request.body = body.toStdString();
+        if (announcedBytes)
+            request.headers.emplace("Content-Length", std::to_string(*announcedBytes));
         const httplib::Result result = m_http.send(request);
         if (!result)
             return {};

@@ -1,6 +1,7 @@
 #include "accessible_tree.h"
 
 #include "support/model_fixture.h"
+#include "support/test_main.h"
 #include "ui/window/main_window.h"
 
 #include <QQuickWindow>
@@ -9,16 +10,6 @@
 using namespace Qt::StringLiterals;
 using namespace quiv;
 using namespace std::chrono_literals;
-
-// The window on the real model: what one says reaches the other.
-class MainWindowTest : public QObject {
-    Q_OBJECT
-
-private Q_SLOTS:
-    void initTestCase() { QAccessible::setActive(true); }
-    void theModelIsShownAndAsked();
-    void aClosedWindowAsksNothingMore();
-};
 
 namespace {
 
@@ -46,48 +37,40 @@ struct Desk : ModelFixture {
 
 } // namespace
 
-void MainWindowTest::theModelIsShownAndAsked() {
-    Desk desk;
-    QCOMPARE(desk.browser.searches.size(), 1);
-    QVERIFY(desk.press("Refresh"));
-    QCOMPARE(desk.browser.searches.size(), 2);
+// The window on the real model: what one says reaches the other.
+class MainWindowTest : public QObject {
+    Q_OBJECT
 
-    desk.announceTv();
-    QTRY_VERIFY(desk.has(QAccessible::Button, "Bedroom"));
-    QTRY_VERIFY(desk.has(QAccessible::StaticText, "Loading library from Bedroom..."));
-    QTRY_VERIFY(desk.http.waiting() > 0);
-    QVERIFY(desk.http.answer(FilesPath, OneVideo));
-    QTRY_VERIFY(desk.has(QAccessible::ListItem, "a.mkv"));
+private Q_SLOTS:
+    void initTestCase() { QAccessible::setActive(true); }
 
-    QTRY_VERIFY(desk.http.waiting() > 0);
-    QVERIFY(desk.http.answer(PlaybackPath, R"({"currentVideoName":"a.mkv","isPlaying":true,
-                                               "positionMs":0,"durationMs":1})"));
-    QTRY_VERIFY(desk.has(QAccessible::StaticText, "Playing on TV"));
-    QVERIFY(desk.http.answer(MoveStatusPath, R"({"state":"MOVING","fileName":"a.mkv","movedBytes":1,
-                                                 "totalBytes":2,"message":"","updatedAtMs":1})"));
-    QTRY_VERIFY(desk.has(QAccessible::StaticText, "Moving a.mkv"));
-    QVERIFY(desk.http.answer(StatusPath, R"({"authorized":false})"));
-    QTRY_VERIFY(desk.has(QAccessible::EditableText, "3-digit code"));
-    for (const char digit : {'1', '2', '3'})
-        QTest::keyClick(desk.window.window(), digit);
-    QVERIFY(desk.press("Verify code"));
-    QVERIFY(desk.http.answer(VerifyPath, "{}"));
-    QTRY_VERIFY(!desk.has(QAccessible::EditableText, "3-digit code"));
-    QVERIFY(desk.has(QAccessible::StaticText, "Quiv Controller paired successfully."));
-}
+    void theModelIsShownAndAsked() {
+        Desk desk;
+        QCOMPARE(desk.browser.searches.size(), 1);
+        QVERIFY(desk.press("Refresh"));
+        QCOMPARE(desk.browser.searches.size(), 2);
 
-void MainWindowTest::aClosedWindowAsksNothingMore() {
-    Desk desk;
-    desk.announceTv();
-    QTRY_VERIFY(desk.http.waiting() > 0);
-    desk.window.window()->close();
-    ModelFixture::turn();
-    desk.http.takePaths();
-    desk.clock.advance(1min);
-    ModelFixture::turn();
-    QCOMPARE(desk.http.waiting(), std::size_t(0));
-    QCOMPARE(desk.http.paths, QStringList());
-}
+        desk.announceTv();
+        QTRY_VERIFY(desk.has(QAccessible::Button, "Bedroom"));
+        QTRY_VERIFY(desk.has(QAccessible::StaticText, "Loading library from Bedroom..."));
+        QTRY_VERIFY(desk.http.waiting() > 0);
+        QVERIFY(desk.http.answer(FilesPath, OneVideo));
+        QTRY_VERIFY(desk.has(QAccessible::ListItem, "a.mkv"));
+    }
 
-QTEST_MAIN(MainWindowTest)
+    void aClosedWindowAsksNothingMore() {
+        Desk desk;
+        desk.announceTv();
+        QTRY_VERIFY(desk.http.waiting() > 0);
+        desk.window.window()->close();
+        ModelFixture::turn();
+        desk.http.takePaths();
+        desk.clock.advance(1min);
+        ModelFixture::turn();
+        QCOMPARE(desk.http.waiting(), std::size_t(0));
+        QCOMPARE(desk.http.paths, QStringList());
+    }
+};
+
+static const quiv::TestCase<MainWindowTest> registered;
 #include "main_window_test.moc"

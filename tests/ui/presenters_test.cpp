@@ -1,10 +1,14 @@
+#include "fake_window_ports.h"
 #include "recording_actions.h"
 #include "sample_state.h"
 
+#include "support/test_main.h"
 #include "ui/presenters/window_presenter.h"
 
 #include <QSignalSpy>
 #include <QTest>
+
+#include <functional>
 
 using namespace Qt::StringLiterals;
 using namespace quiv;
@@ -12,18 +16,8 @@ using namespace quiv;
 namespace {
 
 using Phase = LibraryPresenter::Phase;
-
-QStringList texts(const QList<StorageStatusBadge>& badges) {
-    QStringList texts;
-    for (const StorageStatusBadge& badge : badges)
-        texts.append(badge.text);
-    return texts;
-}
-
-QVariant tileRole(SidebarPresenter& sidebar, int row, const QByteArray& role) {
-    const QModelIndex index = sidebar.tiles()->index(row, 0);
-    return index.data(sidebar.tiles()->roleNames().key(role));
-}
+using Tone = BadgeTone::Tone;
+using Badges = QList<StorageStatusBadge>;
 
 RemoteUsbStorage drive(bool isConnected) {
     return {QString(), u"Backup"_s, isConnected, 310'000'000'000, 0, 3, 4'200'000'000};
@@ -31,7 +25,6 @@ RemoteUsbStorage drive(bool isConnected) {
 
 PairingState pairing(bool isRequired) {
     PairingState state;
-    state.isControlPaired = !isRequired;
     state.requiresControlPairing = isRequired;
     return state;
 }
@@ -43,262 +36,373 @@ LibraryContent library(const QStringList& names) {
     return content;
 }
 
-const TVEndpoint Bedroom = sampleTv(u"Bedroom"_s, u"10.0.0.2"_s);
-const TVEndpoint Kitchen = sampleTv(u"Kitchen"_s, u"10.0.0.3"_s);
+PlaybackTrack track(const char* id, const char* label, bool isSelected = false) {
+    return {QString::fromLatin1(id), QString::fromLatin1(label), std::nullopt, isSelected};
+}
+
+TVEndpoint renamed(TVEndpoint tv) {
+    tv.name = u"Guest room"_s;
+    return tv;
+}
 
 } // namespace
 
+// What the window makes of its state, without views.
 class PresentersTest : public QObject {
     Q_OBJECT
 
-private Q_SLOTS:
-    void init() { m_state = {}; }
-    void storageBadgesTellWhatIsFreeOrUnplugged();
-    void headerBadgesAddTheHintAndTheUploadTarget();
-    void rowBadgeReadsTheLocationInAnyCase();
-    void sidebarCountsTvs();
-    void onlyTheSelectedTileHasBadges();
-    void tilesOfOtherPortsAreOtherTvs();
-    void tileDescriptionIsLeftOutWhenTheNameTellsIt();
-    void searchNarrowsTheRowsAndIsForgottenWithItsTv();
-    void aSearchOfBlanksIsNoSearch();
-    void aNewerRecordOfTheTvKeepsItsRows();
-    void codeIsCompleteWithThreeCharacters_data();
-    void codeIsCompleteWithThreeCharacters();
-    void sheetComesAndGoesWithTheRequirement();
-    void sheetPutAwayComesBackOnRequest();
-    void sheetOfAnotherTvStartsAnew();
-    void verifyAsksTheModelAndKeepsTheSheet();
-    void cancellingClosesTheSheet();
-
 private:
+    void tell() { m_presenter->show(m_state); }
+    void select(const std::optional<TVEndpoint>& tv) {
+        m_state.selectedDevice = tv;
+        tell();
+    }
+    void read(const std::optional<PlaybackResponse>& playback) {
+        m_state.playback = playback;
+        ++m_state.playbackReading;
+        tell();
+    }
+    QStringList takeCalls() { return std::exchange(m_actions.calls, {}); }
+
     RecordingActions m_actions;
+    FakeWindowPorts m_ports;
     WindowState m_state;
+    std::unique_ptr<WindowPresenter> m_presenter;
+
+private Q_SLOTS:
+    void init() {
+        m_actions.calls.clear();
+        m_state = {};
+        m_presenter = std::make_unique<WindowPresenter>(m_actions, m_ports.ports);
+        select(Bedroom);
+    }
+    void cleanup() { m_presenter.reset(); }
+
+    void badgesTellOfStorages() {
+        QCOMPARE(storageStatusBadges(RemoteStorage{0, 0, 12'400'000'000}, drive(true)),
+                 (Badges{{u"Internal 12.4 GB free"_s, Tone::Green},
+                         {u"Backup 310 GB free"_s, Tone::Green}}));
+        LibraryContent content;
+        content.usbStorage = drive(false);
+        content.usbSetupHint = QString();
+        const StorageStatusBadge unplugged{u"Backup 3 videos/4.2 GB unplugged"_s, Tone::Amber};
+        QCOMPARE(headerBadges(content),
+                 (Badges{unplugged, {u"Uploads: INTERNAL"_s, Tone::Neutral}}));
+        content.usbSetupHint = u"Plug in\na drive"_s;
+        QCOMPARE(headerBadges(content)[1], (StorageStatusBadge{u"Plug in a drive"_s, Tone::Amber}));
+        QCOMPARE(storageLocationBadge(u"usb"_s).text, u"USB"_s);
+        QCOMPARE(storageLocationBadge({}).tone, Tone::Internal);
+    }
+
+    void tilesTellOneTvFromAnother() {
+        const TVEndpoint sameHost = sampleTv(Bedroom.name, Bedroom.host, 8081);
+        const Badges badges{{u"Badge"_s, Tone::Green}};
+        QCOMPARE(tvTiles({Bedroom, sameHost}, sameHost, badges),
+                 (QList<TvTile>{{u"10.0.0.2:8080"_s, Bedroom, false, {}},
+                                {u"10.0.0.2:8081"_s, sameHost, true, badges}}));
+        QCOMPARE(foundTvsText(1), u"Found 1 TV"_s);
+        QCOMPARE(foundTvsText(2), u"Found 2 TVs"_s);
+        TVEndpoint tv = sampleTv(u"Living Room sony"_s, u"h"_s);
+        tv.deviceManufacturer = tv.deviceBrand = u"Sony"_s;
+        QCOMPARE(tileDescription(tv), QString());
+        tv.deviceModel = u"KD-55"_s;
+        QCOMPARE(tileDescription(tv), u"Sony KD-55"_s);
+    }
+
+    void searchNarrowsTheRowsAndIsForgottenWithItsTv() {
+        LibraryPresenter& shown = *m_presenter->library();
+        shown.search(u"   "_s);
+        QCOMPARE(shown.phase(), Phase::Empty);
+        m_state.content = library({u"One"_s, u"Two"_s});
+        tell();
+        QCOMPARE(shown.rows()->rowCount(), 2);
+        shown.search(u" tWO "_s);
+        QCOMPARE(shown.rows()->rowCount(), 1);
+        const QSignalSpy resets(shown.rows(), &QAbstractItemModel::modelReset);
+        select(renamed(Bedroom)); // is the same TV
+        QCOMPARE(shown.searchText(), u" tWO "_s);
+        QCOMPARE(resets.size(), 0);
+        shown.search(u"three"_s);
+        QCOMPARE(shown.phase(), Phase::NoResults);
+
+        m_state.content = {};
+        m_state.isLibraryLoading = true;
+        select(Kitchen);
+        QCOMPARE(shown.searchText(), QString());
+        QCOMPARE(shown.rows()->rowCount(), 0);
+        QCOMPARE(shown.phase(), Phase::Loading);
+        QCOMPARE(shown.loadingText(), u"Loading library from Kitchen..."_s);
+    }
+
+    void aRowShowsTheMoveOfItsVideo_data() {
+        QTest::addColumn<QString>("storage");
+        QTest::addColumn<bool>("hasVideo");
+        QTest::addColumn<bool>("hasDrive");
+        QTest::addColumn<QString>("moving");
+        QTest::addColumn<QString>("shown");
+        const auto row = [](const char* storage, bool hasVideo, bool hasDrive, const char* moving,
+                            const char* shown) {
+            QTest::addRow("%s %d %d %s", storage, hasVideo, hasDrive, moving)
+                << QString::fromLatin1(storage) << hasVideo << hasDrive
+                << QString::fromLatin1(moving) << QString::fromLatin1(shown);
+        };
+        row("INTERNAL", true, false, "", "Move to USB -");
+        row("INTERNAL", true, true, "", "Move to USB can");
+        row("INTERNAL", true, true, "b.mkv", "Move to USB -"); // one at a time
+        row("usb", true, false, "", "Move to Internal can");
+        row("usb", true, false, "A.MKV", "Move to Internal - 42%");
+        row("usb", false, true, "", "Move to Internal -");
+    }
+    void aRowShowsTheMoveOfItsVideo() {
+        QFETCH(QString, storage);
+        QFETCH(bool, hasVideo);
+        QFETCH(bool, hasDrive);
+        QFETCH(QString, moving);
+        LibraryRow row = sampleRow(u"a.mkv"_s, u"A"_s);
+        row.storageLocation = storage;
+        if (!hasVideo)
+            row.group.video.reset();
+        m_state.content.usbStorage = drive(hasDrive);
+        m_state.move = {!moving.isEmpty(), 0.426, 1, moving};
+        const FileGroupRowState state = fileGroupRowState(row, m_state);
+        const QString can = state.canMove ? u" can"_s : u" -"_s;
+        QTEST((state.moveTitle + can + u' ' + state.movePercentText).trimmed(), "shown");
+    }
+
+    void aRowShowsWhetherItsVideoPlays() {
+        const LibraryRow row = sampleRow(u"a.mkv"_s, u"A"_s);
+        PlaybackResponse playback = playingVideo("A.mkv"); // another file
+        m_state.playback = playback;
+        QCOMPARE(fileGroupRowState(row, m_state).playbackText, QString());
+        playback = playingVideo();
+        playback.isPlaying = false;
+        m_state.playback = playback;
+        QCOMPARE(fileGroupRowState(row, m_state).playbackText, u"Paused"_s);
+        QCOMPARE(fileGroupRowState(row, m_state).playSymbol, u"play.fill"_s);
+
+        m_state.content = library({u"a.mkv"_s, u"b.mkv"_s});
+        tell();
+        const QSignalSpy changes(m_presenter->library()->rows(), &QAbstractItemModel::dataChanged);
+        read(playingVideo("a.mkv", 1000));
+        QCOMPARE(changes.size(), 1);
+        read(playingVideo("a.mkv", 3000)); // goes on
+        QCOMPARE(changes.size(), 1);
+    }
+
+    void rowsWithoutAVideoAreNeitherPlayedNorMoved() {
+        m_state.content = library({u"a.mkv"_s, u"b.mkv"_s});
+        m_state.content.groupedFiles[0].group.video.reset();
+        m_state.content.groupedFiles[1].storageLocation = u"usb"_s;
+        tell();
+        for (const QString& key : {u"a.mkv"_s, u"b.mkv"_s}) {
+            m_presenter->library()->moveStorage(key);
+            m_presenter->library()->playOrPause(key);
+        }
+        QCOMPARE(takeCalls(), QStringList({u"move b.mkv to INTERNAL"_s, u"toggle b.mkv"_s}));
+    }
+
+    void aDragThatDoesNotEndByDroppingSeeksNowhere_data() {
+        using End = std::function<void()>;
+        QTest::addColumn<End>("end");
+        const auto reading = [this](const std::optional<PlaybackResponse>& playback) {
+            return End([this, playback] { read(playback); });
+        };
+        QTest::newRow("cancelled") << End([this] { m_presenter->dock()->cancelDrag(); });
+        QTest::newRow("stopped") << reading(std::nullopt);
+        QTest::newRow("another video") << reading(playingVideo("b.mkv"));
+        QTest::newRow("no duration") << reading(playingVideo("a.mkv", 0, 0));
+    }
+    void aDragThatDoesNotEndByDroppingSeeksNowhere() {
+        QFETCH(std::function<void()>, end);
+        DockPresenter& dock = *m_presenter->dock();
+        read(playingVideo());
+        dock.beginDrag(0.5);
+        end();
+        dock.drag(0.6); // the pointer is still down
+        dock.drop();
+        QCOMPARE(takeCalls(), QStringList());
+        read(playingVideo("a.mkv", 9000));
+        QCOMPARE(dock.timeline().positionText, u"00:09"_s); // not stuck
+    }
+
+    void menusMarkWhatTheTvConfirmed() {
+        PlaybackResponse playback = playingVideo();
+        playback.playbackSpeed = 1.3;
+        playback.subtitleTracks = {track("1", ""), track("1", "Twin", true), track("", "")};
+        playback.audioTracks = {track("2", "Stereo"), track("3", "<b>5.1</b>")};
+        DockState state = dockState(playback, QString());
+        QCOMPARE(state.speeds.at(state.speedIndex), u"1.25x"_s);
+        QCOMPARE(state.subtitles, QStringList({u"Off"_s, u"1"_s, u"Twin"_s, u"Track 3"_s}));
+        QCOMPARE(state.subtitleIndex, 2); // the one of its id that is selected
+        QCOMPARE(state.audioIndex, 0);
+        playback.audioTracks[1].selected = true;
+        playback.subtitleTracks = {track("off", "None", true)};
+        playback.playbackSpeed = -1e300;
+        state = dockState(playback, QString());
+        QCOMPARE(state.audioIndex, 1);
+        QCOMPARE(state.subtitleIndex, 0);
+        QCOMPARE(state.speedIndex, 0);
+    }
+
+    void choicesAreSentByTheirTags() {
+        DockPresenter& dock = *m_presenter->dock();
+        PlaybackResponse playback = playingVideo();
+        playback.subtitleTracks = {track("OFF", "Odd"), track("off", "None")};
+        playback.audioTracks = {track("9", "Stereo", true)};
+        read(playback);
+        const DockState before = dock.state();
+        for (const int index : {0, 1, 2, 3, -1})
+            dock.chooseSubtitle(index);
+        dock.chooseAudio(0);
+        dock.chooseAudio(1);
+        dock.chooseSpeed(6);
+        dock.chooseSpeed(7);
+        QCOMPARE(takeCalls(),
+                 QStringList({u"set_subtitle"_s, u"set_subtitle OFF"_s, u"set_subtitle"_s,
+                              u"set_audio 9"_s, u"set_speed 2.00"_s}));
+        QCOMPARE(dock.state(), before); // until the TV says so
+    }
+
+    void theDockIsNamedByTheLibrary() {
+        const QList<LibraryRow> rows{sampleRow(u"a.mkv"_s, u"Glacier Road"_s)};
+        QCOMPARE(nowPlayingTitle(rows, u"a.mkv"_s), u"Glacier Road"_s);
+        QCOMPARE(nowPlayingTitle(rows, u" B.x.mkv"_s), u"B.x"_s);
+        QCOMPARE(nowPlayingTitle(rows, u" .mkv"_s), u" .mkv"_s);
+        read(playingVideo(" \n"));
+        QVERIFY(!m_presenter->dock()->state().isShown);
+    }
+
+    void whatIsAskedAboutIsDoneOnceConfirmed_data() {
+        using Ask = std::function<void()>;
+        QTest::addColumn<Ask>("ask");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("call");
+        QTest::newRow("delete") << Ask([this] { m_presenter->library()->requestDelete(u"a"_s); })
+                                << u"delete 3 file(s) from the TV"_s << u"delete a"_s;
+        const QUrl subtitle(u"file:///x.ASS"_s);
+        QTest::newRow("rename") << Ask([=, this] {
+            m_presenter->attachSubtitle(subtitle, u"Show.mkv"_s);
+        }) << u"\"Show.ass\""_s << u"attach x.ASS as Show.ass"_s;
+    }
+    void whatIsAskedAboutIsDoneOnceConfirmed() {
+        QFETCH(std::function<void()>, ask);
+        QFETCH(QString, message);
+        m_state.content = library({u"a"_s});
+        m_state.content.groupedFiles[0].group.subtitles = {RemoteFile(), RemoteFile()};
+        tell();
+        ask();
+        const bool isDeletion = m_presenter->deletePrompt()->isShown();
+        PromptPresenter& prompt =
+            isDeletion ? *m_presenter->deletePrompt() : *m_presenter->subtitleRename();
+        QVERIFY(prompt.message().contains(message));
+        prompt.cancel();
+        prompt.confirm();
+        ask();
+        select(Kitchen); // the question was about the other TV
+        QVERIFY(!prompt.isShown());
+        prompt.confirm();
+        QCOMPARE(takeCalls(), QStringList());
+        tell();
+        ask();
+        prompt.confirm();
+        QTEST(takeCalls().join(u','), "call");
+        QVERIFY(!prompt.isShown());
+    }
+
+    void aSubtitleNamedLikeItsVideoIsAttachedAtOnce() {
+        m_presenter->attachSubtitle(QUrl(u"file:///SHOW.srt"_s), u"Show.mkv"_s);
+        QCOMPARE(takeCalls(), QStringList(u"attach SHOW.srt as Show.srt"_s));
+    }
+
+    void uploadsAreListedAndMarkTheirRows() {
+        UploadListItem item = sampleUpload(u"1"_s, u"a.mkv"_s, Bedroom);
+        QCOMPARE(uploadStatusText(item, endpointKey(Kitchen)), u"To Bedroom:  Queued"_s);
+        item.state = UploadListItemState::Failed;
+        item.reason = u"No\nspace."_s;
+        QCOMPARE(uploadStatusText(item, item.tvKey), u"No space."_s);
+        item.state = UploadListItemState::Uploading;
+        LibraryPresenter& shown = *m_presenter->library();
+        m_state.uploads = {item};
+        tell();
+        QCOMPARE(shown.phase(), Phase::List); // also without a library
+        m_state.content = library({u"A (2).mkv"_s, u"b.mkv"_s});
+        tell();
+        shown.playOrPause(u"A (2).mkv"_s); // not there yet
+        shown.playOrPause(u"b.mkv"_s);
+        QCOMPARE(takeCalls(), QStringList(u"toggle b.mkv"_s));
+        m_state.content = {};
+        m_state.uploads = {};
+        tell();
+        QCOMPARE(shown.phase(), Phase::Empty);
+        QCOMPARE(m_presenter->uploads()->dropHint(), u"Files will be added to the upload queue"_s);
+        select(std::nullopt);
+        QCOMPARE(m_presenter->uploads()->dropHint(), u"Select a TV first"_s);
+    }
+
+    void theDesktopsDialogsComeFirst() {
+        FakeFileDialogs& desktop = m_ports.dialogs.desktop;
+        desktop.isOffered = true;
+        m_presenter->pickUploads();
+        QCOMPARE(desktop.requests.constLast().purpose, FileDialogRequest::Purpose::OpenSeveral);
+        desktop.answer(QList<QUrl>()); // cancelled
+        QVERIFY(!m_presenter->fileChooser()->isShown());
+        m_presenter->pickUploads();
+        desktop.answer(QList<QUrl>{QUrl(u"file:///a.mkv"_s)});
+        QTRY_COMPARE(m_actions.calls, QStringList(u"pick a.mkv"_s));
+        m_presenter->pickUploads();
+        m_presenter->pickUploads(); // the first closes
+        QCOMPARE(desktop.dropped, 1);
+        desktop.answer(std::nullopt); // went away
+        QTRY_VERIFY(m_presenter->fileChooser()->isShown());
+        m_presenter->pickUploads();
+        m_presenter.reset();
+        QCOMPARE(desktop.dropped, 2);
+        QCOMPARE(m_actions.calls.size(), 1);
+    }
+
+    void aPairingCodeHasThreeCharacters() {
+        for (const QString& code : {u"123"_s, u"1 3"_s, u"𝟏𝟐𝟑"_s, u"1\u0301\u030223"_s})
+            QVERIFY2(isCompletePairingCode(code), qPrintable(code));
+        for (const QString& code : {QString(), u"12"_s, u"1234"_s})
+            QVERIFY2(!isCompletePairingCode(code), qPrintable(code));
+    }
+
+    void theSheetComesAndGoesWithTheRequirement() {
+        PairingSheetPresenter& sheet = *m_presenter->pairingSheet();
+        const auto shown = [&] {
+            const QString code = sheet.state().code;
+            return sheet.state().isShown ? u"shown "_s + code : u"away "_s + code;
+        };
+        sheet.present();
+        QCOMPARE(shown(), u"away "_s); // nothing requires it
+        m_state.pairing = pairing(true);
+        select(std::nullopt);
+        QCOMPARE(shown(), u"away "_s);
+        select(Bedroom);
+        sheet.type(u"12"_s);
+        sheet.dismiss();
+        m_state.pairing.pairingCodeValidUntil = QDateTime::currentDateTime();
+        select(renamed(Bedroom)); // is the same TV
+        QCOMPARE(shown(), u"away 12"_s);
+        sheet.present();
+        QCOMPARE(shown(), u"shown 12"_s);
+        QVERIFY(sheet.state().codeValidUntilText.startsWith(u"This code is valid until "_s));
+        sheet.dismiss();
+        select(Kitchen);
+        QCOMPARE(shown(), u"shown "_s);
+        sheet.type(u"12"_s);
+        m_state.pairing = pairing(false);
+        tell();
+        QCOMPARE(shown(), u"away "_s);
+        m_state.pairing = pairing(true);
+        tell();
+        QCOMPARE(shown(), u"shown "_s);
+        sheet.type(u"12"_s);
+        sheet.cancelPairing();
+        QCOMPARE(takeCalls(), QStringList(u"cancel pairing"_s));
+        QCOMPARE(shown(), u"away "_s);
+    }
 };
 
-void PresentersTest::storageBadgesTellWhatIsFreeOrUnplugged() {
-    const RemoteStorage internal{0, 0, 12'400'000'000};
-    const QList<StorageStatusBadge> both = storageStatusBadges(internal, drive(true));
-    QCOMPARE(texts(both), QStringList({u"Internal 12.4 GB free"_s, u"Backup 310 GB free"_s}));
-    QCOMPARE(both[1].tone, BadgeTone::Tone::Green);
-    const QList<StorageStatusBadge> unplugged = storageStatusBadges({}, drive(false));
-    QCOMPARE(texts(unplugged), QStringList(u"Backup 3 videos/4.2 GB unplugged"_s));
-    QCOMPARE(unplugged[0].tone, BadgeTone::Tone::Amber);
-    QVERIFY(storageStatusBadges({}, {}).isEmpty());
-}
-
-void PresentersTest::headerBadgesAddTheHintAndTheUploadTarget() {
-    LibraryContent content;
-    content.usbSetupHint = QString();
-    QCOMPARE(texts(headerBadges(content)), QStringList(u"Uploads: INTERNAL"_s));
-    content.usbSetupHint = u"Plug in\na drive"_s;
-    content.preferredUploadTarget = u"USB"_s;
-    const QList<StorageStatusBadge> badges = headerBadges(content);
-    QCOMPARE(texts(badges), QStringList({u"Plug in a drive"_s, u"Uploads: USB"_s}));
-    QCOMPARE(badges[0].tone, BadgeTone::Tone::Amber);
-    QCOMPARE(badges[1].tone, BadgeTone::Tone::Neutral);
-}
-
-void PresentersTest::rowBadgeReadsTheLocationInAnyCase() {
-    QCOMPARE(storageLocationBadge(u"usb"_s).text, u"USB"_s);
-    QCOMPARE(storageLocationBadge(u"INTERNAL"_s).text, u"Internal"_s);
-    QCOMPARE(storageLocationBadge({}).tone, BadgeTone::Tone::Internal);
-}
-
-void PresentersTest::sidebarCountsTvs() {
-    SidebarPresenter sidebar(m_actions);
-    QCOMPARE(sidebar.countText(), u"Found 0 TVs"_s);
-    m_state.discoveredDevices = {Bedroom};
-    sidebar.show(m_state);
-    QCOMPARE(sidebar.countText(), u"Found 1 TV"_s);
-    m_state.discoveredDevices = {Bedroom, Kitchen};
-    sidebar.show(m_state);
-    QCOMPARE(sidebar.countText(), u"Found 2 TVs"_s);
-}
-
-void PresentersTest::onlyTheSelectedTileHasBadges() {
-    SidebarPresenter sidebar(m_actions);
-    m_state.discoveredDevices = {Bedroom, Kitchen};
-    sidebar.show(m_state);
-    m_state.content.usbStorage = drive(true);
-    m_state.selectedDevice = Kitchen;
-    sidebar.show(m_state);
-    QCOMPARE(tileRole(sidebar, 0, "isSelected").toBool(), false);
-    QCOMPARE(tileRole(sidebar, 0, "badges").toList().size(), 0);
-    QCOMPARE(tileRole(sidebar, 1, "isSelected").toBool(), true);
-    QCOMPARE(tileRole(sidebar, 1, "badges").toList().size(), 1);
-    QCOMPARE(tileRole(sidebar, 1, "address").toString(), u"10.0.0.3:8080"_s);
-}
-
-void PresentersTest::tilesOfOtherPortsAreOtherTvs() {
-    const TVEndpoint other = sampleTv(Bedroom.name, Bedroom.host, 8081);
-    const QList<TvTile> tiles = tvTiles({Bedroom, other}, other, {});
-    QCOMPARE(tiles[0].isSelected, false);
-    QCOMPARE(tiles[1].isSelected, true);
-}
-
-void PresentersTest::tileDescriptionIsLeftOutWhenTheNameTellsIt() {
-    TVEndpoint tv = sampleTv(u"Living Room sony"_s, u"h"_s);
-    tv.deviceManufacturer = u"Sony"_s;
-    tv.deviceBrand = u"Sony"_s;
-    QCOMPARE(tileDescription(tv), QString());
-    tv.deviceModel = u"KD-55"_s;
-    QCOMPARE(tileDescription(tv), u"Sony KD-55"_s);
-}
-
-void PresentersTest::searchNarrowsTheRowsAndIsForgottenWithItsTv() {
-    LibraryPresenter presenter(m_actions);
-    m_state.selectedDevice = Bedroom;
-    m_state.content = library({u"One"_s, u"Two"_s});
-    presenter.show(m_state);
-    presenter.search(u" tWO "_s);
-    QCOMPARE(presenter.rows()->rowCount(), 1);
-    presenter.search(u"three"_s);
-    QCOMPARE(presenter.phase(), Phase::NoResults);
-    QCOMPARE(presenter.noResultsText(), u"No files match \"three\""_s);
-
-    m_state.selectedDevice = Kitchen;
-    m_state.content = {};
-    m_state.isLibraryLoading = true;
-    presenter.show(m_state);
-    QCOMPARE(presenter.searchText(), QString());
-    QCOMPARE(presenter.rows()->rowCount(), 0);
-    QCOMPARE(presenter.phase(), Phase::Loading);
-    QCOMPARE(presenter.loadingText(), u"Loading library from Kitchen..."_s);
-}
-
-void PresentersTest::aSearchOfBlanksIsNoSearch() {
-    LibraryPresenter presenter(m_actions);
-    m_state.selectedDevice = Bedroom;
-    presenter.show(m_state);
-    presenter.search(u"   "_s);
-    QCOMPARE(presenter.phase(), Phase::Empty);
-    m_state.content = library({u"One"_s});
-    presenter.show(m_state);
-    QCOMPARE(presenter.rows()->rowCount(), 1);
-}
-
-void PresentersTest::aNewerRecordOfTheTvKeepsItsRows() {
-    LibraryPresenter presenter(m_actions);
-    m_state.selectedDevice = Bedroom;
-    m_state.content = library({u"One"_s});
-    presenter.show(m_state);
-    presenter.search(u"o"_s);
-    QSignalSpy reset(presenter.rows(), &QAbstractItemModel::modelReset);
-    TVEndpoint renamed = Bedroom;
-    renamed.name = u"Guest room"_s;
-    m_state.selectedDevice = renamed;
-    presenter.show(m_state);
-    QCOMPARE(presenter.searchText(), u"o"_s);
-    QCOMPARE(presenter.rows()->rowCount(), 1);
-    QCOMPARE(reset.size(), 0);
-}
-
-void PresentersTest::codeIsCompleteWithThreeCharacters_data() {
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<bool>("isComplete");
-    QTest::newRow("none") << QString() << false;
-    QTest::newRow("two") << u"12"_s << false;
-    QTest::newRow("three") << u"123"_s << true;
-    QTest::newRow("four") << u"1234"_s << false;
-    QTest::newRow("with a blank") << u"1 3"_s << true;
-    QTest::newRow("pairs of units") << u"𝟏𝟐𝟑"_s << true;
-    QTest::newRow("combined") << u"1\u0301\u030223"_s << true;
-}
-
-void PresentersTest::codeIsCompleteWithThreeCharacters() {
-    QFETCH(QString, code);
-    QTEST(isCompletePairingCode(code), "isComplete");
-}
-
-void PresentersTest::sheetComesAndGoesWithTheRequirement() {
-    PairingSheetPresenter sheet(m_actions);
-    m_state.pairing = pairing(true);
-    sheet.show(m_state);
-    QVERIFY(!sheet.state().isShown); // no TV
-    m_state.selectedDevice = Bedroom;
-    sheet.show(m_state);
-    QVERIFY(sheet.state().isShown);
-    sheet.type(u"12"_s);
-    m_state.pairing = pairing(false);
-    sheet.show(m_state);
-    QVERIFY(!sheet.state().isShown);
-    QCOMPARE(sheet.state().code, QString());
-    m_state.pairing = pairing(true);
-    sheet.show(m_state);
-    QVERIFY(sheet.state().isShown);
-    m_state.selectedDevice = {};
-    sheet.show(m_state);
-    QVERIFY(!sheet.state().isShown);
-}
-
-void PresentersTest::sheetPutAwayComesBackOnRequest() {
-    PairingSheetPresenter sheet(m_actions);
-    m_state.selectedDevice = Bedroom;
-    sheet.show(m_state);
-    sheet.present();
-    QVERIFY(!sheet.state().isShown); // nothing requires it
-    m_state.pairing = pairing(true);
-    sheet.show(m_state);
-    sheet.type(u"12"_s);
-    sheet.dismiss();
-    PairingState later = pairing(true);
-    later.pairingCodeValidUntil = QDateTime::currentDateTime();
-    m_state.pairing = later;
-    sheet.show(m_state);
-    QVERIFY(!sheet.state().isShown);
-    sheet.present();
-    QVERIFY(sheet.state().isShown);
-    QCOMPARE(sheet.state().code, u"12"_s);
-    QVERIFY(sheet.state().codeValidUntilText.startsWith(u"This code is valid until "_s));
-}
-
-void PresentersTest::sheetOfAnotherTvStartsAnew() {
-    PairingSheetPresenter sheet(m_actions);
-    m_state.selectedDevice = Bedroom;
-    m_state.pairing = pairing(true);
-    sheet.show(m_state);
-    sheet.type(u"12"_s);
-    sheet.dismiss();
-    TVEndpoint renamed = Bedroom;
-    renamed.name = u"Guest room"_s;
-    m_state.selectedDevice = renamed;
-    sheet.show(m_state);
-    QVERIFY(!sheet.state().isShown);
-    QCOMPARE(sheet.state().code, u"12"_s);
-    m_state.selectedDevice = Kitchen;
-    sheet.show(m_state);
-    QVERIFY(sheet.state().isShown);
-    QCOMPARE(sheet.state().code, QString());
-}
-
-void PresentersTest::verifyAsksTheModelAndKeepsTheSheet() {
-    RecordingActions actions;
-    PairingSheetPresenter sheet(actions);
-    m_state.selectedDevice = Bedroom;
-    m_state.pairing = pairing(true);
-    sheet.show(m_state);
-    sheet.type(u"12"_s);
-    sheet.verify();
-    QVERIFY(actions.calls.isEmpty());
-    sheet.type(u"123"_s);
-    sheet.verify();
-    QCOMPARE(actions.calls, QStringList(u"verify 123"_s));
-    QVERIFY(sheet.state().isShown);
-}
-
-void PresentersTest::cancellingClosesTheSheet() {
-    RecordingActions actions;
-    PairingSheetPresenter sheet(actions);
-    m_state.selectedDevice = Bedroom;
-    m_state.pairing = pairing(true);
-    sheet.show(m_state);
-    sheet.type(u"12"_s);
-    sheet.cancelPairing();
-    QCOMPARE(actions.calls, QStringList(u"cancel pairing"_s));
-    QVERIFY(!sheet.state().isShown);
-    QCOMPARE(sheet.state().code, QString());
-}
-
-QTEST_GUILESS_MAIN(PresentersTest)
+static const quiv::TestCase<PresentersTest> registered;
 #include "presenters_test.moc"

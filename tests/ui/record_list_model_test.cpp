@@ -1,3 +1,4 @@
+#include "support/test_main.h"
 #include "ui/presenters/record_list_model.h"
 
 #include <QAbstractItemModelTester>
@@ -112,143 +113,132 @@ class RecordListModelTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void randomEditsEndInTheSameList();
-    void anUnchangedListSaysNothing();
-    void onlyTheChangedRoleIsTold();
-    void likeChangesOfNeighboursAreToldTogether();
-    void aMovedRowIsOneMove();
-    void aMovedBlockIsOneMove();
-    void insertedAndRemovedRunsAreOneStepEach();
-    void equalKeysAreRowsOfTheirOwn();
-    void manyChangesReplaceTheirSpanOnly();
-    void resetIsAReset();
-    void oneChangeAmongManyRowsIsCheap();
-};
-
-void RecordListModelTest::randomEditsEndInTheSameList() {
-    std::mt19937 random(7);
-    Items items = counted(20);
-    Watched watched(items);
-    for (int round = 0; round < 2000; ++round) {
-        items = edited(std::move(items), random);
-        watched.model.assign(items);
-        QVERIFY2(watched.shows(items), qPrintable(u"round %1"_s.arg(round)));
+    void randomEditsEndInTheSameList() {
+        std::mt19937 random(7);
+        Items items = counted(20);
+        Watched watched(items);
+        for (int round = 0; round < 2000; ++round) {
+            items = edited(std::move(items), random);
+            watched.model.assign(items);
+            QVERIFY2(watched.shows(items), qPrintable(u"round %1"_s.arg(round)));
+        }
+        QCOMPARE(watched.reset.size(), 1);
     }
-    QCOMPARE(watched.reset.size(), 1);
-}
 
-void RecordListModelTest::anUnchangedListSaysNothing() {
-    Watched watched(counted(5));
-    watched.model.assign(counted(5));
-    Items differsUnseen = counted(5);
-    differsUnseen[2].unseen = 1;
-    watched.model.assign(differsUnseen);
-    QCOMPARE(watched.steps() + watched.changed.size(), 0);
-    QCOMPARE(watched.model.rows(), differsUnseen);
-}
-
-void RecordListModelTest::onlyTheChangedRoleIsTold() {
-    Watched watched(counted(5));
-    Items items = counted(5);
-    items[3].size = 9;
-    watched.model.assign(items);
-    QCOMPARE(watched.changed.size(), 1);
-    QCOMPARE(watched.changed[0][0].toModelIndex().row(), 3);
-    QCOMPARE(watched.changed[0][1].toModelIndex().row(), 3);
-    QCOMPARE(watched.changed[0][2].value<QList<int>>(), QList<int>{SizeRole});
-}
-
-void RecordListModelTest::likeChangesOfNeighboursAreToldTogether() {
-    Watched watched(counted(6));
-    Items items = counted(6);
-    for (const int row : {1, 2, 4})
-        items[row].size = 9;
-    watched.model.assign(items);
-    QCOMPARE(watched.changed.size(), 2);
-    QCOMPARE(watched.changed[0][1].toModelIndex().row(), 2);
-    QCOMPARE(watched.changed[1][0].toModelIndex().row(), 4);
-}
-
-void RecordListModelTest::aMovedRowIsOneMove() {
-    for (const Items& target :
-         {numbered({1, 2, 3, 4, 0}), numbered({4, 0, 1, 2, 3}), numbered({0, 3, 1, 2, 4})}) {
+    void anUnchangedListSaysNothing() {
         Watched watched(counted(5));
+        watched.model.assign(counted(5));
+        Items differsUnseen = counted(5);
+        differsUnseen[2].unseen = 1;
+        watched.model.assign(differsUnseen);
+        QCOMPARE(watched.steps() + watched.changed.size(), 0);
+        QCOMPARE(watched.model.rows(), differsUnseen);
+    }
+
+    void onlyTheChangedRoleIsTold() {
+        Watched watched(counted(5));
+        Items items = counted(5);
+        items[3].size = 9;
+        watched.model.assign(items);
+        QCOMPARE(watched.changed.size(), 1);
+        QCOMPARE(watched.changed[0][0].toModelIndex().row(), 3);
+        QCOMPARE(watched.changed[0][1].toModelIndex().row(), 3);
+        QCOMPARE(watched.changed[0][2].value<QList<int>>(), QList<int>{SizeRole});
+    }
+
+    void likeChangesOfNeighboursAreToldTogether() {
+        Watched watched(counted(6));
+        Items items = counted(6);
+        for (const int row : {1, 2, 4})
+            items[row].size = 9;
+        watched.model.assign(items);
+        QCOMPARE(watched.changed.size(), 2);
+        QCOMPARE(watched.changed[0][1].toModelIndex().row(), 2);
+        QCOMPARE(watched.changed[1][0].toModelIndex().row(), 4);
+    }
+
+    void aMovedRowIsOneMove() {
+        for (const Items& target :
+             {numbered({1, 2, 3, 4, 0}), numbered({4, 0, 1, 2, 3}), numbered({0, 3, 1, 2, 4})}) {
+            Watched watched(counted(5));
+            watched.model.assign(target);
+            QVERIFY(watched.shows(target));
+            QCOMPARE(watched.moved.size(), 1);
+            QCOMPARE(watched.steps(), 1);
+        }
+    }
+
+    void aMovedBlockIsOneMove() {
+        Watched watched(counted(8));
+        const Items target = numbered({5, 6, 7, 0, 1, 2, 3, 4});
         watched.model.assign(target);
         QVERIFY(watched.shows(target));
         QCOMPARE(watched.moved.size(), 1);
-        QCOMPARE(watched.steps(), 1);
     }
-}
 
-void RecordListModelTest::aMovedBlockIsOneMove() {
-    Watched watched(counted(8));
-    const Items target = numbered({5, 6, 7, 0, 1, 2, 3, 4});
-    watched.model.assign(target);
-    QVERIFY(watched.shows(target));
-    QCOMPARE(watched.moved.size(), 1);
-}
-
-void RecordListModelTest::insertedAndRemovedRunsAreOneStepEach() {
-    Watched watched(counted(6));
-    const Items target = numbered({0, 10, 11, 1, 2, 5});
-    watched.model.assign(target);
-    QVERIFY(watched.shows(target));
-    QCOMPARE(watched.removed.size(), 1);
-    QCOMPARE(watched.inserted.size(), 1);
-    QCOMPARE(watched.steps(), 2);
-}
-
-void RecordListModelTest::equalKeysAreRowsOfTheirOwn() {
-    const Items twice{{1, 1, 0}, {2, 0, 0}, {1, 2, 0}, {1, 3, 0}};
-    Watched watched(twice);
-    const Items target{{1, 1, 0}, {1, 2, 0}, {3, 0, 0}, {1, 3, 0}, {2, 4, 0}};
-    watched.model.assign(target);
-    QVERIFY(watched.shows(target));
-    QCOMPARE(watched.inserted.size(), 1);
-    watched.model.assign({});
-    QCOMPARE(watched.model.rowCount(), 0);
-}
-
-void RecordListModelTest::manyChangesReplaceTheirSpanOnly() {
-    const int count = 4 * Model::maximumRuns;
-    Watched watched(counted(count));
-    Items target = counted(count);
-    for (int row = 100; row < count - 100; row += 2)
-        target[row].key += count;
-    watched.model.assign(target);
-    QVERIFY(watched.shows(target));
-    QCOMPARE(watched.steps(), 2);
-    QCOMPARE(watched.removed[0][1].toInt(), 100);
-    QCOMPARE(watched.removed[0][2].toInt(), count - 102);
-    QCOMPARE(watched.reset.size(), 1); // the first
-}
-
-void RecordListModelTest::resetIsAReset() {
-    Watched watched(counted(3));
-    watched.model.reset(counted(2));
-    QCOMPARE(watched.reset.size(), 2);
-    QVERIFY(watched.shows(counted(2)));
-}
-
-void RecordListModelTest::oneChangeAmongManyRowsIsCheap() {
-    constexpr int count = 100'000;
-    Model model(roles());
-    model.reset(counted(count));
-    QSignalSpy changed(&model, &Model::dataChanged);
-    QSignalSpy removed(&model, &Model::rowsRemoved);
-    QElapsedTimer timer;
-    timer.start();
-    for (int round = 1; round <= 20; ++round) {
-        Items items = counted(count);
-        items[50'000].size = round;
-        model.assign(items);
+    void insertedAndRemovedRunsAreOneStepEach() {
+        Watched watched(counted(6));
+        const Items target = numbered({0, 10, 11, 1, 2, 5});
+        watched.model.assign(target);
+        QVERIFY(watched.shows(target));
+        QCOMPARE(watched.removed.size(), 1);
+        QCOMPARE(watched.inserted.size(), 1);
+        QCOMPARE(watched.steps(), 2);
     }
-    QCOMPARE(changed.size(), 20);
-    QCOMPARE(changed[0][0].toModelIndex().row(), 50'000);
-    QCOMPARE(changed[0][1].toModelIndex().row(), 50'000);
-    QCOMPARE(removed.size(), 0);
-    QVERIFY2(timer.elapsed() < 20'000, "grows faster than the list"); // takes well under a second
-}
 
-QTEST_APPLESS_MAIN(RecordListModelTest)
+    void equalKeysAreRowsOfTheirOwn() {
+        const Items twice{{1, 1, 0}, {2, 0, 0}, {1, 2, 0}, {1, 3, 0}};
+        Watched watched(twice);
+        const Items target{{1, 1, 0}, {1, 2, 0}, {3, 0, 0}, {1, 3, 0}, {2, 4, 0}};
+        watched.model.assign(target);
+        QVERIFY(watched.shows(target));
+        QCOMPARE(watched.inserted.size(), 1);
+        watched.model.assign({});
+        QCOMPARE(watched.model.rowCount(), 0);
+    }
+
+    void manyChangesReplaceTheirSpanOnly() {
+        const int count = 4 * Model::maximumRuns;
+        Watched watched(counted(count));
+        Items target = counted(count);
+        for (int row = 100; row < count - 100; row += 2)
+            target[row].key += count;
+        watched.model.assign(target);
+        QVERIFY(watched.shows(target));
+        QCOMPARE(watched.steps(), 2);
+        QCOMPARE(watched.removed[0][1].toInt(), 100);
+        QCOMPARE(watched.removed[0][2].toInt(), count - 102);
+        QCOMPARE(watched.reset.size(), 1); // the first
+    }
+
+    void resetIsAReset() {
+        Watched watched(counted(3));
+        watched.model.reset(counted(2));
+        QCOMPARE(watched.reset.size(), 2);
+        QVERIFY(watched.shows(counted(2)));
+    }
+
+    void oneChangeAmongManyRowsIsCheap() {
+        constexpr int count = 100'000;
+        Model model(roles());
+        model.reset(counted(count));
+        QSignalSpy changed(&model, &Model::dataChanged);
+        QSignalSpy removed(&model, &Model::rowsRemoved);
+        QElapsedTimer timer;
+        timer.start();
+        for (int round = 1; round <= 20; ++round) {
+            Items items = counted(count);
+            items[50'000].size = round;
+            model.assign(items);
+        }
+        QCOMPARE(changed.size(), 20);
+        QCOMPARE(changed[0][0].toModelIndex().row(), 50'000);
+        QCOMPARE(changed[0][1].toModelIndex().row(), 50'000);
+        QCOMPARE(removed.size(), 0);
+        QVERIFY2(timer.elapsed() < 20'000,
+                 "grows faster than the list"); // takes well under a second
+    }
+};
+
+static const quiv::TestCase<RecordListModelTest> registered;
 #include "record_list_model_test.moc"

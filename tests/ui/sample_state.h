@@ -2,6 +2,7 @@
 
 #include "library/library_content.h"
 #include "net/tv_endpoint.h"
+#include "net/wire_records.h"
 #include "transfer/upload_job.h"
 
 #include <QString>
@@ -17,6 +18,9 @@ inline TVEndpoint sampleTv(const QString& name, const QString& host, int port = 
     tv.port = port;
     return tv;
 }
+
+inline const TVEndpoint Bedroom = sampleTv(u"Bedroom"_s, u"10.0.0.2"_s);
+inline const TVEndpoint Kitchen = sampleTv(u"Kitchen"_s, u"10.0.0.3"_s);
 
 inline UploadListItem sampleUpload(const QString& id, const QString& name, const TVEndpoint& tv) {
     UploadListItem item;
@@ -45,6 +49,16 @@ inline QList<LibraryRow> sampleRows(int count) {
         rows.append(sampleRow(title + u".mkv"_s, title));
     }
     return rows;
+}
+
+inline PlaybackResponse playingVideo(const char* name = "a.mkv", std::int64_t positionMs = 0,
+                                     std::int64_t durationMs = 7'200'000) {
+    PlaybackResponse playback;
+    playback.currentVideoName = QString::fromLatin1(name);
+    playback.isPlaying = true;
+    playback.positionMs = positionMs;
+    playback.durationMs = durationMs;
+    return playback;
 }
 
 } // namespace quiv

@@ -1,5 +1,6 @@
 #include "fake_window_ports.h"
 
+#include "support/test_main.h"
 #include "ui/thumbnails/thumbnail_loader.h"
 
 #include <QBuffer>
@@ -211,5 +212,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ThumbnailsTest)
+static const quiv::TestCase<ThumbnailsTest> registered;
 #include "thumbnails_test.moc"

@@ -26,6 +26,27 @@ void WindowFixture::close() {
     m_presenter.reset();
 }
 
+void WindowFixture::select(const TVEndpoint& tv) {
+    m_state.selectedDevice = tv;
+    tell();
+}
+
+void WindowFixture::showRows(const QList<LibraryRow>& rows) {
+    m_state.content.groupedFiles = rows;
+    select(Bedroom);
+}
+
+void WindowFixture::read(const PlaybackResponse& playback) {
+    m_state.playback = playback;
+    ++m_state.playbackReading;
+    tell();
+}
+
+void WindowFixture::requirePairing() {
+    m_state.pairing.requiresControlPairing = true;
+    select(Bedroom);
+}
+
 void WindowFixture::click(QAccessible::Role role, const char* name) const {
     QAccessibleInterface* element = find(role, name);
     QVERIFY(element);

@@ -13,26 +13,7 @@
 
 #include <memory>
 
-using namespace Qt::StringLiterals;
-
 namespace quiv {
-
-inline const TVEndpoint Bedroom = sampleTv(u"Bedroom"_s, u"10.0.0.2"_s);
-inline const TVEndpoint Kitchen = sampleTv(u"Kitchen"_s, u"10.0.0.3"_s);
-
-inline LibraryContent contentOf(QList<LibraryRow> rows) {
-    LibraryContent content;
-    content.groupedFiles = std::move(rows);
-    return content;
-}
-
-inline PlaybackResponse playingVideo(const char* name = "a.mkv") {
-    PlaybackResponse playback;
-    playback.currentVideoName = QString::fromLatin1(name);
-    playback.isPlaying = true;
-    playback.durationMs = 7'200'000;
-    return playback;
-}
 
 // A shown window whose state the test sets, as a user and a screen reader meet it. No view may
 // warn.
@@ -40,6 +21,12 @@ class WindowFixture {
 protected:
     void open();
     void close();
+
+    void tell() { m_presenter->show(m_state); }
+    void select(const TVEndpoint& tv);
+    void showRows(const QList<LibraryRow>& rows); // of the bedroom's TV
+    void read(const PlaybackResponse& playback);
+    void requirePairing();
 
     QQuickWindow* window() const { return m_view->window(); }
     QAccessibleInterface* find(QAccessible::Role role, const char* name) const {

@@ -1,5 +1,6 @@
 #include "window_fixture.h"
 
+#include "support/test_main.h"
 #include "ui/window/graphics_choice.h"
 
 #include <QDesktopServices>
@@ -12,16 +13,6 @@
 using namespace Qt::StringLiterals;
 using namespace quiv;
 
-namespace {
-
-PairingState pairingRequired() {
-    PairingState pairing;
-    pairing.requiresControlPairing = true;
-    return pairing;
-}
-
-} // namespace
-
 // The real views, driven by what the model would tell, as a user and a screen reader meet them.
 class WindowTest : public QObject, protected WindowFixture {
     Q_OBJECT
@@ -30,297 +21,252 @@ public Q_SLOTS:
     void openAddress(const QUrl& address) { m_opened.append(address.toString()); }
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
+    void initTestCase() { QDesktopServices::setUrlHandler(u"https"_s, this, "openAddress"); }
+
+    void cleanupTestCase() { QDesktopServices::unsetUrlHandler(u"https"_s); }
+
     void init() { open(); }
     void cleanup() { close(); }
 
-    void withoutATvItTellsHowToGetOne();
-    void theLinkOpensThePageOfSupportedTvs();
-    void controlsAreReachedByTheirLabels();
-    void tvsAreSelectedByPointerKeyboardAndScreenReader();
-    void typingSearches();
-    void anotherTvClearsTheSearchField();
-    void hostileTextIsShownAsItIs();
-    void theSheetTakesTheCode();
-    void escapePutsTheSheetAwayOnly();
-    void focusStaysInTheSheet();
-    void draggingTheKnobSeeksOnce();
-    void menusTakeTheKeyboard();
-    void filesDroppedOnTheWindowAreUploaded();
-    void coloursFollowTheDesktop();
-    void anEmulatedOpenGlIsNotUsed();
+    void withoutATvItTellsHowToGetOne() {
+        for (const char* text :
+             {"No TV Selected", "Quiv TV app is required to connect.",
+              "Install Quiv on your TV using one of these options, then select the discovered TV "
+              "from "
+              "the sidebar.",
+              "Option 1", "Search for \"Quiv\" on your TV and install it. ", "Option 2",
+              "Google Play link unavailable", "Open Google Play, choose your TV, and install Quiv.",
+              "Your Mac and TV must be connected to the same local network.", "Found 0 TVs"})
+            QVERIFY2(shows(QString::fromUtf8(text)), text);
+        QVERIFY(!shows(u"Uploads: INTERNAL"_s));
+
+        select(Bedroom);
+        QVERIFY(!shows(u"No TV Selected"_s));
+        QVERIFY(shows(u"No media files yet"_s));
+        QVERIFY(shows(u"Uploads: INTERNAL"_s));
+    }
+
+    void theLinkOpensThePageOfSupportedTvs() {
+        m_opened.clear();
+        QVERIFY(press(QAccessible::Link, "[Click here to see the supported platforms.]"));
+        QCOMPARE(m_opened.size(), 1);
+        QVERIFY(m_opened.constFirst().startsWith(u"https://"_s));
+    }
+
+    void controlsAreReachedByTheirLabels() {
+        requirePairing();
+        m_presenter->pairingSheet()->dismiss();
+        QVERIFY(press(QAccessible::Button, "Refresh"));
+        QVERIFY(press(QAccessible::Button, "Cancel pairing"));
+        QCOMPARE(m_actions.calls, QStringList({u"refresh"_s, u"cancel pairing"_s}));
+        QVERIFY(press(QAccessible::Button, "Enter pairing code"));
+        QVERIFY(m_presenter->pairingSheet()->state().isShown);
+        QVERIFY(find(QAccessible::EditableText, "Search files on this TV"));
+        QVERIFY(find(QAccessible::EditableText, "3-digit code"));
+        QVERIFY(shows(u"Pairing required for control actions"_s));
+    }
+
+    void tvsAreSelectedByPointerKeyboardAndScreenReader() {
+        m_state.discoveredDevices = {Bedroom, Kitchen};
+        tell();
+        QTRY_VERIFY(find(QAccessible::Button, "Kitchen"));
+        click(QAccessible::Button, "Kitchen");
+        QVERIFY(press(QAccessible::Button, "Bedroom"));
+        QCOMPARE(m_actions.calls,
+                 QStringList({u"select 10.0.0.3:8080"_s, u"select 10.0.0.2:8080"_s}));
+        m_actions.calls.clear();
+        key(Qt::Key_Up); // the click has brought the focus here
+        key(Qt::Key_Space);
+        key(Qt::Key_Down);
+        key(Qt::Key_Return);
+        QCOMPARE(m_actions.calls,
+                 QStringList({u"select 10.0.0.2:8080"_s, u"select 10.0.0.3:8080"_s}));
+        select(Kitchen);
+        QVERIFY(find(QAccessible::Button, "Kitchen")->state().selected);
+        QVERIFY(!find(QAccessible::Button, "Bedroom")->state().selected);
+    }
+
+    void typingSearches() {
+        showRows(sampleRows(30));
+        click(QAccessible::EditableText, "Search files on this TV");
+        typeText(u"video 17"_s);
+        QCOMPARE(m_presenter->library()->searchText(), u"video 17"_s);
+        QTRY_COMPARE(accessibleNames(window(), QAccessible::ListItem), QStringList(u"video 17"_s));
+        QVERIFY(press(QAccessible::Button, "Clear search"));
+        QCOMPARE(m_presenter->library()->searchText(), QString());
+    }
+
+    void anotherTvClearsTheSearchField() {
+        select(Bedroom);
+        click(QAccessible::EditableText, "Search files on this TV");
+        typeText(u"x"_s);
+        select(Kitchen);
+        QAccessibleInterface* field = find(QAccessible::EditableText, "Search files on this TV");
+        QCOMPARE(field->text(QAccessible::Value), QString());
+        typeText(u"y"_s); // still bound
+        QCOMPARE(m_presenter->library()->searchText(), u"y"_s);
+    }
+
+    void hostileTextIsShownAsItIs() {
+        const QString hostile = u"<b>x</b><img src='http://10.0.0.9/x.png'>"_s;
+        const TVEndpoint tv = sampleTv(hostile, u"h"_s);
+        m_state.discoveredDevices = {tv};
+        m_state.content.groupedFiles = {sampleRow(hostile, hostile)};
+        m_state.content.usbSetupHint = hostile;
+        m_state.statusMessage = hostile;
+        select(tv);
+        QTRY_COMPARE(accessibleNames(window(), QAccessible::StaticText).count(hostile), 4);
+        QList<QQuickItem*> texts = window()->contentItem()->findChildren<QQuickItem*>();
+        texts.removeIf([](QQuickItem* item) { return !item->inherits("QQuickText"); });
+        QVERIFY(texts.size() > 5);
+        for (const QQuickItem* text : texts)
+            QCOMPARE(text->property("textFormat").toInt(), int(Qt::PlainText));
+    }
+
+    void theSheetTakesTheCode() {
+        requirePairing();
+        QTRY_VERIFY(find(QAccessible::EditableText, "3-digit code"));
+        typeText(u"12"_s); // the field has the focus by itself
+        press(QAccessible::Button, "Verify code");
+        QVERIFY(m_actions.calls.isEmpty());
+        typeText(u"3"_s);
+        key(Qt::Key_Return); // nothing special
+        QVERIFY(m_actions.calls.isEmpty());
+        QVERIFY(press(QAccessible::Button, "Verify code"));
+        QCOMPARE(m_actions.calls, QStringList(u"verify 123"_s));
+
+        m_state.pairing = {};
+        tell();
+        QTRY_VERIFY(!find(QAccessible::Button, "Verify code"));
+    }
+
+    void escapePutsTheSheetAwayOnly() {
+        requirePairing();
+        QTRY_VERIFY(find(QAccessible::EditableText, "3-digit code"));
+        key(Qt::Key_Escape);
+        QVERIFY(!m_presenter->pairingSheet()->state().isShown);
+        QTRY_VERIFY(!find(QAccessible::EditableText, "3-digit code"));
+        QVERIFY(m_actions.calls.isEmpty());
+        click(QAccessible::Button, "Enter pairing code");
+        QTRY_VERIFY(find(QAccessible::EditableText, "3-digit code"));
+    }
+
+    void focusStaysInTheSheet() {
+        requirePairing();
+        QTRY_VERIFY(find(QAccessible::EditableText, "3-digit code"));
+        m_presenter->pairingSheet()->type(u"123"_s);
+        QStringList visited;
+        for (int step = 0; step < 4; ++step) {
+            auto* focus = QAccessible::queryAccessibleInterface(window()->activeFocusItem());
+            QVERIFY(focus);
+            visited.append(focus->text(QAccessible::Name));
+            key(Qt::Key_Tab);
+        }
+        QCOMPARE(visited, QStringList({u"3-digit code"_s, u"Verify code"_s, u"Cancel pairing"_s,
+                                       u"3-digit code"_s}));
+    }
+
+    void draggingTheKnobSeeksOnce() {
+        select(Bedroom);
+        read(playingVideo());
+        QTRY_VERIFY(find(QAccessible::Slider, "Position"));
+        QTRY_VERIFY(find(QAccessible::Slider, "Position")->rect().width() > 200); // laid out
+        const QRect slider = find(QAccessible::Slider, "Position")->rect();
+        const auto at = [&](double share) {
+            const QPoint place(slider.left() + static_cast<int>(slider.width() * share),
+                               slider.center().y());
+            return window()->mapFromGlobal(place);
+        };
+        QTest::mousePress(window(), Qt::LeftButton, {}, at(0.1));
+        for (const double share : {0.2, 0.3, 0.5})
+            QTest::mouseMove(window(), at(share));
+        read(playingVideo()); // a reading in between
+        QTest::mouseRelease(window(), Qt::LeftButton, {}, at(0.5));
+        QCOMPARE(m_actions.calls.size(), 1);
+        const qint64 target = m_actions.calls.first().section(u' ', 1).toLongLong();
+        QVERIFY2(std::abs(target - 3'600'000) < 30'000, qPrintable(m_actions.calls.first()));
+        QVERIFY(std::abs(m_presenter->dock()->timeline().fraction - 0.5) < 0.01);
+        key(Qt::Key_Tab); // the slider can have the keyboard, too
+        QVERIFY(press(QAccessible::Button, "Forward 10 seconds"));
+        QCOMPARE(m_actions.calls.last(), u"seek_by 10000"_s);
+    }
+
+    void menusTakeTheKeyboard() {
+        select(Bedroom);
+        PlaybackResponse playback = playingVideo();
+        playback.subtitleTracks = QList<PlaybackTrack>(500, {u"7"_s, u"<img src=x>"_s, {}, false});
+        read(playback);
+        QTRY_VERIFY(find(QAccessible::Button, "Subtitle"));
+        QVERIFY(press(QAccessible::Button, "Subtitle"));
+        QTRY_VERIFY(find(QAccessible::Button, "Off"));
+        key(Qt::Key_Down);
+        key(Qt::Key_Return);
+        QTRY_VERIFY(!find(QAccessible::Button, "Off"));
+        QCOMPARE(m_actions.calls, QStringList(u"set_subtitle 7"_s));
+        QCOMPARE(find(QAccessible::Button, "Subtitle")->text(QAccessible::Description),
+                 u"Off"_s); // the TV has not said so
+        QTRY_VERIFY(find(QAccessible::Button, "Subtitle"));
+        QVERIFY(press(QAccessible::Button, "Subtitle"));
+        QTRY_VERIFY(find(QAccessible::Button, "Off"));
+        key(Qt::Key_Escape);
+        QTRY_VERIFY(!find(QAccessible::Button, "Off"));
+        QCOMPARE(m_actions.calls.size(), 1);
+        QVERIFY(shows(u"n/a"_s));
+    }
+
+    void filesDroppedOnTheWindowAreUploaded() {
+        select(Bedroom);
+        QMimeData files;
+        files.setUrls({QUrl(u"file:///v/a.mkv"_s), QUrl(u"file:///v/b.srt"_s)});
+        const QPoint place(800, 400);
+        QDragEnterEvent enter(place, Qt::CopyAction, &files, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(window(), &enter);
+        QTRY_VERIFY(shows(u"Drop video files to upload"_s));
+        QDropEvent drop(place, Qt::CopyAction, &files, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(window(), &drop);
+        QVERIFY(drop.isAccepted());
+        QCOMPARE(m_actions.calls, QStringList({u"upload a.mkv"_s, u"upload b.srt"_s}));
+        QTRY_VERIFY(!shows(u"Drop video files to upload"_s));
+
+        UploadListItem current = sampleUpload(u"1"_s, u"a.mkv"_s, *m_state.selectedDevice);
+        current.state = UploadListItemState::Uploading;
+        current.progress = 0.5;
+        current.speedBytesPerSecond = 1'000'000;
+        UploadListItem failed = sampleUpload(u"2"_s, u"b.srt"_s, *m_state.selectedDevice);
+        failed.state = UploadListItemState::Failed;
+        m_state.uploads = {current, failed};
+        tell();
+        QTRY_VERIFY(find(QAccessible::ListItem, "b.srt"));
+        QVERIFY(shows(u"Uploading  50%  1 MB/s"_s));
+        m_actions.calls.clear();
+        QVERIFY(press(QAccessible::Button, "Try Again"));
+        QVERIFY(press(QAccessible::Button, "Remove"));
+        QVERIFY(press(QAccessible::Button, "Cancel"));
+        QCOMPARE(m_actions.calls,
+                 QStringList({u"retry upload 2"_s, u"cancel upload 2"_s, u"cancel upload 1"_s}));
+    }
+
+    void coloursFollowTheDesktop() {
+        const auto corner = [this] {
+            return window()->grabWindow().pixelColor(2, 2).lightness();
+        };
+        const QPalette before = QGuiApplication::palette();
+        QGuiApplication::setPalette(QPalette(QColor(0x20, 0x20, 0x20)));
+        QTRY_VERIFY(corner() < 60);
+        QGuiApplication::setPalette(QPalette(QColor(0xf0, 0xf0, 0xf0)));
+        QTRY_VERIFY(corner() > 200);
+        QGuiApplication::setPalette(before);
+    }
+
+    void anEmulatedOpenGlIsNotUsed() {
+        QVERIFY(isSoftwareRasteriser("llvmpipe (LLVM 15.0.6, 256 bits)"));
+        QVERIFY(isSoftwareRasteriser("Software Rasterizer"));
+        QVERIFY(!isSoftwareRasteriser("Mesa Intel(R) UHD Graphics 620 (KBL GT2)"));
+    }
 
 private:
     QStringList m_opened;
 };
 
-void WindowTest::initTestCase() {
-    QDesktopServices::setUrlHandler(u"https"_s, this, "openAddress");
-}
-
-void WindowTest::cleanupTestCase() {
-    QDesktopServices::unsetUrlHandler(u"https"_s);
-}
-
-void WindowTest::withoutATvItTellsHowToGetOne() {
-    for (const char* text :
-         {"No TV Selected", "Quiv TV app is required to connect.",
-          "Install Quiv on your TV using one of these options, then select the discovered TV from "
-          "the sidebar.",
-          "Option 1", "Search for \"Quiv\" on your TV and install it. ", "Option 2",
-          "Google Play link unavailable", "Open Google Play, choose your TV, and install Quiv.",
-          "Your Mac and TV must be connected to the same local network.", "Found 0 TVs"})
-        QVERIFY2(shows(QString::fromUtf8(text)), text);
-    QVERIFY(!shows(u"Uploads: INTERNAL"_s));
-
-    m_state.selectedDevice = Bedroom;
-    m_presenter->show(m_state);
-    QVERIFY(!shows(u"No TV Selected"_s));
-    QVERIFY(shows(u"No media files yet"_s));
-    QVERIFY(shows(u"Uploads: INTERNAL"_s));
-}
-
-void WindowTest::theLinkOpensThePageOfSupportedTvs() {
-    m_opened.clear();
-    QVERIFY(press(QAccessible::Link, "[Click here to see the supported platforms.]"));
-    QCOMPARE(m_opened.size(), 1);
-    QVERIFY(m_opened.constFirst().startsWith(u"https://"_s));
-}
-
-void WindowTest::controlsAreReachedByTheirLabels() {
-    m_state.selectedDevice = Bedroom;
-    m_state.pairing = pairingRequired();
-    m_presenter->show(m_state);
-    m_presenter->pairingSheet()->dismiss();
-    QVERIFY(press(QAccessible::Button, "Refresh"));
-    QVERIFY(press(QAccessible::Button, "Cancel pairing"));
-    QCOMPARE(m_actions.calls, QStringList({u"refresh"_s, u"cancel pairing"_s}));
-    QVERIFY(press(QAccessible::Button, "Enter pairing code"));
-    QVERIFY(m_presenter->pairingSheet()->state().isShown);
-    QVERIFY(find(QAccessible::EditableText, "Search files on this TV"));
-    QVERIFY(find(QAccessible::EditableText, "3-digit code"));
-    QVERIFY(shows(u"Pairing required for control actions"_s));
-}
-
-void WindowTest::tvsAreSelectedByPointerKeyboardAndScreenReader() {
-    m_state.discoveredDevices = {Bedroom, Kitchen};
-    m_presenter->show(m_state);
-    QTRY_VERIFY(find(QAccessible::Button, "Kitchen"));
-    click(QAccessible::Button, "Kitchen");
-    QVERIFY(press(QAccessible::Button, "Bedroom"));
-    QCOMPARE(m_actions.calls, QStringList({u"select 10.0.0.3:8080"_s, u"select 10.0.0.2:8080"_s}));
-    m_actions.calls.clear();
-    key(Qt::Key_Up); // the click has brought the focus here
-    key(Qt::Key_Space);
-    key(Qt::Key_Down);
-    key(Qt::Key_Return);
-    QCOMPARE(m_actions.calls, QStringList({u"select 10.0.0.2:8080"_s, u"select 10.0.0.3:8080"_s}));
-    m_state.selectedDevice = Kitchen;
-    m_presenter->show(m_state);
-    QVERIFY(find(QAccessible::Button, "Kitchen")->state().selected);
-    QVERIFY(!find(QAccessible::Button, "Bedroom")->state().selected);
-}
-
-void WindowTest::typingSearches() {
-    m_state.selectedDevice = Bedroom;
-    m_state.content = contentOf(sampleRows(30));
-    m_presenter->show(m_state);
-    click(QAccessible::EditableText, "Search files on this TV");
-    typeText(u"video 17"_s);
-    QCOMPARE(m_presenter->library()->searchText(), u"video 17"_s);
-    QTRY_COMPARE(accessibleNames(window(), QAccessible::ListItem), QStringList(u"video 17"_s));
-    QVERIFY(press(QAccessible::Button, "Clear search"));
-    QCOMPARE(m_presenter->library()->searchText(), QString());
-}
-
-void WindowTest::anotherTvClearsTheSearchField() {
-    m_state.selectedDevice = Bedroom;
-    m_presenter->show(m_state);
-    click(QAccessible::EditableText, "Search files on this TV");
-    typeText(u"x"_s);
-    m_state.selectedDevice = Kitchen;
-    m_presenter->show(m_state);
-    QAccessibleInterface* field = find(QAccessible::EditableText, "Search files on this TV");
-    QCOMPARE(field->text(QAccessible::Value), QString());
-    typeText(u"y"_s); // still bound
-    QCOMPARE(m_presenter->library()->searchText(), u"y"_s);
-}
-
-void WindowTest::hostileTextIsShownAsItIs() {
-    const QString hostile = u"<b>x</b><img src='http://10.0.0.9/x.png'>"_s;
-    const TVEndpoint tv = sampleTv(hostile, u"h"_s);
-    m_state.discoveredDevices = {tv};
-    m_state.selectedDevice = tv;
-    m_presenter->show(m_state);
-    LibraryContent content = contentOf({sampleRow(hostile, hostile)});
-    content.usbSetupHint = hostile;
-    m_state.content = content;
-    m_presenter->show(m_state);
-    m_state.statusMessage = hostile;
-    m_presenter->show(m_state);
-    QTRY_COMPARE(accessibleNames(window(), QAccessible::StaticText).count(hostile), 4);
-    QList<QQuickItem*> texts = window()->contentItem()->findChildren<QQuickItem*>();
-    texts.removeIf([](QQuickItem* item) { return !item->inherits("QQuickText"); });
-    QVERIFY(texts.size() > 5);
-    for (const QQuickItem* text : texts)
-        QCOMPARE(text->property("textFormat").toInt(), int(Qt::PlainText));
-}
-
-void WindowTest::theSheetTakesTheCode() {
-    m_state.selectedDevice = Bedroom;
-    m_state.pairing = pairingRequired();
-    m_presenter->show(m_state);
-    QTRY_VERIFY(find(QAccessible::EditableText, "3-digit code"));
-    typeText(u"12"_s); // the field has the focus by itself
-    press(QAccessible::Button, "Verify code");
-    QVERIFY(m_actions.calls.isEmpty());
-    typeText(u"3"_s);
-    key(Qt::Key_Return); // nothing special
-    QVERIFY(m_actions.calls.isEmpty());
-    QVERIFY(press(QAccessible::Button, "Verify code"));
-    QCOMPARE(m_actions.calls, QStringList(u"verify 123"_s));
-
-    m_state.pairing = {};
-    m_presenter->show(m_state);
-    QTRY_VERIFY(!find(QAccessible::Button, "Verify code"));
-}
-
-void WindowTest::escapePutsTheSheetAwayOnly() {
-    m_state.selectedDevice = Bedroom;
-    m_state.pairing = pairingRequired();
-    m_presenter->show(m_state);
-    QTRY_VERIFY(find(QAccessible::EditableText, "3-digit code"));
-    key(Qt::Key_Escape);
-    QVERIFY(!m_presenter->pairingSheet()->state().isShown);
-    QTRY_VERIFY(!find(QAccessible::EditableText, "3-digit code"));
-    QVERIFY(m_actions.calls.isEmpty());
-    click(QAccessible::Button, "Enter pairing code");
-    QTRY_VERIFY(find(QAccessible::EditableText, "3-digit code"));
-}
-
-void WindowTest::focusStaysInTheSheet() {
-    m_state.selectedDevice = Bedroom;
-    m_state.pairing = pairingRequired();
-    m_presenter->show(m_state);
-    QTRY_VERIFY(find(QAccessible::EditableText, "3-digit code"));
-    m_presenter->pairingSheet()->type(u"123"_s);
-    QStringList visited;
-    for (int step = 0; step < 4; ++step) {
-        auto* focus = QAccessible::queryAccessibleInterface(window()->activeFocusItem());
-        QVERIFY(focus);
-        visited.append(focus->text(QAccessible::Name));
-        key(Qt::Key_Tab);
-    }
-    QCOMPARE(visited, QStringList({u"3-digit code"_s, u"Verify code"_s, u"Cancel pairing"_s,
-                                   u"3-digit code"_s}));
-}
-
-void WindowTest::draggingTheKnobSeeksOnce() {
-    m_state.selectedDevice = Bedroom;
-    m_state.playback = playingVideo();
-    ++m_state.playbackReading;
-    m_presenter->show(m_state);
-    QTRY_VERIFY(find(QAccessible::Slider, "Position"));
-    QTRY_VERIFY(find(QAccessible::Slider, "Position")->rect().width() > 200); // laid out
-    const QRect slider = find(QAccessible::Slider, "Position")->rect();
-    const auto at = [&](double share) {
-        const QPoint place(slider.left() + static_cast<int>(slider.width() * share),
-                           slider.center().y());
-        return window()->mapFromGlobal(place);
-    };
-    QTest::mousePress(window(), Qt::LeftButton, {}, at(0.1));
-    for (const double share : {0.2, 0.3, 0.5})
-        QTest::mouseMove(window(), at(share));
-    m_state.playback = playingVideo();
-    ++m_state.playbackReading;
-    m_presenter->show(m_state); // a reading in between
-    QTest::mouseRelease(window(), Qt::LeftButton, {}, at(0.5));
-    QCOMPARE(m_actions.calls.size(), 1);
-    const qint64 target = m_actions.calls.first().section(u' ', 1).toLongLong();
-    QVERIFY2(std::abs(target - 3'600'000) < 30'000, qPrintable(m_actions.calls.first()));
-    QVERIFY(std::abs(m_presenter->dock()->timeline().fraction - 0.5) < 0.01);
-    key(Qt::Key_Tab); // the slider can have the keyboard, too
-    QVERIFY(press(QAccessible::Button, "Forward 10 seconds"));
-    QCOMPARE(m_actions.calls.last(), u"seek_by 10000"_s);
-}
-
-void WindowTest::menusTakeTheKeyboard() {
-    m_state.selectedDevice = Bedroom;
-    m_presenter->show(m_state);
-    PlaybackResponse playback = playingVideo();
-    playback.subtitleTracks = QList<PlaybackTrack>(500, {u"7"_s, u"<img src=x>"_s, {}, false});
-    m_state.playback = playback;
-    ++m_state.playbackReading;
-    m_presenter->show(m_state);
-    QTRY_VERIFY(find(QAccessible::Button, "Subtitle"));
-    QVERIFY(press(QAccessible::Button, "Subtitle"));
-    QTRY_VERIFY(find(QAccessible::Button, "Off"));
-    key(Qt::Key_Down);
-    key(Qt::Key_Return);
-    QTRY_VERIFY(!find(QAccessible::Button, "Off"));
-    QCOMPARE(m_actions.calls, QStringList(u"set_subtitle 7"_s));
-    QCOMPARE(find(QAccessible::Button, "Subtitle")->text(QAccessible::Description),
-             u"Off"_s); // the TV has not said so
-    QTRY_VERIFY(find(QAccessible::Button, "Subtitle"));
-    QVERIFY(press(QAccessible::Button, "Subtitle"));
-    QTRY_VERIFY(find(QAccessible::Button, "Off"));
-    key(Qt::Key_Escape);
-    QTRY_VERIFY(!find(QAccessible::Button, "Off"));
-    QCOMPARE(m_actions.calls.size(), 1);
-    QVERIFY(shows(u"n/a"_s));
-}
-
-void WindowTest::filesDroppedOnTheWindowAreUploaded() {
-    m_state.selectedDevice = Bedroom;
-    m_presenter->show(m_state);
-    QMimeData files;
-    files.setUrls({QUrl(u"file:///v/a.mkv"_s), QUrl(u"file:///v/b.srt"_s)});
-    const QPoint place(800, 400);
-    QDragEnterEvent enter(place, Qt::CopyAction, &files, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(window(), &enter);
-    QTRY_VERIFY(shows(u"Drop video files to upload"_s));
-    QDropEvent drop(place, Qt::CopyAction, &files, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(window(), &drop);
-    QVERIFY(drop.isAccepted());
-    QCOMPARE(m_actions.calls, QStringList({u"upload a.mkv"_s, u"upload b.srt"_s}));
-    QTRY_VERIFY(!shows(u"Drop video files to upload"_s));
-
-    UploadListItem current = sampleUpload(u"1"_s, u"a.mkv"_s, *m_state.selectedDevice);
-    current.state = UploadListItemState::Uploading;
-    current.progress = 0.5;
-    current.speedBytesPerSecond = 1'000'000;
-    UploadListItem failed = sampleUpload(u"2"_s, u"b.srt"_s, *m_state.selectedDevice);
-    failed.state = UploadListItemState::Failed;
-    m_state.uploads = {current, failed};
-    m_presenter->show(m_state);
-    QTRY_VERIFY(find(QAccessible::ListItem, "b.srt"));
-    QVERIFY(shows(u"Uploading  50%  1 MB/s"_s));
-    m_actions.calls.clear();
-    QVERIFY(press(QAccessible::Button, "Try Again"));
-    QVERIFY(press(QAccessible::Button, "Remove"));
-    QVERIFY(press(QAccessible::Button, "Cancel"));
-    QCOMPARE(m_actions.calls,
-             QStringList({u"retry upload 2"_s, u"cancel upload 2"_s, u"cancel upload 1"_s}));
-}
-
-void WindowTest::coloursFollowTheDesktop() {
-    const auto corner = [this] {
-        return window()->grabWindow().pixelColor(2, 2).lightness();
-    };
-    const QPalette before = QGuiApplication::palette();
-    QGuiApplication::setPalette(QPalette(QColor(0x20, 0x20, 0x20)));
-    QTRY_VERIFY(corner() < 60);
-    QGuiApplication::setPalette(QPalette(QColor(0xf0, 0xf0, 0xf0)));
-    QTRY_VERIFY(corner() > 200);
-    QGuiApplication::setPalette(before);
-}
-
-void WindowTest::anEmulatedOpenGlIsNotUsed() {
-    QVERIFY(isSoftwareRasteriser("llvmpipe (LLVM 15.0.6, 256 bits)"));
-    QVERIFY(isSoftwareRasteriser("Software Rasterizer"));
-    QVERIFY(!isSoftwareRasteriser("Mesa Intel(R) UHD Graphics 620 (KBL GT2)"));
-}
-
-QTEST_MAIN(WindowTest)
+static const quiv::TestCase<WindowTest> registered;
 #include "window_test.moc"

@@ -15,39 +15,35 @@ void AvahiScope::close() {
 
 AvahiAnswers::AvahiAnswers(std::shared_ptr<AvahiScope> scope) : m_scope(std::move(scope)) {
     if (const QObject* open = m_scope->open())
-        QObject::connect(
-            open, &QObject::destroyed, &m_context, [this] { wake(); }, Qt::QueuedConnection);
+        QObject::connect(open, &QObject::destroyed, &m_context, [this] { m_woken.resolve(true); });
 }
 
 void AvahiAnswers::ask(AvahiQuestion question) {
     AvahiConnection* connection = m_scope->connection();
     if (!connection)
         return;
-    m_subscriptions.push_back(connection->ask(std::move(question), [this](const AvahiAnswer& answer) {
-        m_answers.push_back(answer);
-        wake();
-    }));
+    m_subscriptions.push_back(
+        connection->ask(std::move(question), [this](const AvahiAnswer& answer) {
+            m_answers.push_back(answer);
+            m_woken.resolve(true);
+        }));
 }
 
-void AvahiAnswers::suspend(std::coroutine_handle<> waiting, Clock::Instant deadline) {
+Task<std::optional<AvahiAnswer>> AvahiAnswers::next(Clock::Instant deadline) {
     using std::chrono::milliseconds;
-    m_waiting = waiting;
-    const auto delay = std::chrono::ceil<milliseconds>(deadline - m_clock.now());
-    m_deadlineTimer = m_clock.after(std::max(milliseconds(0), delay), [this] { wake(); });
-}
-
-std::optional<AvahiAnswer> AvahiAnswers::take() {
-    m_deadlineTimer.reset();
-    if (!m_scope->open() || m_answers.empty())
-        return std::nullopt;
+    if (m_answers.empty() && m_scope->open()) {
+        m_woken = {};
+        SystemClock clock;
+        const auto left = std::chrono::ceil<milliseconds>(deadline - clock.now());
+        const auto timer = clock.after(std::max(milliseconds(0), left),
+                                       [woken = m_woken] { woken.resolve(true); });
+        co_await m_woken.wait();
+    }
+    if (m_answers.empty() || !m_scope->open())
+        co_return std::nullopt;
     AvahiAnswer answer = std::move(m_answers.front());
     m_answers.pop_front();
-    return answer;
-}
-
-void AvahiAnswers::wake() {
-    if (m_waiting)
-        std::exchange(m_waiting, {}).resume(); // often the end of this object
+    co_return answer;
 }
 
 } // namespace quiv

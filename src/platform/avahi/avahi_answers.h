@@ -1,11 +1,12 @@
 #pragma once
 
+#include "platform/async/promise.h"
+#include "platform/async/task.h"
 #include "platform/avahi/avahi_connection.h"
 #include "platform/clock.h"
 
 #include <QObject>
 #include <chrono>
-#include <coroutine>
 #include <deque>
 #include <memory>
 #include <optional>
@@ -20,9 +21,9 @@ public:
     explicit AvahiScope(std::shared_ptr<AvahiConnection> connection);
 
     void close();
-    // Null when closed.
+    // Returns nullptr once it is closed.
     AvahiConnection* connection() const { return m_connection.get(); }
-    // Destroyed when closed; null afterwards.
+    // Is destroyed when the scope is closed; returns nullptr from then on.
     const QObject* open() const { return m_open.get(); }
 
 private:
@@ -40,47 +41,20 @@ private:
 // coroutine, which awaits only one answer at a time.
 class AvahiAnswers {
 public:
-    class Next;
-
     explicit AvahiAnswers(std::shared_ptr<AvahiScope> scope);
     AvahiAnswers(const AvahiAnswers&) = delete;
     AvahiAnswers& operator=(const AvahiAnswers&) = delete;
 
     void ask(AvahiQuestion question);
     // The next answer; nullopt when the deadline passes or the scope is closed first.
-    Next next(Clock::Instant deadline);
+    Task<std::optional<AvahiAnswer>> next(Clock::Instant deadline);
 
 private:
-    bool isReady() const { return !m_answers.empty() || !m_scope->open(); }
-    void suspend(std::coroutine_handle<> waiting, Clock::Instant deadline);
-    std::optional<AvahiAnswer> take();
-    void wake();
-
     std::shared_ptr<AvahiScope> m_scope;
     std::deque<AvahiAnswer> m_answers;
     std::vector<AvahiSubscription> m_subscriptions;
-    std::coroutine_handle<> m_waiting;
-    SystemClock m_clock;
-    std::unique_ptr<Clock::Timer> m_deadlineTimer;
-    QObject m_context; // receives the scope's closing
+    Promise<bool> m_woken; // by an answer, the deadline or the scope's closing
+    QObject m_context;     // receives the scope's closing
 };
-
-class [[nodiscard]] AvahiAnswers::Next {
-public:
-    Next(AvahiAnswers& answers, Clock::Instant deadline)
-        : m_answers(&answers), m_deadline(deadline) {}
-
-    bool await_ready() const { return m_answers->isReady(); }
-    void await_suspend(std::coroutine_handle<> waiting) { m_answers->suspend(waiting, m_deadline); }
-    std::optional<AvahiAnswer> await_resume() { return m_answers->take(); }
-
-private:
-    AvahiAnswers* m_answers;
-    Clock::Instant m_deadline;
-};
-
-inline AvahiAnswers::Next AvahiAnswers::next(Clock::Instant deadline) {
-    return Next(*this, deadline);
-}
 
 } // namespace quiv
