@@ -13,7 +13,8 @@ namespace quiv {
 
 // A result that code outside of coroutines hands to the one task that awaits it.
 //
-//     const QString name = co_await promise.wait([this] { hide(); }); // hide() if the task is dropped
+//     const QString name = co_await promise.wait([this] { hide(); }); // hide() if the task is
+//     dropped
 //
 // Only the first outcome counts; it may come before the task waits. The task resumes from the event
 // loop. Copies share the outcome, and the promise may be destroyed before the task is. Main thread

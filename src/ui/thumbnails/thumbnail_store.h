@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/async/task.h"
 #include "platform/async/semaphore.h"
+#include "platform/async/task.h"
 #include "platform/clock.h"
 #include "platform/http/http_session.h"
 #include "ui/thumbnails/thumbnail_picture.h"
