@@ -122,6 +122,24 @@ private Q_SLOTS:
                 !sent.contains("Cookie"));
     }
 
+    void droppedConnectionsAreClosedAndNotUsedAgain() {
+        const RawServer server([](RawServer::Connection& connection) {
+            while (!connection.readHeaders().isEmpty())
+                connection.write("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
+        });
+        CurlHttpSession session;
+        for (int dropped = 0; dropped < 2; ++dropped) {
+            for (int requests = 0; requests < 2; ++requests) { // the second on the same connection
+                Outcome outcome;
+                const Task<> task = exchange(session, request("GET", server.url()), &outcome);
+                QTRY_VERIFY(outcome.reply);
+                QCOMPARE(server.handledConnections(), dropped);
+            }
+            session.dropIdleConnections();
+            QTRY_COMPARE(server.handledConnections(), dropped + 1);
+        }
+    }
+
     void redirectsAreRepliesAndProxiesAreNotUsed() {
         qputenv("http_proxy", "http://127.0.0.1:1");
         const RawServer server(

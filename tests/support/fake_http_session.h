@@ -32,6 +32,8 @@ public:
         co_return std::get<HttpReply>(std::move(result));
     }
 
+    void dropIdleConnections() override { ++drops; }
+
     // Answers the oldest waiting request for the path; false when none waits.
     bool answer(const QString& path, const Result& result) {
         return complete(std::ranges::find(m_pending, u'/' + path, &Pending::path), result);
@@ -68,6 +70,7 @@ public:
     QStringList takePaths() { return std::exchange(paths, {}); }
 
     QList<HttpRequest> sent;
+    int drops = 0;     // of idle connections
     QStringList paths; // of the requests in order, without the leading slash
 
 private:

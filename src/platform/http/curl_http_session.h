@@ -22,6 +22,7 @@ public:
     ~CurlHttpSession() override;
 
     Task<HttpReply> send(HttpRequest request) override;
+    void dropIdleConnections() override { m_network.dropIdleConnections(); }
 
 private:
     struct Exchange;

@@ -25,8 +25,8 @@ CurlNetworkThread::~CurlNetworkThread() {
     {
         const std::lock_guard lock(m_mutex);
         m_isEnding = true;
+        curl_multi_wakeup(m_multi.get());
     }
-    curl_multi_wakeup(m_multi.get());
     m_thread.join();
     while (!m_transfers.empty())
         end(m_transfers.begin()->first);
@@ -40,11 +40,13 @@ void CurlNetworkThread::cancel(TransferId id) {
     post({id, nullptr});
 }
 
+void CurlNetworkThread::dropIdleConnections() {
+    post({0, nullptr, true});
+}
+
 void CurlNetworkThread::post(Command command) {
-    {
-        const std::lock_guard lock(m_mutex);
-        m_commands.push_back(std::move(command));
-    }
+    const std::lock_guard lock(m_mutex);
+    m_commands.push_back(std::move(command));
     curl_multi_wakeup(m_multi.get());
 }
 
@@ -53,6 +55,7 @@ void CurlNetworkThread::run() {
         int running = 0;
         curl_multi_perform(m_multi.get(), &running);
         collectFinished();
+        dropConnectionsIfIdle();
         curl_multi_poll(m_multi.get(), nullptr, 0, LongestPollMs, nullptr);
     }
 }
@@ -66,7 +69,9 @@ bool CurlNetworkThread::takeCommands() {
         commands.swap(m_commands);
     }
     for (Command& command : commands) {
-        if (command.transfer)
+        if (command.dropsIdleConnections)
+            m_dropsIdleConnections = true;
+        else if (command.transfer)
             begin(std::move(command));
         else
             end(command.id);
@@ -79,6 +84,9 @@ void CurlNetworkThread::begin(Command command) {
         m_sink(command.id, *error);
         return;
     }
+    dropConnectionsIfIdle();
+    if (m_dropsIdleConnections)
+        curl_easy_setopt(command.transfer->handle(), CURLOPT_FRESH_CONNECT, 1L);
     curl_multi_add_handle(m_multi.get(), command.transfer->handle());
     m_transfers.emplace(command.id, std::move(command.transfer));
 }
@@ -89,6 +97,16 @@ void CurlNetworkThread::end(TransferId id) {
         return; // finished meanwhile
     curl_multi_remove_handle(m_multi.get(), found->second->handle());
     m_transfers.erase(found);
+}
+
+void CurlNetworkThread::dropConnectionsIfIdle() {
+    if (!m_dropsIdleConnections || !m_transfers.empty())
+        return;
+    m_dropsIdleConnections = false;
+    std::unique_ptr<CURLM, MultiDeleter> multi(curl_multi_init());
+    const std::lock_guard lock(m_mutex);
+    m_multi.swap(multi);
+    curl_multi_wakeup(m_multi.get()); // a command may have woken the old one
 }
 
 void CurlNetworkThread::collectFinished() {

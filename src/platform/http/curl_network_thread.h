@@ -18,7 +18,7 @@ using TransferId = std::uint64_t;
 
 // The thread on which libcurl's multi interface runs.
 //
-// start() and cancel() may be called from any thread and never wait; the sink is called on the
+// Its functions may be called from any thread and never wait; the sink is called on the
 // network thread, once for every transfer that was started and not cancelled. The destructor drops
 // what is under way and joins.
 class CurlNetworkThread {
@@ -32,11 +32,14 @@ public:
 
     void start(TransferId id, std::unique_ptr<CurlTransfer> transfer);
     void cancel(TransferId id);
+    // Transfers started from now on use none of the connections that are open.
+    void dropIdleConnections();
 
 private:
     struct Command {
         TransferId id = 0;
         std::unique_ptr<CurlTransfer> transfer; // none: cancel
+        bool dropsIdleConnections = false;      // and nothing else
     };
     struct MultiDeleter {
         void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }
@@ -47,11 +50,14 @@ private:
     bool takeCommands(); // false: time to end
     void begin(Command command);
     void end(TransferId id);
+    // Replaces the multi handle, and so the connections it keeps, once no transfer needs it.
+    void dropConnectionsIfIdle();
     void collectFinished();
 
     Sink m_sink;
-    std::unique_ptr<CURLM, MultiDeleter> m_multi;
+    std::unique_ptr<CURLM, MultiDeleter> m_multi; // replaced under m_mutex by the network thread
     std::map<TransferId, std::unique_ptr<CurlTransfer>> m_transfers; // network thread only
+    bool m_dropsIdleConnections = false;                             // network thread only
     std::mutex m_mutex;
     std::vector<Command> m_commands; // guarded by m_mutex, like m_isEnding
     bool m_isEnding = false;

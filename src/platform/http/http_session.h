@@ -109,6 +109,9 @@ class HttpSession {
 public:
     virtual ~HttpSession() = default;
     virtual Task<HttpReply> send(HttpRequest request) = 0;
+    // No later request uses a connection that is open now, as it may be dead after a change of the
+    // network. What is under way goes on.
+    virtual void dropIdleConnections() = 0;
 };
 
 // Percent-encodes everything but unreserved characters, so that every server decodes the same text.
