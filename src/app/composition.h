@@ -9,6 +9,7 @@
 #include "platform/http/curl_http_session.h"
 #include "platform/settings_store.h"
 #include "platform/stills/process_still_extractor.h"
+#include "platform/system_changes.h"
 #include "platform/system_log.h"
 
 #include <memory>
@@ -21,7 +22,10 @@ class Composition {
 public:
     explicit Composition(PortalFileDialogs::ParentWindow parentWindow,
                          const QString& settingsPath = FileSettingsStore::standardPath())
-        : m_settings(settingsPath, m_clock, m_log), m_portalDialogs(std::move(parentWindow)) {}
+        : m_settings(settingsPath, m_clock, m_log), m_portalDialogs(std::move(parentWindow)) {
+        QObject::connect(&m_systemChanges, &SystemChanges::networkChanged, &m_model,
+                         &OmbraMacModel::networkChanged);
+    }
 
     OmbraMacModel& model() { return m_model; }
     // What the window works with besides.
@@ -39,6 +43,7 @@ private:
     ProcessStillExtractor m_stills;
     PortalFileDialogs m_portalDialogs;
     PreferredFileDialogs m_fileDialogs{m_portalDialogs};
+    SystemChanges m_systemChanges;
     OmbraMacModel m_model{{m_http, m_dnsSd, m_settings, m_clock, m_stills, m_log, m_fileDialogs}};
 };
 

@@ -10,6 +10,7 @@ using namespace Qt::StringLiterals;
 
 OmbraMacModel::OmbraMacModel(const PlatformPorts& ports, QObject* parent)
     : QObject(parent),
+      m_http(ports.http),
       m_settings(ports.settings),
       m_tokens(ports.settings, ports.clock),
       m_requests(ports.http, m_tokens),
@@ -89,6 +90,11 @@ void OmbraMacModel::disappear() {
     m_isVisible = false;
     m_restart.stop();
     m_refreshCycle.stop();
+}
+
+void OmbraMacModel::networkChanged() {
+    m_http.dropIdleConnections();
+    m_refreshCycle.renew();
 }
 
 void OmbraMacModel::selectDevice(const QString& key) {

@@ -66,6 +66,8 @@ public Q_SLOTS:
     void appear();
     // The window is going: stop keeping it current.
     void disappear();
+    // The computer woke up, or is in another network: whatever waits for an answer waits in vain.
+    void networkChanged();
     // Selects the discovered TV with this endpointKey.
     void selectDevice(const QString& endpointKey);
 
@@ -79,6 +81,7 @@ private:
     void updateSelectedDevice(const TVEndpoint& device) override;
     void restartRefreshCycle();
 
+    HttpSession& m_http;
     SettingsStore& m_settings;
     AuthTokens m_tokens;
     RequestLayer m_requests;

@@ -25,6 +25,14 @@ void RefreshCycle::hasten() {
     m_run = run(Pass::Later);
 }
 
+void RefreshCycle::renew() {
+    if (m_run.isDone())
+        return;
+    m_isPausing = false;
+    m_run.cancel();
+    m_run = run(m_pass);
+}
+
 void RefreshCycle::stop() {
     m_isPausing = false;
     m_run.cancel();
@@ -33,10 +41,12 @@ void RefreshCycle::stop() {
 Task<> RefreshCycle::run(Pass first) {
     if (!m_selected.isSelected())
         co_return;
+    m_pass = first;
     if (first == Pass::First)
         co_await firstPass();
     else
         co_await laterPass();
+    m_pass = Pass::Later;
     while (true) {
         m_isPausing = true;
         m_parts.reachability.passEnded();

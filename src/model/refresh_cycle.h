@@ -32,6 +32,8 @@ public:
     void restart();
     // Begins the next pass now if the cycle pauses.
     void hasten();
+    // Drops the pass under way, or the pause, and begins a pass of its kind now.
+    void renew();
     void stop();
 
 private:
@@ -45,6 +47,7 @@ private:
     const SelectedDevice& m_selected;
     const Parts m_parts;
     Clock& m_clock;
+    Pass m_pass = Pass::First; // under way, or next
     bool m_isPausing = false;
     Task<> m_run;
 };

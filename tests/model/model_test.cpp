@@ -191,6 +191,25 @@ private Q_SLOTS:
         QCOMPARE(fixture.http.takePaths(), QStringList({InfoPath, PlaybackPath}));
     }
 
+    void aChangeOfTheNetworkBeginsThePassAnewOnNewConnections() {
+        CycleFixture fixture;
+        fixture.model.networkChanged(); // no cycle runs
+        fixture.select(FirstTv);
+        fixture.model.networkChanged(); // while a first pass waits
+        QCOMPARE(fixture.http.takePaths(), QStringList({FilesPath, FilesPath}));
+        QCOMPARE(fixture.http.waiting(), 1u);
+        fixture.finishFirstPass(true);
+        for (int state = 0; state < 2; ++state) { // in the pause, and while a later pass waits
+            fixture.model.networkChanged();
+            QCOMPARE(fixture.http.takePaths(), QStringList(PlaybackPath));
+            QCOMPARE(fixture.http.waiting(), 1u);
+        }
+        QCOMPARE(fixture.http.drops, 4);
+        fixture.model.disappear();
+        fixture.model.networkChanged();
+        QCOMPARE(fixture.http.waiting(), 0u);
+    }
+
     void aHiddenWindowAsksNothing() {
         CycleFixture fixture;
         fixture.select(FirstTv);

@@ -1,0 +1,61 @@
+#include <QTest> // first: moc stumbles over standard headers that come before any of Qt's
+
+#include "platform/avahi/avahi_test_daemon.h"
+#include "platform/system_changes.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QProcess>
+#include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
+using namespace quiv;
+
+namespace {
+
+bool ip(const char* arguments) {
+    return QProcess::execute(u"ip"_s, QString::fromLatin1(arguments).split(u' ')) == 0;
+}
+
+} // namespace
+
+class SystemChangesTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theEndOfASleepIsTold() {
+        AvahiTestDaemon system;
+        QVERIFY(system.startBus());
+        QDBusConnection loginManager = QDBusConnection::connectToBus(
+            qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS"), u"login manager"_s);
+        QVERIFY(loginManager.registerService(u"org.freedesktop.login1"_s));
+        SystemChanges changes;
+        QSignalSpy told(&changes, &SystemChanges::networkChanged);
+        const auto tell = [&](bool begins) {
+            auto message = QDBusMessage::createSignal(u"/org/freedesktop/login1"_s,
+                                                      u"org.freedesktop.login1.Manager"_s,
+                                                      u"PrepareForSleep"_s);
+            message << begins;
+            return loginManager.send(message);
+        };
+        QTRY_VERIFY((tell(false), told.size() > 0));
+        const auto count = told.size();
+        QVERIFY(tell(true));
+        QVERIFY(tell(false));
+        QTRY_VERIFY(told.size() > count);
+    }
+
+    void addressesThatComeAndGoAreTold() {
+        SystemChanges changes; // there is no bus
+        QSignalSpy told(&changes, &SystemChanges::networkChanged);
+        QVERIFY(ip("address add 192.0.2.1/32 dev lo"));
+        QTRY_COMPARE(told.size(), 1);
+        QVERIFY(
+            ip("address change 192.0.2.1/32 dev lo valid_lft 900 preferred_lft 900")); // renewed
+        QVERIFY(ip("address del 192.0.2.1/32 dev lo"));
+        QTRY_COMPARE(told.size(), 2);
+    }
+};
+
+QTEST_GUILESS_MAIN(SystemChangesTest)
+#include "system_changes_test.moc"
