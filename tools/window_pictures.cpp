@@ -98,6 +98,7 @@ public:
         picture.save(&buffer, "JPEG");
         co_return HttpReply{request.url.contains("d.mkv") ? 404 : 200, {}, buffer.data()};
     }
+    void dropIdleConnections() override {}
 };
 
 class Pictures {
