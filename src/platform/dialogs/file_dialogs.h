@@ -30,8 +30,8 @@ struct FileDialogRequest {
     bool operator==(const FileDialogRequest&) const = default;
 };
 
-// The files of this computer that were chosen: an empty list if the user cancelled, nullopt if these
-// dialogs cannot be shown here.
+// The files of this computer that were chosen: an empty list if the user cancelled, nullopt if
+// these dialogs cannot be shown here.
 using FileDialogAnswer = std::optional<QList<QUrl>>;
 
 // Asks the user for files. A place to save to is asked for once more before it is answered when a

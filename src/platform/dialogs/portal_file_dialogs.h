@@ -8,8 +8,8 @@
 namespace quiv {
 
 // The desktop's own file dialogs, by the desktop portal on the session bus
-// (org.freedesktop.portal.FileChooser). The answer is nullopt if there is no bus or no such portal, if
-// it does not open the dialog by the deadline, or if it ends before the dialog does.
+// (org.freedesktop.portal.FileChooser). The answer is nullopt if there is no bus or no such portal,
+// if it does not open the dialog by the deadline, or if it ends before the dialog does.
 class PortalFileDialogs final : public FileDialogs {
 public:
     // Tells the window a dialog belongs to, as portals write it: "x11:2a" or nothing.
