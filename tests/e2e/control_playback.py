@@ -1,10 +1,8 @@
 """Plays a video on the TV, drags its timeline, changes speed and tracks, moves a file to the USB drive
 and back, deletes a group; looks at the TV's own disk and player."""
 
-import sys
-
-from desktop import Desktop, element, elements, names, press, wait_for
-from television import Television, pair, shows
+from desktop import element, elements, names, press, wait_for
+from television import journey, pair, shows
 
 
 def row_button(title, label):
@@ -47,15 +45,14 @@ def change(desktop, tv):
     wait_for("no subtitles", lambda: not any(each["selected"] for each in tv.playback()["subtitleTracks"]))
 
 
-def move(desktop, tv, screenshot):
+def move(desktop, tv):
     desktop.click(element("text", "Search files on this TV"))
     desktop.type("card.mp4")
     wait_for("one row", lambda: names("list item") == ["Test Card"])
     desktop.click(row_button("Test Card", "Move to USB"))
     wait_for("the move", lambda: "Moving Test Card.mp4" in names("label"))
     wait_for("its progress", lambda: elements("progress bar", "Move"))
-    if screenshot:
-        desktop.screenshot(screenshot)
+    desktop.screenshot()
     wait_for("the file on the drive", lambda: tv.has("USB folder", "Test Card.mp4"))
     assert not tv.has("Media folder", "Test Card.mp4")
     back = row_button("Test Card", "Move to Internal")
@@ -82,18 +79,14 @@ def delete(desktop, tv):
 
 
 def main():
-    with Desktop() as desktop:
-        tv = Television(desktop, "--name", "Living Room", "--move-seconds", "5")
-        application = desktop.start_application()
+    with journey("--name", "Living Room", "--move-seconds", "5") as (desktop, tv):
         pair(desktop)
         play(desktop, tv)
         change(desktop, tv)
-        move(desktop, tv, sys.argv[1] if len(sys.argv) > 1 else None)
+        move(desktop, tv)
         delete(desktop, tv)
         desktop.click(element("push button", "Stop"))
         wait_for("the dock to go", lambda: not elements("slider", "Position"))
-        application.terminate()
-        assert application.wait(20) == 0, "the application did not end cleanly"
     print("played, moved, deleted")
 
 

@@ -4,19 +4,13 @@ video through the window's dialog; cancels one under way."""
 import json
 import os
 import subprocess
-import sys
 import urllib.request
 
-from desktop import Desktop, element, elements, names, press, wait_for
-from television import Television, pair, shows
+from desktop import element, elements, names, press, wait_for
+from television import journey, pair, same, shows
 
 VIDEO = "Colours.webm"
 SUBTITLE = "Colours.srt"
-
-
-def same(one, other):
-    with open(one, "rb") as first, open(other, "rb") as second:
-        return first.read() == second.read()
 
 
 def fault(tv, **parameters):
@@ -41,7 +35,7 @@ def by_the_desktop(desktop, tv):
     desktop.stop(portal)
 
 
-def by_the_window(desktop, tv, screenshot):
+def by_the_window(desktop, tv):
     place = os.path.join(desktop.videos, VIDEO)
     with open(place, "w", encoding="utf-8") as before:
         before.write("before")
@@ -52,8 +46,7 @@ def by_the_window(desktop, tv, screenshot):
     desktop.press_key("Return")  # it is there already: replace it
     wait_for("progress", lambda: any("..." in each and f"Downloading {VIDEO}" in each and "... 0%" not in each
                                      for each in names("label")))
-    if screenshot:
-        desktop.screenshot(screenshot)
+    desktop.screenshot()
     desktop.click(element("push button", "Cancel download"))
     wait_for("the end", shows("Download canceled"))
     with open(place, encoding="utf-8") as after:
@@ -70,19 +63,15 @@ def by_the_window(desktop, tv, screenshot):
 
 
 def main():
-    with Desktop() as desktop:
-        tv = Television(desktop, "--name", "Living Room")
-        application = desktop.start_application()
+    with journey("--name", "Living Room") as (desktop, tv):
         pair(desktop)
         wait_for("pictures", lambda: tv.statuses("GET", "api/thumbnail").count(200) >= 5)
         desktop.click(element("text", "Search files on this TV"))
         desktop.type("colours")
         wait_for("one row", lambda: names("list item") == ["Colours"])
         by_the_desktop(desktop, tv)
-        by_the_window(desktop, tv, sys.argv[1] if len(sys.argv) > 1 else None)
+        by_the_window(desktop, tv)
         assert not elements("push button", "Cancel download")
-        application.terminate()
-        assert application.wait(20) == 0, "the application did not end cleanly"
     print("seen, downloaded, cancelled")
 
 

@@ -1,10 +1,9 @@
 """Finds a TV, pairs with it by typing its code, reads its library and searches it."""
 
 import os
-import sys
 
-from desktop import Desktop, element, elements, names, press, wait_for
-from television import Television, pair, shows
+from desktop import element, elements, names, press, wait_for
+from television import journey, pair, shows
 
 
 def refuse_a_wrong_code(desktop):
@@ -37,22 +36,17 @@ def search(desktop):
 
 
 def main():
-    with Desktop() as desktop:
-        tv = Television(desktop, "--name", "Living Room")
-        application = desktop.start_application()
+    with journey("--name", "Living Room") as (desktop, tv):
         refuse_a_wrong_code(desktop)
         pair(desktop)
         assert not elements("push button", "Enter pairing code"), "the pairing strip stays"
         browse()
-        if len(sys.argv) > 1:
-            desktop.screenshot(sys.argv[1])
+        desktop.screenshot()
         search(desktop)
         codes = [each["code"] for each in tv.requests("POST", "api/mac/auth/verify")]
         assert codes == ["999", "123"], codes
-        application.terminate()
-        assert application.wait(20) == 0, "the application did not end cleanly"
-        settings = os.path.join(desktop.environment["XDG_CONFIG_HOME"], "quiv-controller/settings.json")
-        assert os.stat(settings).st_mode & 0o077 == 0, "the settings are readable by others"
+    settings = os.path.join(os.environ["XDG_CONFIG_HOME"], "quiv-controller/settings.json")
+    assert os.stat(settings).st_mode & 0o077 == 0, "the settings are readable by others"
     print("paired, browsed, searched")
 
 

@@ -1,11 +1,12 @@
 """The simulated TV as a test sees it from outside: its requests, its player, its disk, its pictures."""
 
+import contextlib
 import json
 import os
 import urllib.parse
 import urllib.request
 
-from desktop import element, elements, press, wait_for
+from desktop import Desktop, element, elements, press, wait_for
 
 CLIENT = {"X-Quiv-Client-Id": "someone else"}
 
@@ -53,6 +54,11 @@ class Television:
         return os.path.exists(self.path(name, folder))
 
 
+def same(one, other):
+    with open(one, "rb") as first, open(other, "rb") as second:
+        return first.read() == second.read()
+
+
 def shows(text):
     return lambda: elements("label", text)
 
@@ -63,3 +69,14 @@ def pair(desktop):
     press(element("push button", "Verify code"))
     wait_for("the pairing", shows("Quiv Controller paired successfully."))
     wait_for("the sheet to close", lambda: not elements("text", "3-digit code"))
+
+
+@contextlib.contextmanager
+def journey(*options):
+    """A desktop with a TV and the application, which has to end cleanly."""
+    with Desktop() as desktop:
+        tv = Television(desktop, *options)
+        application = desktop.start_application()
+        yield desktop, tv
+        application.terminate()
+        assert application.wait(20) == 0, "the application did not end cleanly"

@@ -3,20 +3,14 @@ another video on the window; compares what the TV has with what was sent."""
 
 import os
 import subprocess
-import sys
 
-from desktop import Desktop, element, elements, names, press, wait_for
-from television import Television, pair, shows
+from desktop import element, elements, names, press, wait_for
+from television import journey, pair, same, shows
 
 
 def make_video(path):
     subprocess.run(["ffmpeg", "-v", "error", "-f", "lavfi", "-i", "testsrc2=s=640x360:d=3",
                     "-c:v", "libx264", "-preset", "ultrafast", path], check=True)
-
-
-def same(one, other):
-    with open(one, "rb") as first, open(other, "rb") as second:
-        return first.read() == second.read()
 
 
 def choose(desktop, *files):
@@ -26,19 +20,16 @@ def choose(desktop, *files):
 
 
 def main():
-    with Desktop() as desktop:
+    with journey("--name", "Den", "--no-samples", "--no-usb") as (desktop, tv):
         video = os.path.join(desktop.videos, "My Film.mp4")
         make_video(video)
         for name in ("My Film.srt", "other.srt"):
             with open(os.path.join(desktop.videos, name), "w", encoding="utf-8") as subtitle:
                 subtitle.write("1\n00:00:00,000 --> 00:00:01,000\n" + name + "\n")
-        tv = Television(desktop, "--name", "Den", "--no-samples", "--no-usb")
-        application = desktop.start_application()
         pair(desktop)
         desktop.click(element("push button", "Upload to the TV"))
         element("heading", "Upload to the TV")
-        if len(sys.argv) > 1:
-            desktop.screenshot(sys.argv[1])
+        desktop.screenshot()
         choose(desktop, "My Film.mp4", "My Film.srt")
         wait_for("the uploads", shows("Upload queue finished: 2 uploaded"))
         for name in ("My Film.mp4", "My Film.srt"):
@@ -63,8 +54,6 @@ def main():
             taken=lambda: wait_for("the dropped film", lambda: os.path.exists(stored)))
         assert same(dropped, stored)
         assert not elements("label", "Drop video files to upload"), "the overlay stays"
-        application.terminate()
-        assert application.wait(20) == 0, "the application did not end cleanly"
     print("uploaded, attached, dropped")
 
 

@@ -1,12 +1,14 @@
 #include <QTest> // first, or moc stumbles over the library's concepts
 
 #include "platform/stills/process_still_extractor.h"
+#include "support/outcome.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 
 #include <cerrno>
 #include <csignal>
+#include <list>
 
 using namespace Qt::StringLiterals;
 using namespace quiv;
@@ -16,15 +18,10 @@ namespace {
 
 const QByteArray jpeg("\xff\xd8 a still");
 
-struct Outcome {
-    std::optional<QByteArray> still;
-    int count = 0;
-};
+using Still = Outcome<QByteArray>;
 
-Task<> ask(StillExtractor& extractor, QString path, Outcome* outcome) {
-    std::optional<QByteArray> still = co_await extractor.makeUploadThumbnail(std::move(path));
-    outcome->still = std::move(still);
-    ++outcome->count;
+qsizetype doneOf(const std::list<Still>& stills) {
+    return std::ranges::count_if(stills, &Still::isDone);
 }
 
 // Also not as one that ended and was not waited for.
@@ -59,32 +56,31 @@ private Q_SLOTS:
         QFETCH(QByteArray, script);
         QFETCH(bool, isStill);
         ProcessStillExtractor extractor(program(script));
-        Outcome outcome;
-        const Task<> task = ask(extractor, u"video"_s, &outcome);
-        QCOMPARE(outcome.count, 0); // from the event loop only
-        QTRY_COMPARE(outcome.count, 1);
-        QCOMPARE(outcome.still, isStill ? std::optional(jpeg) : std::nullopt);
+        Still still(extractor.makeUploadThumbnail(u"video"_s));
+        QVERIFY(!still.isDone()); // from the event loop only
+        QTRY_VERIFY(still.isDone());
+        QCOMPARE(still.value(), isStill ? std::optional(jpeg) : std::nullopt);
     }
 
     void aProgramOrPathThatIsNoneGivesNoStill() {
         ProcessStillExtractor missing(m_folder->filePath(u"missing"_s));
         ProcessStillExtractor present(program("printf '\\377\\330 a still'"));
-        Outcome withoutProgram, withoutPath, withZero;
-        const Task<> first = ask(missing, u"video"_s, &withoutProgram);
-        const Task<> second = ask(present, QString(), &withoutPath);
-        const Task<> third = ask(present, u"a"_s + QChar::Null, &withZero);
-        QCOMPARE(withoutProgram.count + withoutPath.count + withZero.count, 0);
-        QTRY_COMPARE(withoutProgram.count + withoutPath.count + withZero.count, 3);
-        QVERIFY(!withoutProgram.still && !withoutPath.still && !withZero.still);
+        std::list<Still> stills;
+        stills.emplace_back(missing.makeUploadThumbnail(u"video"_s));
+        stills.emplace_back(present.makeUploadThumbnail(QString()));
+        stills.emplace_back(present.makeUploadThumbnail(u"a"_s + QChar::Null));
+        QCOMPARE(doneOf(stills), 0);
+        QTRY_COMPARE(doneOf(stills), 3);
+        for (const Still& still : stills)
+            QVERIFY(!still.value());
     }
 
     void namesReachTheProgramAsTheyAre() {
         const QString name = u"-x 'a\n\"\u00e9\u4e2d$HOME*"_s;
         ProcessStillExtractor extractor(program("printf '\\377\\330%s' \"$#$1\""));
-        Outcome outcome;
-        const Task<> task = ask(extractor, name, &outcome);
-        QTRY_COMPARE(outcome.count, 1);
-        QCOMPARE(outcome.still, "\xff\xd8"
+        Still still(extractor.makeUploadThumbnail(name));
+        QTRY_VERIFY(still.isDone());
+        QCOMPARE(still.value(), "\xff\xd8"
                                 "1" +
                                     name.toUtf8());
     }
@@ -92,11 +88,10 @@ private Q_SLOTS:
     void twoRunAtOnceInTheOrderOfTheRequests() {
         ProcessStillExtractor extractor(
             program("echo + $1 >>log; sleep 0.05; echo - >>log; printf '\\377\\330'"));
-        Outcome outcome;
-        std::vector<Task<>> tasks;
+        std::list<Still> stills;
         for (int i = 0; i < 8; ++i)
-            tasks.push_back(ask(extractor, QString::number(i), &outcome));
-        QTRY_COMPARE(outcome.count, 8);
+            stills.emplace_back(extractor.makeUploadThumbnail(QString::number(i)));
+        QTRY_COMPARE(doneOf(stills), 8);
         int running = 0, started = 0;
         for (const QByteArray& line : log()) {
             running += line.startsWith('+') ? 1 : -1;
@@ -110,53 +105,47 @@ private Q_SLOTS:
 
     void aDroppedTaskEndsItsProcessAndFreesItsPlace() {
         ProcessStillExtractor extractor(program("echo $$ $1 >>log; exec sleep 1000"));
-        Outcome outcome;
-        std::vector<Task<>> tasks;
+        std::list<Still> stills;
         for (int i = 0; i < 500; ++i)
-            tasks.push_back(ask(extractor, QString::number(i), &outcome));
+            stills.emplace_back(extractor.makeUploadThumbnail(QString::number(i)));
         QTRY_COMPARE(log().size(), 2);
-        tasks[2].cancel(); // leaves the queue
-        tasks[0].cancel();
+        std::next(stills.begin(), 2)->cancel(); // leaves the queue
+        stills.front().cancel();
         QTRY_COMPARE(log().size(), 3);
         QTRY_VERIFY(isGone(processOf("0")));
         QVERIFY(!isGone(processOf("1")) && !isGone(processOf("3")));
-        tasks.clear();
+        QCOMPARE(doneOf(stills), 0);
+        stills.clear();
         QTRY_VERIFY(isGone(processOf("1")) && isGone(processOf("3")));
         QCOMPARE(log().size(), 3); // none of the others was begun
-        QCOMPARE(outcome.count, 0);
     }
 
     void theLimitCountsFromTheStartOfEachProcess() {
         ProcessStillExtractor extractor(
             program("echo $$ $1 >>log; [ $1 = slow ] && exec sleep 1000; printf '\\377\\330'"), 1s);
-        Outcome slow, other, waiting;
-        const Task<> first = ask(extractor, u"slow"_s, &slow);
-        const Task<> second = ask(extractor, u"slow"_s, &other);
-        const Task<> third = ask(extractor, u"quick"_s, &waiting);
-        QTRY_COMPARE(waiting.count, 1);
-        QVERIFY(waiting.still);
-        QTRY_COMPARE(slow.count + other.count, 2);
-        QVERIFY(!slow.still && !other.still);
+        Still slow(extractor.makeUploadThumbnail(u"slow"_s));
+        Still other(extractor.makeUploadThumbnail(u"slow"_s));
+        Still waiting(extractor.makeUploadThumbnail(u"quick"_s));
+        QTRY_VERIFY(waiting.value());
+        QTRY_VERIFY(slow.isDone() && other.isDone());
+        QVERIFY(!slow.value() && !other.value());
         QTRY_VERIFY(isGone(processOf("slow")));
     }
 
     void anExtractorThatGoesAnswersEveryone() {
         auto extractor =
             std::make_unique<ProcessStillExtractor>(program("echo $$ $1 >>log; exec sleep 1000"));
-        Outcome outcome, dropped;
-        std::vector<Task<>> tasks;
-        for (int i = 0; i < 5; ++i)
-            tasks.push_back(ask(*extractor, QString::number(i), &outcome));
-        Task<> droppedTask = ask(*extractor, u"5"_s, &dropped);
+        std::list<Still> stills;
+        for (int i = 0; i < 6; ++i)
+            stills.emplace_back(extractor->makeUploadThumbnail(QString::number(i)));
         QTRY_COMPARE(log().size(), 2);
         extractor.reset();
-        droppedTask.cancel();
-        QCOMPARE(outcome.count, 0); // from the event loop only
-        QTRY_COMPARE(outcome.count, 5);
-        QVERIFY(!outcome.still);
+        stills.back().cancel();
+        QCOMPARE(doneOf(stills), 0); // from the event loop only
+        QTRY_COMPARE(doneOf(stills), 5);
+        QVERIFY(!stills.front().value() && !stills.back().isDone());
         QTRY_VERIFY(isGone(processOf("0")) && isGone(processOf("1")));
         QCOMPARE(log().size(), 2);
-        QCOMPARE(dropped.count, 0);
     }
 
 private:

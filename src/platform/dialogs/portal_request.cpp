@@ -7,6 +7,8 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 
+#include <algorithm>
+
 namespace quiv {
 
 using namespace Qt::StringLiterals;
@@ -43,7 +45,7 @@ QVariantMap optionsOf(const FileDialogRequest& request, const QString& token) {
 
 PortalRequest::PortalRequest(const QDBusConnection& bus, const FileDialogRequest& request,
                              const QString& parentWindow, std::chrono::milliseconds deadline)
-    : m_bus(bus), m_watcher(Service, m_bus) {
+    : m_bus(bus), m_watcher(Service, m_bus), m_deadline(deadline) {
     const QString token = u"quiv_"_s + randomUuid().remove(u'-');
     listen(requestPath(m_bus, token)); // before the call: the end may come before its reply
     connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this,
@@ -56,21 +58,19 @@ PortalRequest::PortalRequest(const QDBusConnection& bus, const FileDialogRequest
     QDBusMessage question = QDBusMessage::createMethodCall(
         Service, Path, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
     question << ChooserInterface << u"version"_s;
-    auto* asking = new QDBusPendingCallWatcher(
-        m_bus.asyncCall(question, static_cast<int>(deadline.count())), this);
-    connect(asking, &QDBusPendingCallWatcher::finished, this, [this, asking, call, deadline] {
+    auto* asking = send(question);
+    connect(asking, &QDBusPendingCallWatcher::finished, this, [this, asking, call] {
         if (asking->isError())
-            m_answer.resolve(std::nullopt);
-        else
-            open(call, deadline);
+            return m_answer.resolve(std::nullopt);
+        m_hasEnded = false;
+        connect(send(call), &QDBusPendingCallWatcher::finished, this, &PortalRequest::opened);
     });
 }
 
-void PortalRequest::open(const QDBusMessage& call, std::chrono::milliseconds deadline) {
-    m_hasEnded = false;
-    auto* opening = new QDBusPendingCallWatcher(
-        m_bus.asyncCall(call, static_cast<int>(deadline.count())), this);
-    connect(opening, &QDBusPendingCallWatcher::finished, this, &PortalRequest::opened);
+// Gives the call what is left of the deadline.
+QDBusPendingCallWatcher* PortalRequest::send(const QDBusMessage& call) {
+    const int left = std::max(1, static_cast<int>(m_deadline.remainingTime()));
+    return new QDBusPendingCallWatcher(m_bus.asyncCall(call, left), this);
 }
 
 PortalRequest::~PortalRequest() {

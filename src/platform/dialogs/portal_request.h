@@ -6,6 +6,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>
+#include <QDeadlineTimer>
 #include <QObject>
 #include <QString>
 #include <QVariantMap>
@@ -21,7 +22,7 @@ class PortalRequest : public QObject {
     Q_OBJECT
 
 public:
-    // The portal has to say within `deadline` that it opens the dialog.
+    // Within `deadline` the portal has to say that it has a file chooser and opens the dialog.
     PortalRequest(const QDBusConnection& bus, const FileDialogRequest& request,
                   const QString& parentWindow, std::chrono::milliseconds deadline);
     ~PortalRequest() override;
@@ -32,12 +33,13 @@ private Q_SLOTS:
     void respond(uint response, const QVariantMap& results);
 
 private:
-    void open(const QDBusMessage& call, std::chrono::milliseconds deadline);
+    QDBusPendingCallWatcher* send(const QDBusMessage& call);
     void listen(const QString& path);
     void opened(QDBusPendingCallWatcher* opening);
 
     QDBusConnection m_bus;
     QDBusServiceWatcher m_watcher;
+    QDeadlineTimer m_deadline;
     QString m_path;
     bool m_hasEnded = true; // also before the dialog is asked for
     Promise<FileDialogAnswer> m_answer;

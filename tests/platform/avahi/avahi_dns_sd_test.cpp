@@ -1,9 +1,9 @@
 #include <QTest> // first: moc stumbles over standard headers that come before any of Qt's
 
 #include "platform/avahi/avahi_dns_sd.h"
-#include "platform/avahi/avahi_outcome.h"
 #include "platform/avahi/avahi_test_announcer.h"
 #include "platform/avahi/avahi_test_daemon.h"
+#include "support/outcome.h"
 #include "support/test_main.h"
 
 #include <QElapsedTimer>
