@@ -213,6 +213,10 @@ void Pictures::takeControls(const QString& prefix) {
     ++m_state.playbackReading;
     m_presenter.show(m_state);
     take(prefix + u"dock"_s);
+    m_state.isReachable = false;
+    m_presenter.show(m_state);
+    take(prefix + u"not-reachable"_s, {1040, 700});
+    m_state.isReachable = true;
     m_state.move = {true, 0.62, 31'500'000, u"c.mkv"_s};
     m_presenter.show(m_state);
     take(prefix + u"move"_s);

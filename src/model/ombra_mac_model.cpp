@@ -44,6 +44,7 @@ void OmbraMacModel::tellStateChanges() {
         connect(part, changed, this, &OmbraMacModel::stateChanged);
     };
     tell(&m_discovery, &Discovery::devicesChanged);
+    tell(&m_tokens, &AuthTokens::tokenChanged);
     tell(&m_selected, &SelectedDevice::changed);
     tell(&m_reachability, &Reachability::reachableChanged);
     tell(&m_status, &StatusLine::statusMessageChanged);

@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::int64_t LongestLifetimeSec = 100ll * 365 * 24 * 3600;
 constexpr std::int64_t ExpiresSoonMs = 60'000;
+constexpr double LeastGainMs = 30'000;
 constexpr double Int64Bound = 9223372036854775808.0; // 2^63
 
 const QString ClientIdKey = u"ombra.controlClientId.v1"_s;
@@ -104,14 +105,25 @@ bool AuthTokens::storeAuthToken(const AuthGrant& grant, const QUrl& url) {
         removeAuthToken(url);
         return false;
     }
+    const bool isKnown = storedAuthToken(url) == token;
+    const auto expiryMs = static_cast<double>(nowMs() + lifetimeSec * 1000);
+    // A TV renews the lifetime with every reply: not each of them is worth writing to the disk.
+    const double gainMs = expiryMs - m_settings.real(expiryKey(url)).value_or(0);
+    if (isKnown && gainMs >= 0 && gainMs < LeastGainMs)
+        return true;
     m_settings.setText(tokenKey(url), token);
-    m_settings.setReal(expiryKey(url), double(nowMs() + lifetimeSec * 1000));
+    m_settings.setReal(expiryKey(url), expiryMs);
+    if (!isKnown)
+        Q_EMIT tokenChanged();
     return true;
 }
 
 void AuthTokens::removeAuthToken(const QUrl& url) {
+    const bool isKnown = storedAuthToken(url).has_value();
     m_settings.remove(tokenKey(url));
     m_settings.remove(expiryKey(url));
+    if (isKnown)
+        Q_EMIT tokenChanged();
 }
 
 std::int64_t AuthTokens::nowMs() const {

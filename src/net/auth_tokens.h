@@ -5,6 +5,7 @@
 #include "platform/http/http_session.h"
 #include "platform/settings_store.h"
 
+#include <QObject>
 #include <QString>
 #include <QUrl>
 
@@ -29,7 +30,9 @@ std::int64_t clampedLifetime(std::int64_t lifetimeSec);
 
 // Who this client is to the TVs: its client id, and one access token with its expiry per TV, kept
 // in the settings. "URL" is any URL of the TV.
-class AuthTokens {
+class AuthTokens : public QObject {
+    Q_OBJECT
+
 public:
     AuthTokens(SettingsStore& settings, const Clock& clock);
 
@@ -48,6 +51,9 @@ public:
     // Returns whether it was stored.
     bool storeAuthToken(const AuthGrant& grant, const QUrl& url);
     void removeAuthToken(const QUrl& url);
+
+Q_SIGNALS:
+    void tokenChanged(); // of any TV
 
 private:
     std::int64_t nowMs() const;

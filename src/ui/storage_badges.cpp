@@ -40,6 +40,13 @@ QList<StorageStatusBadge> storageStatusBadges(const std::optional<RemoteStorage>
     return badges;
 }
 
+QList<StorageStatusBadge> tvBadges(const WindowState& state) {
+    auto badges = storageStatusBadges(state.content.storage, state.content.usbStorage);
+    if (state.selectedDevice && !state.isReachable)
+        badges.prepend({u"Not reachable"_s, BadgeTone::Tone::Amber});
+    return badges;
+}
+
 StorageStatusBadge storageLocationBadge(const std::optional<QString>& storageLocation) {
     if (storageLocation && storageLocation->toUpper() == u"USB"_s)
         return {u"USB"_s, BadgeTone::Tone::Usb};

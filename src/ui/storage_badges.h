@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/window_state.h"
 #include "net/wire_records.h"
 
 #include <QList>
@@ -19,7 +20,7 @@ QML_ELEMENT
 
 enum class Tone {
     Green,    // a storage that is present and writable
-    Amber,    // a drive that is unplugged, or the hint to set one up
+    Amber,    // a TV or drive that is not there, or the hint to set a drive up
     Neutral,  // information
     Usb,      // a row's video is on the drive
     Internal, // a row's video is on the TV itself
@@ -50,6 +51,9 @@ QVariantList badgeValues(const QList<StorageStatusBadge>& badges);
 // What is free on the TV and on its drive, or that the drive is unplugged.
 QList<StorageStatusBadge> storageStatusBadges(const std::optional<RemoteStorage>& storage,
                                               const std::optional<RemoteUsbStorage>& usbStorage);
+
+// Those of the selected TV: "Not reachable" while it does not answer, then its storages.
+QList<StorageStatusBadge> tvBadges(const WindowState& state);
 
 // "USB" when the TV says so in any letter case, else "Internal", also when it says nothing.
 StorageStatusBadge storageLocationBadge(const std::optional<QString>& storageLocation);

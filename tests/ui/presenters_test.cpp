@@ -82,14 +82,16 @@ private Q_SLOTS:
         QCOMPARE(storageStatusBadges(RemoteStorage{0, 0, 12'400'000'000}, drive(true)),
                  (Badges{{u"Internal 12.4 GB free"_s, Tone::Green},
                          {u"Backup 310 GB free"_s, Tone::Green}}));
-        LibraryContent content;
+        LibraryContent& content = m_state.content;
         content.usbStorage = drive(false);
         content.usbSetupHint = QString();
         const StorageStatusBadge unplugged{u"Backup 3 videos/4.2 GB unplugged"_s, Tone::Amber};
-        QCOMPARE(headerBadges(content),
+        QCOMPARE(headerBadges(m_state),
                  (Badges{unplugged, {u"Uploads: INTERNAL"_s, Tone::Neutral}}));
         content.usbSetupHint = u"Plug in\na drive"_s;
-        QCOMPARE(headerBadges(content)[1], (StorageStatusBadge{u"Plug in a drive"_s, Tone::Amber}));
+        m_state.isReachable = false;
+        QCOMPARE(headerBadges(m_state)[0], (StorageStatusBadge{u"Not reachable"_s, Tone::Amber}));
+        QCOMPARE(headerBadges(m_state)[2], (StorageStatusBadge{u"Plug in a drive"_s, Tone::Amber}));
         QCOMPARE(storageLocationBadge(u"usb"_s).text, u"USB"_s);
         QCOMPARE(storageLocationBadge({}).tone, Tone::Internal);
     }
@@ -316,10 +318,21 @@ private Q_SLOTS:
 
     void uploadsAreListedAndMarkTheirRows() {
         UploadListItem item = sampleUpload(u"1"_s, u"a.mkv"_s, Bedroom);
-        QCOMPARE(uploadStatusText(item, endpointKey(Kitchen)), u"To Bedroom:  Queued"_s);
+        m_state.selectedDevice = Kitchen;
+        m_state.download = {true, 0.5, u"c.mkv"_s, endpointKey(Bedroom), Bedroom.name};
+        const auto statusTexts = [&] {
+            m_state.uploads = {item};
+            QStringList texts;
+            for (const QueueRow& row : queueRows(m_state))
+                texts.append(row.statusText);
+            return texts;
+        };
+        QCOMPARE(statusTexts(),
+                 QStringList({u"From Bedroom:  Downloading  50%"_s, u"To Bedroom:  Queued"_s}));
+        m_state.selectedDevice = Bedroom;
         item.state = UploadListItemState::Failed;
         item.reason = u"No\nspace."_s;
-        QCOMPARE(uploadStatusText(item, item.tvKey), u"No space."_s);
+        QCOMPARE(statusTexts(), QStringList(u"No space."_s));
         item.state = UploadListItemState::Uploading;
         LibraryPresenter& shown = *m_presenter->library();
         m_state.uploads = {item};

@@ -8,8 +8,9 @@ namespace quiv {
 
 using namespace Qt::StringLiterals;
 
-QList<StorageStatusBadge> headerBadges(const LibraryContent& content) {
-    QList<StorageStatusBadge> badges = storageStatusBadges(content.storage, content.usbStorage);
+QList<StorageStatusBadge> headerBadges(const WindowState& state) {
+    const LibraryContent& content = state.content;
+    QList<StorageStatusBadge> badges = tvBadges(state);
     if (content.usbSetupHint && !content.usbSetupHint->isEmpty())
         badges.append({displayText(*content.usbSetupHint), BadgeTone::Tone::Amber});
     badges.append(
@@ -37,12 +38,12 @@ HeaderMove headerMove(const MoveState& move) {
 
 HeaderPresenter::HeaderPresenter(WindowActions& actions, QObject* parent)
     : QObject(parent), m_actions(actions) {
-    m_state.badges = headerBadges({});
+    m_state.badges = headerBadges(WindowState());
 }
 
 void HeaderPresenter::show(const WindowState& state) {
     HeaderState shown;
-    shown.badges = headerBadges(state.content);
+    shown.badges = headerBadges(state);
     shown.statusMessage = displayText(state.statusMessage);
     shown.isSyncing = state.isLibraryLoading;
     shown.requiresPairing = state.pairing.requiresControlPairing;

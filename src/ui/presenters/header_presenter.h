@@ -55,8 +55,8 @@ public:
 
 HeaderMove headerMove(const MoveState& move);
 
-// Storage, the hint to set up a drive, and where uploads go.
-QList<StorageStatusBadge> headerBadges(const LibraryContent& content);
+// That the TV does not answer, its storage, the hint to set up a drive, and where uploads go.
+QList<StorageStatusBadge> headerBadges(const WindowState& state);
 
 // "This code is valid until 14:05", or empty.
 QString codeValidUntilText(const PairingState& pairing);

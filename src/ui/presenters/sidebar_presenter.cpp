@@ -68,8 +68,7 @@ SidebarPresenter::SidebarPresenter(WindowActions& actions, QObject* parent)
     : QObject(parent), m_actions(actions), m_tiles(tileRoles()) {}
 
 void SidebarPresenter::show(const WindowState& state) {
-    const auto badges = storageStatusBadges(state.content.storage, state.content.usbStorage);
-    m_tiles.assign(tvTiles(state.discoveredDevices, state.selectedDevice, badges));
+    m_tiles.assign(tvTiles(state.discoveredDevices, state.selectedDevice, tvBadges(state)));
     publish(this, m_countText, foundTvsText(state.discoveredDevices.size()),
             &SidebarPresenter::countTextChanged);
 }
