@@ -13,8 +13,9 @@ class SettingsStore {
 public:
     virtual ~SettingsStore() = default;
 
-    virtual std::optional<QString> text(const QString& key) const = 0; // none: absent or a number
-    virtual std::optional<double> real(const QString& key) const = 0;  // none: absent or a text
+    virtual std::optional<QString>
+    text(const QString& key) const = 0; // nullopt if absent or a number
+    virtual std::optional<double> real(const QString& key) const = 0; // nullopt if absent or a text
     virtual void setText(const QString& key, const QString& value) = 0;
     virtual void setReal(const QString& key, double value) = 0;
     virtual void remove(const QString& key) = 0;
@@ -42,9 +43,9 @@ public:
 private:
     using Values = QHash<QString, QVariant>;
 
-    // An invalid value removes.
+    // An invalid value removes the key.
     void change(const QString& key, const QVariant& value);
-    std::optional<Values> read() const; // none: there is a file, but not of settings
+    std::optional<Values> read() const; // nullopt if the file holds no settings
     bool write(const Values& values) const;
 
     QString m_path;

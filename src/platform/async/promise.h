@@ -13,7 +13,8 @@ namespace quiv {
 
 // A result that code outside of coroutines hands to the one task that awaits it.
 //
-//     const QString name = co_await promise.wait([this] { hide(); }); // hide() if the task is dropped
+//     const QString name = co_await promise.wait([this] { hide(); }); // hide() if the task is
+//     dropped
 //
 // Only the first outcome counts; it may come before the task waits. The task resumes from the event
 // loop. Copies share the outcome, and the promise may be destroyed before the task is. Main thread
@@ -21,7 +22,7 @@ namespace quiv {
 template <class T> class Promise {
     struct State {
         std::variant<std::monostate, T, std::exception_ptr> outcome;
-        std::coroutine_handle<> task; // null unless a task is suspended
+        std::coroutine_handle<> task; // is null unless a task is suspended
         std::function<void()> onDropped;
 
         bool isSettled() const { return outcome.index() != 0; }

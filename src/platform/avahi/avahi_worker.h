@@ -34,7 +34,7 @@ private:
     using Instant = AvahiBackendChoice::Instant;
     struct Asked {
         AvahiQuestion question;
-        std::unique_ptr<AvahiLookup> lookup; // null while it waits to be asked again
+        std::unique_ptr<AvahiLookup> lookup; // nullptr while it waits to be asked again
         std::optional<Instant> askAgainAt;
     };
 

@@ -36,7 +36,7 @@ public:
 private:
     struct Command {
         TransferId id = 0;
-        std::unique_ptr<CurlTransfer> transfer; // none: cancel
+        std::unique_ptr<CurlTransfer> transfer; // nullptr stands for cancelling
     };
     struct MultiDeleter {
         void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }
@@ -44,7 +44,7 @@ private:
 
     void post(Command command);
     void run();
-    bool takeCommands(); // false: time to end
+    bool takeCommands(); // returns false once the thread has to end
     void begin(Command command);
     void end(TransferId id);
     void collectFinished();

@@ -27,7 +27,7 @@ public:
     CurlTransfer(const CurlTransfer&) = delete;
     CurlTransfer& operator=(const CurlTransfer&) = delete;
 
-    // Opens the files and sets every option; an error when that is impossible.
+    // Opens the files and sets every option. Returns an error if that is impossible.
     std::optional<HttpError> prepare();
     CURL* handle() const { return m_easy.get(); }
     // What came of it, once libcurl says that it is over.
