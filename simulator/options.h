@@ -13,17 +13,17 @@ namespace quiv::simulator {
 // What the command line asks for.
 struct Options {
     QString name;
-    std::optional<quint16> port; // none: 8080, or a free one when that is taken
-    quint16 controlPort = 0;     // 0: a free one
+    std::optional<quint16> port; // by default 8080, or a free one if that is taken
+    quint16 controlPort = 0;     // 0 takes a free one
     bool quiet = false;
     bool exitWithParent = false;
 
     QString mediaFolder;
-    QString usbFolder; // empty: no USB drive
+    QString usbFolder; // is empty if there is no USB drive
     bool makesSamples = true;
     int generatedCount = 0;
     std::chrono::milliseconds moveDuration{4000};
-    std::optional<qint64> freeBytes; // none: a lot
+    std::optional<qint64> freeBytes; // a lot by default
 
     Pairing::Settings pairing;
     bool browsingNeedsPairing = false;
@@ -32,12 +32,12 @@ struct Options {
     Announcer::Way announceWay = Announcer::Way::Auto;
     QString serviceName;
     QString hostName;
-    std::optional<quint16> announcedPort; // none: the real one
+    std::optional<quint16> announcedPort; // the real one by default
     bool ipv6Only = false;
 };
 
-// None when the arguments make no sense; `problem` then says why. Prints the help and ends the
-// program when asked to.
+// Returns nullopt if the arguments make no sense; `problem` then says why. Prints the help and ends
+// the program when asked to.
 std::optional<Options> parseOptions(const QStringList& arguments, QString* problem);
 
 } // namespace quiv::simulator

@@ -18,7 +18,7 @@ public:
     ~Simulator();
     Q_DISABLE_COPY_MOVE(Simulator)
 
-    // False when a port is taken, which is then printed.
+    // Prints which port is taken and returns false if one is.
     bool start();
 
 private:

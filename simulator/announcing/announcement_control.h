@@ -16,7 +16,7 @@ public:
     void stop();
 
     // Changes "serviceName" and "port" and announces, or withdraws on "announced": false.
-    // A sentence when that is not possible, else none.
+    // Returns a sentence if that is not possible.
     std::optional<QString> change(const QJsonObject& change);
 
 private:

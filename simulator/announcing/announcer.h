@@ -31,13 +31,13 @@ public:
     };
     struct Settings {
         Way way = Way::Auto;
-        QString hostName; // first label; empty: the machine's, or one of this process when embedded
+        QString hostName; // first label; by default the machine's, or one of this process
         bool ipv6Only = false;
         std::function<void(QString serviceName)> announced;
         std::function<void(QString reason)> failed;
     };
 
-    // None, after a call of `failed`, when announcing is not possible.
+    // Returns nullptr, after a call of `failed`, if announcing is not possible.
     static std::unique_ptr<Announcer> create(const Settings& settings);
 
     virtual ~Announcer() = default;

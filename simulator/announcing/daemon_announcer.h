@@ -11,7 +11,7 @@ namespace quiv::simulator {
 // Announces through the system's avahi-daemon. When the daemon ends, so does the announcement.
 class DaemonAnnouncer final : public Announcer {
 public:
-    // None when no daemon runs.
+    // Returns nullptr if no daemon runs.
     static std::unique_ptr<Announcer> create(const Settings& settings, QString* problem);
     ~DaemonAnnouncer() override;
 

@@ -16,7 +16,7 @@ enum class AddressFamily { Ipv4, Ipv6 };
 // This machine's addresses that others can reach: no link-local ones, and loopback addresses only
 // if there is no other.
 std::vector<InterfaceAddress> reachableAddresses(AddressFamily family);
-// The first of them, or the loopback address.
+// Returns the first of them, or the loopback address.
 QString firstAddress(AddressFamily family);
 
 } // namespace quiv::simulator

@@ -30,7 +30,7 @@ ContentProvider bytesOf(std::shared_ptr<QFile> file) {
     };
 }
 
-// Of a generated entry: as many as it is said to have.
+// Sends the bytes of a generated entry, as many as it is said to have.
 ContentProvider madeUpBytes() {
     return [](size_t, size_t length, DataSink& sink) {
         static const std::string slice(SliceBytes, 'x');
@@ -39,7 +39,7 @@ ContentProvider madeUpBytes() {
 }
 
 // The library serves the ranges that it has parsed, but lets them reach beyond the end. Several at
-// once get the whole file. False: there is nothing in the range.
+// once get the whole file. Returns false if there is nothing in the range.
 bool fitRange(const Request& request, qint64 size) {
     auto& ranges = const_cast<Request&>(request).ranges;
     if (ranges.size() != 1 || size == 0) {

@@ -11,8 +11,8 @@ namespace {
 struct KindRow {
     Fault::Kind kind;
     const char* name;
-    const char* neededNumber; // nullptr: none
-    const char* neededText;   // nullptr: none
+    const char* neededNumber; // nullptr if the kind needs none
+    const char* neededText;   // nullptr if the kind needs none
 };
 
 constexpr std::array KindTable{

@@ -45,10 +45,10 @@ struct Fault {
     };
 
     Kind kind = Kind::Status;
-    QString path;   // without leading slash; "*": every path
-    QString method; // empty: every method
+    QString path;   // without leading slash; "*" stands for every path
+    QString method; // is empty for every method
     QJsonObject parameters;
-    std::optional<int> timesLeft; // none: for good
+    std::optional<int> timesLeft; // is nullopt for a fault that stays
     int skip = 0;                 // requests to leave alone first
     int fired = 0;
 
@@ -64,12 +64,12 @@ struct Fault {
 // The faults that are switched on. Thread-safe.
 class FaultList {
 public:
-    // A sentence when the description makes no sense, else none.
+    // Returns a sentence if the description makes no sense.
     std::optional<QString> add(const QJsonObject& description);
     void clear();
     QJsonArray toJson() const;
 
-    // The first fault of this phase that applies to a request, counted as fired.
+    // Returns the first fault of this phase that applies to a request, and counts it as fired.
     std::optional<Fault> take(const QString& method, const QString& path, Fault::Phase phase);
 
 private:

@@ -13,16 +13,16 @@ public:
     GeneratedEntries(int count, bool withUsb);
 
     const std::vector<MediaEntry>& entries() const { return m_entries; }
-    // Grows with every change.
+    // The revision grows with every change.
     int revision() const { return m_revision; }
 
-    // False: no such entry (or, for `add`, there is one already).
+    // These return false if there is no such entry, or, for `add`, if there is one already.
     bool add(const MediaEntry& entry);
     bool remove(const QString& name);
     // Sets the time to one millisecond later than it was.
     bool touch(const QString& name);
     bool rename(const QString& name, const QString& displayName);
-    // To the other storage.
+    // Moves the entry to the other storage.
     bool move(const QString& name, bool toUsb);
 
 private:

@@ -20,7 +20,7 @@ struct MediaEntry {
     bool operator==(const MediaEntry&) const = default;
 };
 
-// By the extension.
+// Judges by the extension.
 MediaEntry::Kind kindOfName(const QString& name);
 // A file that is not whole yet. Where a file system can, such a file has no name at all.
 bool isPartial(const QString& name);

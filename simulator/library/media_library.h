@@ -22,10 +22,10 @@ namespace quiv::simulator {
 // listing, and generated entries. Sub-folders are not looked into. Thread-safe.
 class MediaLibrary {
 public:
-    // An empty `usbFolder`: the TV knows no USB drive.
+    // With an empty `usbFolder` the TV knows no USB drive.
     MediaLibrary(QString mediaFolder, QString usbFolder, int generatedCount);
 
-    // The reply of "api/files"; the same bytes as before when nothing changed.
+    // Returns the reply of "api/files": the same bytes as before while nothing changes.
     QByteArray listing();
 
     using Change = std::function<std::optional<QString>(GeneratedEntries&)>;
@@ -37,16 +37,16 @@ public:
     // Where uploads go, and how much fits there.
     QString uploadFolder();
     qint64 freeBytes();
-    // How much is left on each storage, whatever lies on it; none: a lot.
+    // Sets how much is left on each storage, whatever lies on it; nullopt stands for a lot.
     void setFreeBytes(std::optional<qint64> bytes);
 
-    // As it is listed now; none: not listed.
+    // Returns the entry as it is listed now, or nullopt if it is not.
     std::optional<MediaEntry> find(const QString& name);
-    // Where a listed file lies; empty for a generated entry.
+    // Returns where a listed file lies, or an empty path for a generated entry.
     QString pathOf(const MediaEntry& entry) const;
-    // With the subtitle files that belong to it.
+    // The details include the subtitle files that belong to the video.
     MediaDetails detailsOf(const MediaEntry& entry);
-    // From disk or from the generated entries.
+    // Removes the entry from disk or from the generated entries.
     bool remove(const MediaEntry& entry);
 
     // A file on its way to the other storage: copied beside its place there, under another name,
@@ -57,7 +57,7 @@ public:
 
         const QString& name() const { return m_entry.name; }
         qint64 sizeBytes() const { return m_entry.sizeBytes; }
-        // False: the disks did not play along.
+        // Returns false if a disk fails.
         bool copyUpTo(qint64 end);
 
     private:
@@ -65,7 +65,7 @@ public:
 
         MediaEntry m_entry;
         bool m_toUsb;
-        std::unique_ptr<QFile> m_source; // none: a generated entry
+        std::unique_ptr<QFile> m_source; // is nullptr for a generated entry
         std::unique_ptr<QTemporaryFile> m_copy;
         QString m_target;
     };

@@ -11,14 +11,14 @@ namespace quiv::simulator {
 struct MediaTrack {
     QString id;
     QString label;
-    QString language; // empty: not known
+    QString language; // is empty if not known
 
     bool operator==(const MediaTrack&) const = default;
 };
 
 // How long a video is and what can be chosen in it.
 struct MediaDetails {
-    qint64 durationMs = 0; // 0: not known
+    qint64 durationMs = 0; // is 0 if not known
     std::vector<MediaTrack> audio;
     std::vector<MediaTrack> subtitles;
 };
@@ -29,7 +29,7 @@ MediaDetails detailsOfFile(const QString& path);
 // A subtitle file beside the video whose base name its own begins with.
 MediaTrack sideTrack(const QString& fileName, const QString& videoBase, size_t number);
 
-// Of a video that is no file: an hour and a half, two languages, three subtitles.
+// The details of a video that is no file: an hour and a half, two languages, three subtitles.
 MediaDetails madeUpDetails();
 
 } // namespace quiv::simulator

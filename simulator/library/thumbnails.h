@@ -25,7 +25,7 @@ public:
     // An empty picture changes nothing.
     void bring(const QString& name, const QByteArray& jpeg);
     void forget(const QString& name);
-    // Empty: there is none, or none yet.
+    // Returns an empty picture if there is none, or none yet.
     QByteArray find(const QString& name);
 
 private:
@@ -36,7 +36,7 @@ private:
     MediaLibrary& m_library;
     std::mutex m_mutex;
     QHash<QString, QByteArray> m_brought; // by name
-    QHash<QString, QByteArray> m_made;    // by name and time of modification; empty: not possible
+    QHash<QString, QByteArray> m_made;    // by name and time of change; empty if impossible
     std::deque<MediaEntry> m_wanted;
     std::condition_variable m_change;
     std::atomic<bool> m_stops = false;

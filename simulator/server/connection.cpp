@@ -25,7 +25,7 @@ namespace {
 using Address = sockaddr_storage;
 using NameFunction = int (*)(int, sockaddr*, socklen_t*);
 
-// Port and textual address of one end of a connection; port 0: no connection.
+// Port and textual address of one end of a connection; the port is 0 if there is no connection.
 struct EndPoint {
     int port = 0;
     std::string host;
@@ -104,7 +104,7 @@ void Connection::waitUntilDelivered() const {
 
 namespace {
 
-// 0: time is up; above 0: the peer left or the program ends.
+// Returns 0 when time is up, and more when the peer left or the program ends.
 int waitForEnd(int descriptor, const StopSignal& stop, int milliseconds) {
     pollfd watched[] = {{stop.descriptor(), POLLIN, 0}, {descriptor, POLLRDHUP, 0}};
     return poll(watched, 2, milliseconds);

@@ -22,13 +22,13 @@ public:
     void end(const StopSignal& stop);
     // Waits until the peer has received what was written, at most two seconds.
     void waitUntilDelivered() const;
-    // True when the whole time passed; false when the peer left or the program ends.
+    // Returns true when the whole time passed, false when the peer left or the program ends.
     bool waitFor(std::chrono::milliseconds time, const StopSignal& stop) const;
     // Waits until the peer leaves or the program ends.
     void waitUntilGone(const StopSignal& stop) const;
 
 private:
-    int m_descriptor; // -1: the peer is gone already
+    int m_descriptor; // is -1 if the peer is gone already
 };
 
 // Breaks every connection accepted on a port.

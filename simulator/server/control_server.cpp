@@ -22,7 +22,7 @@ void replyOk(Response& response) {
     replyJson(response, {{u"ok"_s, true}});
 }
 
-// 400 with the complaint, when there is one.
+// Answers 400 with the complaint, if there is one.
 void replyOutcome(Response& response, const std::optional<QString>& complaint) {
     if (complaint)
         replyError(response, 400, *complaint);

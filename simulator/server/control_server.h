@@ -15,7 +15,7 @@ public:
     ControlServer(Television& television, FaultList& faults, RequestLog& log,
                   AnnouncementControl& announcement);
 
-    // Port 0 takes a free one. False: the port is taken.
+    // Port 0 takes a free one. Returns false if the port is taken.
     bool listen(quint16 port);
     quint16 port() const { return m_listener.port(); }
     void stop() { m_listener.stop(); }

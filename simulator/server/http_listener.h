@@ -19,7 +19,7 @@ public:
 
     httplib::Server& routes() { return m_server; }
 
-    // Port 0 takes a free one. False: the port is taken.
+    // Port 0 takes a free one. Returns false if the port is taken.
     bool listen(const QString& address, quint16 port);
     quint16 port() const { return m_port; }
     void stop();

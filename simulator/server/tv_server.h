@@ -19,7 +19,7 @@ public:
     ~TvServer();
     Q_DISABLE_COPY_MOVE(TvServer)
 
-    // Port 0 takes a free one. False: the port is taken.
+    // Port 0 takes a free one. Returns false if the port is taken.
     bool listen(quint16 port, Protocol protocol);
     quint16 port() const { return m_listener.port(); }
     // Ends every request, also those that hang.

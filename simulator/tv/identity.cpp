@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The same name and media folder are the same installation, run after run.
+// One name and media folder make one installation, run after run.
 QString installationIdFor(const QString& name, const QString& storageRoot) {
     static constexpr QUuid space(0x7c1d0f7e, 0x54d2, 0x4d0b, 0x9d, 0x0a, 0x3f, 0x55, 0x86, 0x21,
                                  0x6e, 0x4b);

@@ -25,7 +25,7 @@ public:
     using Seconds = std::chrono::seconds;
 
     struct Settings {
-        QString code; // empty: random
+        QString code; // is chosen at random if empty
         Seconds codeLifetime{300};
         Seconds tokenLifetime{86400};
         Seconds lockout{30};
@@ -49,14 +49,14 @@ public:
     Pairing(Settings settings, std::function<void(QString)> codeShown,
             std::function<Instant()> now = std::chrono::steady_clock::now);
 
-    // Three digits?
+    // Whether the text is three digits.
     static bool isCode(const QString& text);
 
     Verdict verify(const QString& clientId, const QString& code);
     Status status(const Credentials& sender);
     bool isPaired(const Credentials& sender);
-    // The token to use from now on, when the sender's is not the newest or has less than half of
-    // its life left. The old one stays valid until it expires: requests overtake each other.
+    // Returns the token to use from now on if the sender's is not the newest or has less than half
+    // of its life left. The old one stays valid until it expires: requests overtake each other.
     std::optional<Grant> renewal(const Credentials& sender);
     // Takes back every token of the sender, provided that its own is valid.
     void cancel(const Credentials& sender);
@@ -64,11 +64,11 @@ public:
     QString code() const;
     // Shows a new code when the present one has expired; to be called now and then.
     void renewExpiredCode();
-    // Shows this code from now on; empty: a random one.
+    // Shows this code from now on, or a random one if it is empty.
     void setCode(const QString& code);
     void expireCode();
     void expireTokens();
-    // Of tokens handed out from now on.
+    // Applies to tokens that are handed out from now on.
     void setTokenLifetime(Seconds lifetime);
 
 private:

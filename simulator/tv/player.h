@@ -34,7 +34,7 @@ public:
     Outcome seekBy(qint64 offsetMs);
     Outcome seekTo(qint64 positionMs);
     Outcome setSpeed(double speed); // 0.25 to 4
-    // An empty id: no subtitles.
+    // An empty id stands for no subtitles.
     Outcome setSubtitle(const QString& trackId);
     Outcome setAudio(const QString& trackId);
 

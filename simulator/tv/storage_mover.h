@@ -30,10 +30,10 @@ public:
         int status = 409;
         QString reason;
     };
-    // Begins a move; refused with a status and a reason, or begun.
+    // Begins a move, or refuses it with a status and a reason.
     std::optional<Refusal> start(const QString& name, bool toUsb);
     bool isMoving(const QString& name);
-    // The next move fails half way.
+    // Has the next move fail half way.
     void failNext();
 
     // The reply of "api/move-status".
@@ -53,7 +53,7 @@ private:
     // Leaves nothing but the file where it was when it fails.
     bool moveFile(MediaLibrary::Moving moving);
     bool copyInSlices(MediaLibrary::Moving& moving);
-    // False: the program ends.
+    // Returns false if the program ends meanwhile.
     bool waitForNextSlice();
     void tell(const QString& state, qint64 movedBytes, const QString& message);
 

@@ -27,7 +27,7 @@ private:
 
     bool is(Fault::Kind kind) const { return m_fault && m_fault->kind == kind; }
     bool isCutOff(const Incoming& file) const { return file.receivedBytes() >= m_cutOffBytes; }
-    // False: the rest is not read.
+    // Returns false if the rest is not to be read.
     bool takeSlice(Incoming& file, const char* bytes, size_t count);
     bool keepsPace(const Incoming& file);
     void endEarly();

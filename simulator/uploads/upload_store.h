@@ -26,9 +26,9 @@ public:
 
         Q_DISABLE_COPY_MOVE(Incoming)
 
-        // What comes after so many bytes is counted, and not stored.
+        // Has what comes after so many bytes counted, but not stored.
         void keepOnly(qint64 bytes) { m_keptBytes = bytes; }
-        // False: the disk did not play along.
+        // Returns false if the disk fails.
         bool write(const char* bytes, qint64 count);
         qint64 receivedBytes() const { return m_receivedBytes; }
 
@@ -36,7 +36,7 @@ public:
             Asked,  // as a copy only if there is one of that name already
             AsCopy, // "Movie (1).mkv"
         };
-        // The name it is stored under. None: it is not whole, or the disk did not play along.
+        // Returns the name it is stored under, or nullopt if it is not whole or the disk fails.
         std::optional<QString> finish(Naming naming);
 
     private:

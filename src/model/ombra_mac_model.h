@@ -61,7 +61,6 @@ public:
     // Makes this TV the selected one; another than before starts from nothing.
     void selectDevice(const TVEndpoint& device) override;
 
-public Q_SLOTS:
     // The window appeared: search for TVs and keep the selected one current.
     void appear();
     // The window is going: stop keeping it current.

@@ -16,7 +16,7 @@ public:
         m_timer->start(delay);
     }
 
-    // Also called from the callback itself, so the timer object outlives its own signal.
+    // The callback itself may destroy the timer, so the timer object outlives its own signal.
     ~EventLoopTimer() override {
         m_timer->stop();
         m_timer->deleteLater();

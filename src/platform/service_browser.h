@@ -56,9 +56,9 @@ public:
     // only an IPv6 address is known at first, IPv4 gets a moment to arrive. A running search is not
     // needed, and stop() does not end it. Destroying the Task cancels; when the browser goes first,
     // the task completes with nullopt from the event loop.
-    virtual Task<std::optional<ResolvedService>> resolve(FoundService service,
-                                                         std::chrono::milliseconds timeout,
-                                                         std::optional<ResolvedService> known = std::nullopt) = 0;
+    virtual Task<std::optional<ResolvedService>>
+    resolve(FoundService service, std::chrono::milliseconds timeout,
+            std::optional<ResolvedService> known = std::nullopt) = 0;
 };
 
 } // namespace quiv

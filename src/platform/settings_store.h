@@ -19,8 +19,9 @@ class SettingsStore {
 public:
     virtual ~SettingsStore() = default;
 
-    virtual std::optional<QString> text(const QString& key) const = 0; // none: absent or a number
-    virtual std::optional<double> real(const QString& key) const = 0;  // none: absent or a text
+    virtual std::optional<QString>
+    text(const QString& key) const = 0; // nullopt if absent or a number
+    virtual std::optional<double> real(const QString& key) const = 0; // nullopt if absent or a text
     virtual void setText(const QString& key, const QString& value) = 0;
     virtual void setReal(const QString& key, double value) = 0;
     virtual void remove(const QString& key) = 0;
@@ -47,7 +48,7 @@ public:
     void remove(const QString& key) override;
 
 private:
-    // An invalid value removes.
+    // An invalid value removes the key.
     void change(const QString& key, const QVariant& value);
     // Everything that is not known to be on disk.
     SettingsFile::Update nextUpdate();

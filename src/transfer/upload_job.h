@@ -36,13 +36,4 @@ struct UploadListItem {
     bool operator==(const UploadListItem&) const = default;
 };
 
-// A subtitle whose name does not fit its video: the user is asked whether to rename it.
-struct SubtitleRenamePrompt {
-    QUrl sourceURL;
-    QString targetVideoName;
-    QString proposedRemoteName;
-
-    bool operator==(const SubtitleRenamePrompt&) const = default;
-};
-
 } // namespace quiv

@@ -20,7 +20,8 @@ QString formatPlaybackTime(std::int64_t milliseconds);
 // "1x", "1.5x", "1.25x": as many digits as the value needs, two at most.
 QString formatPlaybackSpeed(double speed);
 
-// The option closest to the target, the earlier of two equally close; the target without options.
+// Returns the option closest to the target, the earlier of two equally close ones, or the target
+// itself if there are no options.
 double nearestSpeedOption(const QList<double>& options, double target);
 
 // "31.5 MB/s", or "-- B/s" while there is no speed.
@@ -35,7 +36,8 @@ QString formatPercent(double fraction);
 // "No subtitles", "1 subtitle", "3 subtitles": the highest of what is listed, reported and playing.
 QString subtitleCountText(const FileGroup& group, const std::optional<PlaybackResponse>& playback);
 
-// Maker and model of a TV without repeating the maker, else its brand; none when nothing is known.
+// Maker and model of a TV without repeating the maker, else its brand. Returns nullopt if the TV
+// has told none of them.
 std::optional<QString> deviceDisplayLabel(const TVEndpoint& device);
 
 // A text from outside on one line: line breaks become blanks, other control characters and those

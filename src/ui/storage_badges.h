@@ -28,7 +28,7 @@ enum class Tone {
 Q_ENUM_NS(Tone)
 } // namespace BadgeTone
 
-// One coloured capsule.
+// A coloured capsule with a short text.
 struct StorageStatusBadge {
     Q_GADGET
     QML_VALUE_TYPE(storageStatusBadge)
@@ -45,17 +45,17 @@ public:
     bool operator==(const StorageStatusBadge&) const = default;
 };
 
-// The same for a view's list.
+// Wraps the badges for a list in QML.
 QVariantList badgeValues(const QList<StorageStatusBadge>& badges);
 
-// What is free on the TV and on its drive, or that the drive is unplugged.
+// Says what is free on the TV and on its drive, or that the drive is unplugged.
 QList<StorageStatusBadge> storageStatusBadges(const std::optional<RemoteStorage>& storage,
                                               const std::optional<RemoteUsbStorage>& usbStorage);
 
 // Those of the selected TV: "Not reachable" while it does not answer, then its storages.
 QList<StorageStatusBadge> tvBadges(const WindowState& state);
 
-// "USB" when the TV says so in any letter case, else "Internal", also when it says nothing.
+// Shows "USB" if the TV says so in any letter case, else "Internal".
 StorageStatusBadge storageLocationBadge(const std::optional<QString>& storageLocation);
 
 } // namespace quiv

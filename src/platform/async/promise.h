@@ -22,7 +22,7 @@ namespace quiv {
 template <class T> class Promise {
     struct State {
         std::variant<std::monostate, T, std::exception_ptr> outcome;
-        std::coroutine_handle<> task; // null unless a task is suspended
+        std::coroutine_handle<> task; // is null unless a task is suspended
         std::function<void()> onDropped;
 
         bool isSettled() const { return outcome.index() != 0; }

@@ -53,7 +53,7 @@ public:
     }
 
 private:
-    std::shared_ptr<State> m_state; // null once moved from
+    std::shared_ptr<State> m_state; // is nullptr once moved from
 };
 
 inline Task<Semaphore::Permit> Semaphore::acquireFrom(std::shared_ptr<State> state) {

@@ -14,8 +14,8 @@ namespace quiv {
 // any thread.
 void postToMainThread(std::function<void()> call);
 
-// The same, but the call does nothing if `receiver` has expired by then. The token is to be owned
-// by the receiver alone, on the main thread.
+// Does so unless `receiver` has expired by then. The token is to be owned by the receiver alone, on
+// the main thread.
 void postToMainThread(std::weak_ptr<const void> receiver, std::function<void()> call);
 
 // Runs `work` on the global thread pool and destroys it there.

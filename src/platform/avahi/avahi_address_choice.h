@@ -17,9 +17,9 @@ public:
 
     void add(const HostAddress& address, Clock::Instant now);
 
-    // True when waiting for more addresses is of no use.
+    // Whether waiting for more addresses is of no use.
     bool isFinal() const;
-    // When to stop waiting.
+    // The time at which waiting ends.
     Clock::Instant deadline() const { return m_deadline; }
     const std::optional<HostAddress>& address() const { return m_address; }
 

@@ -84,7 +84,7 @@ public:
 
     virtual ~AvahiBackend() = default;
 
-    // Null when the question cannot be asked (now).
+    // Returns nullptr if the question cannot be asked now.
     virtual std::unique_ptr<AvahiLookup> ask(const AvahiQuestion& question, Listener listener) = 0;
 };
 

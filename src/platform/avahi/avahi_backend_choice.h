@@ -25,11 +25,11 @@ public:
     void lookForDaemon(Instant now);
     bool isOutdated(Instant now) const;
     void renew(Instant now);
-    // When to look again although nothing happened.
+    // The time at which to look again although nothing happened.
     std::optional<Instant> nextTry() const;
 
     AvahiBackendKind kind() const { return m_kind; }
-    // Null when neither can be used.
+    // Returns nullptr while neither can be used.
     AvahiBackend* backend() const;
 
 private:

@@ -38,7 +38,7 @@ void onRecord(::AvahiRecordBrowser*, AvahiIfIndex interface, AvahiProtocol proto
 // The state is looked at from the loop, where the client may be freed.
 void ignoreState(AvahiClient*, AvahiClientState, void*) {}
 
-// What was created for the lookup, or no lookup when it was not.
+// Returns the lookup with what was created for it, or nullptr if nothing was.
 template <class Lookup, class Object>
 std::unique_ptr<AvahiLookup> started(std::unique_ptr<Lookup> lookup, Object* object) {
     lookup->own(object);

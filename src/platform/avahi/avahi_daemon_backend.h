@@ -14,7 +14,7 @@ namespace quiv {
 // Avahi thread only: its calls wait for the daemon.
 class AvahiDaemonBackend final : public AvahiBackend {
 public:
-    // Null when the bus cannot be reached.
+    // Returns nullptr if the bus cannot be reached.
     static std::unique_ptr<AvahiDaemonBackend> create(const AvahiPoll* poll);
 
     bool isRunning() const;

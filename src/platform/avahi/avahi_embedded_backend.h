@@ -18,7 +18,7 @@ namespace quiv {
 // Avahi thread only.
 class AvahiEmbeddedBackend final : public AvahiBackend {
 public:
-    // Null when the multicast DNS port cannot be used.
+    // Returns nullptr if the multicast DNS port cannot be used.
     static std::unique_ptr<AvahiEmbeddedBackend> create(const AvahiPoll* poll);
 
     std::unique_ptr<AvahiLookup> ask(const AvahiQuestion& question, Listener listener) override;

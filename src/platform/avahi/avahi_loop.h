@@ -22,13 +22,13 @@ public:
     AvahiLoop(const AvahiLoop&) = delete;
     AvahiLoop& operator=(const AvahiLoop&) = delete;
 
-    // False when the system refused what a loop needs.
+    // Returns false if the system refused what a loop needs.
     bool isUsable() const { return m_wakeWatch != nullptr; }
     const AvahiPoll* poll() const { return avahi_simple_poll_get(m_poll.get()); }
 
     void post(std::function<void()> work);
-    // Waits for events, posted work or the end of the time, and handles what there is. False when
-    // the loop cannot go on.
+    // Waits for events, posted work or the end of the time, and handles what there is. Returns
+    // false once the loop cannot go on.
     bool iterate(std::optional<std::chrono::milliseconds> atMost);
 
 private:

@@ -10,7 +10,7 @@ namespace quiv {
 // The services that a search has seen and through which paths, to report each of them once.
 class AvahiSeenServices {
 public:
-    // True when the service was not there before.
+    // Whether the service was not there before.
     bool appeared(const ServiceAppeared& appearance);
     // True when it went from its last path.
     bool gone(const ServiceGone& departure);

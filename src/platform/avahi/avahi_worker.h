@@ -35,7 +35,7 @@ private:
     using Instant = AvahiBackendChoice::Instant;
     struct Asked {
         AvahiQuestion question;
-        std::unique_ptr<AvahiLookup> lookup; // null if it could not be asked
+        std::unique_ptr<AvahiLookup> lookup; // nullptr while it waits to be asked again
         std::optional<Instant> askAgainAt;
         int failures; // in a row
     };

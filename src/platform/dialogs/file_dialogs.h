@@ -49,7 +49,7 @@ class PreferredFileDialogs final : public FileDialogs {
 public:
     explicit PreferredFileDialogs(FileDialogs& desktop) : m_desktop(desktop) {}
 
-    // To be taken back (null) before it goes.
+    // The fallback has to be taken back with nullptr before it is destroyed.
     void setFallback(FileDialogs* fallback) { m_fallback = fallback; }
 
     Task<FileDialogAnswer> ask(FileDialogRequest request) override;

@@ -14,8 +14,8 @@ struct FolderEntry {
     bool operator==(const FolderEntry&) const = default;
 };
 
-// What a folder shows: folders first, then files, each by name as people sort; nothing hidden.
-// None for a folder that cannot be read. May be called on any thread.
+// Lists what a folder shows: folders first, then files, each by name as people sort; nothing
+// hidden. Returns nullopt if the folder cannot be read. May be called on any thread.
 std::optional<QList<FolderEntry>> folderListing(const QString& path);
 
 } // namespace quiv

@@ -41,7 +41,7 @@ private:
     QDBusServiceWatcher m_watcher;
     QDeadlineTimer m_deadline;
     QString m_path;
-    bool m_hasEnded = true; // also before the dialog is asked for
+    bool m_hasEnded = true; // is true before the dialog is asked for, too
     Promise<FileDialogAnswer> m_answer;
 };
 

@@ -38,7 +38,7 @@ public:
 private:
     struct Command {
         TransferId id = 0;
-        std::unique_ptr<CurlTransfer> transfer; // none: cancel
+        std::unique_ptr<CurlTransfer> transfer; // nullptr stands for cancelling
         bool dropsIdleConnections = false;      // and nothing else
     };
     struct MultiDeleter {
@@ -47,7 +47,7 @@ private:
 
     void post(Command command);
     void run();
-    bool takeCommands(); // false: time to end
+    bool takeCommands(); // returns false once the thread has to end
     void begin(Command command);
     void end(TransferId id);
     // Replaces the multi handle, and so the connections it keeps, once no transfer needs it.

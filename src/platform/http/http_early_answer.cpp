@@ -4,7 +4,7 @@ namespace quiv {
 
 namespace {
 
-// Status of a line such as "HTTP/1.1 413 Too Large"; 0 when it is not one.
+// Returns the status of a line such as "HTTP/1.1 413 Too Large", or 0 if it is not one.
 int statusOf(const QByteArray& line) {
     if (!line.startsWith("HTTP/1."))
         return 0;

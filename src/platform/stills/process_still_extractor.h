@@ -23,7 +23,7 @@ public:
                                    std::chrono::milliseconds timeLimit = std::chrono::seconds(20));
     ~ProcessStillExtractor() override;
 
-    // Beside the application.
+    // The program beside the application.
     static QString standardProgram();
 
     Task<std::optional<QByteArray>> makeUploadThumbnail(QString path) override;

@@ -96,7 +96,7 @@ public:
     Q_INVOKABLE void drag(double fraction);
     Q_INVOKABLE void drop();
     Q_INVOKABLE void cancelDrag();
-    // By their place in the lists of the state.
+    // `index` is the place in the menu's list of the state.
     Q_INVOKABLE void chooseSubtitle(int index);
     Q_INVOKABLE void chooseAudio(int index);
     Q_INVOKABLE void chooseSpeed(int index);

@@ -26,9 +26,9 @@ public:
     QStringList names() const;
     QStringList symbols() const;
 
-    // Offers these, sorted by name as people sort.
+    // Offers these files, sorted by name as people sort.
     void setFiles(const QList<RemoteFile>& files);
-    // Downloads the file at this place; nothing for another place.
+    // Downloads the file at this place, if there is one.
     Q_INVOKABLE void choose(int index);
 
 Q_SIGNALS:

@@ -60,10 +60,10 @@ public:
     Task<FileDialogAnswer> ask(FileDialogRequest request) override;
 
     Q_INVOKABLE void goUp();
-    // A folder is entered; a file becomes chosen, or no longer, beside the others or instead. For
-    // saving it gives its name.
+    // Enters a folder. Chooses a file or gives it up again; where only one is wanted, it replaces
+    // the one before. A place to save to takes the file's name.
     Q_INVOKABLE void select(const QString& name);
-    // As select(), and a file is the answer.
+    // Does as select(), and takes a file for the answer.
     Q_INVOKABLE void activate(const QString& name);
     Q_INVOKABLE void setName(const QString& name);
     // Makes a folder in the one that is shown, and enters it.

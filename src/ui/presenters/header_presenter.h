@@ -28,7 +28,7 @@ public:
     QString statusMessage;
     bool isSyncing = false;
     bool requiresPairing = false;
-    QString codeValidUntilText; // a sentence; empty when the end is not known
+    QString codeValidUntilText; // a sentence, or empty while the end is not known
 
     bool operator==(const HeaderState&) const = default;
 };
@@ -58,7 +58,7 @@ HeaderMove headerMove(const MoveState& move);
 // That the TV does not answer, its storage, the hint to set up a drive, and where uploads go.
 QList<StorageStatusBadge> headerBadges(const WindowState& state);
 
-// "This code is valid until 14:05", or empty.
+// Returns "This code is valid until 14:05", or an empty text while the end is not known.
 QString codeValidUntilText(const PairingState& pairing);
 
 // The status of the selected TV above its library.

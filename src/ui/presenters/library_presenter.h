@@ -51,12 +51,12 @@ public:
     void show(const WindowState& state);
 
     Q_INVOKABLE void search(const QString& text);
-    // Of the row with this key; nothing without a video.
+    // These act on the row with this key, and do nothing if it has no video.
     Q_INVOKABLE void playOrPause(const QString& key);
     Q_INVOKABLE void moveStorage(const QString& key);
     // Lets the user choose a subtitle for the row's video.
     Q_INVOKABLE void attachSubtitle(const QString& key);
-    // Offers the row's files in the download menu; false when there are none.
+    // Offers the row's files in the download menu. Returns false if there are none.
     Q_INVOKABLE bool offerDownloads(const QString& key);
     Q_INVOKABLE void cancelDownload();
     // Asks the user first.

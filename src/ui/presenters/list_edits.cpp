@@ -76,7 +76,7 @@ public:
         std::sort(m_movers.begin(), m_movers.end());
     }
 
-    // False when more moves would be needed.
+    // Returns false if more moves are needed.
     bool run(size_t maximumMoves) {
         auto mover = m_movers.begin();
         for (auto row = m_sorted.begin(); row != m_sorted.end();) {

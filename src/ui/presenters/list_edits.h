@@ -28,15 +28,15 @@ struct RowMove {
 
 // To be applied in this order.
 struct ListEdits {
-    std::vector<RowRun> removals;   // last first
+    std::vector<RowRun> removals;   // from the last to the first
     std::vector<RowMove> moves;     // as few rows as possible
-    std::vector<RowRun> insertions; // first first, in the new list's numbers
+    std::vector<RowRun> insertions; // from the first to the last, in the new list's numbers
 
     bool operator==(const ListEdits&) const = default;
 };
 
 // `newRowOfOld` tells for each old row which row of the new list it is, or -1; no new row is named
-// twice. None when more than `maximumRuns` steps would be needed.
+// twice. Returns nullopt if more than `maximumRuns` steps are needed.
 std::optional<ListEdits> listEdits(const std::vector<int>& newRowOfOld, int newCount,
                                    int maximumRuns);
 

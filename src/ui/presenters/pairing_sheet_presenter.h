@@ -23,7 +23,7 @@ public:
     bool isShown = false;
     QString code; // as typed
     bool canVerify = false;
-    QString codeValidUntilText; // a sentence; empty when the end is not known
+    QString codeValidUntilText; // a sentence, or empty while the end is not known
 
     bool operator==(const PairingSheetState&) const = default;
 };

@@ -22,7 +22,7 @@ public:
     using QObject::QObject;
 
     bool isShown() const { return m_confirmed != nullptr; }
-    // Stays while the prompt fades.
+    // The text stays while the prompt fades.
     const QString& message() const { return m_message; }
 
     void show(const WindowState& state);

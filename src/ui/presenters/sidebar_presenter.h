@@ -28,7 +28,7 @@ struct TvTile {
 QList<TvTile> tvTiles(const QList<TVEndpoint>& devices, const std::optional<TVEndpoint>& selected,
                       const QList<StorageStatusBadge>& badgesOfSelected);
 
-// Maker and model, unless the name tells them already; else empty.
+// Returns maker and model, or an empty text if the name tells them already.
 QString tileDescription(const TVEndpoint& device);
 
 // "Found 1 TV", "Found 3 TVs".

@@ -56,7 +56,7 @@ public:
 
     Q_INVOKABLE void cancel(const QString& key);
     Q_INVOKABLE void retry(const QString& key);
-    // Files are held over the window, or no longer.
+    // Tells whether files are held over the window.
     Q_INVOKABLE void setDropTargeted(bool isTargeted);
     // Returns whether the drop is taken.
     Q_INVOKABLE bool drop(const QList<QUrl>& urls);

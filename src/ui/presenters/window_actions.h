@@ -20,9 +20,9 @@ public:
     virtual void cancelPairing() = 0;
     virtual void togglePlayback(const QString& videoName) = 0;
     virtual void sendPlayback(const PlaybackCommand& command) = 0;
-    // To "USB" or "INTERNAL".
+    // `target` is "USB" or "INTERNAL".
     virtual void startMove(const QString& videoName, const QString& target) = 0;
-    // Asks the user where to.
+    // Asks the user where to put the file.
     virtual void downloadFile(const RemoteFile& file) = 0;
     virtual void cancelDownload() = 0;
     virtual void deleteGroup(const FileGroup& group) = 0;

@@ -27,8 +27,8 @@ public:
     // Returns a null image while there is no picture.
     const QImage& image() const { return m_image; }
 
-    // An empty address has no picture. The same one as before is left alone while it loads or is
-    // shown, and tried again otherwise.
+    // An empty address has no picture. An address that is loading or shown already is left alone;
+    // one whose picture could not be had is tried again.
     void load(const QUrl& url, const ThumbnailShape& shape);
 
 Q_SIGNALS:

@@ -14,9 +14,9 @@ struct ThumbnailShape {
     bool operator==(const ThumbnailShape&) const = default;
 };
 
-// The picture stretched to its shape. A null image for what is no whole JPEG, PNG, WebP, GIF or BMP
-// picture, or one of more pixels than any picture of this size needs: whatever comes, it costs
-// bounded memory. Any thread.
+// Returns the picture stretched to its shape, or a null image if the bytes are no whole JPEG, PNG,
+// WebP, GIF or BMP picture, or one of more pixels than any picture of this size needs: whatever
+// comes, it costs bounded memory. May be called on any thread.
 QImage decodedThumbnail(const QByteArray& bytes, const ThumbnailShape& shape);
 
 } // namespace quiv

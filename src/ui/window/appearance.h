@@ -14,7 +14,6 @@ class Appearance : public QObject {
     QML_ELEMENT
     QML_SINGLETON
     Q_PROPERTY(bool isDark READ isDark NOTIFY isDarkChanged)
-    Q_PROPERTY(QString fontFamily READ fontFamily NOTIFY fontChanged)
     Q_PROPERTY(int fontPixelSize READ fontPixelSize NOTIFY fontChanged)
     Q_PROPERTY(bool isKeyboardInUse READ isKeyboardInUse NOTIFY isKeyboardInUseChanged)
 
@@ -22,7 +21,6 @@ public:
     explicit Appearance(QObject* parent = nullptr);
 
     bool isDark() const { return m_isDark; }
-    const QString& fontFamily() const { return m_fontFamily; }
     int fontPixelSize() const { return m_fontPixelSize; }
 
     // The interface font in another size and weight; sizes need not be whole, which QML's own font

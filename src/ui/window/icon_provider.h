@@ -15,7 +15,7 @@ public:
     QImage requestImage(const QString& id, QSize* size, const QSize& requestedSize) override;
 };
 
-// The symbol in its own colours; a null image for an unknown name.
+// Returns the symbol in its own colours, or a null image if the name is unknown.
 QImage renderedIcon(const QString& name, const QSize& size);
 
 } // namespace quiv

@@ -26,7 +26,7 @@ public:
     MainWindow(OmbraMacModel& model, const WindowPorts& ports);
     ~MainWindow();
 
-    // False when the views could not be loaded, which the log explains.
+    // Returns false if the views could not be loaded, which the log explains.
     bool show();
 
     // Returns nullptr if the views could not be loaded.

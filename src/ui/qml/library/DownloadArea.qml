@@ -12,7 +12,7 @@ Item {
     required property bool isCompact
     required property int focusPolicy
 
-    // The same for both, so that columns line up, but where the symbol alone is.
+    // Button and progress are equally wide, so that columns line up, but where the symbol alone is.
     readonly property bool isWide: !isCompact || content.isDownloading
     readonly property int wideWidth: Math.max(button.implicitWidth, progress.implicitWidth)
 
