@@ -36,6 +36,7 @@ public:
         for (const QUrl& url : urls)
             calls.append(u"pick "_s + url.fileName());
     }
+    void post(const QString& message) override { calls.append(u"say "_s + message); }
     void queueSubtitleUpload(const QUrl& sourceURL, const QString& remoteName) override {
         calls.append(u"attach %1 as %2"_s.arg(sourceURL.fileName(), remoteName));
     }

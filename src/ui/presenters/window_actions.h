@@ -30,6 +30,8 @@ public:
     virtual void queueSubtitleUpload(const QUrl& sourceURL, const QString& remoteName) = 0;
     // Returns false if there is no file among them.
     virtual bool queueDroppedFiles(const QList<QUrl>& urls) = 0;
+    // Shows a message in the status line.
+    virtual void post(const QString& message) = 0;
     virtual void cancelUploadJob(const QString& id) = 0;
     virtual void retryUploadJob(const QString& id) = 0;
 };

@@ -37,17 +37,27 @@ void WindowPresenter::pickUploads() {
 Task<> WindowPresenter::pickingUploads() {
     const FileDialogRequest request(FileDialogRequest::Purpose::OpenSeveral, u"Upload to the TV"_s,
                                     u"Open"_s);
+    const QString tvKey = m_tvKey;
     const FileDialogAnswer files = co_await m_fileDialogs.ask(request);
-    if (files && !files->isEmpty())
+    if (files && !files->isEmpty() && isForSelectedTv(tvKey))
         m_actions.queueUploadsFromPicker(*files);
 }
 
 Task<> WindowPresenter::pickingSubtitle(QString videoName) {
     const FileDialogRequest request(FileDialogRequest::Purpose::OpenOne, u"Attach Subtitle"_s,
                                     u"Open"_s);
+    const QString tvKey = m_tvKey;
     const FileDialogAnswer files = co_await m_fileDialogs.ask(request);
-    if (files && !files->isEmpty())
+    if (files && !files->isEmpty() && isForSelectedTv(tvKey))
         attachSubtitle(files->constFirst(), videoName);
+}
+
+bool WindowPresenter::isForSelectedTv(const QString& tvKey) {
+    if (tvKey == m_tvKey)
+        return true;
+    m_actions.post(u"Not uploaded, because another TV was selected meanwhile. Choose the files "
+                   "again."_s);
+    return false;
 }
 
 void WindowPresenter::attachSubtitle(const QUrl& subtitle, const QString& videoName) {
@@ -72,6 +82,7 @@ void WindowPresenter::askToDelete(const FileGroup& group) {
 }
 
 void WindowPresenter::show(const WindowState& state) {
+    m_tvKey = state.selectedDevice ? endpointKey(*state.selectedDevice) : QString();
     m_sidebar.show(state);
     m_header.show(state);
     m_library.show(state);

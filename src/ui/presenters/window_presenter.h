@@ -55,6 +55,8 @@ public:
 
 private:
     void askToDelete(const FileGroup& group);
+    // Says so if the user chose files for another TV than the one that is selected now.
+    bool isForSelectedTv(const QString& tvKey);
     Task<> pickingUploads();
     Task<> pickingSubtitle(QString videoName);
 
@@ -70,6 +72,7 @@ private:
     PromptPresenter m_subtitleRename;
     PromptPresenter m_deletePrompt;
     PairingSheetPresenter m_pairingSheet;
+    QString m_tvKey;  // of the selected TV; empty without one
     Task<> m_picking; // the newest alone
 };
 

@@ -37,6 +37,7 @@ public:
     void queueUploadsFromPicker(const QList<QUrl>& urls) override {
         m_model.uploads()->queueUploadsFromPicker(urls);
     }
+    void post(const QString& message) override { m_model.status()->post(message); }
     void queueSubtitleUpload(const QUrl& sourceURL, const QString& remoteName) override {
         m_model.uploads()->queueSubtitleUpload(sourceURL, remoteName);
     }
