@@ -17,7 +17,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto GatheringTime = 500ms;
-constexpr auto LongestWaitAtEnd = 2s;
+constexpr auto LongestWaitAtEnd = 1s;
 
 } // namespace
 
@@ -35,7 +35,7 @@ FileSettingsStore::~FileSettingsStore() {
     const auto write = std::make_shared<std::packaged_task<bool()>>(
         [file = m_file, update] { return file->write(update); });
     std::future<bool> written = write->get_future();
-    runInBackground([write] { (*write)(); });
+    runOnDiskThread([write] { (*write)(); });
     if (written.wait_for(LongestWaitAtEnd) != std::future_status::ready || !written.get())
         reportFailure();
 }
@@ -90,7 +90,7 @@ Task<> FileSettingsStore::writeGathered() {
         const auto writing = [file = m_file, update = nextUpdate()] {
             return file->write(update);
         };
-        const bool isWritten = co_await inBackground(writing);
+        const bool isWritten = co_await onDisk(writing);
         if (isWritten)
             m_writing.clear();
         else

@@ -29,9 +29,9 @@ public:
 
 // Settings in memory, kept in a SettingsFile.
 //
-// A value is in force at once. Changes are gathered for half a second, then one write in the
-// background takes them all to the disk; the destructor writes what is left and waits for that,
-// at most two seconds. What cannot be written still holds for this run and goes with the next
+// A value is in force at once. Changes are gathered for half a second, then one write on a disk
+// thread takes them all to the disk; the destructor writes what is left and waits for that, at most
+// a second. What cannot be written still holds for this run and goes with the next
 // change; the log is told of it once.
 class FileSettingsStore final : public SettingsStore {
 public:
