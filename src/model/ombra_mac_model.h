@@ -55,7 +55,7 @@ public:
 
     // What the window shows of all parts.
     WindowState state();
-    // Of the selected TV, with the token it has given by now; none without a TV.
+    // Of the selected TV, with the token it has given by now. Returns nullopt without a TV.
     std::optional<ThumbnailAddress> thumbnailAddress();
 
     // Makes this TV the selected one; another than before starts from nothing.
