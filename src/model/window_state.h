@@ -34,18 +34,19 @@ struct WindowState {
     std::optional<ThumbnailAddress> thumbnails;
 };
 
+// The endpointKey of the TV that is shown; empty without one.
+inline QString selectedTvKey(const WindowState& state) {
+    return state.selectedDevice ? endpointKey(*state.selectedDevice) : QString();
+}
+
 // Whether both states are about the same TV, perhaps by a newer record, or both about no TV.
 inline bool isSameTv(const WindowState& a, const WindowState& b) {
-    const auto keyOf = [](const std::optional<TVEndpoint>& device) {
-        return device ? std::optional(endpointKey(*device)) : std::nullopt;
-    };
-    return keyOf(a.selectedDevice) == keyOf(b.selectedDevice);
+    return selectedTvKey(a) == selectedTvKey(b);
 }
 
 // Whether the download is under way and comes from the TV that is shown.
 inline bool isOfSelectedTv(const DownloadState& download, const WindowState& state) {
-    return download.isDownloading && state.selectedDevice &&
-           download.tvKey == endpointKey(*state.selectedDevice);
+    return download.isDownloading && download.tvKey == selectedTvKey(state);
 }
 
 } // namespace quiv

@@ -185,7 +185,7 @@ Task<> FileChooserPresenter::enter(QString folder) {
     const auto list = [folder] {
         return folderListing(folder);
     };
-    const auto entries = co_await inBackground(list);
+    const auto entries = co_await onDisk(list);
     if (!entries)
         m_note = u"This folder cannot be read."_s;
     else if (entries->isEmpty())

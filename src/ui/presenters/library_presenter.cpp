@@ -31,9 +31,7 @@ QList<ListRole<LibraryRow>> rowRoles(const WindowState& state, const QSet<QStrin
 }
 
 QSet<QString> uploadKeysOf(const WindowState& state) {
-    if (!state.selectedDevice)
-        return {};
-    return uploadMatchKeys(state.uploads, endpointKey(*state.selectedDevice));
+    return uploadMatchKeys(state.uploads, selectedTvKey(state));
 }
 
 // Whether nothing differs but how far the uploads have come.

@@ -25,10 +25,6 @@ QList<ListRole<QueueRow>> rowRoles() {
             role<&QueueRow::isFailed>("isFailed")};
 }
 
-QString selectedKey(const WindowState& state) {
-    return state.selectedDevice ? endpointKey(*state.selectedDevice) : QString();
-}
-
 QString uploadStatusText(const UploadListItem& item) {
     switch (item.state) {
     case UploadListItemState::Queued:
@@ -87,8 +83,9 @@ QList<QueueRow> queueRows(const WindowState& state) {
     QList<QueueRow> rows;
     if (state.download.isDownloading && !isOfSelectedTv(state.download, state))
         rows.append(downloadRow(state.download));
+    const QString selectedKey = selectedTvKey(state);
     for (const UploadListItem& item : state.uploads)
-        rows.append(uploadRow(item, selectedKey(state)));
+        rows.append(uploadRow(item, selectedKey));
     return rows;
 }
 
@@ -101,7 +98,7 @@ QString UploadsPresenter::dropHint() const {
 }
 
 void UploadsPresenter::show(const WindowState& state) {
-    publish(this, m_selectedTvKey, selectedKey(state), &UploadsPresenter::dropChanged);
+    publish(this, m_selectedTvKey, selectedTvKey(state), &UploadsPresenter::dropChanged);
     const int before = count();
     m_rows.assign(queueRows(state));
     if (count() != before)

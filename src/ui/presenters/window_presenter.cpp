@@ -82,7 +82,7 @@ void WindowPresenter::askToDelete(const FileGroup& group) {
 }
 
 void WindowPresenter::show(const WindowState& state) {
-    m_tvKey = state.selectedDevice ? endpointKey(*state.selectedDevice) : QString();
+    m_tvKey = selectedTvKey(state);
     m_sidebar.show(state);
     m_header.show(state);
     m_library.show(state);
