@@ -17,6 +17,9 @@ constexpr std::int64_t NanosecondsPerSecond = 1'000'000'000;
 
 } // namespace
 
+OpenFile::OpenFile(int descriptor)
+    : m_descriptor(descriptor), m_openedStamp(stamp().value_or(FileStamp())) {}
+
 OpenFile::~OpenFile() {
     ::close(m_descriptor);
 }

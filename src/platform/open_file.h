@@ -20,7 +20,7 @@ struct FileStamp {
 // leaves closing it to a disk thread.
 class OpenFile {
 public:
-    // Takes over the descriptor.
+    // Takes over the descriptor, on a disk thread like the next.
     static std::shared_ptr<const OpenFile> owning(int descriptor);
     // Opens a plain file to read it. Returns nullptr, with errno set, if that is impossible.
     static std::shared_ptr<const OpenFile> reading(const QString& path);
@@ -29,14 +29,17 @@ public:
     OpenFile& operator=(const OpenFile&) = delete;
 
     int descriptor() const { return m_descriptor; }
-    // Returns nullopt for anything but a plain file.
+    // What it was when it was opened; nothing for what is no plain file.
+    const FileStamp& openedStamp() const { return m_openedStamp; }
+    // What it is now, asked of the disk. Returns nullopt for anything but a plain file.
     std::optional<FileStamp> stamp() const;
 
 private:
-    explicit OpenFile(int descriptor) : m_descriptor(descriptor) {}
+    explicit OpenFile(int descriptor);
     ~OpenFile();
 
     const int m_descriptor;
+    const FileStamp m_openedStamp;
 };
 
 } // namespace quiv

@@ -1,5 +1,6 @@
 #include "transfer/upload_preflight.h"
 
+#include "platform/async/background.h"
 #include "platform/stills/still_extractor.h"
 #include "platform/system_log.h"
 #include "transfer/upload_names.h"
@@ -54,8 +55,12 @@ Task<UploadPreflightResult> UploadPreflight::prepareUploadPreflight(Tv tv, Uploa
     const Semaphore::Permit permit = co_await m_semaphore.acquire();
     const QString path = job.sourceURL.toLocalFile();
     result.thumbnailPayload = co_await m_stills.makeUploadThumbnail(path);
+    const auto measuring = [path] {
+        return sizeOf(path);
+    };
+    const std::optional<std::int64_t> sizeBytes = co_await onDisk(measuring);
     try {
-        co_await sendUploadPreflight(tv, job.remoteName, sizeOf(path),
+        co_await sendUploadPreflight(tv, job.remoteName, sizeBytes,
                                      result.thumbnailPayload.value_or(QByteArray()));
         result.sent = true;
     } catch (const Error& error) {

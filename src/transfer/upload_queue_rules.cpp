@@ -10,12 +10,15 @@ namespace quiv {
 
 using namespace Qt::StringLiterals;
 
-QList<QUrl> droppableFiles(const QList<QUrl>& urls) {
-    QList<QUrl> files;
-    for (const QUrl& url : urls) {
-        if (url.isLocalFile() && !QFileInfo(url.toLocalFile()).isDir())
-            files.append(url);
-    }
+QList<QUrl> localFiles(const QList<QUrl>& urls) {
+    QList<QUrl> files = urls;
+    files.removeIf([](const QUrl& url) { return !url.isLocalFile(); });
+    return files;
+}
+
+QList<QUrl> withoutFolders(const QList<QUrl>& urls) {
+    QList<QUrl> files = urls;
+    files.removeIf([](const QUrl& url) { return QFileInfo(url.toLocalFile()).isDir(); });
     return files;
 }
 

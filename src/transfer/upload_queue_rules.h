@@ -7,11 +7,13 @@
 #include <QString>
 #include <QUrl>
 
-// What the upload queue decides, without the queue: pure functions but for `droppableFiles`.
+// What the upload queue decides, without the queue: pure functions but for `withoutFolders`.
 namespace quiv {
 
-// The files among what was dropped; folders and what is on no disk of ours are left out.
-QList<QUrl> droppableFiles(const QList<QUrl>& urls);
+// What is on a disk of ours.
+QList<QUrl> localFiles(const QList<QUrl>& urls);
+// Asks the disk, so this is for a disk thread.
+QList<QUrl> withoutFolders(const QList<QUrl>& urls);
 
 struct PickedFiles {
     QList<UploadJob> jobs; // with fresh ids

@@ -41,21 +41,20 @@ struct UploadTransport::UploadTaskState {
         : tv(std::move(receiver)),
           upload(std::move(what)),
           file(std::move(source)),
-          stamp(file->stamp()),
-          expected{upload.remoteName, stamp ? std::optional(stamp->sizeBytes) : std::nullopt, nowMs,
+          expected{upload.remoteName, file->openedStamp().sizeBytes, nowMs,
                    std::move(storedBefore)},
           onProgress(std::move(progressSink)) {}
 
     const Tv tv;
     const Upload upload;
     const std::shared_ptr<const OpenFile> file;
-    const std::optional<FileStamp> stamp; // when the upload began
     const ExpectedUpload expected;
     const ProgressSink onProgress;
 
     std::int64_t lastTotalBytesSent = 0;
     std::int64_t lastKnownExpectedBytes = 0;
     bool completionRecoveryStarted = false;
+    bool isAnswered = false;  // with success, so that only the file is looked at once more
     bool isConfirmed = false; // the TV has the file, whatever becomes of the transfer
     Task<> recovery;
 
@@ -109,7 +108,12 @@ Task<QString> UploadTransport::sendAndConfirm(UploadTaskState* state) {
     }
     state->recovery.cancel();
     if (reply && reply->isSuccess() && !state->isConfirmed) {
-        if (state->file->stamp() != state->stamp)
+        const auto asking = [file = state->file] {
+            return file->stamp();
+        };
+        state->isAnswered = true;
+        const std::optional<FileStamp> stamp = co_await onDisk(asking);
+        if (stamp != state->file->openedStamp())
             throw UploadFailure(u"The file changed while it was being uploaded. "
                                 "Upload it again when it is complete."_s);
         co_return storedName(*reply, state->upload.remoteName);
@@ -191,7 +195,7 @@ Task<bool> UploadTransport::confirmUploadOnServer(UploadTaskState* state) {
 }
 
 bool UploadTransport::cancel() {
-    if (!m_current)
+    if (!m_current || m_current->isAnswered)
         return false;
     m_current->stop.request_stop();
     m_current->confirmationLimit = m_clock.after(

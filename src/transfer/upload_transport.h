@@ -42,7 +42,7 @@ public:
     Task<QString> uploadSingle(Tv tv, Upload upload, ProgressSink onProgress);
 
     // Ends the transfer under way as cancelled, unless the TV says at once that it has the file.
-    // Returns false if nothing was sent yet.
+    // Returns false if there is nothing to end: dropping the task is enough.
     bool cancel();
 
 private:

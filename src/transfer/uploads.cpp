@@ -2,6 +2,7 @@
 
 #include "library/library.h"
 #include "net/pairing.h"
+#include "platform/async/background.h"
 #include "platform/uuid.h"
 #include "transfer/upload_names.h"
 #include "transfer/upload_queue_rules.h"
@@ -20,6 +21,7 @@ using namespace std::chrono_literals;
 namespace {
 
 const auto Action = u"upload"_s;
+const auto NothingToUpload = u"Drop one or more video files to upload"_s;
 constexpr auto PauseBetweenTries = 2s;
 // How often a job may be refused by a TV that says it is ready for it.
 constexpr int MostWaits = 10;
@@ -63,60 +65,81 @@ QList<UploadListItem> Uploads::uploadListItems() const {
     return items;
 }
 
+std::optional<Uploads::Target> Uploads::target() const {
+    const auto tv = m_tvs.current();
+    if (!tv) {
+        m_tvs.say(u"Select a TV first"_s);
+        return std::nullopt;
+    }
+    return Target{tv->whicheverIsSelected(), m_tvs.selected().key(), m_tvs.selected().name()};
+}
+
 bool Uploads::queueDroppedFiles(const QList<QUrl>& urls) {
-    const QList<QUrl> files = droppableFiles(urls);
+    const QList<QUrl> files = localFiles(urls);
+    if (files.isEmpty()) {
+        m_tvs.say(NothingToUpload);
+        return false;
+    }
+    if (const auto receiver = target())
+        m_tasks.add(queueWithoutFolders(*receiver, files));
+    return true;
+}
+
+Task<> Uploads::queueWithoutFolders(Target target, QList<QUrl> urls) {
+    const auto looking = [urls] {
+        return withoutFolders(urls);
+    };
+    const QList<QUrl> files = co_await onDisk(looking);
     if (files.isEmpty())
-        m_tvs.say(u"Drop one or more video files to upload"_s);
+        m_tvs.say(NothingToUpload);
     else
-        queueUploadsFromPicker(files);
-    return !files.isEmpty();
+        queueFiles(target, files);
 }
 
 void Uploads::queueUploadsFromPicker(const QList<QUrl>& urls) {
-    if (!m_tvs.current()) {
-        m_tvs.say(u"Select a TV first"_s);
-        return;
-    }
+    if (const auto receiver = target())
+        queueFiles(*receiver, urls);
+}
+
+void Uploads::queueFiles(const Target& target, const QList<QUrl>& urls) {
     const PickedFiles picked = pickedFiles(urls);
     if (picked.jobs.isEmpty()) {
         m_tvs.say(u"No supported video/subtitle files selected"_s);
         return;
     }
-    const qsizetype added = enqueueUploadJobs(picked.jobs);
+    const qsizetype added = enqueueUploadJobs(target, picked.jobs);
     m_tvs.say(queuedMessage(added, picked.jobs.size() - added, picked.unsupported));
 }
 
 void Uploads::queueSubtitleUpload(const QUrl& sourceURL, const QString& remoteName) {
-    if (!m_tvs.current()) {
-        m_tvs.say(u"Select a TV first"_s);
+    const auto receiver = target();
+    if (!receiver)
         return;
-    }
     if (!hasSupportedSubtitleExtension(remoteName)) {
         m_tvs.say(u"Selected file is not a supported subtitle type"_s);
         return;
     }
-    const bool isAdded = enqueueUploadJobs({{randomUuid().toUpper(), sourceURL, remoteName}}) > 0;
+    const QList<UploadJob> jobs{{randomUuid().toUpper(), sourceURL, remoteName}};
+    const bool isAdded = enqueueUploadJobs(*receiver, jobs) > 0;
     m_tvs.say(
         (isAdded ? u"Queued subtitle upload: "_s : u"Subtitle is already uploading or queued: "_s) +
         remoteName);
 }
 
-qsizetype Uploads::enqueueUploadJobs(const QList<UploadJob>& jobs) {
-    const Tv tv = m_tvs.current()->whicheverIsSelected();
-    const QString tvKey = m_tvs.selected().key();
-    const bool isPaired = m_pairing.state().isControlPaired;
+qsizetype Uploads::enqueueUploadJobs(const Target& target, const QList<UploadJob>& jobs) {
+    const bool isPaired = target.tv.isSelected() && m_pairing.state().isControlPaired;
     QSet<QString> taken;
     for (const Entry& entry : m_entries) {
-        if (entry.tvKey == tvKey && entry.state != UploadListItemState::Failed)
+        if (entry.tvKey == target.key && entry.state != UploadListItemState::Failed)
             taken.insert(uploadNameKey(entry.job.remoteName));
     }
     const QList<UploadJob> added = filteredDuplicateUploadJobs(jobs, taken);
     if (added.isEmpty())
         return 0;
     for (const UploadJob& job : added) {
-        Entry& entry = m_entries.emplace_back(Entry{job, tv, tvKey, m_tvs.selected().name()});
+        Entry& entry = m_entries.emplace_back(Entry{job, target.tv, target.key, target.name});
         if (isPaired)
-            entry.preflight = m_preflight.prepareUploadPreflight(tv, job);
+            entry.preflight = m_preflight.prepareUploadPreflight(target.tv, job);
     }
     Q_EMIT itemsChanged();
     resumeUploadQueueIfNeeded();

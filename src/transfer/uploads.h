@@ -39,7 +39,8 @@ public:
     // The failed jobs, the current one, the pending ones: in order of arrival.
     QList<UploadListItem> uploadListItems() const;
 
-    // Queues the files of a drop; returns false, and says why, when there are none.
+    // Queues the files of a drop for the TV that is selected now; returns false, and says why, when
+    // there can be none. Folders are left out.
     bool queueDroppedFiles(const QList<QUrl>& urls);
     void queueUploadsFromPicker(const QList<QUrl>& urls);
     void queueSubtitleUpload(const QUrl& sourceURL, const QString& remoteName);
@@ -67,12 +68,21 @@ private:
         bool isCancelled = false;
         bool isStored = false; // the TV has the file
     };
+    // Where files that the user has chosen go.
+    struct Target {
+        Tv tv;
+        QString key;
+        QString name;
+    };
     struct Outcome {
         int uploaded = 0;
         int failed = 0;
     };
 
-    qsizetype enqueueUploadJobs(const QList<UploadJob>& jobs);
+    std::optional<Target> target() const; // nullopt, and said, without a TV
+    Task<> queueWithoutFolders(Target target, QList<QUrl> urls);
+    void queueFiles(const Target& target, const QList<QUrl>& urls);
+    qsizetype enqueueUploadJobs(const Target& target, const QList<UploadJob>& jobs);
     void resumeUploadQueueIfNeeded();
     Task<> processUploadQueue();
     Task<> process(Entry* entry);

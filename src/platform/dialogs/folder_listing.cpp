@@ -2,6 +2,8 @@
 
 #include <QCollator>
 #include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
 
 #include <algorithm>
 
@@ -22,6 +24,22 @@ std::optional<QList<FolderEntry>> folderListing(const QString& path) {
         return a.isFolder != b.isFolder ? a.isFolder : order.compare(a.name, b.name) < 0;
     });
     return entries;
+}
+
+QString firstFolder() {
+    const QString videos = QStandardPaths::writableLocation(QStandardPaths::MoviesLocation);
+    return QDir(videos).exists() ? videos : QDir::homePath();
+}
+
+PlaceKind placeKind(const QString& path) {
+    const QFileInfo place(path);
+    if (!place.exists())
+        return PlaceKind::Free;
+    return place.isDir() ? PlaceKind::Folder : PlaceKind::File;
+}
+
+bool makeFolder(const QString& path) {
+    return QDir().mkdir(path);
 }
 
 } // namespace quiv

@@ -33,15 +33,15 @@ CurlNetworkThread::~CurlNetworkThread() {
 }
 
 void CurlNetworkThread::start(TransferId id, std::unique_ptr<CurlTransfer> transfer) {
-    post({id, std::move(transfer)});
+    post({Command::Kind::Start, id, std::move(transfer)});
 }
 
 void CurlNetworkThread::cancel(TransferId id) {
-    post({id, nullptr});
+    post({Command::Kind::Cancel, id});
 }
 
 void CurlNetworkThread::dropIdleConnections() {
-    post({0, nullptr, true});
+    post({Command::Kind::DropIdleConnections});
 }
 
 void CurlNetworkThread::post(Command command) {
@@ -68,34 +68,67 @@ bool CurlNetworkThread::takeCommands() {
             return false;
         commands.swap(m_commands);
     }
-    for (Command& command : commands) {
-        if (command.dropsIdleConnections)
-            m_dropsIdleConnections = true;
-        else if (command.transfer)
-            begin(std::move(command));
-        else
-            end(command.id);
-    }
+    for (Command& command : commands)
+        carryOut(std::move(command));
     return true;
 }
 
-void CurlNetworkThread::begin(Command command) {
-    if (const auto error = command.transfer->prepare()) {
-        m_sink(command.id, *error);
+void CurlNetworkThread::carryOut(Command command) {
+    switch (command.kind) {
+    case Command::Kind::Start:
+        return begin(command.id, std::move(command.transfer));
+    case Command::Kind::Cancel:
+        return end(command.id);
+    case Command::Kind::GoOn:
+        return goOn(command.id);
+    case Command::Kind::DropIdleConnections:
+        m_dropsIdleConnections = true;
+    }
+}
+
+void CurlNetworkThread::begin(TransferId id, std::unique_ptr<CurlTransfer> transfer) {
+    const auto onDiskReady = [this, id] {
+        post({Command::Kind::GoOn, id});
+    };
+    if (const auto error = transfer->prepare(onDiskReady)) {
+        m_sink(id, *error);
         return;
     }
     dropConnectionsIfIdle();
     if (m_dropsIdleConnections)
-        curl_easy_setopt(command.transfer->handle(), CURLOPT_FRESH_CONNECT, 1L);
-    curl_multi_add_handle(m_multi.get(), command.transfer->handle());
-    m_transfers.emplace(command.id, std::move(command.transfer));
+        curl_easy_setopt(transfer->handle(), CURLOPT_FRESH_CONNECT, 1L);
+    curl_multi_add_handle(m_multi.get(), transfer->handle());
+    m_transfers.emplace(id, Entry(std::move(transfer)));
+}
+
+void CurlNetworkThread::goOn(TransferId id) {
+    const auto found = m_transfers.find(id);
+    if (found == m_transfers.end())
+        return; // finished or cancelled meanwhile
+    if (found->second.code)
+        return settle(id, *found->second.code);
+    // Bytes that were held back are delivered from inside; if that fails, libcurl says it here
+    // only.
+    const CURLcode result = found->second.transfer->goOn();
+    if (result != CURLE_OK)
+        settle(id, result);
+}
+
+void CurlNetworkThread::settle(TransferId id, CURLcode code) {
+    Entry& entry = m_transfers.at(id);
+    entry.code = code;
+    auto result = entry.transfer->finish(code);
+    if (!result)
+        return;
+    end(id);
+    m_sink(id, std::move(*result));
 }
 
 void CurlNetworkThread::end(TransferId id) {
     const auto found = m_transfers.find(id);
     if (found == m_transfers.end())
         return; // finished meanwhile
-    curl_multi_remove_handle(m_multi.get(), found->second->handle());
+    curl_multi_remove_handle(m_multi.get(), found->second.transfer->handle());
     m_transfers.erase(found);
 }
 
@@ -114,14 +147,11 @@ void CurlNetworkThread::collectFinished() {
     while (const CURLMsg* message = curl_multi_info_read(m_multi.get(), &left)) {
         if (message->msg != CURLMSG_DONE)
             continue;
-        const CURLcode code = message->data.result;
         CURL* const easy = message->easy_handle;
-        const auto found = std::ranges::find_if(
-            m_transfers, [easy](const auto& entry) { return entry.second->handle() == easy; });
-        const TransferId id = found->first;
-        HttpResult result = found->second->finish(code);
-        end(id);
-        m_sink(id, std::move(result));
+        const auto found = std::ranges::find_if(m_transfers, [easy](const auto& entry) {
+            return entry.second.transfer->handle() == easy;
+        });
+        settle(found->first, message->data.result);
     }
 }
 

@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -37,9 +38,14 @@ public:
 
 private:
     struct Command {
+        enum class Kind { Start, Cancel, GoOn, DropIdleConnections };
+        Kind kind;
         TransferId id = 0;
-        std::unique_ptr<CurlTransfer> transfer; // nullptr stands for cancelling
-        bool dropsIdleConnections = false;      // and nothing else
+        std::unique_ptr<CurlTransfer> transfer{}; // to start
+    };
+    struct Entry {
+        std::unique_ptr<CurlTransfer> transfer;
+        std::optional<CURLcode> code{}; // once libcurl has done its part
     };
     struct MultiDeleter {
         void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }
@@ -48,16 +54,20 @@ private:
     void post(Command command);
     void run();
     bool takeCommands(); // returns false once the thread has to end
-    void begin(Command command);
+    void carryOut(Command command);
+    void begin(TransferId id, std::unique_ptr<CurlTransfer> transfer);
+    void goOn(TransferId id);
     void end(TransferId id);
+    // Hands the result over, unless the disk is still behind.
+    void settle(TransferId id, CURLcode code);
     // Replaces the multi handle, and so the connections it keeps, once no transfer needs it.
     void dropConnectionsIfIdle();
     void collectFinished();
 
     Sink m_sink;
     std::unique_ptr<CURLM, MultiDeleter> m_multi; // replaced under m_mutex by the network thread
-    std::map<TransferId, std::unique_ptr<CurlTransfer>> m_transfers; // network thread only
-    bool m_dropsIdleConnections = false;                             // network thread only
+    std::map<TransferId, Entry> m_transfers;      // network thread only
+    bool m_dropsIdleConnections = false;          // network thread only
     std::mutex m_mutex;
     std::vector<Command> m_commands; // guarded by m_mutex, like m_isEnding
     bool m_isEnding = false;

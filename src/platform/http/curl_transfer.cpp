@@ -13,6 +13,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr long UploadBufferSize = 1 << 20;
+constexpr long DownloadBufferSize = 256 << 10;
 constexpr std::int64_t HeaderLimit = 64 << 10;
 constexpr auto ProgressInterval = 250ms;
 constexpr auto ConnectTimeout = 5s;
@@ -73,7 +74,7 @@ CurlTransfer::CurlTransfer(HttpRequest request, std::optional<HostAddress> addre
       m_requestBody(m_request.body, m_request.bodyFile),
       m_replyBody(m_request) {}
 
-std::optional<HttpError> CurlTransfer::prepare() {
+std::optional<HttpError> CurlTransfer::prepare(std::function<void()> onDiskReady) {
     if (!m_request.url.startsWith("http://") || hasControlCharacter(m_request.url) ||
         !areHeadersSendable(m_request.headers))
         return HttpError(HttpErrorCode::BadUrl);
@@ -81,7 +82,14 @@ std::optional<HttpError> CurlTransfer::prepare() {
     setHeaders();
     setMethodAndBody();
     setCallbacks();
+    m_requestBody.open(onDiskReady);
+    m_replyBody.open(std::move(onDiskReady));
     return std::nullopt;
+}
+
+CURLcode CurlTransfer::goOn() {
+    m_waitsFor.reset();
+    return curl_easy_pause(m_easy.get(), CURLPAUSE_CONT);
 }
 
 void CurlTransfer::setRules() {
@@ -97,6 +105,8 @@ void CurlTransfer::setRules() {
     curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS,
                      static_cast<long>(std::chrono::milliseconds(ConnectTimeout).count()));
     curl_easy_setopt(easy, CURLOPT_TCP_KEEPALIVE, 1L);
+    if (m_request.replyFile)
+        curl_easy_setopt(easy, CURLOPT_BUFFERSIZE, DownloadBufferSize);
     curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L); // else ending it waits for a name look-up
     if (m_request.timeouts.total)
         curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS,
@@ -154,7 +164,7 @@ void CurlTransfer::setMethodAndBody() {
 void CurlTransfer::setCallbacks() {
     CURL* easy = m_easy.get();
     const auto read = +[](char* buffer, std::size_t size, std::size_t count, void* self) {
-        return transferOf(self).readBody(buffer, size * count);
+        return transferOf(self).readBody({buffer, size * count});
     };
     const auto seek = +[](void* self, curl_off_t offset, int origin) -> int {
         if (origin != SEEK_SET)
@@ -167,8 +177,7 @@ void CurlTransfer::setCallbacks() {
         return transferOf(self).takeHeader({data, qsizetype(length)}) ? length : 0;
     };
     const auto write = +[](char* data, std::size_t size, std::size_t count, void* self) {
-        const auto length = size * count;
-        return transferOf(self).takeBody({data, qsizetype(length)}) ? length : 0;
+        return transferOf(self).takeBody({data, qsizetype(size * count)});
     };
     const auto progress = +[](void* self, curl_off_t receivedTotal, curl_off_t received, curl_off_t,
                               curl_off_t sent) -> int {
@@ -204,13 +213,19 @@ void CurlTransfer::setCallbacks() {
     }
 }
 
-std::size_t CurlTransfer::readBody(char* buffer, std::size_t capacity) {
-    const auto count = m_requestBody.read(buffer, std::int64_t(capacity));
-    if (!count) {
-        m_failure = HttpErrorCode::CannotReadFile;
-        return CURL_READFUNC_ABORT;
+std::size_t CurlTransfer::readBody(std::span<char> target) {
+    const FileReader::Taken taken = m_requestBody.read(target);
+    switch (taken.kind) {
+    case FileReader::Taken::Kind::Bytes:
+        return taken.count;
+    case FileReader::Taken::Kind::Pending:
+        m_waitsFor = HttpErrorCode::CannotReadFile;
+        return CURL_READFUNC_PAUSE;
+    case FileReader::Taken::Kind::Failed:
+        break;
     }
-    return std::size_t(*count);
+    m_failure = HttpErrorCode::CannotReadFile;
+    return CURL_READFUNC_ABORT;
 }
 
 bool CurlTransfer::takeHeader(QByteArrayView line) {
@@ -231,11 +246,17 @@ bool CurlTransfer::takeHeader(QByteArrayView line) {
     return true;
 }
 
-bool CurlTransfer::takeBody(QByteArrayView bytes) {
+std::size_t CurlTransfer::takeBody(QByteArrayView bytes) {
     long status = 0;
     curl_easy_getinfo(m_easy.get(), CURLINFO_RESPONSE_CODE, &status);
-    m_failure = m_replyBody.take(status >= 200 && status <= 299, bytes);
-    return !m_failure;
+    const ReplyBody::Taken taken = m_replyBody.take(status >= 200 && status <= 299, bytes);
+    m_failure = taken.error;
+    if (taken.error)
+        return 0;
+    if (!taken.isPending)
+        return std::size_t(bytes.size());
+    m_waitsFor = HttpErrorCode::CannotWriteFile;
+    return CURL_WRITEFUNC_PAUSE;
 }
 
 bool CurlTransfer::isIdleTooLong(const HttpProgress& progress) {
@@ -253,7 +274,7 @@ bool CurlTransfer::isIdleTooLong(const HttpProgress& progress) {
     const std::chrono::seconds limit = awaitsAnswer ? AnswerTimeout : *m_request.timeouts.idle;
     if (now - *m_lastMoveAt < limit)
         return false;
-    m_failure = HttpErrorCode::TimedOut;
+    m_failure = m_waitsFor.value_or(HttpErrorCode::TimedOut);
     return true;
 }
 
@@ -293,19 +314,18 @@ std::optional<HttpReply> CurlTransfer::earlyRefusal() const {
     return answer && !answer->isSuccess() ? answer : std::nullopt;
 }
 
-HttpResult CurlTransfer::finish(CURLcode code) {
+std::optional<HttpResult> CurlTransfer::finish(CURLcode code) {
     long status = 0;
     curl_easy_getinfo(m_easy.get(), CURLINFO_RESPONSE_CODE, &status);
     const bool isCutErrorReply =
         m_failure == HttpErrorCode::ReplyTooLarge && status >= 300; // its beginning is enough
-    if (code != CURLE_OK && !isCutErrorReply) {
-        const bool wasSending = code == CURLE_SEND_ERROR || code == CURLE_RECV_ERROR;
-        if (wasSending && !m_failure && status == 0) {
-            if (auto refusal = earlyRefusal())
-                return std::move(*refusal);
-        }
-        return HttpError(m_failure.value_or(errorCodeFor(code)));
-    }
+    if (code != CURLE_OK && !isCutErrorReply)
+        return failureFor(code, int(status));
+    const ReplyBody::Taken written = m_replyBody.finish();
+    if (written.isPending)
+        return std::nullopt;
+    if (written.error)
+        return HttpError(*written.error);
     m_reply.status = int(status);
     m_reply.body = m_replyBody.takeBytes();
     curl_off_t uploaded = 0;
@@ -318,6 +338,15 @@ HttpResult CurlTransfer::finish(CURLcode code) {
         reportProgress({uploaded, m_requestBody.size(), received, received}, true);
     }
     return std::move(m_reply);
+}
+
+HttpResult CurlTransfer::failureFor(CURLcode code, int status) {
+    const bool wasSending = code == CURLE_SEND_ERROR || code == CURLE_RECV_ERROR;
+    if (wasSending && !m_failure && status == 0) {
+        if (auto refusal = earlyRefusal())
+            return std::move(*refusal);
+    }
+    return HttpError(m_failure.value_or(errorCodeFor(code)));
 }
 
 } // namespace quiv

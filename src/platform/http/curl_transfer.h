@@ -10,6 +10,8 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <span>
 #include <variant>
 
 namespace quiv {
@@ -26,24 +28,28 @@ public:
     CurlTransfer(const CurlTransfer&) = delete;
     CurlTransfer& operator=(const CurlTransfer&) = delete;
 
-    // Sets every option. Returns an error if the request cannot be sent.
-    std::optional<HttpError> prepare();
+    // Sets every option. Returns an error if the request cannot be sent. `onDiskReady` is called on
+    // another thread when the disk has caught up, and goOn() or finish() is to be called.
+    std::optional<HttpError> prepare(std::function<void()> onDiskReady);
     CURL* handle() const { return m_easy.get(); }
-    // What came of it, once libcurl says that it is over.
-    HttpResult finish(CURLcode code);
+    // Takes up a transfer that has waited for the disk.
+    CURLcode goOn();
+    // What came of it, once libcurl says that it is over; nullopt while the disk is behind.
+    std::optional<HttpResult> finish(CURLcode code);
 
 private:
     void setRules();
     void setMethodAndBody();
     void setHeaders();
     void setCallbacks();
-    std::size_t readBody(char* buffer, std::size_t capacity);
+    std::size_t readBody(std::span<char> target);
     bool takeHeader(QByteArrayView line);
-    bool takeBody(QByteArrayView bytes);
+    std::size_t takeBody(QByteArrayView bytes);
     bool isIdleTooLong(const HttpProgress& progress);
     void reportProgress(const HttpProgress& progress, bool isLast);
     void closeSocket(curl_socket_t socket);
     std::optional<HttpReply> earlyRefusal() const;
+    HttpResult failureFor(CURLcode code, int status);
 
     struct EasyDeleter {
         void operator()(CURL* easy) const { curl_easy_cleanup(easy); }
@@ -64,7 +70,8 @@ private:
     std::int64_t m_movedBytes = 0; // in both directions
     std::optional<std::chrono::steady_clock::time_point> m_lastMoveAt;
     HttpReply m_reply;
-    std::optional<HttpErrorCode> m_failure; // what one of our callbacks stopped the exchange for
+    std::optional<HttpErrorCode> m_waitsFor; // what it is called if the disk never comes
+    std::optional<HttpErrorCode> m_failure;  // what one of our callbacks stopped the exchange for
     HttpProgress m_seenProgress;
     HttpProgress m_lastProgress; // reported
     std::optional<std::chrono::steady_clock::time_point> m_lastReportAt;

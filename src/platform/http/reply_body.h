@@ -1,11 +1,12 @@
 #pragma once
 
+#include "platform/http/file_writer.h"
 #include "platform/http/http_session.h"
 
 #include <QByteArray>
 
 #include <cstdint>
-#include <memory>
+#include <functional>
 #include <optional>
 
 namespace quiv {
@@ -14,25 +15,34 @@ namespace quiv {
 // names one; others are kept in memory, within their limits.
 class ReplyBody {
 public:
+    struct Taken {
+        bool isPending = false;               // nothing was taken, as the disk is not that fast
+        std::optional<HttpErrorCode> error{}; // why the exchange cannot go on
+    };
+
     explicit ReplyBody(const HttpRequest& request);
 
-    // Returns why the exchange cannot go on, or nullopt.
-    std::optional<HttpErrorCode> take(bool isSuccess, QByteArrayView bytes);
+    // Before the first byte. `onReady` is called on another thread when it is worth asking again
+    // after Pending.
+    void open(std::function<void()> onReady);
+    Taken take(bool isSuccess, QByteArrayView bytes);
+    // Whether what was taken is where it belongs.
+    Taken finish();
     // Whether less has come into the file than was announced.
     bool isCut() const;
     QByteArray takeBytes() { return std::move(m_bytes); }
 
 private:
-    std::optional<HttpErrorCode> keep(QByteArrayView bytes);
-    std::optional<HttpErrorCode> keepBeginning(QByteArrayView bytes);
-    std::optional<HttpErrorCode> write(QByteArrayView bytes);
-    bool isDiskNearlyFull() const;
+    Taken keep(QByteArrayView bytes);
+    Taken keepBeginning(QByteArrayView bytes);
+    Taken write(QByteArrayView bytes);
 
     const std::shared_ptr<const OpenFile> m_file; // nullptr if there is none
     const std::optional<std::int64_t> m_fileSize;
     const std::int64_t m_limit;
     QByteArray m_bytes;
-    std::int64_t m_written = 0;
+    std::optional<FileWriter> m_writer;
+    std::int64_t m_taken = 0; // into the file
 };
 
 } // namespace quiv

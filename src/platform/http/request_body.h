@@ -1,12 +1,15 @@
 #pragma once
 
+#include "platform/http/file_reader.h"
 #include "platform/open_file.h"
 
 #include <QByteArray>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 
 namespace quiv {
 
@@ -16,16 +19,18 @@ public:
     RequestBody(QByteArray bytes, std::shared_ptr<const OpenFile> file);
 
     std::int64_t size() const { return m_size; }
-    // Copies the next bytes and returns their count, which is 0 at the end. Returns nullopt if the
-    // file cannot be read or has become shorter.
-    std::optional<std::int64_t> read(char* buffer, std::int64_t capacity);
-    void rewind(std::int64_t offset) { m_offset = offset; }
+    // Before the first read. `onReady` is called on another thread when it is worth reading again
+    // after Pending.
+    void open(std::function<void()> onReady);
+    FileReader::Taken read(std::span<char> target);
+    void rewind(std::int64_t offset);
 
 private:
     QByteArray m_bytes;
     std::shared_ptr<const OpenFile> m_file; // nullptr if the body is m_bytes
     std::int64_t m_size;
-    std::int64_t m_offset = 0;
+    std::int64_t m_offset = 0; // in m_bytes
+    std::optional<FileReader> m_reader;
 };
 
 } // namespace quiv

@@ -4,8 +4,6 @@
 #include "ui/display_format.h"
 
 #include <QDir>
-#include <QFileInfo>
-#include <QStandardPaths>
 
 #include <algorithm>
 #include <utility>
@@ -35,11 +33,6 @@ QList<ListRole<FileChooserRow>> rowRoles() {
              return QVariant(row.isChosen);
          }},
     };
-}
-
-QString firstFolder() {
-    const QString videos = QStandardPaths::writableLocation(QStandardPaths::MoviesLocation);
-    return QDir(videos).exists() ? videos : QDir::homePath();
 }
 
 // A name in a folder, not a way to another one.
@@ -78,7 +71,7 @@ Task<FileDialogAnswer> FileChooserPresenter::ask(FileDialogRequest request) {
     m_answer = {};
     m_name = m_request.proposedName;
     m_isShown = true;
-    m_listing = enter(m_folder.isEmpty() ? firstFolder() : m_folder);
+    m_listing = m_folder.isEmpty() ? enterFirst() : enter(m_folder);
     const std::function<void()> onDropped = [this] {
         cancel();
     };
@@ -124,13 +117,23 @@ void FileChooserPresenter::setName(const QString& name) {
     m_name = name;
     m_note.clear();
     m_mayReplace = false;
+    m_decision.cancel();
     update();
 }
 
 void FileChooserPresenter::createFolder(const QString& name) {
-    if (isFileName(name) && QDir(m_folder).mkdir(name)) {
-        m_listing = enter(QDir(m_folder).filePath(name));
-        return;
+    m_decision = makeAndEnter(name);
+}
+
+Task<> FileChooserPresenter::makeAndEnter(QString name) {
+    const QString path = QDir(m_folder).filePath(name);
+    const auto making = [name, path] {
+        return isFileName(name) && makeFolder(path);
+    };
+    const bool isMade = co_await onDisk(making);
+    if (isMade) {
+        m_listing = enter(path);
+        co_return;
     }
     m_note = u"The folder could not be created. Choose another name or place."_s;
     update();
@@ -139,8 +142,10 @@ void FileChooserPresenter::createFolder(const QString& name) {
 void FileChooserPresenter::accept() {
     if (!m_isShown || !canAccept())
         return;
-    if (isSaving())
-        return acceptPlace();
+    if (isSaving()) {
+        m_decision = acceptPlace();
+        return;
+    }
     QList<QUrl> files;
     for (const FolderEntry& entry : std::as_const(m_entries)) { // in the order shown
         if (m_chosen.contains(entry.name))
@@ -149,11 +154,17 @@ void FileChooserPresenter::accept() {
     answer(files);
 }
 
-void FileChooserPresenter::acceptPlace() {
-    const QFileInfo place(urlOf(m_name).toLocalFile());
-    if (m_mayReplace || !place.exists())
-        return answer({urlOf(m_name)});
-    m_mayReplace = !place.isDir();
+Task<> FileChooserPresenter::acceptPlace() {
+    const QUrl place = urlOf(m_name);
+    const auto looking = [path = place.toLocalFile()] {
+        return placeKind(path);
+    };
+    const PlaceKind kind = co_await onDisk(looking);
+    if (kind == PlaceKind::Free || (kind == PlaceKind::File && m_mayReplace)) {
+        answer({place});
+        co_return;
+    }
+    m_mayReplace = kind == PlaceKind::File;
     const QString what = u'"' + displayText(m_name) + u'"';
     m_note = m_mayReplace ? what + u" is here already. Replace it?"_s
                           : what + u" is the name of a folder here. Choose another name."_s;
@@ -167,6 +178,7 @@ void FileChooserPresenter::cancel() {
 void FileChooserPresenter::answer(const QList<QUrl>& files) {
     m_isShown = false;
     m_listing.cancel();
+    m_decision.cancel();
     m_answer.resolve(files);
     m_chosen.clear();
     m_note.clear();
@@ -174,7 +186,13 @@ void FileChooserPresenter::answer(const QList<QUrl>& files) {
     update();
 }
 
+Task<> FileChooserPresenter::enterFirst() {
+    const QString folder = co_await onDisk(firstFolder);
+    co_await enter(folder);
+}
+
 Task<> FileChooserPresenter::enter(QString folder) {
+    m_decision.cancel();
     m_folder = folder;
     m_entries.clear();
     m_chosen.clear();

@@ -75,9 +75,11 @@ Q_SIGNALS:
     void changed();
 
 private:
+    Task<> enterFirst();
     Task<> enter(QString folder);
+    Task<> makeAndEnter(QString name);
+    Task<> acceptPlace();
     void update();
-    void acceptPlace();
     void answer(const QList<QUrl>& files);
     const FolderEntry* entryNamed(const QString& name) const;
     QUrl urlOf(const QString& name) const;
@@ -93,6 +95,7 @@ private:
     bool m_mayReplace = false;
     RecordListModel<FileChooserRow, &fileChooserRowKey> m_rows;
     Task<> m_listing;
+    Task<> m_decision; // what the disk has to say to the user's last wish
 };
 
 } // namespace quiv
