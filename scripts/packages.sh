@@ -13,6 +13,7 @@ packages_build=(
   libavutil-dev
   libcpp-httplib-dev
   libcurl4-openssl-dev
+  libfuse3-dev
   libgl-dev
   libswscale-dev
   libturbojpeg0-dev

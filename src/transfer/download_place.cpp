@@ -147,12 +147,19 @@ void DownloadPlace::makeFolders() {
     }
 }
 
+// Not all file systems can change permissions, so they are asked to only where there is a need.
 void DownloadPlace::takeOverPermissions() const {
     struct stat replaced {};
+    struct stat received {};
     const bool isFile = ::fstatat(m_folder->descriptor(), m_name.constData(), &replaced,
                                   AT_SYMLINK_NOFOLLOW) == 0 &&
                         S_ISREG(replaced.st_mode);
-    if (isFile && ::fchmod(m_file->descriptor(), replaced.st_mode & PermissionBits) != 0)
+    if (!isFile)
+        return;
+    const mode_t permissions = replaced.st_mode & PermissionBits;
+    const bool areSame = ::fstat(m_file->descriptor(), &received) == 0 &&
+                         (received.st_mode & PermissionBits) == permissions;
+    if (!areSame && ::fchmod(m_file->descriptor(), permissions) != 0)
         fail();
 }
 
