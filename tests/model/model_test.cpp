@@ -175,6 +175,18 @@ private Q_SLOTS:
         QVERIFY(!fixture.model.library()->isLibraryLoadInProgress());
     }
 
+    void picturesAreAskedForWithTheNewestToken() {
+        CycleFixture fixture;
+        fixture.select(FirstTv);
+        const auto before = fixture.model.state().thumbnails;
+        const QSignalSpy changes(&fixture.model, &OmbraMacModel::stateChanged);
+        fixture.http.answer(FilesPath, Empty, 200,
+                            {{"X-Quiv-Auth-Token", "t0k"}, {"X-Quiv-Auth-Expires-In", "600"}});
+        QVERIFY(!changes.isEmpty());
+        const QueryItems identity = fixture.model.state().thumbnails->identity;
+        QCOMPARE(identity, before->identity + QueryItems({{u"authToken"_s, u"t0k"_s}}));
+    }
+
     void aTvThatIsFoundAgainIsAskedAtOnce() {
         CycleFixture fixture;
         fixture.browser.services.insert(u"TV"_s, serviceAt(u"TV"_s, {10, 0, 0, 1}, 80));

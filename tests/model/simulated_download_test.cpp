@@ -128,6 +128,18 @@ private Q_SLOTS:
         ::umount(disk.constData());
     }
 
+    void aFileOfUnknownSizeDoesNotFillTheDisk() {
+        const QByteArray disk = m_folder->path().toUtf8();
+        if (::mount("tmpfs", disk.constData(), "tmpfs", 0, "size=80m") != 0)
+            QSKIP("cannot mount file systems here");
+        QVERIFY(m_tv.setFault(
+            {{u"path"_s, DownloadPath}, {u"kind"_s, u"omit-length"_s}, {u"bytes"_s, 40 << 20}}));
+        begin(path(), u"Ein Film +&ü.mkv"_s, 0); // there is room, but too little would be left
+        QTRY_VERIFY2(m_real->status().endsWith(u"Check the free space of the disk."_s),
+                     qPrintable(m_real->status()));
+        ::umount(disk.constData());
+    }
+
     void memoryDoesNotGrowWithTheFile() {
         if (QStorageInfo(m_folder->path()).bytesAvailable() < qint64(5) << 30)
             QSKIP("needs 5 GiB of disk");

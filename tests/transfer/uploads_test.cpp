@@ -224,6 +224,18 @@ private Q_SLOTS:
         QCOMPARE(fixture.status(), text("Upload queue finished: 2 uploaded"));
     }
 
+    void aTvThatSaysItIsReadyMayRefuseTenTimes() {
+        Fixture fixture;
+        fixture.queue({text("a.srt")});
+        for (int refusals = 0; refusals <= 10; ++refusals) {
+            QVERIFY(fixture.answer(UploadPath, HttpErrorCode::CannotConnect));
+            fixture.denyCompletion();
+            fixture.clock.advance(2s);
+            fixture.answer(StatusPath, R"({"authorized":true})");
+        }
+        QCOMPARE(fixture.rows(), QStringList(text("!a.srt")));
+    }
+
     void filesDroppedBeforePairingWaitForIt() {
         Fixture fixture;
         fixture.model.selectDevice(OtherTv);
