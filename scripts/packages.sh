@@ -54,3 +54,8 @@ packages_test=(
   xdotool
   xvfb
 )
+
+packages_fuzz=(
+  clang-16
+  libclang-rt-16-dev
+)

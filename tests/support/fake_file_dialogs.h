@@ -3,6 +3,8 @@
 #include "platform/async/promise.h"
 #include "platform/dialogs/file_dialogs.h"
 
+#include <QCoreApplication>
+
 namespace quiv {
 
 // A desktop's file dialogs that the test answers; there are none unless `isOffered`.
