@@ -2,10 +2,10 @@
 //
 // Ends with 0, or with 1 and a line that says why there is none. Run by the application for files
 // it cannot trust, so everything it may do is bounded before the file is opened.
+#include "confined/confinement.h"
 #include "stills/candidate_times.h"
 #include "stills/frame_search.h"
 #include "stills/jpeg.h"
-#include "stills/limits.h"
 #include "stills/local_media.h"
 #include "stills/no_still.h"
 #include "stills/upright_picture.h"
@@ -20,6 +20,12 @@ namespace quiv {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
+
+constexpr ProcessLimits limits{
+    .addressSpace = std::size_t{2} << 30, // 8K with 10 bits needs about half of it
+    .processorSeconds = 20,               // three attempts of five seconds must fit in
+    .niceness = 19,
+};
 
 Bytes stillAt(double time, LocalMedia& media, const Deadline& deadline) {
     const FramePointer frame = findFrame(media, time, deadline);
@@ -59,21 +65,15 @@ void write(const Bytes& still) {
 
 } // namespace quiv
 
-#ifdef __SANITIZE_THREAD__
-// The only threads are the decoders', whose atomic operations the sanitizer does not see.
-extern "C" const char* __tsan_default_options() {
-    return "ignore_noninstrumented_modules=1";
-}
-#endif
-
 int main(int argc, char** argv) {
     try {
+        quiv::closeInheritedDescriptors();
         if (argc != 2)
             throw quiv::NoStill("usage: quiv-still FILE");
         av_log_set_level(AV_LOG_QUIET);
-        quiv::limitThisProcess();
+        quiv::limitThisProcess(quiv::limits);
         const quiv::LocalFile file(argv[1]);
-        quiv::forbidFurtherFiles();
+        quiv::forbidSystemCalls();
         quiv::write(quiv::makeStill(file));
         return 0;
     } catch (const std::exception& error) {
