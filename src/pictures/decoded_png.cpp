@@ -45,7 +45,8 @@ public:
         png_set_add_alpha(m_png, Opaque, PNG_FILLER_AFTER);
         m_passes = png_set_interlace_handling(m_png);
         png_read_update_info(m_png, m_info);
-        return png_get_rowbytes(m_png, m_info) == std::size_t{4} * png_get_image_width(m_png, m_info);
+        return png_get_rowbytes(m_png, m_info) ==
+               std::size_t{4} * png_get_image_width(m_png, m_info);
     }
 
     PixelSize size() const {
@@ -86,7 +87,8 @@ void multiplyByAlpha(Pixels& pixels) {
         if (alpha == Opaque)
             continue;
         for (int colour = 0; colour < 3; ++colour)
-            pixel[colour] = static_cast<std::uint8_t>((pixel[colour] * alpha + Opaque / 2) / Opaque);
+            pixel[colour] =
+                static_cast<std::uint8_t>((pixel[colour] * alpha + Opaque / 2) / Opaque);
     }
 }
 
