@@ -17,7 +17,8 @@ const QByteArray OneVideo =
     R"({"files":[{"name":"a.mkv","kind":"VIDEO","sizeBytes":1}],"videos":[]})";
 
 struct Desk : ModelFixture {
-    Desk() : window(model, {dialogs.preferred, http, clock}) { window.show(); }
+    FakePictureDecoder pictures;
+    Desk() : window(model, {dialogs.preferred, http, pictures, clock}) { window.show(); }
 
     void announceTv() {
         browser.announce(serviceAt(u"tv"_s, {10, 0, 0, 2}, 8080));
