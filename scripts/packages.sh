@@ -14,8 +14,11 @@ packages_build=(
   libcpp-httplib-dev
   libcurl4-openssl-dev
   libgl-dev
+  libpng-dev
+  libseccomp-dev
   libswscale-dev
   libturbojpeg0-dev
+  libwebp-dev
   ninja-build
   pkg-config
   qt6-base-dev

@@ -1,5 +1,6 @@
 #include <QTest> // first, or moc stumbles over the library's concepts
 
+#include "confined/confinement.h"
 #include "platform/pictures/process_picture_decoder.h"
 #include "support/outcome.h"
 
@@ -7,6 +8,7 @@
 #include <QFile>
 #include <QImage>
 #include <QImageWriter>
+#include <QProcess>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -115,15 +117,19 @@ QByteArray randomBytes(qsizetype count, const QByteArray& begin = {}) {
     return begin + bytes;
 }
 
+// A file of what the system knows of a process.
+QByteArray processFile(const QString& process, const QString& name) {
+    QFile file(u"/proc/%1/%2"_s.arg(process, name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().simplified() : QByteArray();
+}
+
 // The most memory this process has had at once since it was asked before, in KiB.
 qint64 peakMemory() {
-    QFile status(u"/proc/self/status"_s);
+    const QByteArray status = processFile(u"self"_s, u"status"_s);
     QFile reset(u"/proc/self/clear_refs"_s);
-    if (!status.open(QIODevice::ReadOnly) || !reset.open(QIODevice::WriteOnly))
+    if (!reset.open(QIODevice::WriteOnly) || reset.write("5") != 1)
         qFatal("no /proc");
-    const QByteArray text = status.readAll();
-    reset.write("5");
-    return text.mid(text.indexOf("VmHWM:") + 6).trimmed().split(' ').first().toLongLong();
+    return status.mid(status.indexOf("VmHWM:") + 6).trimmed().split(' ').first().toLongLong();
 }
 
 // How long the main thread was away from its event loop at most.
@@ -235,9 +241,25 @@ private Q_SLOTS:
         QTRY_VERIFY(std::ranges::all_of(bombs, &Pixels::isDone));
         for (const Pixels& bomb : bombs)
             QVERIFY(!bomb.value() || isHalves(bomb));
-        qInfo("memory %lld KiB, stall %lld ms", peakMemory() - memory, watch.longest);
         QVERIFY(peakMemory() - memory < 32 << 10);
         QVERIFY(watch.longest < 100);
+    }
+
+    void itIsConfinedBeforeItReads() {
+        if (IsSanitized)
+            QSKIP("a sanitizer needs what is forbidden");
+        QProcess process;
+        process.start(program(), {u"120"_s, u"68"_s});
+        const QString id = QString::number(process.processId());
+        QTRY_VERIFY(processFile(id, u"status"_s).contains("NoNewPrivs: 1 Seccomp: 2"));
+        const QByteArray limits = processFile(id, u"limits"_s);
+        for (const char* limit : {"Max cpu time 2 2 ", "Max file size 0 0 ", "Max open files 0 0 ",
+                                  "Max core file size 0 0 ", "Max address space 268435456 "})
+            QVERIFY2(limits.contains(limit), limit);
+        process.closeWriteChannel();
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitCode(), 1);
+        QVERIFY(process.readAllStandardError().startsWith("quiv-picture: "));
     }
 
     // What a decoder that was taken over could say.

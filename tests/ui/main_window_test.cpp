@@ -1,5 +1,6 @@
 #include "accessible_tree.h"
 
+#include "support/fake_picture_decoder.h"
 #include "support/model_fixture.h"
 #include "support/test_main.h"
 #include "ui/window/main_window.h"
