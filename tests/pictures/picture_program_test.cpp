@@ -177,12 +177,17 @@ private Q_SLOTS:
     }
 
     void transparencyIsMultipliedIn() {
-        QImage image(9, 9, QImage::Format_ARGB32);
-        image.fill(QColor(255, 0, 0, 51));
+        QImage direct(9, 9, QImage::Format_ARGB32);
+        direct.fill(QColor(255, 0, 0, 51));
+        QImage indexed(9, 9, QImage::Format_Indexed8);
+        indexed.setColorTable({qRgba(255, 0, 0, 51)});
+        indexed.fill(0);
         ProcessPictureDecoder decoder(program());
-        Pixels pixels(decoder.decode(encoded(image, "PNG"), {3, 2}));
-        QTRY_VERIFY(pixels.isDone());
-        QCOMPARE(pixels.value(), QByteArray("\x33\x00\x00\x33", 4).repeated(6));
+        for (const QImage& image : {direct, indexed}) {
+            Pixels pixels(decoder.decode(encoded(image, "PNG"), {3, 2}));
+            QTRY_VERIFY(pixels.isDone());
+            QCOMPARE(pixels.value(), QByteArray("\x33\x00\x00\x33", 4).repeated(6));
+        }
     }
 
     void whatIsNoPictureIsNone_data() {
