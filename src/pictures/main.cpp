@@ -5,6 +5,7 @@
 // Ends with 0, or with 1 and a line that says why there is none. Run by the application for
 // pictures it cannot trust, so everything it may do is bounded before the first byte is read.
 #include "confined/confinement.h"
+#include "confined/output.h"
 #include "pictures/no_picture.h"
 #include "pictures/picture.h"
 
@@ -57,17 +58,6 @@ std::vector<std::uint8_t> input() {
     throw NoPicture("the picture has too many bytes");
 }
 
-void write(const Pixels& picture) {
-    const std::vector<std::uint8_t>& bytes = picture.rgba;
-    for (std::size_t written = 0; written < bytes.size();) {
-        const ssize_t count =
-            ::write(STDOUT_FILENO, bytes.data() + written, bytes.size() - written);
-        if (count < 0 && errno != EINTR)
-            throw NoPicture("the pixels cannot be written");
-        written += static_cast<std::size_t>(count < 0 ? 0 : count);
-    }
-}
-
 } // namespace
 
 } // namespace quiv
@@ -78,7 +68,7 @@ int main(int argc, char** argv) {
         quiv::limitThisProcess(quiv::limits);
         const quiv::PixelSize size = quiv::sizeOf(argc, argv);
         quiv::forbidSystemCalls();
-        quiv::write(quiv::pictureOf(quiv::input(), size));
+        quiv::writeOutput(quiv::pictureOf(quiv::input(), size).rgba);
         return 0;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "quiv-picture: %s\n", error.what());
