@@ -15,8 +15,11 @@ packages_build=(
   libcurl4-openssl-dev
   libfuse3-dev
   libgl-dev
+  libpng-dev
+  libseccomp-dev
   libswscale-dev
   libturbojpeg0-dev
+  libwebp-dev
   ninja-build
   pkg-config
   qt6-base-dev

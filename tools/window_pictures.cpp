@@ -4,6 +4,7 @@
 #include "ui/recording_actions.h"
 #include "ui/sample_state.h"
 
+#include "platform/pictures/process_picture_decoder.h"
 #include "support/fake_file_dialogs.h"
 #include "transfer/upload_names.h"
 #include "ui/presenters/window_presenter.h"
@@ -105,7 +106,7 @@ class Pictures {
 public:
     explicit Pictures(const QString& directory)
         : m_directory(directory),
-          m_presenter(m_actions, {m_dialogs.preferred, m_tv, m_clock}),
+          m_presenter(m_actions, {m_dialogs.preferred, m_tv, m_decoder, m_clock}),
           m_view(m_presenter) {
         m_view.window()->show();
     }
@@ -150,6 +151,7 @@ private:
     RecordingActions m_actions;
     FakeDesktopDialogs m_dialogs;
     PictureTv m_tv;
+    ProcessPictureDecoder m_decoder;
     SystemClock m_clock;
     WindowState m_state;
     WindowPresenter m_presenter;

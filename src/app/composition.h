@@ -7,6 +7,7 @@
 #include "platform/dialogs/file_dialogs.h"
 #include "platform/dialogs/portal_file_dialogs.h"
 #include "platform/http/curl_http_session.h"
+#include "platform/pictures/process_picture_decoder.h"
 #include "platform/settings_store.h"
 #include "platform/stills/process_still_extractor.h"
 #include "platform/system_changes.h"
@@ -31,6 +32,7 @@ public:
     // What the window works with besides.
     PreferredFileDialogs& fileDialogs() { return m_fileDialogs; }
     HttpSession& http() { return m_http; }
+    PictureDecoder& pictures() { return m_pictures; }
     Clock& clock() { return m_clock; }
 
 private:
@@ -41,6 +43,7 @@ private:
     AvahiDnsSd m_dnsSd{m_avahi};
     CurlHttpSession m_http{&m_dnsSd};
     ProcessStillExtractor m_stills;
+    ProcessPictureDecoder m_pictures;
     PortalFileDialogs m_portalDialogs;
     PreferredFileDialogs m_fileDialogs{m_portalDialogs};
     SystemChanges m_systemChanges;

@@ -56,8 +56,8 @@ QString dialogParent() {
 
 int runApplication() {
     quiv::Composition composition(dialogParent);
-    quiv::MainWindow window(composition.model(),
-                            {composition.fileDialogs(), composition.http(), composition.clock()});
+    quiv::MainWindow window(composition.model(), {composition.fileDialogs(), composition.http(),
+                                                  composition.pictures(), composition.clock()});
     if (!window.show()) {
         std::fputs("quiv-controller: the window could not be loaded\n", stderr);
         return 1;

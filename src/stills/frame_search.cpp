@@ -21,7 +21,7 @@ DecoderPointer openDecoder(const AVStream& video) {
         throw NoStill("the video's description is broken");
     decoder->pkt_timebase = video.time_base;
     decoder->max_pixels = MostPixels;
-    decoder->thread_count = 2;
+    decoder->thread_count = 1; // no thread can be started any more
     if (avcodec_open2(decoder.get(), codec, nullptr) < 0)
         throw NoStill("the video cannot be decoded");
     return decoder;

@@ -11,7 +11,9 @@ from cpp_text import line_of, read, report, sources, without_comments
 
 BELOW = {
     "platform": set(),
-    "stills": set(),
+    "confined": set(),
+    "pictures": {"confined"},
+    "stills": {"confined"},
     "net": {"platform"},
     "library": {"platform", "net"},
     "transfer": {"platform", "net", "library"},
@@ -20,7 +22,7 @@ BELOW = {
     "ui": {"platform", "net", "library", "transfer", "playback", "model"},
     "app": {"platform", "net", "library", "transfer", "playback", "model", "ui"},
 }
-ADAPTER = re.compile(r"platform/(avahi/|http/curl_|.*process_still_extractor|.*portal_)")
+ADAPTER = re.compile(r"platform/(avahi/|http/curl_|.*process_|.*portal_)")
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*["<]([^">]+)[">]', re.MULTILINE)
 
 

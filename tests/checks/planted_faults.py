@@ -18,9 +18,12 @@ BAD_INCLUDES = {
     "ui/window.cpp": "app/composition.h",
     "stills/main.cpp": "platform/clock.h",
     "library/frames.h": "stills/picture.h",
+    "pictures/jpeg.cpp": "stills/jpeg.h",
+    "confined/limits.h": "pictures/picture.h",
     "net/discovery.cpp": "platform/avahi/avahi_connection.h",
     "model/http.cpp": "platform/http/curl_http_session.h",
     "ui/presenters/stills.cpp": "platform/stills/process_still_extractor.h",
+    "ui/thumbnails/decode.cpp": "platform/pictures/process_picture_decoder.h",
     "ui/dialogs.cpp": "platform/dialogs/portal_file_dialogs.h",
     "net/upwards.cpp": "../library/library.h",
     "unheard_of/file.h": "platform/clock.h",
@@ -32,6 +35,7 @@ GOOD_INCLUDES = {
     "ui/window.h": "model/model.h",
     "app/main.cpp": "platform/http/curl_http_session.h",
     "stills/frames.cpp": "stills/picture.h",
+    "pictures/main.cpp": "confined/confinement.h",
 }
 BAD_AWAITS = {
     "designated": "co_await send(Request{.path = path});",

@@ -3,6 +3,7 @@
 import contextlib
 import json
 import os
+import re
 import urllib.parse
 import urllib.request
 
@@ -71,6 +72,27 @@ def pair(desktop):
     wait_for("the sheet to close", lambda: not elements("text", "3-digit code"))
 
 
+def inherited(process):
+    """The files and connections of a process that a program it starts would have too. What libraries wake
+    their own threads with (pipes, nameless sockets) is neither."""
+    connections = ""
+    for kind in "tcp", "tcp6", "udp", "udp6":
+        with open(f"/proc/{process}/net/{kind}", encoding="ascii") as table:
+            connections += table.read()
+    found = []
+    for number in os.listdir(f"/proc/{process}/fd"):
+        try:
+            target = os.readlink(f"/proc/{process}/fd/{number}")
+            with open(f"/proc/{process}/fdinfo/{number}", encoding="ascii") as info:
+                flags = int(re.search(r"flags:\s*(\d+)", info.read()).group(1), 8)
+        except FileNotFoundError:
+            continue  # closed meanwhile
+        is_connection = target.startswith("socket:") and f" {target[8:-1]} " in connections
+        if int(number) > 2 and not flags & os.O_CLOEXEC and (is_connection or target.startswith("/")):
+            found.append(target)
+    return found
+
+
 @contextlib.contextmanager
 def journey(*options):
     """A desktop with a TV and the application, which has to end cleanly."""
@@ -78,5 +100,6 @@ def journey(*options):
         tv = Television(desktop, *options)
         application = desktop.start_application()
         yield desktop, tv
+        assert not inherited(application.pid), inherited(application.pid)
         application.terminate()
         assert application.wait(20) == 0, "the application did not end cleanly"

@@ -9,6 +9,7 @@
 #include <QTemporaryFile>
 #include <QTest>
 
+#include <fcntl.h>
 #include <mutex>
 #include <unistd.h>
 
@@ -83,6 +84,26 @@ struct LoopbackResolver final : HostResolver {
     QStringList asked;
     QStringList forgotten;
 };
+
+// Of this process's sockets to a server on loopback: how many there are, and how many of them a
+// program that it starts would have too.
+struct SocketCount {
+    int all = 0;
+    int inherited = 0;
+};
+SocketCount socketsTo(int port) {
+    SocketCount count;
+    for (int descriptor = 0; descriptor < 1024; ++descriptor) {
+        sockaddr_in peer{};
+        socklen_t length = sizeof peer;
+        if (::getpeername(descriptor, reinterpret_cast<sockaddr*>(&peer), &length) != 0 ||
+            peer.sin_family != AF_INET || ntohs(peer.sin_port) != port)
+            continue;
+        ++count.all;
+        count.inherited += (::fcntl(descriptor, F_GETFD) & FD_CLOEXEC) == 0;
+    }
+    return count;
+}
 
 } // namespace
 
@@ -332,6 +353,9 @@ private Q_SLOTS:
         get.stop = stop.get_token();
         Task<> task = exchange(session, get, &stopped);
         QTRY_COMPARE(accepted, 1);
+        const SocketCount sockets = socketsTo(QUrl::fromEncoded(get.url).port());
+        QCOMPARE(sockets.all, 1);
+        QCOMPARE(sockets.inherited, 0);
         stop.request_stop();
         QVERIFY(!stopped.isThere()); // completes from the event loop
         QTRY_COMPARE(stopped.error, HttpErrorCode::Cancelled);

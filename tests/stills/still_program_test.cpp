@@ -1,3 +1,4 @@
+#include "confined/confinement.h"
 #include "stills/candidate_times.h"
 
 #include <QColor>
@@ -183,7 +184,26 @@ private Q_SLOTS:
             QVERIFY2(hasNone(file), file);
     }
 
+    void itIsConfinedWhileItDecodes() {
+        if (IsSanitized)
+            QSKIP("a sanitizer needs what is forbidden");
+        QVERIFY(make(redQuarter({1920, 1080}), u"-c:v libx264"_s, u"4k.mp4"_s));
+        QProcess program;
+        program.start(binary(), {path(u"4k.mp4"_s)});
+        QFile status(u"/proc/%1/status"_s.arg(program.processId()));
+        bool isConfined = false;
+        do {
+            isConfined = status.open(QIODevice::ReadOnly) &&
+                         status.readAll().contains("NoNewPrivs:\t1\nSeccomp:\t2\n");
+            status.close();
+        } while (!isConfined && !program.waitForFinished(1));
+        QVERIFY(isConfined);
+        QVERIFY(program.waitForFinished());
+        QCOMPARE(program.exitCode(), 0);
+    }
+
 private:
+    static QString binary() { return qEnvironmentVariable("QUIV_BIN_DIR") + u"/quiv-still"_s; }
     static QString redQuarter(QSize size) {
         return u"color=red:s=%1x%2:r=10:d=0.5,pad=iw*2:ih*2:0:0:blue"_s.arg(size.width())
             .arg(size.height());
@@ -206,7 +226,7 @@ private:
     Outcome run(const QString& file) {
         QProcess program;
         program.setWorkingDirectory(m_folder.path());
-        program.start(qEnvironmentVariable("QUIV_BIN_DIR") + u"/quiv-still"_s, {file});
+        program.start(binary(), {file});
         if (!program.waitForFinished(15'000) || program.exitStatus() != QProcess::NormalExit)
             return {};
         return {program.exitCode(), program.readAllStandardOutput(),

@@ -3,6 +3,7 @@
 #include "support/fake_clock.h"
 #include "support/fake_file_dialogs.h"
 #include "support/fake_http_session.h"
+#include "support/fake_picture_decoder.h"
 #include "ui/presenters/window_presenter.h"
 
 namespace quiv {
@@ -11,8 +12,9 @@ namespace quiv {
 struct FakeWindowPorts {
     FakeDesktopDialogs dialogs;
     FakeHttpSession http;
+    FakePictureDecoder pictures;
     FakeClock clock;
-    WindowPorts ports{dialogs.preferred, http, clock};
+    WindowPorts ports{dialogs.preferred, http, pictures, clock};
 };
 
 } // namespace quiv

@@ -1,5 +1,6 @@
 #include "accessible_tree.h"
 
+#include "support/fake_picture_decoder.h"
 #include "support/model_fixture.h"
 #include "support/test_main.h"
 #include "ui/window/main_window.h"
@@ -17,7 +18,8 @@ const QByteArray OneVideo =
     R"({"files":[{"name":"a.mkv","kind":"VIDEO","sizeBytes":1}],"videos":[]})";
 
 struct Desk : ModelFixture {
-    Desk() : window(model, {dialogs.preferred, http, clock}) { window.show(); }
+    FakePictureDecoder pictures;
+    Desk() : window(model, {dialogs.preferred, http, pictures, clock}) { window.show(); }
 
     void announceTv() {
         browser.announce(serviceAt(u"tv"_s, {10, 0, 0, 2}, 8080));

@@ -188,10 +188,14 @@ void CurlTransfer::setCallbacks() {
             transfer.reportProgress(moved, false);
         return transfer.isIdleTooLong(moved) ? 1 : 0;
     };
+    const auto open = +[](void*, curlsocktype, curl_sockaddr* address) -> curl_socket_t {
+        return ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
+    };
     const auto close = +[](void* self, curl_socket_t socket) -> int {
         transferOf(self).closeSocket(socket);
         return 0;
     };
+    curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, open);
     curl_easy_setopt(easy, CURLOPT_READFUNCTION, read);
     curl_easy_setopt(easy, CURLOPT_READDATA, this);
     curl_easy_setopt(easy, CURLOPT_SEEKFUNCTION, seek);

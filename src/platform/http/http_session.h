@@ -68,7 +68,6 @@ struct HttpProgress {
 };
 
 inline constexpr std::int64_t JsonReplyLimit = 64ll << 20;
-inline constexpr std::int64_t ImageReplyLimit = 16ll << 20;
 inline constexpr std::int64_t ErrorReplyLimit = 64ll << 10;
 
 struct HttpRequest {

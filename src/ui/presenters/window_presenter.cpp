@@ -13,7 +13,7 @@ WindowPresenter::WindowPresenter(WindowActions& actions, const WindowPorts& port
     : QObject(parent),
       m_actions(actions),
       m_fileDialogs(ports.fileDialogs),
-      m_thumbnails(ports.http, ports.clock),
+      m_thumbnails(ports.http, ports.pictures, ports.clock),
       m_sidebar(actions),
       m_header(actions),
       m_library(actions),

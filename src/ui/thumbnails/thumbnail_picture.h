@@ -14,9 +14,7 @@ struct ThumbnailShape {
     bool operator==(const ThumbnailShape&) const = default;
 };
 
-// Returns the picture stretched to its shape, or a null image if the bytes are no whole JPEG, PNG,
-// WebP, GIF or BMP picture, or one of more pixels than any picture of this size needs: whatever
-// comes, it costs bounded memory. May be called on any thread.
-QImage decodedThumbnail(const QByteArray& bytes, const ThumbnailShape& shape);
+// The picture with its corners rounded. `pixels` is what a PictureDecoder gives for this size.
+QImage roundedThumbnail(const QByteArray& pixels, const ThumbnailShape& shape);
 
 } // namespace quiv

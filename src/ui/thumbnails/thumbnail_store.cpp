@@ -1,9 +1,5 @@
 #include "ui/thumbnails/thumbnail_store.h"
 
-#include "platform/async/background.h"
-
-#include <QImageReader>
-
 using namespace Qt::StringLiterals;
 
 namespace quiv {
@@ -14,8 +10,6 @@ namespace {
 
 constexpr auto FetchTimeout = 20s;
 constexpr int FetchesAtOnce = 4;
-// For one picture: enough for the pixels that are allowed.
-constexpr int DecoderMegabytes = 64;
 
 QString keyOf(const QUrl& url, const ThumbnailShape& shape) {
     return u"%1x%2 "_s.arg(shape.size.width()).arg(shape.size.height()) +
@@ -24,10 +18,13 @@ QString keyOf(const QUrl& url, const ThumbnailShape& shape) {
 
 } // namespace
 
-ThumbnailStore::ThumbnailStore(HttpSession& http, Clock& clock, qsizetype capacity)
-    : m_http(http), m_clock(clock), m_cache(capacity), m_semaphore(FetchesAtOnce) {
-    QImageReader::setAllocationLimit(DecoderMegabytes);
-}
+ThumbnailStore::ThumbnailStore(HttpSession& http, PictureDecoder& decoder, Clock& clock,
+                               qsizetype capacity)
+    : m_http(http),
+      m_decoder(decoder),
+      m_clock(clock),
+      m_cache(capacity),
+      m_semaphore(FetchesAtOnce) {}
 
 QImage ThumbnailStore::cached(const QUrl& url, const ThumbnailShape& shape) {
     const QImage* picture = m_cache.object(keyOf(url, shape));
@@ -39,7 +36,7 @@ Task<QImage> ThumbnailStore::fetch(QUrl url, ThumbnailShape shape) {
     HttpRequest request;
     request.url = url.toEncoded();
     request.timeouts.total = FetchTimeout;
-    request.replyLimit = ImageReplyLimit;
+    request.replyLimit = PictureDecoder::MostBytes;
     HttpReply reply;
     try {
         reply = co_await m_http.send(std::move(request));
@@ -48,12 +45,11 @@ Task<QImage> ThumbnailStore::fetch(QUrl url, ThumbnailShape shape) {
     }
     if (!reply.isSuccess())
         co_return QImage();
-    const auto decode = [bytes = reply.body, shape] {
-        return decodedThumbnail(bytes, shape);
-    };
-    const QImage picture = co_await inBackground(decode);
-    if (!picture.isNull())
-        m_cache.insert(keyOf(url, shape), new QImage(picture), picture.sizeInBytes());
+    const auto pixels = co_await m_decoder.decode(std::move(reply.body), shape.size);
+    if (!pixels)
+        co_return QImage();
+    const QImage picture = roundedThumbnail(*pixels, shape);
+    m_cache.insert(keyOf(url, shape), new QImage(picture), picture.sizeInBytes());
     co_return picture;
 }
 

@@ -4,6 +4,7 @@
 #include "platform/async/task.h"
 #include "platform/clock.h"
 #include "platform/http/http_session.h"
+#include "platform/pictures/picture_decoder.h"
 #include "ui/thumbnails/thumbnail_picture.h"
 
 #include <QCache>
@@ -15,8 +16,8 @@
 
 namespace quiv {
 
-// The pictures of all rows: fetches a few at a time, decodes them off the main thread, and keeps
-// the most recently used ones up to a number of bytes. Outlives the loaders that use it.
+// The pictures of all rows: fetches a few at a time, has them decoded, and keeps the most recently
+// used ones up to a number of bytes. Outlives the loaders that use it.
 class ThumbnailStore : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -25,7 +26,8 @@ class ThumbnailStore : public QObject {
 public:
     static constexpr qsizetype DefaultCapacity = 64 << 20; // bytes
 
-    ThumbnailStore(HttpSession& http, Clock& clock, qsizetype capacity = DefaultCapacity);
+    ThumbnailStore(HttpSession& http, PictureDecoder& decoder, Clock& clock,
+                   qsizetype capacity = DefaultCapacity);
 
     Clock& clock() { return m_clock; }
 
@@ -37,6 +39,7 @@ public:
 
 private:
     HttpSession& m_http;
+    PictureDecoder& m_decoder;
     Clock& m_clock;
     QCache<QString, QImage> m_cache; // by address and size; costs are bytes
     Semaphore m_semaphore;

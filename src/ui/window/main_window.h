@@ -17,7 +17,7 @@ class OmbraMacModel;
 //
 //     QGuiApplication application(argc, argv);
 //     OmbraMacModel model(...);
-//     MainWindow window(model, {fileDialogs, http, clock});
+//     MainWindow window(model, {fileDialogs, http, pictures, clock});
 //     if (!window.show())
 //         return 1;
 //     return application.exec(); // ends when the user closes the window

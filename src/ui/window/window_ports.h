@@ -3,14 +3,17 @@
 #include "platform/clock.h"
 #include "platform/dialogs/file_dialogs.h"
 #include "platform/http/http_session.h"
+#include "platform/pictures/picture_decoder.h"
 
 namespace quiv {
 
 // What the window itself works with; each outlives it. Files are chosen by `fileDialogs`, which ask
-// in the window where the desktop cannot; pictures are fetched over `http`.
+// in the window where the desktop cannot; pictures are fetched over `http` and decoded by
+// `pictures`.
 struct WindowPorts {
     PreferredFileDialogs& fileDialogs;
     HttpSession& http;
+    PictureDecoder& pictures;
     Clock& clock;
 };
 

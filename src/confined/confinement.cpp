@@ -1,4 +1,6 @@
-#include "stills/limits.h"
+#include "confined/confinement.h"
+
+#include "confined/system_call_filter.h"
 
 #include <cerrno>
 #include <csignal>
@@ -13,17 +15,6 @@
 namespace quiv {
 
 namespace {
-
-// Sanitizers reserve terabytes of addresses and open files of their own.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool IsSanitized = true;
-#else
-constexpr bool IsSanitized = false;
-#endif
-
-constexpr rlim_t AddressSpace = rlim_t{2} << 30; // 8K with 10 bits needs about half of it
-// Two decoding threads in each of three attempts of five seconds must fit in.
-constexpr rlim_t ProcessorSeconds = 40;
 
 void require(bool done, const char* what) {
     if (!done)
@@ -47,26 +38,34 @@ bool isFile(int descriptor) {
 
 } // namespace
 
-void limitThisProcess() {
+void closeInheritedDescriptors() {
+    closefrom(STDERR_FILENO + 1);
+}
+
+void limitThisProcess(const ProcessLimits& limits) {
     require(prctl(PR_SET_PDEATHSIG, SIGKILL) == 0, "PR_SET_PDEATHSIG");
     require(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0, "PR_SET_NO_NEW_PRIVS");
     require(prctl(PR_SET_DUMPABLE, 0) == 0,
             "PR_SET_DUMPABLE"); // crash reporters get nothing either
     limit(RLIMIT_CORE, 0);
-    limit(RLIMIT_CPU, ProcessorSeconds);
-    // Started by hand, the still or the reason may go to a file.
+    limit(RLIMIT_CPU, limits.processorSeconds);
+    // Started by hand, what is written or the reason may go to a file.
     if (!isFile(STDOUT_FILENO) && !isFile(STDERR_FILENO))
         limit(RLIMIT_FSIZE, 0);
-    if (!IsSanitized)
-        limit(RLIMIT_AS, AddressSpace);
+    if (!IsSanitized) {
+        limit(RLIMIT_NPROC, 0); // root is not held by it, but by the filter
+        limit(RLIMIT_AS, limits.addressSpace);
+    }
     // Niceties: a system that refuses them changes nothing but the pace.
-    setpriority(PRIO_PROCESS, 0, 19);
+    setpriority(PRIO_PROCESS, 0, limits.niceness);
     syscall(SYS_ioprio_set, IOPRIO_WHO_PROCESS, 0, IOPRIO_PRIO_VALUE(IOPRIO_CLASS_BE, 7));
 }
 
-void forbidFurtherFiles() {
-    if (!IsSanitized)
-        limit(RLIMIT_NOFILE, 0);
+void forbidSystemCalls() {
+    if (IsSanitized)
+        return;
+    limit(RLIMIT_NOFILE, 0);
+    loadSystemCallFilter();
 }
 
 } // namespace quiv
