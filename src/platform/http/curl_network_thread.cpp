@@ -13,11 +13,17 @@ void initialiseLibrary() {
     (void)initialised;
 }
 
+CURLM* newMulti() {
+    CURLM* multi = curl_multi_init();
+    curl_multi_setopt(multi, CURLMOPT_MAX_TOTAL_CONNECTIONS, CurlNetworkThread::mostConnections);
+    return multi;
+}
+
 } // namespace
 
 CurlNetworkThread::CurlNetworkThread(Sink sink) : m_sink(std::move(sink)) {
     initialiseLibrary();
-    m_multi.reset(curl_multi_init());
+    m_multi.reset(newMulti());
     m_thread = std::thread([this] { run(); });
 }
 
@@ -55,6 +61,7 @@ void CurlNetworkThread::run() {
         int running = 0;
         curl_multi_perform(m_multi.get(), &running);
         collectFinished();
+        beginWaiting();
         dropConnectionsIfIdle();
         curl_multi_poll(m_multi.get(), nullptr, 0, LongestPollMs, nullptr);
     }
@@ -71,12 +78,29 @@ bool CurlNetworkThread::takeCommands() {
     for (Command& command : commands) {
         if (command.dropsIdleConnections)
             m_dropsIdleConnections = true;
+        else if (command.transfer && command.transfer->priority() == HttpPriority::Background)
+            m_waiting.push_back(std::move(command));
         else if (command.transfer)
             begin(std::move(command));
         else
             end(command.id);
     }
+    beginWaiting();
     return true;
+}
+
+void CurlNetworkThread::beginWaiting() {
+    while (!m_waiting.empty() && hasRoomInBackground()) {
+        Command next = std::move(m_waiting.front());
+        m_waiting.pop_front();
+        begin(std::move(next));
+    }
+}
+
+bool CurlNetworkThread::hasRoomInBackground() const {
+    return std::ranges::count_if(m_transfers, [](const auto& entry) {
+               return entry.second->priority() == HttpPriority::Background;
+           }) < mostInBackground;
 }
 
 void CurlNetworkThread::begin(Command command) {
@@ -92,6 +116,7 @@ void CurlNetworkThread::begin(Command command) {
 }
 
 void CurlNetworkThread::end(TransferId id) {
+    std::erase_if(m_waiting, [id](const Command& command) { return command.id == id; });
     const auto found = m_transfers.find(id);
     if (found == m_transfers.end())
         return; // finished meanwhile
@@ -103,7 +128,7 @@ void CurlNetworkThread::dropConnectionsIfIdle() {
     if (!m_dropsIdleConnections || !m_transfers.empty())
         return;
     m_dropsIdleConnections = false;
-    std::unique_ptr<CURLM, MultiDeleter> multi(curl_multi_init());
+    std::unique_ptr<CURLM, MultiDeleter> multi(newMulti());
     const std::lock_guard lock(m_mutex);
     m_multi.swap(multi);
     curl_multi_wakeup(m_multi.get()); // a command may have woken the old one

@@ -5,6 +5,7 @@
 #include <curl/curl.h>
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -21,9 +22,15 @@ using TransferId = std::uint64_t;
 // Its functions may be called from any thread and never wait; the sink is called on the
 // network thread, once for every transfer that was started and not cancelled. The destructor drops
 // what is under way and joins.
+//
+// At most `mostConnections` sockets are open; at most `mostInBackground` of them belong to transfers
+// in the background, which wait here for their turn. So there is always room for the others.
 class CurlNetworkThread {
 public:
     using Sink = std::function<void(TransferId, HttpResult)>;
+
+    static constexpr long mostConnections = 16;
+    static constexpr int mostInBackground = 6;
 
     explicit CurlNetworkThread(Sink sink);
     ~CurlNetworkThread();
@@ -49,6 +56,8 @@ private:
     void run();
     bool takeCommands(); // returns false once the thread has to end
     void begin(Command command);
+    void beginWaiting();
+    bool hasRoomInBackground() const;
     void end(TransferId id);
     // Replaces the multi handle, and so the connections it keeps, once no transfer needs it.
     void dropConnectionsIfIdle();
@@ -57,6 +66,7 @@ private:
     Sink m_sink;
     std::unique_ptr<CURLM, MultiDeleter> m_multi; // replaced under m_mutex by the network thread
     std::map<TransferId, std::unique_ptr<CurlTransfer>> m_transfers; // network thread only
+    std::deque<Command> m_waiting; // in the background; network thread only
     bool m_dropsIdleConnections = false;                             // network thread only
     std::mutex m_mutex;
     std::vector<Command> m_commands; // guarded by m_mutex, like m_isEnding

@@ -29,6 +29,7 @@ public:
     // Sets every option. Returns an error if the request cannot be sent.
     std::optional<HttpError> prepare();
     CURL* handle() const { return m_easy.get(); }
+    HttpPriority priority() const { return m_request.priority; }
     // What came of it, once libcurl says that it is over.
     HttpResult finish(CURLcode code);
 
