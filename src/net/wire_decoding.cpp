@@ -340,8 +340,7 @@ template <class Record> void requireReasonableStructure(const JsonStructure& str
         throw DecodingError(NotUnderstood + u"it holds too much."_s);
 }
 
-template <>
-void requireReasonableStructure<FilesResponse>(const JsonStructure& structure) {
+template <> void requireReasonableStructure<FilesResponse>(const JsonStructure& structure) {
     constexpr qsizetype others = 64;
     if (structure.depth > MostDepth)
         throw DecodingError(NotUnderstood + u"it holds too much."_s);
@@ -360,8 +359,7 @@ template <class Record> Record decodeRecord(const QByteArray& json) {
         readFields(Fields(object), record);
         return record;
     } catch (const Problem& problem) {
-        throw DecodingError(NotUnderstood +
-                            u"\"%1\" %2."_s.arg(problem.path, problem.what));
+        throw DecodingError(NotUnderstood + u"\"%1\" %2."_s.arg(problem.path, problem.what));
     } catch (const Unusable&) {
         throw DecodingError(NotUnderstood + u"it holds a name that cannot be used."_s);
     }

@@ -20,10 +20,10 @@ public:
     TooManyFiles();
 };
 
-inline constexpr qsizetype MostFiles = 250'000;       // of a listing; so many videos besides
-inline constexpr qsizetype MostTracks = 256;          // of each kind; further ones are left out
-inline constexpr qsizetype LongestShownText = 256;    // characters; cut there
-inline constexpr qsizetype LongestIdentifier = 4096;  // bytes of UTF-8; never cut
+inline constexpr qsizetype MostFiles = 250'000;          // of a listing; so many videos besides
+inline constexpr qsizetype MostTracks = 256;             // of each kind; further ones are left out
+inline constexpr qsizetype LongestShownText = 256;       // characters; cut there
+inline constexpr qsizetype LongestIdentifier = 4096;     // bytes of UTF-8; never cut
 inline constexpr std::int64_t LargestNumber = 1ll << 53; // of any kind; cut there
 
 // The beginning of a text that is only shown, cut between characters.
@@ -39,9 +39,9 @@ template <> inline constexpr std::int64_t ReplyLimit<FilesResponse> = 64ll << 20
 // keys are ignored. Total: any bytes give a record or a DecodingError. Pure, for any thread.
 //
 // A reply of an unreasonable structure is refused before anything is built of it. A text that is
-// only shown is cut. One that goes back to the TV is whole: an entry, or an optional field, with one
-// that is too long or no valid Unicode is left out, a record with one is refused. Sizes, counts and
-// durations are never negative.
+// only shown is cut. One that goes back to the TV is whole: an entry, or an optional field, with
+// one that is too long or no valid Unicode is left out, a record with one is refused. Sizes, counts
+// and durations are never negative.
 template <class Record> Record decode(const QByteArray& json);
 
 template <> FilesResponse decode(const QByteArray& json);

@@ -111,9 +111,9 @@ private Q_SLOTS:
         const QByteArray name(4096, 'n');
         const auto listing = [](const QByteArray& fileName) {
             return decode<FilesResponse>(QByteArray(Files).replace(
-                "{\"name\":\"a.mkv\",\"kind\"",
-                "{\"name\":\"" + fileName + "\",\"sizeBytes\":1,\"kind\":\"\"},"
-                "{\"name\":\"a.mkv\",\"kind\""));
+                "{\"name\":\"a.mkv\",\"kind\"", "{\"name\":\"" + fileName +
+                                                    "\",\"sizeBytes\":1,\"kind\":\"\"},"
+                                                    "{\"name\":\"a.mkv\",\"kind\""));
         };
         QCOMPARE(listing(name).files[0].name.size(), 4096);
         for (const QByteArray& unusable : {name + "n", QByteArray("\xc3\xa4").repeated(2049),

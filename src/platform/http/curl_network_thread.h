@@ -23,8 +23,9 @@ using TransferId = std::uint64_t;
 // network thread, once for every transfer that was started and not cancelled. The destructor drops
 // what is under way and joins.
 //
-// At most `mostConnections` sockets are open; at most `mostInBackground` of them belong to transfers
-// in the background, which wait here for their turn. So there is always room for the others.
+// At most `mostConnections` sockets are open; at most `mostInBackground` of them belong to
+// transfers in the background, which wait here for their turn. So there is always room for the
+// others.
 class CurlNetworkThread {
 public:
     using Sink = std::function<void(TransferId, HttpResult)>;
@@ -66,8 +67,8 @@ private:
     Sink m_sink;
     std::unique_ptr<CURLM, MultiDeleter> m_multi; // replaced under m_mutex by the network thread
     std::map<TransferId, std::unique_ptr<CurlTransfer>> m_transfers; // network thread only
-    std::deque<Command> m_waiting; // in the background; network thread only
-    bool m_dropsIdleConnections = false;                             // network thread only
+    std::deque<Command> m_waiting;       // in the background; network thread only
+    bool m_dropsIdleConnections = false; // network thread only
     std::mutex m_mutex;
     std::vector<Command> m_commands; // guarded by m_mutex, like m_isEnding
     bool m_isEnding = false;
