@@ -118,6 +118,18 @@ private Q_SLOTS:
         QCOMPARE(content.groupedFiles[1].group.subtitles.size(), 2);
     }
 
+    void aRowHasRoomForSomeFiles() {
+        QList<RemoteFile> files{file(u"a.mkv"_s, Video)};
+        for (int number = 0; number < 300; ++number) {
+            files.append(file(u"a.s%1"_s.arg(number), Subtitle));
+            files.append(file(u"again.txt"_s, Other));
+        }
+        const auto rows = contentOf(files).groupedFiles;
+        QCOMPARE(rows.size(), 1 + 44 + 1);
+        QCOMPARE(rows[0].group.subtitles.size(), 256);
+        QCOMPARE(rows.last().group.others.size() + rows[1].group.others.size(), 256);
+    }
+
     void storageAndTargetAreWhatTheTvSays() {
         FilesResponse response;
         QCOMPARE(libraryContent(response).preferredUploadTarget, u"INTERNAL"_s);
