@@ -222,13 +222,12 @@ LibraryContent libraryContent(FilesResponse response) {
     if (response.usbSetupHint)
         content.usbSetupHint = response.usbSetupHint->trimmed();
 
-    content.files = std::move(response.files);
-    content.files.removeIf([](const RemoteFile& file) { return isHiddenLibraryName(file.name); });
-    sortNewestFirst(content.files, &RemoteFile::name);
-    content.videos = std::move(response.videos);
-    sortNewestFirst(content.videos, &RemoteVideo::displayName);
-
-    content.groupedFiles = GroupBuilder(content.files, content.videos).take();
+    response.files.removeIf([](const RemoteFile& file) { return isHiddenLibraryName(file.name); });
+    sortNewestFirst(response.files, &RemoteFile::name);
+    sortNewestFirst(response.videos, &RemoteVideo::displayName);
+    content.groupedFiles = GroupBuilder(response.files, response.videos).take();
+    response.files.clear();
+    response.videos.clear();
     sortRows(content.groupedFiles);
     return content;
 }

@@ -41,10 +41,18 @@ struct Problem {
 // The entry has a text that could not be sent back as it is.
 struct Unusable {};
 
+// Shares the words that every file repeats, which a large listing would hold hundreds of thousands
+// of times.
+QString withSharedWords(QString text) {
+    static const QStringList words{u"VIDEO"_s, u"SUBTITLE"_s, u"OTHER"_s, u"INTERNAL"_s, u"USB"_s};
+    const qsizetype known = words.indexOf(text);
+    return known < 0 ? text : words[known];
+}
+
 QString textIn(const QJsonValue& value) {
     if (!value.isString())
         throw Problem{{}, u"is not a text"_s};
-    return value.toString();
+    return withSharedWords(value.toString());
 }
 
 // A text that is only shown.
