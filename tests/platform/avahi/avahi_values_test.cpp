@@ -45,6 +45,9 @@ void AvahiValuesTest::aServiceIsNewOnItsFirstPathOnly() {
     QVERIFY(seen.appeared({Kitchen, Wired}));
     QVERIFY(!seen.appeared({Kitchen, Wireless}));
     QVERIFY(!seen.appeared({Kitchen, Wired}));
+    for (std::size_t number = 1; number < AvahiSeenServices::maximumSize; ++number)
+        QVERIFY(seen.appeared({{QString::number(number), {}, {}}, Wired}));
+    QVERIFY(!seen.appeared({{QString::fromUtf8("one more"), {}, {}}, Wired}));
 }
 
 void AvahiValuesTest::aServiceIsNewAgainAfterItsLastPathWent() {
