@@ -122,7 +122,7 @@ bool AuthTokens::storeAuthToken(const AuthGrant& grant, const QUrl& url) {
     m_settings.setText(tokenKey(url), token);
     m_settings.setReal(expiryKey(url), expiryMs);
     noteUse(tokenDeviceKey(url));
-    if (!isKnown)
+    if (!isKnown && tokenDeviceKey(url) == keyOfSelected())
         Q_EMIT tokenChanged();
     return true;
 }
@@ -158,7 +158,7 @@ void AuthTokens::removeAuthToken(const QUrl& url) {
     forget(tokenDeviceKey(url));
     if (const auto order = m_settings.text(OrderKey))
         m_settings.setText(OrderKey, textOf(without(tokenOrder(*order), tokenDeviceKey(url))));
-    if (isKnown)
+    if (isKnown && tokenDeviceKey(url) == keyOfSelected())
         Q_EMIT tokenChanged();
 }
 

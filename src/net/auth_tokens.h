@@ -56,7 +56,7 @@ public:
     void removeAuthToken(const QUrl& url);
 
 Q_SIGNALS:
-    void tokenChanged(); // of any TV
+    void tokenChanged(); // of the TV that was selected last
 
 private:
     std::int64_t nowMs() const;
