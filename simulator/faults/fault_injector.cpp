@@ -11,10 +11,22 @@ namespace {
 constexpr qint64 OversizedBytes = 80LL << 20;
 constexpr const char* JsonType = "application/json; charset=utf-8";
 
+std::string bodyOf(const Fault& fault) {
+    const std::string part = fault.text("body").toStdString();
+    std::string body = fault.text("before").toStdString();
+    for (qint64 left = fault.number("repeat", 1); left > 0; --left)
+        body += part;
+    return body + fault.text("after").toStdString();
+}
+
 FaultInjector::Outcome reply(const Fault& fault, httplib::Response& response) {
     response.status = static_cast<int>(fault.number("status", 200));
-    const std::string body = fault.text("body").toStdString();
+    const std::string body = bodyOf(fault);
     const std::string type = fault.text("contentType").toStdString();
+    if (const qint64 bytes = fault.number("tokenBytes"); bytes > 0) {
+        response.set_header(TokenHeader, std::string(static_cast<size_t>(bytes), 't'));
+        response.set_header(TokenLifetimeHeader, "600");
+    }
     if (!body.empty())
         response.set_content(body, type.empty() ? JsonType : type);
     return FaultInjector::Outcome::Replied;

@@ -21,7 +21,7 @@ struct Fault {
         Hang,             // no reply, ever
         ResetBeforeReply, // the connection breaks
         Status,           // status, body
-        Body,             // body, status, contentType
+        Body,             // body, repeat, before, after, status, contentType, tokenBytes
         BrokenJson,       // cut off in the middle
         OversizedJson,    // bytes, chunked
         // While a file arrives

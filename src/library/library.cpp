@@ -29,6 +29,11 @@ Task<> Library::loadLibrary(Load load) {
         co_await fetchContent(*tv);
         message = u"Loaded %1 media item(s)"_s.arg(m_content.groupedFiles.size());
         setFailure({});
+    } catch (const TooManyFiles& error) {
+        message = u"Failed to fetch files: "_s + error.description();
+        m_listing.reset(); // what was shown is no longer so
+        setContent({});
+        setFailure(error.description());
     } catch (const Error& error) {
         message = u"Failed to fetch files: "_s + error.description();
         setFailure(m_listing ? QString() : error.description());
@@ -40,7 +45,7 @@ Task<> Library::loadLibrary(Load load) {
 }
 
 Task<> Library::fetchContent(Tv tv) {
-    const QByteArray listing = co_await tv.getBody(u"api/files"_s);
+    const QByteArray listing = co_await tv.getBody(u"api/files"_s, ReplyLimit<FilesResponse>);
     if (listing == m_listing)
         co_return;
     const auto decoding = [listing] {

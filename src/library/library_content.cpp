@@ -56,6 +56,9 @@ void sortByLowerCasedName(QList<RemoteFile>& files) {
     }
 }
 
+// Of each kind in a row; a video has a few.
+constexpr qsizetype MostFilesOfRow = 256;
+
 enum class FileClass { Video, Subtitle, Other };
 
 FileClass classOf(const RemoteFile& file) {
@@ -90,9 +93,9 @@ public:
         for (const RemoteFile& file : files) {
             const FileClass fileClass = classOf(file);
             if (fileClass == FileClass::Subtitle)
-                rowFor(file, u"subtitle:"_s).group.subtitles.append(file);
+                add(file, &FileGroup::subtitles, u"subtitle:"_s);
             else if (fileClass == FileClass::Other)
-                rowFor(file, u"other:"_s).group.others.append(file);
+                add(file, &FileGroup::others, u"other:"_s);
         }
     }
 
@@ -119,15 +122,20 @@ private:
             m_videoIdByBaseName.insert(baseName, file.name);
     }
 
-    // The row of the video with the file's base name, else a row of its own.
-    LibraryRow& rowFor(const RemoteFile& file, const QString& prefix) {
+    // To the row of the video with the file's base name while there is room, else to a row of its
+    // own. Of files that are listed again and again, there are as many as a row has room for.
+    void add(const RemoteFile& file, QList<RemoteFile> FileGroup::*files, const QString& prefix) {
         const auto video = m_videoIdByBaseName.constFind(matchingBaseName(file.name));
-        if (video != m_videoIdByBaseName.cend())
-            return rowWithId(*video);
-        LibraryRow& row = rowWithId(prefix + file.name);
-        if (row.group.title.isEmpty())
-            row.group.title = file.name;
-        return row;
+        if (video != m_videoIdByBaseName.cend()) {
+            QList<RemoteFile>& filesOfVideo = rowWithId(*video).group.*files;
+            if (filesOfVideo.size() < MostFilesOfRow)
+                return filesOfVideo.append(file);
+        }
+        FileGroup& group = rowWithId(prefix + file.name).group;
+        if (group.title.isEmpty())
+            group.title = file.name;
+        if ((group.*files).size() < MostFilesOfRow)
+            (group.*files).append(file);
     }
 
     LibraryRow& rowWithId(const QString& id) {
@@ -214,13 +222,12 @@ LibraryContent libraryContent(FilesResponse response) {
     if (response.usbSetupHint)
         content.usbSetupHint = response.usbSetupHint->trimmed();
 
-    content.files = std::move(response.files);
-    content.files.removeIf([](const RemoteFile& file) { return isHiddenLibraryName(file.name); });
-    sortNewestFirst(content.files, &RemoteFile::name);
-    content.videos = std::move(response.videos);
-    sortNewestFirst(content.videos, &RemoteVideo::displayName);
-
-    content.groupedFiles = GroupBuilder(content.files, content.videos).take();
+    response.files.removeIf([](const RemoteFile& file) { return isHiddenLibraryName(file.name); });
+    sortNewestFirst(response.files, &RemoteFile::name);
+    sortNewestFirst(response.videos, &RemoteVideo::displayName);
+    content.groupedFiles = GroupBuilder(response.files, response.videos).take();
+    response.files.clear();
+    response.videos.clear();
     sortRows(content.groupedFiles);
     return content;
 }

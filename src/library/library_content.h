@@ -38,9 +38,7 @@ struct LibraryRow {
 
 // Everything a listing says, ready to publish.
 struct LibraryContent {
-    QList<RemoteFile> files;   // visible ones, newest first
-    QList<RemoteVideo> videos; // newest first
-    QList<LibraryRow> groupedFiles;
+    QList<LibraryRow> groupedFiles; // of the visible files
     std::optional<RemoteStorage> storage;
     std::optional<RemoteUsbStorage> usbStorage;
     std::optional<QString> usbSetupHint;

@@ -24,7 +24,7 @@ OmbraMacModel::OmbraMacModel(const PlatformPorts& ports, QObject* parent)
       m_uploads(m_tvs, m_pairing, m_library, ports.stills, ports.log, ports.clock),
       m_downloads(m_tvs, m_pairing, ports.fileDialogs),
       m_reachability(m_selected),
-      m_discovery(m_tvs, ports.browser, ports.settings, ports.clock, *this),
+      m_discovery(m_tvs, ports.browser, ports.settings, ports.clock, ports.log, *this),
       m_refreshCycle(m_selected, {m_library, m_playback, m_storageMove, m_pairing, m_reachability},
                      ports.clock) {
     m_requests.setContactListener(&m_reachability);
@@ -117,8 +117,10 @@ void OmbraMacModel::selectDevice(const TVEndpoint& device) {
 }
 
 void OmbraMacModel::takeDevice(const TVEndpoint& device) {
-    const bool isSame = m_selected.key() == quiv::endpointKey(device);
-    m_settings.setText(QString::fromUtf16(SelectedDeviceKey), quiv::endpointKey(device));
+    const QString key = quiv::endpointKey(device);
+    const bool isSame = m_selected.key() == key;
+    m_settings.setText(QString::fromUtf16(SelectedDeviceKey), key);
+    m_settings.setText(QString::fromUtf16(SelectedServiceKey), m_discovery.serviceNameOf(key));
     m_selected.set(device);
     if (isSame) {
         m_status.post(u"Connected to "_s + device.name);

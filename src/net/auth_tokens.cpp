@@ -1,5 +1,7 @@
 #include "net/auth_tokens.h"
 
+#include "net/selected_device.h"
+#include "net/token_order.h"
 #include "platform/uuid.h"
 
 #include <algorithm>
@@ -14,16 +16,20 @@ namespace {
 constexpr std::int64_t LongestLifetimeSec = 100ll * 365 * 24 * 3600;
 constexpr std::int64_t ExpiresSoonMs = 60'000;
 constexpr double LeastGainMs = 30'000;
+constexpr qsizetype LongestToken = 4096;             // bytes
 constexpr double Int64Bound = 9223372036854775808.0; // 2^63
 
 const QString ClientIdKey = u"ombra.controlClientId.v1"_s;
+const QString OrderKey = u"ombra.authTokenOrder.v1"_s;
+const QString TokenPrefix = u"ombra.authToken.v1."_s;
+const QString ExpiryPrefix = u"ombra.authTokenExpiryMs.v1."_s;
 
 QString tokenKey(const QUrl& url) {
-    return u"ombra.authToken.v1."_s + tokenDeviceKey(url);
+    return TokenPrefix + tokenDeviceKey(url);
 }
 
 QString expiryKey(const QUrl& url) {
-    return u"ombra.authTokenExpiryMs.v1."_s + tokenDeviceKey(url);
+    return ExpiryPrefix + tokenDeviceKey(url);
 }
 
 bool hasControlCharacter(const QByteArray& text) {
@@ -44,7 +50,7 @@ std::optional<std::int64_t> lifetimeOf(const QByteArray& text) {
 std::optional<AuthGrant> authGrant(const HttpReply& reply) {
     AuthGrant grant;
     if (const auto token = reply.header("X-Quiv-Auth-Token")) {
-        if (hasControlCharacter(*token))
+        if (token->size() > LongestToken || hasControlCharacter(*token))
             return std::nullopt;
         grant.token = QString::fromUtf8(*token);
     }
@@ -87,8 +93,10 @@ bool AuthTokens::authTokenExpiresSoon(const QUrl& url) const {
 
 void AuthTokens::applyControlHeaders(HttpRequest& request, const QUrl& url) {
     request.headers.append({"X-Quiv-Client-Id", controlClientId().toUtf8()});
-    if (const auto token = storedAuthToken(url))
+    if (const auto token = storedAuthToken(url)) {
         request.headers.append({"X-Quiv-Auth-Token", token->toUtf8()});
+        noteUse(tokenDeviceKey(url));
+    }
 }
 
 QueryItems AuthTokens::authQueryItems(const QUrl& url) {
@@ -113,16 +121,44 @@ bool AuthTokens::storeAuthToken(const AuthGrant& grant, const QUrl& url) {
         return true;
     m_settings.setText(tokenKey(url), token);
     m_settings.setReal(expiryKey(url), expiryMs);
-    if (!isKnown)
+    noteUse(tokenDeviceKey(url));
+    if (!isKnown && tokenDeviceKey(url) == keyOfSelected())
         Q_EMIT tokenChanged();
     return true;
 }
 
+void AuthTokens::noteUse(const QString& key) {
+    const QString selected = keyOfSelected();
+    const TokenOrder before = tokenOrder(m_settings.text(OrderKey).value_or(QString()));
+    TokenOrder order = key == selected ? afterUse(before, key) : afterGift(before, key);
+    if (order == before)
+        return;
+    while (true) {
+        const QString surplus = surplusKey(order, MostTokens, selected);
+        if (surplus.isEmpty())
+            break;
+        order = without(std::move(order), surplus);
+        forget(surplus);
+    }
+    m_settings.setText(OrderKey, textOf(order));
+}
+
+void AuthTokens::forget(const QString& key) {
+    m_settings.remove(TokenPrefix + key);
+    m_settings.remove(ExpiryPrefix + key);
+}
+
+QString AuthTokens::keyOfSelected() const {
+    const auto endpoint = m_settings.text(QString::fromUtf16(SelectedDeviceKey));
+    return tokenDeviceKey(QUrl(u"http://"_s + endpoint.value_or(QString()).trimmed()));
+}
+
 void AuthTokens::removeAuthToken(const QUrl& url) {
     const bool isKnown = storedAuthToken(url).has_value();
-    m_settings.remove(tokenKey(url));
-    m_settings.remove(expiryKey(url));
-    if (isKnown)
+    forget(tokenDeviceKey(url));
+    if (const auto order = m_settings.text(OrderKey))
+        m_settings.setText(OrderKey, textOf(without(tokenOrder(*order), tokenDeviceKey(url))));
+    if (isKnown && tokenDeviceKey(url) == keyOfSelected())
         Q_EMIT tokenChanged();
 }
 

@@ -22,18 +22,21 @@ struct AuthGrant {
 };
 
 // What a reply's "X-Quiv-Auth-Token" and "X-Quiv-Auth-Expires-In" headers say. Returns nullopt
-// if it has neither, or a token that could not be sent back as it is.
+// if it has neither, or a token that could not be sent back as it is or is longer than 4 KiB.
 std::optional<AuthGrant> authGrant(const HttpReply& reply);
 
 // A lifetime in seconds within what dates can hold (a hundred years).
 std::int64_t clampedLifetime(std::int64_t lifetimeSec);
 
 // Who this client is to the TVs: its client id, and one access token with its expiry per TV, kept
-// in the settings. "URL" is any URL of the TV.
+// in the settings. "URL" is any URL of the TV. Tokens of a limited number of TVs are kept: the one
+// that was selected last always, of the others those that were used last.
 class AuthTokens : public QObject {
     Q_OBJECT
 
 public:
+    static constexpr qsizetype MostTokens = 64;
+
     AuthTokens(SettingsStore& settings, const Clock& clock);
 
     // "mac-" and a UUID; made on first use, never changes after that.
@@ -53,10 +56,13 @@ public:
     void removeAuthToken(const QUrl& url);
 
 Q_SIGNALS:
-    void tokenChanged(); // of any TV
+    void tokenChanged(); // of the TV that was selected last
 
 private:
     std::int64_t nowMs() const;
+    QString keyOfSelected() const;
+    void noteUse(const QString& key);
+    void forget(const QString& key);
 
     SettingsStore& m_settings;
     const Clock& m_clock;

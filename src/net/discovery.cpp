@@ -10,8 +10,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto LongestResolving = 1h;     // then it is subscribed anew
-constexpr std::size_t MostFollowed = 200; // a home has a few; the rest is noise
+constexpr auto LongestResolving = 1h; // then it is subscribed anew
+constexpr auto CountingTime = 10s;    // of announcements that are left out
 constexpr auto ProbeTimeout = 1500ms;
 constexpr auto WaitForRememberedTv = 1500ms;
 
@@ -40,11 +40,10 @@ std::optional<TVEndpoint> endpointOf(const ResolvedService& service,
         if (address.family == HostAddress::Family::IPv4)
             choices.append(endpoint);
     }
-    if (choices.isEmpty() && !service.hostName)
-        return std::nullopt;
     if (choices.isEmpty()) {
-        endpoint.host = withoutDotsAtEnds(*service.hostName);
-        return endpoint;
+        endpoint.host = withoutDotsAtEnds(service.hostName.value_or(QString()));
+        const bool isLocal = endpoint.host.endsWith(".local"_L1, Qt::CaseInsensitive);
+        return isLocal ? std::optional(endpoint) : std::nullopt;
     }
     const auto rank = [&preference](const TVEndpoint& choice) {
         const QString key = endpointKey(choice);
@@ -56,12 +55,13 @@ std::optional<TVEndpoint> endpointOf(const ResolvedService& service,
 }
 
 Discovery::Discovery(const TvAccess& tvs, ServiceBrowser& browser, const SettingsStore& settings,
-                     Clock& clock, Selector& selector, QObject* parent)
+                     Clock& clock, SystemLog& log, Selector& selector, QObject* parent)
     : QObject(parent),
       m_tvs(tvs),
       m_browser(browser),
       m_settings(settings),
       m_clock(clock),
+      m_log(log),
       m_selector(selector) {}
 
 Discovery::~Discovery() {
@@ -78,17 +78,57 @@ void Discovery::refreshDiscovery() {
         ensureSelectedDevice();
     });
     m_following.clear();
+    m_leftOut = 0;
+    m_report.reset();
     m_browser.search(
         u"_ombra._tcp."_s, u"local."_s, [this](const FoundService& service) { begin(service); },
         [this](const FoundService& service) { end(service); });
 }
 
 void Discovery::begin(const FoundService& service) {
-    if (!m_following.contains(service.name) && m_following.size() >= MostFollowed)
-        return;
+    if (!hasPlaceFor(service.name))
+        makeRoom();
+    if (!hasPlaceFor(service.name))
+        return leaveOut();
     Following& following = m_following[service.name];
     following.service = service;
     following.task = follow(service, Announce::Yes);
+}
+
+// One place is kept for the TV that was selected last.
+bool Discovery::hasPlaceFor(const QString& serviceName) const {
+    if (m_following.contains(serviceName))
+        return true;
+    const auto remembered = m_settings.text(QString::fromUtf16(SelectedServiceKey));
+    const bool isKept =
+        remembered && *remembered != serviceName && !m_following.contains(*remembered);
+    return m_following.size() < MostFollowed - (isKept ? 1 : 0);
+}
+
+// Gives up a TV that is announced no longer, unless it is the selected one.
+void Discovery::makeRoom() {
+    const auto& selected = m_selector.selectedDevice();
+    const QString selectedKey = selected ? endpointKey(*selected) : QString();
+    const auto gone = std::ranges::find_if(m_following, [&](const auto& entry) {
+        return entry.second.task.isDone() && entry.second.key != selectedKey;
+    });
+    if (gone == m_following.end())
+        return;
+    const QString key = gone->second.key;
+    m_following.erase(gone);
+    if (isInUse(key))
+        return;
+    m_discoveredDevices.removeIf([&](const auto& each) { return endpointKey(each) == key; });
+    Q_EMIT devicesChanged();
+}
+
+void Discovery::leaveOut() {
+    ++m_leftOut;
+    if (m_report)
+        return;
+    m_report = m_clock.after(CountingTime, [this] {
+        m_log.write(u"QuivController left out %1 announcements: too many TVs"_s.arg(m_leftOut));
+    });
 }
 
 // The entry stays, and is taken along should the TV come back elsewhere.
@@ -108,6 +148,17 @@ void Discovery::resolveAnew(const QString& key) {
         following.avoided = key;
         following.task = follow(following.service, Announce::No);
     }
+}
+
+QString Discovery::serviceNameOf(const QString& key) const {
+    const auto found = std::ranges::find_if(
+        m_following, [&](const auto& entry) { return entry.second.key == key; });
+    return found == m_following.end() ? QString() : found->first;
+}
+
+bool Discovery::isInUse(const QString& key) const {
+    return std::ranges::any_of(m_following,
+                               [&](const auto& entry) { return entry.second.key == key; });
 }
 
 // From an announcement to an entry of the list, which goes along wherever the service moves.
@@ -141,18 +192,24 @@ Task<> Discovery::list(ResolvedService place, Announce announce) {
 }
 
 AddressPreference Discovery::preferenceFor(const Following& following) const {
-    const auto remembered = m_settings.text(QString::fromUtf16(SelectedDeviceKey));
-    return {.preferred = {remembered.value_or(QString()).trimmed(), following.key},
-            .avoided = following.avoided};
+    return {.preferred = {rememberedKey(), following.key}, .avoided = following.avoided};
+}
+
+QString Discovery::rememberedKey() const {
+    return m_settings.text(QString::fromUtf16(SelectedDeviceKey)).value_or(QString()).trimmed();
 }
 
 Task<std::optional<RemoteDeviceInfo>> Discovery::probeDeviceInfo(TVEndpoint endpoint) {
     const auto base = baseURL(endpoint);
     if (!base)
         co_return std::nullopt;
+    const bool isRemembered = endpointKey(endpoint) == rememberedKey();
+    const auto priority = isRemembered ? HttpPriority::Standard : HttpPriority::Background;
+    Semaphore& turn = isRemembered ? m_rememberedProbe : m_probes;
+    const Semaphore::Permit permit = co_await turn.acquire();
     try {
         const Tv tv = m_tvs.at(*base);
-        co_return co_await tv.get<RemoteDeviceInfo>(u"api/info"_s, ProbeTimeout);
+        co_return co_await tv.get<RemoteDeviceInfo>(u"api/info"_s, ProbeTimeout, {}, priority);
     } catch (const Error&) {
         co_return std::nullopt;
     }
@@ -178,14 +235,14 @@ TVEndpoint Discovery::knownRecord(const TVEndpoint& endpoint, const QString& old
 // The device takes the place of the one with the old key, in the list and as the selected one.
 void Discovery::upsertDiscoveredDevice(const TVEndpoint& device, const QString& oldKey) {
     const QString key = endpointKey(device);
-    const bool isOldInUse = std::ranges::any_of(
-        m_following, [&](const auto& entry) { return entry.second.key == oldKey; });
+    const bool isOldInUse = isInUse(oldKey);
     m_discoveredDevices.removeIf([&](const TVEndpoint& each) {
         const QString keyOfEach = endpointKey(each);
         return keyOfEach == key || (keyOfEach == oldKey && !isOldInUse);
     });
-    m_discoveredDevices.append(device);
-    std::ranges::stable_sort(m_discoveredDevices, comesBefore);
+    const auto place = std::upper_bound(m_discoveredDevices.begin(), m_discoveredDevices.end(),
+                                        device, comesBefore);
+    m_discoveredDevices.insert(place, device);
     const auto& selected = m_selector.selectedDevice();
     const QString selectedKey = selected ? endpointKey(*selected) : QString();
     if (selectedKey == key)
@@ -201,8 +258,7 @@ void Discovery::ensureSelectedDevice() {
     const auto& selected = m_selector.selectedDevice();
     if (selected && deviceWithKey(endpointKey(*selected)))
         return;
-    const QString persistedKey =
-        m_settings.text(QString::fromUtf16(SelectedDeviceKey)).value_or(QString()).trimmed();
+    const QString persistedKey = rememberedKey();
     const TVEndpoint* device = persistedKey.isEmpty() ? nullptr : deviceWithKey(persistedKey);
     if (!device && !persistedKey.isEmpty() && m_wait)
         return; // it may still come

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "net/selected_device.h"
 #include "net/tv.h"
 #include "net/tv_endpoint.h"
+#include "platform/async/semaphore.h"
 #include "platform/async/task.h"
 #include "platform/clock.h"
 #include "platform/service_browser.h"
 #include "platform/settings_store.h"
+#include "platform/system_log.h"
 
 #include <QList>
 #include <QObject>
@@ -17,9 +20,6 @@
 
 namespace quiv {
 
-// The settings key of the endpointKey that was selected last.
-inline constexpr char16_t SelectedDeviceKey[] = u"ombra.selectedDeviceKey";
-
 // Which of several addresses of a TV to take.
 struct AddressPreference {
     QStringList preferred; // endpointKeys, the best first
@@ -27,16 +27,17 @@ struct AddressPreference {
 };
 
 // The address a TV is listed under: an IPv4 address, preferred or else the first that is not to be
-// avoided, else its host name without dots at the ends. Returns nullopt if it has neither, or no
-// port.
+// avoided, else its host name in ".local" without dots at the ends. Returns nullopt if it has
+// neither, or no port.
 std::optional<TVEndpoint> endpointOf(const ResolvedService& service,
                                      const AddressPreference& preference = {});
 
 // Finds the TVs that announce themselves in the local network, and sees to it that one is selected.
 //
 // Every TV is followed for as long as it is announced: one that does not resolve is listed once it
-// does, and one that moves to another address or port takes its entry along. Owns the list of TVs
-// and the tasks that follow them; they go with it.
+// does, and one that moves to another address or port takes its entry along. When too many announce
+// themselves, there is always a place for the one that was selected last. Owns the list of TVs and
+// the tasks that follow them; they go with it.
 class Discovery : public QObject {
     Q_OBJECT
 
@@ -51,8 +52,11 @@ public:
         virtual void updateSelectedDevice(const TVEndpoint& device) = 0;
     };
 
+    static constexpr std::size_t MostFollowed = 256; // a home has a few; the rest is noise
+    static constexpr int ProbesAtOnce = 8;
+
     Discovery(const TvAccess& tvs, ServiceBrowser& browser, const SettingsStore& settings,
-              Clock& clock, Selector& selector, QObject* parent = nullptr);
+              Clock& clock, SystemLog& log, Selector& selector, QObject* parent = nullptr);
     ~Discovery() override;
 
     // Unique by endpointKey, in the order of comesBefore().
@@ -61,6 +65,8 @@ public:
     void refreshDiscovery();
     // The TV with this endpointKey does not answer: looks where it is now.
     void resolveAnew(const QString& key);
+    // The name under which the TV with this endpointKey is announced; empty if it is not listed.
+    QString serviceNameOf(const QString& key) const;
 
 Q_SIGNALS:
     void devicesChanged();
@@ -75,11 +81,16 @@ private:
     };
 
     void begin(const FoundService& service);
+    bool hasPlaceFor(const QString& serviceName) const;
+    void makeRoom();
+    void leaveOut();
     void end(const FoundService& service);
     Task<> follow(FoundService service, Announce announce);
     Task<> list(ResolvedService place, Announce announce);
+    QString rememberedKey() const;
     AddressPreference preferenceFor(const Following& following) const;
     Task<std::optional<RemoteDeviceInfo>> probeDeviceInfo(TVEndpoint endpoint);
+    bool isInUse(const QString& key) const;
     void upsertDiscoveredDevice(const TVEndpoint& device, const QString& oldKey);
     TVEndpoint knownRecord(const TVEndpoint& endpoint, const QString& oldKey) const;
     void ensureSelectedDevice();
@@ -89,10 +100,16 @@ private:
     ServiceBrowser& m_browser;
     const SettingsStore& m_settings;
     Clock& m_clock;
+    SystemLog& m_log;
     Selector& m_selector;
     QList<TVEndpoint> m_discoveredDevices;
     // While it runs, no other TV takes the place of the one that was selected last.
     std::unique_ptr<Clock::Timer> m_wait;
+    // One probe is kept for the TV that was selected last.
+    Semaphore m_probes{ProbesAtOnce - 1};
+    Semaphore m_rememberedProbe{1};
+    int m_leftOut = 0;                        // announcements of this search
+    std::unique_ptr<Clock::Timer> m_report;   // of these; once a search
     std::map<QString, Following> m_following; // by the service's name
 };
 

@@ -8,11 +8,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The text of a body, trimmed; empty when it is no valid UTF-8.
+// The text of a body, trimmed and cut as one that is only shown; empty when it is no valid UTF-8.
 QString textOf(const QByteArray& body) {
     QStringDecoder decoder(QStringDecoder::Utf8);
     const QString text = decoder(body);
-    return decoder.hasError() ? QString() : text.trimmed();
+    return decoder.hasError() ? QString() : shownText(text.trimmed());
 }
 
 QString errorOf(const QByteArray& body) {

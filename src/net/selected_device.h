@@ -11,6 +11,11 @@
 
 namespace quiv {
 
+// The settings' keys of the endpointKey that was selected last, and of the name under which that TV
+// announced itself.
+inline constexpr char16_t SelectedDeviceKey[] = u"ombra.selectedDeviceKey";
+inline constexpr char16_t SelectedServiceKey[] = u"ombra.selectedServiceName";
+
 // The TV that all operations address.
 class SelectedDevice : public QObject {
     Q_OBJECT

@@ -15,12 +15,12 @@ void Tv::requireSelected() const {
         throw AnotherTvSelected();
 }
 
-Task<QByteArray> Tv::getBody(QString path, std::chrono::milliseconds timeout,
-                             std::stop_token stop) const {
+HttpRequest Tv::getRequest(const QString& path, std::int64_t limit,
+                           std::chrono::milliseconds timeout) const {
     HttpRequest get = request("GET", path);
+    get.replyLimit = limit;
     get.timeouts.total = timeout;
-    get.stop = std::move(stop);
-    return fetch(*this, std::move(get));
+    return get;
 }
 
 Task<> Tv::post(QString path, QueryItems query, FailureText failureText) const {

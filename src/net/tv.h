@@ -49,12 +49,17 @@ public:
     // GET; the record of a 2xx reply. Asking `stop` to stop cancels.
     template <class Record>
     Task<Record> get(QString path, std::chrono::milliseconds timeout = StandardTimeout,
-                     std::stop_token stop = {}) const {
-        return getRecord<Record>(*this, std::move(path), timeout, std::move(stop));
+                     std::stop_token stop = {},
+                     HttpPriority priority = HttpPriority::Standard) const {
+        HttpRequest get = getRequest(path, ReplyLimit<Record>, timeout);
+        get.stop = std::move(stop);
+        get.priority = priority;
+        return getRecord<Record>(*this, std::move(get));
     }
-    // GET; the body of a 2xx reply.
-    Task<QByteArray> getBody(QString path, std::chrono::milliseconds timeout = StandardTimeout,
-                             std::stop_token stop = {}) const;
+    // GET; the body of a 2xx reply of at most `limit` bytes.
+    Task<QByteArray> getBody(QString path, std::int64_t limit) const {
+        return fetch(*this, getRequest(path, limit, StandardTimeout));
+    }
     // POST without a body; completes when the TV said yes.
     Task<> post(QString path, QueryItems query, FailureText failureText = serverErrorMessage) const;
     // Any reply to a request of this TV's.
@@ -74,9 +79,9 @@ private:
     static Task<TvReply> exchange(Tv tv, HttpRequest request);
     static Task<QByteArray> fetch(Tv tv, HttpRequest request);
     static Task<> postTo(Tv tv, HttpRequest request, FailureText failureText);
-    template <class Record>
-    static Task<Record> getRecord(Tv tv, QString path, std::chrono::milliseconds timeout,
-                                  std::stop_token stop);
+    HttpRequest getRequest(const QString& path, std::int64_t limit,
+                           std::chrono::milliseconds timeout) const;
+    template <class Record> static Task<Record> getRecord(Tv tv, HttpRequest request);
 
     RequestLayer* m_requests;
     StatusLine* m_status;
@@ -112,10 +117,8 @@ private:
 
 inline constexpr qsizetype DecodedInPlaceLimit = 64 << 10; // bytes; larger replies go to a worker
 
-template <class Record>
-Task<Record> Tv::getRecord(Tv tv, QString path, std::chrono::milliseconds timeout,
-                           std::stop_token stop) {
-    const QByteArray body = co_await tv.getBody(path, timeout, stop);
+template <class Record> Task<Record> Tv::getRecord(Tv tv, HttpRequest request) {
+    const QByteArray body = co_await fetch(tv, std::move(request));
     if (body.size() <= DecodedInPlaceLimit)
         co_return decode<Record>(body);
     auto decoding = [body] {

@@ -1,52 +1,36 @@
 #include "net/wire_decoding.h"
 
+#include "net/json_structure.h"
+#include "net/json_values.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonValue>
 
+#include <algorithm>
+
 namespace quiv {
 
 using namespace Qt::StringLiterals;
 
+TooManyFiles::TooManyFiles()
+    : DecodingError(u"The TV lists more files than can be shown: at most 250,000."_s) {}
+
+QString shownText(const QString& text) {
+    if (text.size() <= LongestShownText)
+        return text;
+    const bool splitsPair = text[LongestShownText - 1].isHighSurrogate();
+    return text.left(LongestShownText - (splitsPair ? 1 : 0));
+}
+
 namespace {
 
-// What is wrong with a value, and where, from the inside out.
-struct Problem {
-    QString path;
-    QString what;
-
-    Problem under(const QString& outer) const {
-        if (path.isEmpty())
-            return {outer, what};
-        return {path.startsWith(u'[') ? outer + path : outer + u'.' + path, what};
-    }
-};
-
-void read(const QJsonValue& value, QString& result) {
-    if (!value.isString())
-        throw Problem{{}, u"is not a text"_s};
-    result = value.toString();
-}
-
-void read(const QJsonValue& value, bool& result) {
-    if (!value.isBool())
-        throw Problem{{}, u"is not true or false"_s};
-    result = value.toBool();
-}
-
-void read(const QJsonValue& value, std::int64_t& result) {
-    // toInteger() gives its argument for whatever is not a whole number of 64 bits.
-    result = value.toInteger(0);
-    if (!value.isDouble() || result != value.toInteger(1))
-        throw Problem{{}, u"is not a whole number"_s};
-}
-
-void read(const QJsonValue& value, double& result) {
-    if (!value.isDouble())
-        throw Problem{{}, u"is not a number"_s};
-    result = value.toDouble();
-}
+using json::Problem;
+using json::read;
+using json::readAmount;
+using json::readIdentifier;
+using json::Unusable;
 
 class Fields;
 
@@ -54,6 +38,21 @@ template <class Record>
 concept IsRecord = requires(const Fields& fields, Record& record) {
     readFields(fields, record);
 };
+
+constexpr int MostDepth = 32;
+template <class Record> constexpr qsizetype MostValues = 4096;
+template <> constexpr qsizetype MostValues<PlaybackResponse> = 20'000;
+
+// Of a list of that many. The TV may have more files than can be shown; of its tracks, the first
+// ones are enough.
+template <class Value> qsizetype entriesToRead(qsizetype count) {
+    if (count > MostFiles)
+        throw TooManyFiles();
+    return count;
+}
+template <> qsizetype entriesToRead<PlaybackTrack>(qsizetype count) {
+    return std::min(count, MostTracks);
+}
 
 template <class Value> void read(const QJsonValue& value, QList<Value>& result);
 template <class Record> void readRecord(const QJsonValue& value, Record& result);
@@ -64,33 +63,73 @@ public:
     explicit Fields(const QJsonObject& object) : m_object(object) {}
 
     template <class Value> void required(QLatin1String key, Value& result) const {
-        const QJsonValue value = m_object.value(key);
-        if (value.isUndefined() || value.isNull())
-            throw Problem{key, u"is missing"_s};
-        readAt(key, value, result);
+        readAt(key, present(key), result, readAny<Value>);
+    }
+    void identifier(QLatin1String key, QString& result) const {
+        readAt(key, present(key), result, readIdentifier);
+    }
+    template <class Number> void amount(QLatin1String key, Number& result) const {
+        readAt(key, present(key), result, readAmount<Number>);
     }
 
     template <class Value> void optional(QLatin1String key, std::optional<Value>& result) const {
-        const QJsonValue value = m_object.value(key);
-        if (!value.isUndefined() && !value.isNull())
-            readAt(key, value, result.emplace());
+        optionalAt(key, result, readAny<Value>);
+    }
+    void optionalIdentifier(QLatin1String key, std::optional<QString>& result) const {
+        optionalAt(key, result, readIdentifier);
+    }
+    template <class Number>
+    void optionalAmount(QLatin1String key, std::optional<Number>& result) const {
+        optionalAt(key, result, readAmount<Number>);
     }
 
-    // An optional field that keeps its default when absent.
-    template <class Value> void optional(QLatin1String key, Value& result) const {
-        const QJsonValue value = m_object.value(key);
-        if (!value.isUndefined() && !value.isNull())
-            readAt(key, value, result);
+    // Optional fields that keep their default when absent.
+    template <class Value> void optional(QLatin1String key, QList<Value>& result) const {
+        if (const QJsonValue value = m_object.value(key); isThere(value))
+            readAt(key, value, result, readAny<QList<Value>>);
+    }
+    void optionalAmount(QLatin1String key, double& result) const {
+        if (const QJsonValue value = m_object.value(key); isThere(value))
+            readAt(key, value, result, readAmount<double>);
     }
 
 private:
+    template <class Value> using Reader = void (*)(const QJsonValue&, Value&);
+
+    static bool isThere(const QJsonValue& value) { return !value.isUndefined() && !value.isNull(); }
+
+    QJsonValue present(QLatin1String key) const {
+        const QJsonValue value = m_object.value(key);
+        if (!isThere(value))
+            throw Problem{key, u"is missing"_s};
+        return value;
+    }
+
+    // A record that cannot be used is left out.
     template <class Value>
-    static void readAt(QLatin1String key, const QJsonValue& value, Value& result) {
+    void optionalAt(QLatin1String key, std::optional<Value>& result, Reader<Value> reader) const {
+        const QJsonValue value = m_object.value(key);
+        if (!isThere(value))
+            return;
         try {
-            if constexpr (IsRecord<Value>)
-                readRecord(value, result);
-            else
-                read(value, result);
+            readAt(key, value, result.emplace(), reader);
+        } catch (const Unusable&) {
+            result.reset();
+        }
+    }
+
+    template <class Value> static void readAny(const QJsonValue& value, Value& result) {
+        if constexpr (IsRecord<Value>)
+            readRecord(value, result);
+        else
+            read(value, result);
+    }
+
+    template <class Value>
+    static void readAt(QLatin1String key, const QJsonValue& value, Value& result,
+                       Reader<Value> reader) {
+        try {
+            reader(value, result);
         } catch (const Problem& problem) {
             throw problem.under(key);
         }
@@ -102,35 +141,35 @@ private:
 #define KEY(name) QLatin1String(#name), record.name
 
 void readFields(const Fields& fields, RemoteFile& record) {
-    fields.required(KEY(name));
+    fields.identifier(KEY(name));
     fields.required(KEY(kind));
-    fields.required(KEY(sizeBytes));
+    fields.amount(KEY(sizeBytes));
     fields.optional(KEY(lastModifiedMs));
 }
 
 void readFields(const Fields& fields, RemoteVideo& record) {
-    fields.required(KEY(name));
+    fields.identifier(KEY(name));
     fields.required(KEY(displayName));
-    fields.required(KEY(sizeBytes));
-    fields.required(KEY(subtitleCount));
+    fields.amount(KEY(sizeBytes));
+    fields.amount(KEY(subtitleCount));
     fields.optional(KEY(storageLocation));
     fields.optional(KEY(lastModifiedMs));
 }
 
 void readFields(const Fields& fields, RemoteStorage& record) {
-    fields.required(KEY(usedBytes));
-    fields.required(KEY(totalBytes));
-    fields.required(KEY(freeBytes));
+    fields.amount(KEY(usedBytes));
+    fields.amount(KEY(totalBytes));
+    fields.amount(KEY(freeBytes));
 }
 
 void readFields(const Fields& fields, RemoteUsbStorage& record) {
-    fields.required(KEY(driveId));
+    fields.identifier(KEY(driveId));
     fields.required(KEY(driveName));
     fields.required(KEY(isConnected));
-    fields.required(KEY(freeBytes));
-    fields.required(KEY(totalBytes));
-    fields.required(KEY(cachedVideoCount));
-    fields.required(KEY(cachedVideoBytes));
+    fields.amount(KEY(freeBytes));
+    fields.amount(KEY(totalBytes));
+    fields.amount(KEY(cachedVideoCount));
+    fields.amount(KEY(cachedVideoBytes));
 }
 
 void readFields(const Fields& fields, FilesResponse& record) {
@@ -149,8 +188,8 @@ void readFields(const Fields& fields, RemoteDeviceInfo& record) {
     fields.optional(KEY(storageRoot));
     fields.optional(KEY(packageName));
     fields.optional(KEY(versionName));
-    fields.optional(KEY(serverInstanceId));
-    fields.optional(KEY(installationId));
+    fields.optionalIdentifier(KEY(serverInstanceId));
+    fields.optionalIdentifier(KEY(installationId));
     fields.optional(KEY(appInForeground));
     fields.optional(KEY(deviceBrand));
     fields.optional(KEY(deviceManufacturer));
@@ -158,18 +197,18 @@ void readFields(const Fields& fields, RemoteDeviceInfo& record) {
 }
 
 void readFields(const Fields& fields, PlaybackTrack& record) {
-    fields.required(KEY(id));
+    fields.identifier(KEY(id));
     fields.required(KEY(label));
     fields.optional(KEY(language));
     fields.required(KEY(selected));
 }
 
 void readFields(const Fields& fields, PlaybackResponse& record) {
-    fields.optional(KEY(currentVideoName));
+    fields.optionalIdentifier(KEY(currentVideoName));
     fields.required(KEY(isPlaying));
-    fields.required(KEY(positionMs));
-    fields.required(KEY(durationMs));
-    fields.optional(KEY(playbackSpeed));
+    fields.amount(KEY(positionMs));
+    fields.amount(KEY(durationMs));
+    fields.optionalAmount(KEY(playbackSpeed));
     fields.optional(KEY(subtitleTracks));
     fields.optional(KEY(audioTracks));
 }
@@ -185,21 +224,21 @@ void readFields(const Fields& fields, PairingStatusResponse& record) {
 
 void readFields(const Fields& fields, UploadStatusResponse& record) {
     fields.required(KEY(state));
-    fields.required(KEY(fileName));
-    fields.required(KEY(receivedBytes));
-    fields.required(KEY(totalBytes));
-    fields.optional(KEY(progressPercent));
+    fields.identifier(KEY(fileName));
+    fields.amount(KEY(receivedBytes));
+    fields.amount(KEY(totalBytes));
+    fields.optionalAmount(KEY(progressPercent));
     fields.required(KEY(message));
     fields.required(KEY(updatedAtMs));
 }
 
 void readFields(const Fields& fields, MoveStatusResponse& record) {
     fields.required(KEY(state));
-    fields.required(KEY(fileName));
-    fields.required(KEY(movedBytes));
-    fields.required(KEY(totalBytes));
-    fields.optional(KEY(progressPercent));
-    fields.optional(KEY(speedBytesPerSec));
+    fields.identifier(KEY(fileName));
+    fields.amount(KEY(movedBytes));
+    fields.amount(KEY(totalBytes));
+    fields.optionalAmount(KEY(progressPercent));
+    fields.optionalAmount(KEY(speedBytesPerSec));
     fields.required(KEY(message));
     fields.required(KEY(updatedAtMs));
 }
@@ -210,7 +249,7 @@ void readFields(const Fields& fields, ServerErrorPayload& record) {
 }
 
 void readFields(const Fields& fields, UploadSuccessPayload& record) {
-    fields.optional(KEY(fileName));
+    fields.optionalIdentifier(KEY(fileName));
 }
 
 #undef KEY
@@ -226,29 +265,49 @@ template <class Value> void read(const QJsonValue& value, QList<Value>& result) 
     if (!value.isArray())
         throw Problem{{}, u"is not a list"_s};
     const QJsonArray array = value.toArray();
-    result.reserve(array.size());
-    for (qsizetype index = 0; index < array.size(); ++index) {
+    const qsizetype count = entriesToRead<Value>(array.size());
+    result.reserve(count);
+    for (qsizetype index = 0; index < count; ++index) {
         try {
             readRecord(array.at(index), result.emplaceBack());
         } catch (const Problem& problem) {
             throw problem.under(u"[%1]"_s.arg(index));
+        } catch (const Unusable&) {
+            result.removeLast();
         }
     }
 }
 
+const auto NotUnderstood = u"The TV's reply could not be understood: "_s;
+
+// What a reply of real content may have, with room for fields that are not known here.
+template <class Record> void requireReasonableStructure(const JsonStructure& structure) {
+    if (structure.depth > MostDepth || structure.values > MostValues<Record>)
+        throw DecodingError(NotUnderstood + u"it holds too much."_s);
+}
+
+template <> void requireReasonableStructure<FilesResponse>(const JsonStructure& structure) {
+    constexpr qsizetype others = 64;
+    if (structure.depth > MostDepth)
+        throw DecodingError(NotUnderstood + u"it holds too much."_s);
+    if (structure.containers > 2 * MostFiles + others || structure.values > 20 * MostFiles)
+        throw TooManyFiles();
+}
+
 template <class Record> Record decodeRecord(const QByteArray& json) {
+    requireReasonableStructure<Record>(structureOf(json));
     const auto document = QJsonDocument::fromJson(json);
-    if (!document.isObject()) {
-        throw DecodingError(u"The TV's reply could not be understood: it is not a JSON object."_s);
-    }
+    if (!document.isObject())
+        throw DecodingError(NotUnderstood + u"it is not a JSON object."_s);
     try {
         Record record;
         const QJsonObject object = document.object();
         readFields(Fields(object), record);
         return record;
     } catch (const Problem& problem) {
-        throw DecodingError(u"The TV's reply could not be understood: \"%1\" %2."_s.arg(
-            problem.path, problem.what));
+        throw DecodingError(NotUnderstood + u"\"%1\" %2."_s.arg(problem.path, problem.what));
+    } catch (const Unusable&) {
+        throw DecodingError(NotUnderstood + u"it holds a name that cannot be used."_s);
     }
 }
 

@@ -12,7 +12,8 @@ namespace quiv {
 // Finds the address of a host by its name in the local network ("tv.local"), which the system's own
 // resolver knows on some systems only.
 //
-// Main thread only. Answers may come from memory, for a minute at most.
+// Main thread only. Answers may come from memory: for a minute, or what is known of a service that
+// was found until that fails.
 class HostResolver {
 public:
     virtual ~HostResolver() = default;

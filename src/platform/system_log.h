@@ -8,7 +8,11 @@ namespace quiv {
 class SystemLog {
 public:
     virtual ~SystemLog() = default;
-    virtual void write(const QString& line) = 0;
+    // One line, whatever the text holds: as displayText() has it.
+    void write(const QString& text);
+
+private:
+    virtual void writeLine(const QString& line) = 0;
 };
 
 // The system's log daemon, under the program's name. One object a process.
@@ -16,7 +20,9 @@ class SyslogSystemLog final : public SystemLog {
 public:
     SyslogSystemLog();
     ~SyslogSystemLog() override;
-    void write(const QString& line) override;
+
+private:
+    void writeLine(const QString& line) override;
 };
 
 } // namespace quiv

@@ -10,9 +10,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Beyond any line that fits a screen; keeps laying out a hostile text cheap.
-constexpr qsizetype LongestDisplayText = 1000;
-
 struct ByteUnit {
     const char* name;
     std::uint64_t bytes;
@@ -74,30 +71,6 @@ std::int64_t playingSubtitleCount(const FileGroup& group,
     return std::count_if(
         playback->subtitleTracks.begin(), playback->subtitleTracks.end(),
         [](const PlaybackTrack& track) { return track.id.trimmed().toLower() != u"off"_s; });
-}
-
-bool isDirectionOverride(char16_t character) {
-    return (character >= 0x202a && character <= 0x202e) ||
-           (character >= 0x2066 && character <= 0x2069);
-}
-
-QChar displayCharacter(QChar character) {
-    switch (character.unicode()) {
-    case u'\t':
-    case u'\n':
-    case u'\v':
-    case u'\f':
-    case u'\r':
-    case 0x0085: // next line
-    case 0x2028: // line separator
-    case 0x2029: // paragraph separator
-        return u' ';
-    default:
-        break;
-    }
-    const bool replaced =
-        character.category() == QChar::Other_Control || isDirectionOverride(character.unicode());
-    return replaced ? QChar(QChar::ReplacementCharacter) : character;
 }
 
 } // namespace
@@ -167,14 +140,6 @@ std::optional<QString> deviceDisplayLabel(const TVEndpoint& device) {
     if (!brand.isEmpty())
         return brand;
     return std::nullopt;
-}
-
-QString displayText(const QString& text) {
-    QString shown = text.left(LongestDisplayText);
-    if (!shown.isEmpty() && shown.back().isHighSurrogate())
-        shown.chop(1);
-    std::transform(shown.cbegin(), shown.cend(), shown.begin(), displayCharacter);
-    return shown.size() < text.size() ? shown + QChar(0x2026) : shown;
 }
 
 } // namespace quiv

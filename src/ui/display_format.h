@@ -3,6 +3,7 @@
 #include "library/library_content.h"
 #include "net/tv_endpoint.h"
 #include "net/wire_records.h"
+#include "platform/display_text.h"
 
 #include <QList>
 #include <QString>
@@ -11,7 +12,8 @@
 #include <optional>
 
 // The short texts in which the views show values. Pure functions that never fail: every view that
-// shows such a value goes through them, so that it reads the same everywhere.
+// shows such a value goes through them, so that it reads the same everywhere; texts from outside go
+// through displayText().
 namespace quiv {
 
 // "1:02:03" from an hour on, else "01:23"; a negative time counts as zero.
@@ -39,9 +41,5 @@ QString subtitleCountText(const FileGroup& group, const std::optional<PlaybackRe
 // Maker and model of a TV without repeating the maker, else its brand. Returns nullopt if the TV
 // has told none of them.
 std::optional<QString> deviceDisplayLabel(const TVEndpoint& device);
-
-// A text from outside on one line: line breaks become blanks, other control characters and those
-// that reverse the writing direction become U+FFFD, and what is too long for any line is cut.
-QString displayText(const QString& text);
 
 } // namespace quiv

@@ -73,7 +73,6 @@ private Q_SLOTS:
             contentOf({file(u".ombra_rw_probe_123"_s, Other), file(u" .DS_Store"_s, Other),
                        file(u"Movie.mkv.moving"_s, Video), file(u" "_s, Video),
                        file(u".."_s, Other), file(u" kept "_s, Other)});
-        QCOMPARE(namesOf(content.files), QStringList(u" kept "_s));
         QCOMPARE(idsOf(content.groupedFiles), QStringList(u"other: kept "_s));
     }
 
@@ -116,6 +115,18 @@ private Q_SLOTS:
                                        {video(u"a.mkv"_s, u"One"_s), video(u"a.mkv"_s, u"Two"_s)});
         QCOMPARE(content.groupedFiles.size(), 2);
         QCOMPARE(content.groupedFiles[1].group.subtitles.size(), 2);
+    }
+
+    void aRowHasRoomForSomeFiles() {
+        QList<RemoteFile> files{file(u"a.mkv"_s, Video)};
+        for (int number = 0; number < 300; ++number) {
+            files.append(file(u"a.s%1"_s.arg(number), Subtitle));
+            files.append(file(u"again.txt"_s, Other));
+        }
+        const auto rows = contentOf(files).groupedFiles;
+        QCOMPARE(rows.size(), 1 + 44 + 1);
+        QCOMPARE(rows[0].group.subtitles.size(), 256);
+        QCOMPARE(rows.last().group.others.size() + rows[1].group.others.size(), 256);
     }
 
     void storageAndTargetAreWhatTheTvSays() {

@@ -70,6 +70,12 @@ private Q_SLOTS:
         QCOMPARE(fixture.status(), u"before"_s);
         QCOMPARE(fixture.names(), QStringList(u"a.mkv"_s));
         QVERIFY(fixture.model.library()->failure().isEmpty()); // there is a listing
+        QCOMPARE(fixture.http.latest(FilesPath).replyLimit, ReplyLimit<FilesResponse>);
+        const QByteArray tooMany =
+            "{\"files\":[" + QByteArray("{},").repeated(2 * MostFiles) + "{}],\"videos\":[]}";
+        fixture.answer(fixture.load(Library::Load::Quiet), tooMany + ' ');
+        QVERIFY(fixture.names().isEmpty()); // which would be no longer true
+        QVERIFY(fixture.model.library()->failure().contains(u"250,000"_s));
 
         fixture.model.selectDevice(tvNamed(u"Odd"_s, u"no host"_s));
         const Task<> impossible = fixture.load(Library::Load::Visible);

@@ -2,6 +2,7 @@
 #include "support/real_model.h"
 
 #include <QElapsedTimer>
+#include <QFile>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -29,6 +30,24 @@ private:
     QElapsedTimer m_since;
     qint64 m_longest = 0;
 };
+
+// The most memory this process has had at a time, in bytes.
+qint64 peakMemory() {
+    QFile status(u"/proc/self/status"_s);
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    const QByteArray text = status.readAll();
+    const QByteArray line = text.sliced(text.indexOf("VmHWM:") + 6).split('\n').first();
+    return line.trimmed().split(' ').first().toLongLong() << 10;
+}
+
+// Begins to measure it anew, and returns what it is now.
+qint64 peakMemoryFromNow() {
+    QFile reset(u"/proc/self/clear_refs"_s);
+    if (reset.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        reset.write("5");
+    return peakMemory();
+}
 
 QJsonObject fault(const QString& path, const QString& kind, QJsonObject more = {}) {
     more[u"path"_s] = path;
@@ -79,7 +98,6 @@ private Q_SLOTS:
         row("body", {{u"body"_s, u"null"_s}});
         row("broken-json");
         row("mistyped-json");
-        row("oversized-json");
         row("reset-before-reply");
         row("reset-after-bytes", {{u"bytes"_s, 100}});
     }
@@ -106,6 +124,50 @@ private Q_SLOTS:
         const Task<> again = real.model.library()->loadLibrary(Library::Load::Announced);
         QTRY_VERIFY(again.isDone());
         QCOMPARE(real.status(), u"Loaded %1 media item(s)"_s.arg(rows));
+    }
+
+    void aHostileReplyCostsNothing_data() {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QJsonObject>("planted");
+        const auto row = [](const char* name, const char* path, const QString& before,
+                            const QString& body, int repeat, const QString& after) {
+            QTest::newRow(name) << QString::fromUtf8(path)
+                                << QJsonObject{{u"before"_s, before},
+                                               {u"body"_s, body},
+                                               {u"repeat"_s, repeat},
+                                               {u"after"_s, after},
+                                               {u"tokenBytes"_s, 60'000}};
+        };
+        row("long name", "api/info", u"{\"name\":\""_s, u"n"_s, 60'000, u"\"}"_s);
+        row("longer name", "api/info", u"{\"name\":\""_s, u"n"_s, 240'000, u"\"}"_s);
+        row("lists", "api/info", u"["_s, u"[[]],"_s, 13'000'000, u"0]"_s);
+        row("files", "api/files", u"{\"videos\":[],\"files\":["_s,
+            u"{\"name\":\"a\",\"kind\":\"\",\"sizeBytes\":1},"_s, 1'000'000, u"{}]}"_s);
+        row("tracks", "api/playback",
+            u"{\"isPlaying\":true,\"positionMs\":1,\"durationMs\":9,\"audioTracks\":["_s,
+            u"{\"id\":\"1\",\"label\":\"\",\"selected\":false},"_s, 100'000, u"{}]}"_s);
+    }
+    void aHostileReplyCostsNothing() {
+        QFETCH(QString, path);
+        QFETCH(QJsonObject, planted);
+        QVERIFY(m_tv.setFault(fault(path, u"body"_s, planted)));
+        MemorySettings settings;
+        QElapsedTimer ending;
+        const qint64 before = peakMemoryFromNow();
+        {
+            RealModel real(settings);
+            const StallWatch watch;
+            real.find(m_tv.port());
+            QTRY_VERIFY(real.model.selected()->isSelected());
+            QVERIFY(m_tv.waitForRequests(u"api/mac/auth/status"_s)); // the first pass' last
+            QVERIFY2(watch.longestMs() < 500, qPrintable(QString::number(watch.longestMs())));
+            QVERIFY(real.model.selected()->name().size() <= LongestShownText);
+            QVERIFY(settings.reals.isEmpty()); // no such token
+            ending.start();
+        }
+        QVERIFY2(ending.elapsed() < 1000, qPrintable(QString::number(ending.elapsed())));
+        const qint64 grown = peakMemory() - before;
+        QVERIFY2(grown < 400ll << 20, qPrintable(QString::number(grown)));
     }
 
     void aTvThatNeverAnswersBlocksNothing() {

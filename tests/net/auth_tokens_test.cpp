@@ -1,5 +1,6 @@
 #include "net/auth_tokens.h"
 #include "net/request_layer.h"
+#include "net/token_order.h"
 #include "support/fake_clock.h"
 #include "support/memory_settings.h"
 #include "support/test_main.h"
@@ -79,6 +80,9 @@ private Q_SLOTS:
         QTest::newRow("huge") << QByteArray("new") << QByteArray("9223372036854775807") << u"new"_s;
         QTest::newRow("token that could not be sent")
             << QByteArray("a\tb") << QByteArray("60") << old;
+        const QByteArray longest(4096, 't');
+        QTest::newRow("longest") << longest << QByteArray("60") << QString::fromLatin1(longest);
+        QTest::newRow("too long") << longest + 't' << QByteArray("60") << old;
     }
     void repliesStoreReplaceOrRemoveTheToken() {
         QFETCH(QByteArray, token);
@@ -92,6 +96,35 @@ private Q_SLOTS:
             tokens.storeAuthToken(*grant, Tv);
         QCOMPARE(tokens.storedAuthToken(Tv).value_or(QString()), stored);
         QCOMPARE(settings.reals.size(), stored.isEmpty() ? 0 : 1);
+    }
+
+    void ofManyTvsTheTokensOfThoseThatWereSelectedAreKept() {
+        MemorySettings settings;
+        FakeClock clock;
+        AuthTokens tokens(settings, clock);
+        const auto tv = [](int port) {
+            return QUrl(u"http://10.0.0.1:%1/api/info"_s.arg(port));
+        };
+        const auto select = [&](int port) {
+            settings.texts[u"ombra.selectedDeviceKey"_s] = u"10.0.0.1:%1"_s.arg(port);
+            tokens.storeAuthToken({u"of a selected one"_s, 60}, tv(port));
+        };
+        select(1);
+        select(2);
+        for (int port = 100; port < 1000; ++port)
+            tokens.storeAuthToken({QString(4096, u't'), 60}, tv(port));
+        QCOMPARE(settings.reals.size(), AuthTokens::MostTokens);
+        QVERIFY(tokens.storedAuthToken(tv(1)) && tokens.storedAuthToken(tv(2)));
+        QVERIFY(tokens.storedAuthToken(tv(999)) && !tokens.storedAuthToken(tv(900)));
+        for (int port = 1000; port < 1100; ++port)
+            select(port);
+        settings.texts[u"ombra.selectedDeviceKey"_s] = u"10.0.0.1:1036"_s; // the oldest
+        tokens.storeAuthToken({u"another"_s, 60}, tv(7));
+        tokens.removeAuthToken(tv(1099));
+        QCOMPARE(settings.reals.size(), AuthTokens::MostTokens - 1);
+        QVERIFY(tokens.storedAuthToken(tv(1036)) && !tokens.storedAuthToken(tv(7)));
+        QCOMPARE(tokenOrder(u"a:1 b:2|c:3"_s), (TokenOrder{{u"a:1"_s, u"b:2"_s}, {u"c:3"_s}}));
+        QCOMPARE(tokenOrder(u"no order | of | mine"_s).given.size(), 2);
     }
 
     void aTokenExpiresSoonWithinAMinute() {

@@ -46,6 +46,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.names(), QStringList({u"attic"_s, u"Big TV"_s}));
         QCOMPARE(fixture.model.selected()->key(), u"10.0.0.1:80"_s);
         QCOMPARE(fixture.settings.texts.value(PersistedKey), u"10.0.0.1:80"_s);
+        QCOMPARE(fixture.settings.texts.value(u"ombra.selectedServiceName"_s), Bedroom.name);
         QCOMPARE(fixture.model.selected()->device()->deviceModel, u"KD-55"_s);
     }
 
@@ -127,6 +128,8 @@ private Q_SLOTS:
         service.addresses = {ipv6};
         service.hostName = u".tv.local.."_s;
         QCOMPARE(endpointOf(service)->host, u"tv.local"_s);
+        service.hostName = u"slow.example.org"_s; // only the network's own names are looked up
+        QVERIFY(!endpointOf(service));
         service.hostName.reset();
         QVERIFY(!endpointOf(service));
         service = Bedroom;
@@ -141,6 +144,45 @@ private Q_SLOTS:
         QVERIFY(!fixture.model.selected()->isSelected());
         fixture.find(Attic);
         QCOMPARE(fixture.model.selected()->name(), u"attic"_s);
+    }
+
+    void ofAFloodOfTvsAFewAreFollowedAndAmongThemTheRememberedOne() {
+        DiscoveryFixture fixture;
+        fixture.settings.texts[PersistedKey] = u"10.0.0.1:80"_s;
+        fixture.settings.texts[u"ombra.selectedServiceName"_s] = Bedroom.name;
+        const auto announce = [&fixture](int number) {
+            const QString name = u"TV %1"_s.arg(number);
+            const auto high = static_cast<std::uint8_t>(number / 256);
+            const auto low = static_cast<std::uint8_t>(number % 256);
+            fixture.browser.services.insert(name, serviceAt(name, {10, 1, high, low}, 80));
+            fixture.browser.announceName(name);
+        };
+        const auto answerProbes = [&fixture] {
+            fixture.clock.advance(0ms);
+            for (ModelFixture::turn(); fixture.http.waiting() > 0; ModelFixture::turn()) {
+                QVERIFY(fixture.http.waiting() <= Discovery::ProbesAtOnce);
+                fixture.http.answer(InfoPath, "{}");
+            }
+        };
+        for (int number = 0; number < 4000; ++number)
+            announce(number);
+        fixture.browser.announce(Bedroom);
+        fixture.clock.advance(0ms);
+        QVERIFY(fixture.http.waitingUrls().contains(QUrl(u"http://10.0.0.1:80/api/info"_s)));
+        answerProbes();
+        const auto& devices = fixture.model.discovery()->discoveredDevices();
+        QCOMPARE(std::size_t(devices.size()), Discovery::MostFollowed);
+        QVERIFY(std::ranges::is_sorted(devices, comesBefore));
+        QCOMPARE(fixture.model.selected()->name(), Bedroom.name);
+        fixture.clock.advance(1min);
+        QCOMPARE(fixture.log.lines.size(), 1);
+        QVERIFY2(fixture.log.lines[0].contains(u"3745"_s), qPrintable(fixture.log.lines[0]));
+
+        fixture.browser.withdraw(u"TV 7"_s); // makes room
+        announce(5000);
+        answerProbes();
+        QVERIFY(fixture.names().contains(u"TV 5000"_s) && !fixture.names().contains(u"TV 7"_s));
+        QCOMPARE(std::size_t(devices.size()), Discovery::MostFollowed);
     }
 
     void aRefreshKeepsTheSelectionForAWhile() {

@@ -1,3 +1,4 @@
+#include "net/json_structure.h"
 #include "net/wire_decoding.h"
 #include "support/test_main.h"
 
@@ -87,13 +88,78 @@ private Q_SLOTS:
         QVERIFY2(failure.contains(path), qPrintable(failure));
     }
 
-    void wholeNumbersMayBeWrittenWithAFraction() {
-        QByteArray json = Files;
-        json.replace("3000000000", "3000000000.0");
-        QCOMPARE(decode<FilesResponse>(json).files[0].sizeBytes, 3000000000);
-        json.replace("3000000000.0", "-9223372036854775808");
-        QCOMPARE(decode<FilesResponse>(json).files[0].sizeBytes,
-                 std::numeric_limits<std::int64_t>::min());
+    void numbersAreWholeAndBounded() {
+        const std::pair<const char*, std::int64_t> numbers[] = {
+            {"3000000000.0", 3000000000},
+            {"-1", 0},
+            {"-9223372036854775808", 0},
+            {"9223372036854775807", LargestNumber}};
+        for (const auto& [text, size] : numbers) {
+            const QByteArray json = QByteArray(Files).replace("3000000000", text);
+            QCOMPARE(decode<FilesResponse>(json).files[0].sizeBytes, size);
+        }
+        const auto playback = decode<PlaybackResponse>(
+            R"({"isPlaying":true,"positionMs":-7,"durationMs":-1,"playbackSpeed":1e308})");
+        QCOMPARE(playback.playbackSpeed, double(LargestNumber));
+        QCOMPARE(playback.positionMs + playback.durationMs, 0);
+        const QByteArray endless =
+            R"({"isPlaying":true,"positionMs":1,"durationMs":1,"playbackSpeed":1e999})";
+        QVERIFY(!failureOf<PlaybackResponse>(endless).isEmpty());
+    }
+
+    void textsThatAreShownAreCutAndThoseThatGoBackAreWholeOrMissing() {
+        const QByteArray name(4096, 'n');
+        const auto listing = [](const QByteArray& fileName) {
+            return decode<FilesResponse>(QByteArray(Files).replace(
+                "{\"name\":\"a.mkv\",\"kind\"", "{\"name\":\"" + fileName +
+                                                    "\",\"sizeBytes\":1,\"kind\":\"\"},"
+                                                    "{\"name\":\"a.mkv\",\"kind\""));
+        };
+        QCOMPARE(listing(name).files[0].name.size(), 4096);
+        for (const QByteArray& unusable : {name + "n", QByteArray("\xc3\xa4").repeated(2049),
+                                           QByteArray("\\ud800"), QByteArray("\\udfffx")}) {
+            const auto files = listing(unusable).files;
+            QCOMPARE(files.size(), 1);
+            QCOMPARE(files[0].name, u"a.mkv"_s);
+        }
+        QCOMPARE(listing("a\\u0000b").files[0].name.size(), 3);
+        QVERIFY(!decode<FilesResponse>(QByteArray(Files).replace("\"d\"", '"' + name + "n\""))
+                     .usbStorage);
+        const QByteArray pair = "\\ud83d\\udcfa";
+        const auto info = decode<RemoteDeviceInfo>(
+            "{\"name\":\"" + QByteArray(255, 'x') + pair + "\",\"deviceModel\":\"" +
+            QByteArray(240'000, 'y') + "\",\"installationId\":\"" + name + "n\"}");
+        QCOMPARE(info.name, QString(255, u'x'));
+        QCOMPARE(info.deviceModel->size(), 256);
+        QVERIFY(!info.installationId);
+        const QByteArray unnamed =
+            QByteArray(R"({"state":"","movedBytes":0,"totalBytes":0,"message":"")") +
+            ",\"updatedAtMs\":0,\"fileName\":\"\\ud800\"}";
+        QVERIFY(failureOf<MoveStatusResponse>(unnamed).contains(u"cannot be used"_s));
+        const QByteArray twice = R"({"name":"first","name":"last"})";
+        QCOMPARE(decode<RemoteDeviceInfo>(twice).name, u"last"_s);
+    }
+
+    void structureIsCountedBeforeAnythingIsBuilt() {
+        const QByteArray mixed = "{\"a\":[1,\"]},[\\\"{\",{}],\"b\":2}";
+        QCOMPARE(structureOf(mixed), (JsonStructure{3, 3, 6}));
+        QCOMPARE(structureOf("\"\\"), JsonStructure());
+        QVERIFY(failureOf<RemoteDeviceInfo>("{\"a\":[" + QByteArray("[[]],").repeated(13'000))
+                    .contains(u"too much"_s));
+        QVERIFY(failureOf<PlaybackResponse>("[" + QByteArray("1,").repeated(500'000))
+                    .contains(u"too much"_s));
+        const QByteArray file = R"({"name":"a","kind":"","sizeBytes":1})";
+        const auto listing = [&file](qsizetype more) {
+            return "{\"videos\":[],\"files\":[" + (file + ',').repeated(more) + file + "]}";
+        };
+        QCOMPARE(decode<FilesResponse>(listing(MostFiles - 1)).files.size(), MostFiles);
+        for (const qsizetype more : {MostFiles, qsizetype(1'000'000)})
+            QVERIFY_EXCEPTION_THROWN(decode<FilesResponse>(listing(more)), TooManyFiles);
+        const QByteArray track = R"({"id":"1","label":"","selected":false},)";
+        const auto playback = decode<PlaybackResponse>(
+            "{\"isPlaying\":true,\"positionMs\":1,\"durationMs\":1,\"audioTracks\":[" +
+            track.repeated(3000).chopped(1) + "]}");
+        QCOMPARE(playback.audioTracks.size(), MostTracks);
     }
 
     void playbackHasItsDefaults() {

@@ -4,6 +4,7 @@
 #include "platform/open_file.h"
 #include "support/raw_server.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTemporaryFile>
@@ -76,6 +77,8 @@ struct LoopbackResolver final : HostResolver {
         asked.append(host);
         if (host == u"never.local"_s)
             co_await Promise<bool>().wait();
+        if (host == u"unknown.local"_s)
+            co_return std::nullopt;
         HostAddress address;
         address.bytes = {127, 0, 0, 1};
         co_return address;
@@ -400,9 +403,50 @@ private Q_SLOTS:
         std::stop_source stop;
         HttpRequest unresolved = request("GET", "http://never.local/");
         unresolved.stop = stop.get_token();
-        task = exchange(session, unresolved, &stopped);
+        const Task<> waiting = exchange(session, unresolved, &stopped);
+        for (const QByteArray host : {"unknown.local", "slow.example.org", "localhost"}) {
+            Outcome unknown;
+            task = exchange(session, request("GET", "http://" + host + '/'), &unknown);
+            QVERIFY(!unknown.isThere()); // completes from the event loop
+            QTRY_COMPARE(unknown.error, HttpErrorCode::CannotFindHost);
+        }
+        QCOMPARE(resolver.asked.last(), u"unknown.local"_s);
         stop.request_stop();
         QTRY_COMPARE(stopped.error, HttpErrorCode::Cancelled);
+    }
+
+    void openConnectionsAreFewAndThoseInTheBackgroundLeaveRoom() {
+        const RawServer silent([](RawServer::Connection& connection) { connection.awaitClose(); });
+        const RawServer lively(replyingWith("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"));
+        CurlHttpSession session;
+        const auto openSockets = [] {
+            const QDir descriptors(u"/proc/self/fd"_s);
+            return std::ranges::count_if(
+                descriptors.entryInfoList(QDir::System),
+                [](const QFileInfo& entry) { return entry.symLinkTarget().contains("socket"_L1); });
+        };
+        constexpr int accepted = 1; // by the silent server, which serves one after the other
+        const auto before = openSockets();
+        Outcome hung;
+        std::vector<Task<>> tasks;
+        const auto sendMany = [&](HttpPriority priority) {
+            for (int count = 0; count < 100; ++count) {
+                HttpRequest get = request("GET", silent.url());
+                get.priority = priority;
+                tasks.push_back(exchange(session, get, &hung));
+            }
+        };
+        sendMany(HttpPriority::Background);
+        QTRY_COMPARE(openSockets(), before + CurlNetworkThread::mostInBackground + accepted);
+        Outcome command;
+        const Task<> task = exchange(session, request("POST", lively.url()), &command);
+        QTRY_VERIFY(command.reply);
+        sendMany(HttpPriority::Standard);
+        QTRY_COMPARE(openSockets(), before + CurlNetworkThread::mostConnections + accepted);
+        tasks.erase(tasks.begin(), tasks.begin() + 100); // those that wait are dropped too
+        tasks.clear();
+        QTRY_COMPARE(openSockets(), before);
+        QVERIFY(!hung.isThere());
     }
 
     void everythingButUnreservedCharactersIsEncoded() {

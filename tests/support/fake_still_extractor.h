@@ -21,8 +21,10 @@ public:
 
 class MemoryLog final : public SystemLog {
 public:
-    void write(const QString& line) override { lines.append(line); }
     QStringList lines;
+
+private:
+    void writeLine(const QString& line) override { lines.append(line); }
 };
 
 } // namespace quiv

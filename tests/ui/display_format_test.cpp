@@ -1,3 +1,4 @@
+#include "support/fake_still_extractor.h"
 #include "support/test_main.h"
 #include "ui/display_format.h"
 
@@ -146,7 +147,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("shown");
         QTest::newRow("line break") << u"a\nb"_s << u"a b"_s;
-        QTest::newRow("separators") << u"a\u2028b\u2029c"_s << u"a b c"_s;
+        QTest::newRow("separators") << u"a\u2028b\u2029c"_s + QChar(0x85) << u"a b c "_s;
+        QTest::newRow("escape") << u"\u001b[31m"_s << u"\uFFFD[31m"_s;
+        QTest::newRow("marks") << u"a\u200fb\u061c"_s << u"a\uFFFDb\uFFFD"_s;
+        QTest::newRow("half a pair") << u"a"_s + QChar(0xd83c) << u"a\uFFFD"_s;
         QTest::newRow("null") << u"a"_s + QChar(0) << u"a\uFFFD"_s;
         QTest::newRow("override") << u"a\u202Egpj.exe"_s << u"a\uFFFDgpj.exe"_s;
         QTest::newRow("isolate") << u"\u2067a"_s << u"\uFFFDa"_s;
@@ -157,6 +161,9 @@ private Q_SLOTS:
     void aHostileTextStaysOnOneLine() {
         QFETCH(QString, text);
         QTEST(displayText(text), "shown");
+        MemoryLog log;
+        log.write(text);
+        QTEST(log.lines.join(u'\n'), "shown");
     }
 
     void aLongTextIsCutBetweenCharacters() {

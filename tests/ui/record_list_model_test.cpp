@@ -203,6 +203,25 @@ private Q_SLOTS:
         QCOMPARE(watched.reset.size(), 2);
     }
 
+    void ofManyRowsThatDifferTheLastAreToldTogether() {
+        constexpr int count = 100'000;
+        Model model(roles());
+        model.reset(counted(count));
+        QSignalSpy changed(&model, &Model::dataChanged);
+        QSignalSpy removed(&model, &Model::rowsRemoved);
+        Items target = counted(count);
+        for (int row = 0; row < count; row += 2)
+            target[row].size = 1;
+        model.assign(target);
+        QCOMPARE(changed.size(), Model::maximumCompared + 1);
+        QCOMPARE(changed.last()[1].toModelIndex().row(), count - 1);
+        for (int row = 0; row < count; row += 800)
+            target[row].key += count;
+        model.assign(target);
+        QCOMPARE(removed.size(), 1); // a list that long affords 100 steps
+        QCOMPARE(model.index(800).data(KeyRole), count + 800);
+    }
+
     void oneChangeAmongManyRowsIsCheap() {
         constexpr int count = 100'000;
         Model model(roles());

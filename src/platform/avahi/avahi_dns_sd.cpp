@@ -24,6 +24,17 @@ Task<std::optional<HostAddress>> resolveHost(std::shared_ptr<AvahiScope> scope,
     co_return address;
 }
 
+// Requests to the service go where it was found, without another look-up.
+Task<std::optional<ResolvedService>>
+placeToKeep(std::shared_ptr<AvahiScope> scope, std::shared_ptr<AvahiHostCache> cache,
+            FoundService service, std::optional<ResolvedService> known, Clock::Instant deadline) {
+    const std::optional<ResolvedService> place =
+        co_await placeOf(scope, std::move(service), std::move(known), deadline);
+    if (place && place->hostName && !place->addresses.isEmpty())
+        cache->keep(normalized(*place->hostName), place->addresses.constFirst());
+    co_return place;
+}
+
 } // namespace
 
 AvahiDnsSd::AvahiDnsSd(std::shared_ptr<AvahiConnection> connection)
@@ -55,8 +66,8 @@ void AvahiDnsSd::stop() {
 Task<std::optional<ResolvedService>> AvahiDnsSd::resolve(FoundService service,
                                                          std::chrono::milliseconds timeout,
                                                          std::optional<ResolvedService> known) {
-    return placeOf(m_scope, std::move(service), std::move(known),
-                   std::chrono::steady_clock::now() + timeout);
+    return placeToKeep(m_scope, m_cache, std::move(service), std::move(known),
+                       std::chrono::steady_clock::now() + timeout);
 }
 
 Task<std::optional<HostAddress>> AvahiDnsSd::resolve(QString hostName,

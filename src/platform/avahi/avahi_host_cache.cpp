@@ -12,9 +12,17 @@ std::optional<HostAddress> AvahiHostCache::find(const QByteArray& hostName,
 
 void AvahiHostCache::remember(const QByteArray& hostName, const HostAddress& address,
                               Clock::Instant now) {
+    put(hostName, {address, now + lifetime});
+}
+
+void AvahiHostCache::keep(const QByteArray& hostName, const HostAddress& address) {
+    put(hostName, {address, Clock::Instant::max()});
+}
+
+void AvahiHostCache::put(const QByteArray& hostName, const Entry& entry) {
     if (m_entries.size() >= maximumSize)
         m_entries.clear();
-    m_entries.insert_or_assign(hostName, Entry{address, now + lifetime});
+    m_entries.insert_or_assign(hostName, entry);
 }
 
 } // namespace quiv

@@ -3,6 +3,8 @@
 namespace quiv {
 
 bool AvahiSeenServices::appeared(const ServiceAppeared& appearance) {
+    if (m_paths.size() >= maximumSize && !m_paths.contains(appearance.service.name))
+        return false;
     auto& paths = m_paths[appearance.service.name];
     const bool isNew = paths.empty();
     paths.insert(appearance.path);

@@ -10,6 +10,8 @@ namespace quiv {
 // The services that a search has seen and through which paths, to report each of them once.
 class AvahiSeenServices {
 public:
+    static constexpr std::size_t maximumSize = 16'384; // further ones are not seen
+
     // Whether the service was not there before.
     bool appeared(const ServiceAppeared& appearance);
     // True when it went from its last path.

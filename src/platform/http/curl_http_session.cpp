@@ -5,6 +5,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <arpa/inet.h>
 
 using namespace Qt::StringLiterals;
 
@@ -17,6 +18,13 @@ constexpr std::chrono::seconds LongestLookUp{60};
 // The host as the local network knows it: its names are plain text where URLs have them encoded.
 QString multicastHostOf(const QByteArray& url) {
     return QUrl::fromAce(QUrl::fromEncoded(url).host().toLatin1(), QUrl::IgnoreIDNWhitelist);
+}
+
+bool hasHostName(const QByteArray& url) {
+    const QByteArray host = QUrl::fromEncoded(url).host().toLatin1();
+    in6_addr address{};
+    return !host.isEmpty() && ::inet_pton(AF_INET, host.constData(), &address) != 1 &&
+           ::inet_pton(AF_INET6, host.constData(), &address) != 1;
 }
 
 } // namespace
@@ -58,14 +66,16 @@ Task<HttpReply> CurlHttpSession::send(HttpRequest request) {
 }
 
 Task<> CurlHttpSession::start(TransferId id, HttpRequest request) {
-    const auto start = std::chrono::steady_clock::now();
-    const QString host = multicastHostOf(request.url);
     std::optional<HostAddress> address;
-    if (m_resolver && host.endsWith(".local"_L1, Qt::CaseInsensitive)) {
-        address =
-            co_await m_resolver->resolve(host, request.timeouts.total.value_or(LongestLookUp));
-        if (address)
-            m_exchanges.at(id)->resolvedHost = host;
+    if (hasHostName(request.url)) {
+        const auto start = std::chrono::steady_clock::now();
+        const QString host = multicastHostOf(request.url);
+        if (m_resolver && host.endsWith(".local"_L1, Qt::CaseInsensitive))
+            address =
+                co_await m_resolver->resolve(host, request.timeouts.total.value_or(LongestLookUp));
+        if (!address)
+            co_return fail(id, HttpErrorCode::CannotFindHost);
+        m_exchanges.at(id)->resolvedHost = host;
         if (request.timeouts.total) {
             using std::chrono::milliseconds;
             const auto spent =
@@ -79,6 +89,11 @@ Task<> CurlHttpSession::start(TransferId id, HttpRequest request) {
     };
     m_network.start(
         id, std::make_unique<CurlTransfer>(std::move(request), std::move(address), onProgress));
+}
+
+// From the event loop, as every exchange completes.
+void CurlHttpSession::fail(TransferId id, HttpErrorCode code) {
+    postToMainThread(m_token, [this, id, code] { deliver(id, HttpError(code)); });
 }
 
 void CurlHttpSession::abandon(TransferId id) {

@@ -13,9 +13,9 @@ class HostResolver;
 
 // HTTP on libcurl, with the transfers on a network thread of its own.
 //
-// Host names in ".local" are resolved through `resolver`, so that they work on a system whose own
-// resolver does not know them; where it finds nothing the system is asked. Destroying the session
-// ends every exchange as Cancelled.
+// Host names in ".local" are resolved through `resolver` alone: the system's own resolver may take
+// its time, and knows these names on some systems only. Destroying the session ends every exchange
+// as Cancelled.
 class CurlHttpSession final : public HttpSession {
 public:
     explicit CurlHttpSession(HostResolver* resolver = nullptr);
@@ -28,6 +28,7 @@ private:
     struct Exchange;
 
     Task<> start(TransferId id, HttpRequest request);
+    void fail(TransferId id, HttpErrorCode code);
     void abandon(TransferId id);
     void requestStop(TransferId id);
     void report(TransferId id, const HttpProgress& progress);

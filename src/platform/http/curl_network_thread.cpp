@@ -13,11 +13,17 @@ void initialiseLibrary() {
     (void)initialised;
 }
 
+CURLM* newMulti() {
+    CURLM* multi = curl_multi_init();
+    curl_multi_setopt(multi, CURLMOPT_MAX_TOTAL_CONNECTIONS, CurlNetworkThread::mostConnections);
+    return multi;
+}
+
 } // namespace
 
 CurlNetworkThread::CurlNetworkThread(Sink sink) : m_sink(std::move(sink)) {
     initialiseLibrary();
-    m_multi.reset(curl_multi_init());
+    m_multi.reset(newMulti());
     m_thread = std::thread([this] { run(); });
 }
 
@@ -55,6 +61,7 @@ void CurlNetworkThread::run() {
         int running = 0;
         curl_multi_perform(m_multi.get(), &running);
         collectFinished();
+        beginWaiting();
         dropConnectionsIfIdle();
         curl_multi_poll(m_multi.get(), nullptr, 0, LongestPollMs, nullptr);
     }
@@ -70,13 +77,18 @@ bool CurlNetworkThread::takeCommands() {
     }
     for (Command& command : commands)
         carryOut(std::move(command));
+    beginWaiting();
     return true;
 }
 
 void CurlNetworkThread::carryOut(Command command) {
     switch (command.kind) {
     case Command::Kind::Start:
-        return begin(command.id, std::move(command.transfer));
+        if (command.transfer->priority() == HttpPriority::Background)
+            m_waiting.emplace_back(command.id, std::move(command.transfer));
+        else
+            begin(command.id, std::move(command.transfer));
+        return;
     case Command::Kind::Cancel:
         return end(command.id);
     case Command::Kind::GoOn:
@@ -84,6 +96,20 @@ void CurlNetworkThread::carryOut(Command command) {
     case Command::Kind::DropIdleConnections:
         m_dropsIdleConnections = true;
     }
+}
+
+void CurlNetworkThread::beginWaiting() {
+    while (!m_waiting.empty() && hasRoomInBackground()) {
+        auto [id, transfer] = std::move(m_waiting.front());
+        m_waiting.pop_front();
+        begin(id, std::move(transfer));
+    }
+}
+
+bool CurlNetworkThread::hasRoomInBackground() const {
+    return std::ranges::count_if(m_transfers, [](const auto& entry) {
+               return entry.second.transfer->priority() == HttpPriority::Background;
+           }) < mostInBackground;
 }
 
 void CurlNetworkThread::begin(TransferId id, std::unique_ptr<CurlTransfer> transfer) {
@@ -125,6 +151,7 @@ void CurlNetworkThread::settle(TransferId id, CURLcode code) {
 }
 
 void CurlNetworkThread::end(TransferId id) {
+    std::erase_if(m_waiting, [id](const auto& waiting) { return waiting.first == id; });
     const auto found = m_transfers.find(id);
     if (found == m_transfers.end())
         return; // finished meanwhile
@@ -136,7 +163,7 @@ void CurlNetworkThread::dropConnectionsIfIdle() {
     if (!m_dropsIdleConnections || !m_transfers.empty())
         return;
     m_dropsIdleConnections = false;
-    std::unique_ptr<CURLM, MultiDeleter> multi(curl_multi_init());
+    std::unique_ptr<CURLM, MultiDeleter> multi(newMulti());
     const std::lock_guard lock(m_mutex);
     m_multi.swap(multi);
     curl_multi_wakeup(m_multi.get()); // a command may have woken the old one

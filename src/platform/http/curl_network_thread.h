@@ -5,6 +5,7 @@
 #include <curl/curl.h>
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -22,9 +23,16 @@ using TransferId = std::uint64_t;
 // Its functions may be called from any thread and never wait; the sink is called on the
 // network thread, once for every transfer that was started and not cancelled. The destructor drops
 // what is under way and joins.
+//
+// At most `mostConnections` sockets are open; at most `mostInBackground` of them belong to
+// transfers in the background, which wait here for their turn. So there is always room for the
+// others.
 class CurlNetworkThread {
 public:
     using Sink = std::function<void(TransferId, HttpResult)>;
+
+    static constexpr long mostConnections = 16;
+    static constexpr int mostInBackground = 6;
 
     explicit CurlNetworkThread(Sink sink);
     ~CurlNetworkThread();
@@ -56,6 +64,8 @@ private:
     bool takeCommands(); // returns false once the thread has to end
     void carryOut(Command command);
     void begin(TransferId id, std::unique_ptr<CurlTransfer> transfer);
+    void beginWaiting();
+    bool hasRoomInBackground() const;
     void goOn(TransferId id);
     void end(TransferId id);
     // Hands the result over, unless the disk is still behind.
@@ -66,8 +76,9 @@ private:
 
     Sink m_sink;
     std::unique_ptr<CURLM, MultiDeleter> m_multi; // replaced under m_mutex by the network thread
-    std::map<TransferId, Entry> m_transfers;      // network thread only
-    bool m_dropsIdleConnections = false;          // network thread only
+    std::map<TransferId, Entry> m_transfers;      // network thread only, like the next two
+    std::deque<std::pair<TransferId, std::unique_ptr<CurlTransfer>>> m_waiting; // in the background
+    bool m_dropsIdleConnections = false;
     std::mutex m_mutex;
     std::vector<Command> m_commands; // guarded by m_mutex, like m_isEnding
     bool m_isEnding = false;

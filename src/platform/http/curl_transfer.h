@@ -32,6 +32,7 @@ public:
     // another thread when the disk has caught up, and goOn() or finish() is to be called.
     std::optional<HttpError> prepare(std::function<void()> onDiskReady);
     CURL* handle() const { return m_easy.get(); }
+    HttpPriority priority() const { return m_request.priority; }
     // Takes up a transfer that has waited for the disk.
     CURLcode goOn();
     // What came of it, once libcurl says that it is over; nullopt while the disk is behind.

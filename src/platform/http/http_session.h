@@ -49,8 +49,8 @@ bool isCancellation(const Error& error);
 using HttpHeaders = QList<std::pair<QByteArray, QByteArray>>;
 
 struct HttpTimeouts {
-    // The whole exchange, name look-up included; nullopt for transfers that may take any time as
-    // long as bytes move.
+    // The whole exchange, name look-up included but not the wait for its turn; nullopt for
+    // transfers that may take any time as long as bytes move.
     std::optional<std::chrono::milliseconds> total{60'000};
     // Ends an exchange in which no byte moves for this long. Once a body is sent, the TV has half
     // an hour to write it out and answer.
@@ -67,8 +67,14 @@ struct HttpProgress {
     bool operator==(const HttpProgress&) const = default;
 };
 
-inline constexpr std::int64_t JsonReplyLimit = 64ll << 20;
+inline constexpr std::int64_t StandardReplyLimit = 64ll << 10;
 inline constexpr std::int64_t ErrorReplyLimit = 64ll << 10;
+
+// Who goes first when more requests wait than may be sent at once.
+enum class HttpPriority {
+    Standard,
+    Background, // what nobody has asked for: a few at once, so that they leave room for the rest
+};
 
 struct HttpRequest {
     QByteArray method = "GET";
@@ -81,7 +87,8 @@ struct HttpRequest {
     // a body is stopped before it fills the disk.
     std::optional<std::int64_t> replyFileSize;
     // Largest body kept in memory; failed replies are cut off at ErrorReplyLimit instead.
-    std::int64_t replyLimit = JsonReplyLimit;
+    std::int64_t replyLimit = StandardReplyLimit;
+    HttpPriority priority = HttpPriority::Standard;
     HttpTimeouts timeouts;
     std::stop_token stop; // asking it to stop ends the exchange as Cancelled
     // Main thread; the first and last report and about four a second between them; a body that
@@ -106,7 +113,8 @@ struct HttpReply {
 // cancels: its socket is closed, and nothing is resumed. Redirects are replies like any other; no
 // proxy, no cookies, no stored credentials. Only a GET may be sent again by itself, when a
 // connection that was kept open turns out to be dead. A 2xx reply to a body that was not sent whole
-// is a lost connection.
+// is a lost connection. Hosts are numeric addresses or names in ".local"; no other name is looked
+// up. A limited number of connections is open at a time; what exceeds it waits.
 class HttpSession {
 public:
     virtual ~HttpSession() = default;

@@ -111,7 +111,7 @@ void DockPresenter::show(const WindowState& state) {
     const bool isSameVideo = read && last && read->currentVideoName == last->currentVideoName;
     const bool isNewReading = before.playbackReading != state.playbackReading;
     const auto& groups = state.content.groupedFiles;
-    const bool isSameLibrary = before.content.groupedFiles == groups;
+    const bool isSameLibrary = before.content.groupedFiles.isSharedWith(groups);
     if (isNewReading)
         takeReading(read, isSameVideo);
     if (isNewReading || !isSameLibrary) {

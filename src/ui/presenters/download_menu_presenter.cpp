@@ -1,5 +1,6 @@
 #include "ui/presenters/download_menu_presenter.h"
 
+#include "net/wire_decoding.h"
 #include "platform/publish.h"
 #include "ui/display_format.h"
 #include "ui/presenters/window_actions.h"
@@ -41,8 +42,11 @@ void DownloadMenuPresenter::setFiles(const QList<RemoteFile>& files) {
     QList<RemoteFile> sorted = files;
     QCollator order;
     order.setCaseSensitivity(Qt::CaseInsensitive);
+    const auto beginning = [](const RemoteFile& file) {
+        return QStringView(file.name).first(std::min(file.name.size(), LongestShownText));
+    };
     std::ranges::stable_sort(sorted, [&](const RemoteFile& a, const RemoteFile& b) {
-        return order.compare(a.name, b.name) < 0;
+        return order.compare(beginning(a), beginning(b)) < 0;
     });
     publish(this, m_files, sorted, &DownloadMenuPresenter::changed);
 }

@@ -102,7 +102,8 @@ void LibraryPresenter::show(const WindowState& state) {
     }
     if (isChanged)
         m_rows.refresh(ContentRole);
-    if (isAnotherTv || before.content.groupedFiles != state.content.groupedFiles)
+    // Comparing a large library takes as long as showing it.
+    if (isAnotherTv || !before.content.groupedFiles.isSharedWith(state.content.groupedFiles))
         filterRows();
     updatePhase();
 }

@@ -30,8 +30,11 @@ template <class Record, auto keyOf> class RecordListModel : public QAbstractList
 public:
     using Roles = QList<ListRole<Record>>;
 
-    // When more steps would be needed, what changed is replaced as a whole.
+    // When more steps would be needed, what changed is replaced as a whole. Each step pushes the
+    // rows behind it, so that a long list affords fewer.
     static constexpr int maximumRuns = 512;
+    static constexpr int maximumPushes = 10'000'000;
+    static constexpr int maximumCompared = 1000; // rows that differ
 
     explicit RecordListModel(Roles roles, QObject* parent = nullptr)
         : QAbstractListModel(parent), m_roles(std::move(roles)) {}
@@ -130,7 +133,9 @@ void RecordListModel<Record, keyOf>::assign(QList<Record> records) {
     if (oldSpan > 0 || newSpan > 0) {
         const auto matched = matchedRows(records, first, oldCount - last, newCount - last);
         const ListEdits replacement{{{0, oldSpan}}, {}, {{0, newSpan}}};
-        edit(listEdits(matched, newSpan, maximumRuns).value_or(replacement), records, first);
+        const int affordedRuns = maximumPushes / std::max(oldCount, newCount);
+        const int mostRuns = std::clamp(affordedRuns, 1, maximumRuns);
+        edit(listEdits(matched, newSpan, mostRuns).value_or(replacement), records, first);
     }
     showRecords(records);
     m_records = std::move(records);
@@ -202,7 +207,8 @@ void RecordListModel<Record, keyOf>::moveRun(int first, int count, int before) {
 }
 
 // Puts the new records behind the rows, which are in the new order by now, and tells which roles of
-// which rows differ; neighbours that differ alike are told together.
+// which rows differ; neighbours that differ alike are told together. When many differ, it is not
+// worth to find out in what: all that follow are told.
 template <class Record, auto keyOf>
 void RecordListModel<Record, keyOf>::showRecords(const QList<Record>& records) {
     QList<int> runRoles;
@@ -212,10 +218,16 @@ void RecordListModel<Record, keyOf>::showRecords(const QList<Record>& records) {
             Q_EMIT dataChanged(index(runFirst), index(end - 1), runRoles);
     };
     const int count = static_cast<int>(records.size());
+    int different = 0;
     for (int row = 0; row < count; ++row) {
         const Record* after = &records.at(row);
         const Record* before = std::exchange(m_shown[static_cast<size_t>(row)], after);
-        const QList<int> roles = before == after ? QList<int>() : changedRoles(*before, *after);
+        if (different > maximumCompared)
+            continue;
+        QList<int> roles = before == after ? QList<int>() : changedRoles(*before, *after);
+        different += roles.isEmpty() ? 0 : 1;
+        if (different > maximumCompared)
+            roles = roleNames().keys();
         if (roles == runRoles)
             continue;
         tell(row);

@@ -34,6 +34,7 @@ QImage ThumbnailStore::cached(const QUrl& url, const ThumbnailShape& shape) {
 Task<QImage> ThumbnailStore::fetch(QUrl url, ThumbnailShape shape) {
     const Semaphore::Permit permit = co_await m_semaphore.acquire();
     HttpRequest request;
+    request.priority = HttpPriority::Background;
     request.url = url.toEncoded();
     request.timeouts.total = FetchTimeout;
     request.replyLimit = PictureDecoder::MostBytes;

@@ -45,6 +45,9 @@ void AvahiValuesTest::aServiceIsNewOnItsFirstPathOnly() {
     QVERIFY(seen.appeared({Kitchen, Wired}));
     QVERIFY(!seen.appeared({Kitchen, Wireless}));
     QVERIFY(!seen.appeared({Kitchen, Wired}));
+    for (std::size_t number = 1; number < AvahiSeenServices::maximumSize; ++number)
+        QVERIFY(seen.appeared({{QString::number(number), {}, {}}, Wired}));
+    QVERIFY(!seen.appeared({{QString::fromUtf8("one more"), {}, {}}, Wired}));
 }
 
 void AvahiValuesTest::aServiceIsNewAgainAfterItsLastPathWent() {
@@ -135,6 +138,8 @@ void AvahiValuesTest::hostsAreRememberedForAMinute() {
     QCOMPARE(cache.find("tv.local", start + 59s), address);
     QVERIFY(!cache.find("tv.local", start + 60s));
     QVERIFY(!cache.find("other.local", start));
+    cache.keep("tv.local", address); // where a service was found
+    QCOMPARE(cache.find("tv.local", start + 24h), address);
     cache.forget("tv.local");
     QVERIFY(!cache.find("tv.local", start));
 }
@@ -142,10 +147,10 @@ void AvahiValuesTest::hostsAreRememberedForAMinute() {
 void AvahiValuesTest::theMemoryForHostsIsBounded() {
     AvahiHostCache cache;
     const Clock::Instant start{};
-    for (int i = 0; i < 1000; ++i)
+    for (int i = 0; i < 2000; ++i)
         cache.remember(QByteArray::number(i) + ".local", {}, start);
     QVERIFY(cache.size() <= AvahiHostCache::maximumSize);
-    QVERIFY(cache.find("999.local", start));
+    QVERIFY(cache.find("1999.local", start));
 }
 
 QTEST_GUILESS_MAIN(AvahiValuesTest)

@@ -11,8 +11,11 @@ T.Popup {
     required property int currentIndex
     property real narrowest: Theme.scaled(190)
     readonly property int rowHeight: Theme.scaled(28)
-    readonly property real widestText: choices.reduce(
-        (width, each) => Math.max(width, metrics.advanceWidth(each)), 0)
+    readonly property real widest: Theme.scaled(460)
+    readonly property var offered: isOffered ? choices : [] // nothing is made of it while closed
+    readonly property real widestText: offered.reduce((width, each) => Math.max(
+        width, each.length > 80 ? widest : metrics.advanceWidth(each)), 0)
+    property bool isOffered: false
 
     signal chosen(index: int)
 
@@ -22,14 +25,16 @@ T.Popup {
     }
 
     // As wide as its texts need, within reason; beyond that they are shortened.
-    width: Math.max(narrowest, Math.min(widestText + Theme.scaled(64), Theme.scaled(460)))
-    height: Math.min(choices.length * rowHeight + 2 * padding, Theme.scaled(340))
+    width: Math.max(narrowest, Math.min(widestText + Theme.scaled(64), widest))
+    height: Math.min(offered.length * rowHeight + 2 * padding, Theme.scaled(340))
     padding: 5
     margins: 8
     modal: true // a click outside only closes it
     dim: false
     focus: true
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
+    onAboutToShow: isOffered = true
+    onClosed: isOffered = false
 
     enter: Transition {
         NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.quick }
@@ -58,7 +63,7 @@ T.Popup {
 
     contentItem: ChoiceList {
         label: popup.label
-        choices: popup.choices
+        choices: popup.offered
         symbols: popup.symbols
         markedIndex: popup.currentIndex
         rowHeight: popup.rowHeight
