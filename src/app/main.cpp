@@ -8,12 +8,16 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
+
+constexpr auto LongestEnd = 800ms;
 
 // Ends the program through its event loop on the signals by which systems and terminals end it.
 class TerminationSignals {
@@ -76,7 +80,9 @@ int main(int argc, char* argv[]) {
     const QGuiApplication app(argc, argv);
     const TerminationSignals termination;
     const int status = runApplication();
-    // What was being received is removed; a disk that hangs does not hold up the end.
-    quiv::awaitDiskThreads(std::chrono::seconds(1));
+    // What was being received is removed. Neither a disk that hangs nor what is still decoded holds
+    // up the end; a thread that is left must not find its surroundings destroyed.
+    if (!quiv::awaitDiskThreads(LongestEnd) || !quiv::awaitBackground(0ms))
+        std::_Exit(status);
     return status;
 }

@@ -187,8 +187,12 @@ Task<bool> UploadTransport::confirmUploadOnServer(UploadTaskState* state) {
         // The listing may still tell.
     }
     try {
-        const auto listing = co_await state->tv.get<FilesResponse>(u"api/files"_s, 5s, stop);
-        co_return confirmsUpload(listing, state->expected);
+        auto listing = co_await state->tv.get<FilesResponse>(u"api/files"_s, 5s, stop);
+        const auto looking = [listing = std::move(listing), expected = state->expected] {
+            return confirmsUpload(listing, expected);
+        };
+        const bool isConfirmed = co_await inBackground(looking);
+        co_return isConfirmed;
     } catch (const Error&) {
         co_return false;
     }

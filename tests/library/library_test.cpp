@@ -3,7 +3,6 @@
 
 #include <QSignalSpy>
 #include <QTest>
-#include <QThreadPool>
 
 using namespace Qt::StringLiterals;
 using namespace quiv;
@@ -127,7 +126,7 @@ private Q_SLOTS:
         fixture->http.answer(FilesPath, listing("a.mkv"));
         task.cancel(); // while it is decoded
         fixture.reset();
-        QThreadPool::globalInstance()->waitForDone();
+        QVERIFY(awaitBackground(std::chrono::seconds(10)));
         ModelFixture::turn();
     }
 };

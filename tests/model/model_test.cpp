@@ -3,7 +3,6 @@
 
 #include <QSignalSpy>
 #include <QTest>
-#include <QThreadPool>
 
 using namespace Qt::StringLiterals;
 using namespace quiv;
@@ -250,7 +249,7 @@ private Q_SLOTS:
             if (steps > 5)
                 fixture->clock.advance(2s);
             fixture.reset();
-            QThreadPool::globalInstance()->waitForDone();
+            QVERIFY(awaitBackground(std::chrono::seconds(10)));
             ModelFixture::turn();
         }
     }

@@ -6,7 +6,6 @@
 #include "support/fake_clock.h"
 
 #include <QTest>
-#include <QThreadPool>
 
 #include <stdexcept>
 
@@ -145,7 +144,7 @@ private Q_SLOTS:
         QStringList log;
         for (int round = 0; round < 50; ++round)
             Task<> task = computeInBackground(&log);
-        QThreadPool::globalInstance()->waitForDone();
+        QVERIFY(awaitBackground(std::chrono::seconds(10)));
         QCoreApplication::processEvents();
         QVERIFY(log.isEmpty());
     }

@@ -69,13 +69,14 @@ struct ModelFixture {
         http.sent.clear();
     }
 
-    // Lets the event loop turn until what it began on disk is done as well.
+    // Lets the event loop turn until what it began on other threads is done as well.
     static void turn() {
         using namespace std::chrono_literals;
         do {
             awaitDiskThreads(10s);
+            awaitBackground(10s);
             QCoreApplication::processEvents();
-        } while (!awaitDiskThreads(0s));
+        } while (!awaitDiskThreads(0s) || !awaitBackground(0s));
         QCoreApplication::processEvents();
     }
     // A shown window with this TV selected, whose first request waits.

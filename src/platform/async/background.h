@@ -34,9 +34,9 @@ template <class Work> auto promisedBy(void (*run)(std::function<void()>), Work w
     return promise;
 }
 
-// co_await inBackground(work): runs `work` on the thread pool and resumes on the main thread with
-// what it returned or threw. Dropping the awaiting task drops the result; the work itself runs on,
-// so it must own everything it touches.
+// co_await inBackground(work): runs `work` on a background thread and resumes on the main thread
+// with what it returned or threw. Dropping the awaiting task drops the result; the work itself runs
+// on, so it must own everything it touches.
 template <class Work> auto inBackground(Work work) {
     return promisedBy(runInBackground, std::move(work)).wait();
 }

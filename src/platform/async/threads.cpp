@@ -1,10 +1,10 @@
 #include "platform/async/threads.h"
 
 #include <QCoreApplication>
-#include <QThreadPool>
 
 #include <condition_variable>
 #include <deque>
+#include <limits>
 #include <mutex>
 #include <thread>
 
@@ -32,27 +32,62 @@ private:
     std::deque<std::function<void()>> m_calls;
 };
 
-// The queues are never destroyed, because a thread may still add to them while the process ends.
+// The queue is never destroyed, because a thread may still add to them while the process ends.
 CallQueue& mainThreadQueue() {
     static auto* const queue = new CallQueue;
     return *queue;
 }
 
-CallQueue& backgroundQueue() {
-    static auto* const queue = new CallQueue;
-    return *queue;
-}
+// Threads that come and go with what there is to do. Never destroyed either, and never joined: one
+// that a disk holds up may outlive the application.
+class Workers {
+public:
+    explicit Workers(int most) : m_most(most) {}
 
-// How much disk work is not done. Never destroyed either.
-struct DiskWork {
-    std::mutex mutex;
-    std::condition_variable allDone;
-    int count = 0; // guarded by `mutex`
+    void add(std::function<void()> work) {
+        const std::lock_guard lock(m_mutex);
+        m_waiting.push_back(std::move(work));
+        if (m_count >= m_most)
+            return;
+        ++m_count;
+        std::thread([this] { run(); }).detach();
+    }
+    bool await(std::chrono::milliseconds limit) {
+        std::unique_lock lock(m_mutex);
+        return m_allDone.wait_for(lock, limit, [this] { return m_count == 0; });
+    }
+
+private:
+    void run() {
+        std::unique_lock lock(m_mutex);
+        while (!m_waiting.empty()) {
+            std::function<void()> work = std::move(m_waiting.front());
+            m_waiting.pop_front();
+            lock.unlock();
+            work();
+            work = nullptr;
+            lock.lock();
+        }
+        if (--m_count == 0)
+            m_allDone.notify_all();
+    }
+
+    const int m_most;
+    std::mutex m_mutex; // guards the rest
+    std::condition_variable m_allDone;
+    std::deque<std::function<void()>> m_waiting;
+    int m_count = 0; // of threads
 };
 
-DiskWork& diskWork() {
-    static auto* const work = new DiskWork;
-    return *work;
+Workers& backgroundWorkers() {
+    static auto* const workers = new Workers(2);
+    return *workers;
+}
+
+// As many as there is work: one that hangs holds up no other.
+Workers& diskWorkers() {
+    static auto* const workers = new Workers(std::numeric_limits<int>::max());
+    return *workers;
 }
 
 // Lives on the main thread. Its slot is called by name, so that Qt itself makes the event.
@@ -105,27 +140,19 @@ void postToMainThread(std::weak_ptr<const void> receiver, std::function<void()> 
 }
 
 void runInBackground(std::function<void()> work) {
-    backgroundQueue().add(std::move(work));
-    QThreadPool::globalInstance()->start([] { backgroundQueue().runNext(); });
+    backgroundWorkers().add(std::move(work));
+}
+
+bool awaitBackground(std::chrono::milliseconds limit) {
+    return backgroundWorkers().await(limit);
 }
 
 void runOnDiskThread(std::function<void()> work) {
-    {
-        const std::lock_guard lock(diskWork().mutex);
-        ++diskWork().count;
-    }
-    std::thread([work = std::move(work)]() mutable {
-        work();
-        work = nullptr;
-        const std::lock_guard lock(diskWork().mutex);
-        if (--diskWork().count == 0)
-            diskWork().allDone.notify_all();
-    }).detach();
+    diskWorkers().add(std::move(work));
 }
 
 bool awaitDiskThreads(std::chrono::milliseconds limit) {
-    std::unique_lock lock(diskWork().mutex);
-    return diskWork().allDone.wait_for(lock, limit, [] { return diskWork().count == 0; });
+    return diskWorkers().await(limit);
 }
 
 } // namespace quiv

@@ -18,8 +18,11 @@ void postToMainThread(std::function<void()> call);
 // the main thread.
 void postToMainThread(std::weak_ptr<const void> receiver, std::function<void()> call);
 
-// Runs `work` on the global thread pool and destroys it there.
+// Runs `work` on one of two threads and destroys it there. For what takes time and touches no file.
 void runInBackground(std::function<void()> work);
+
+// Waits until all of that is done; returns false if some is not in time.
+bool awaitBackground(std::chrono::milliseconds limit);
 
 // Runs `work` on a thread of its own and destroys it there. For everything that touches files: a
 // disk that hangs then holds up nothing else, not even the end of the process.
