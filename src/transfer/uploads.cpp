@@ -173,7 +173,7 @@ Task<> Uploads::process(Entry* entry) {
         ++m_outcome.uploaded;
         remove(*entry);
     } catch (const Error& error) {
-        m_stall.reset();
+        entry->stall.reset();
         m_hasLostTv = hasLostTv(error);
         if (entry->isCancelled || isCancellation(error)) {
             remove(*entry);
@@ -237,7 +237,7 @@ Task<> Uploads::carryOut(Entry* entry) {
     entry->preflight.reset(); // a job that has to wait is announced once more
     const QString stored = co_await m_transport.uploadSingle(entry->tv, upload, showProgress);
     entry->isStored = true;
-    m_stall.reset();
+    entry->stall.reset();
     if (!preflight.sent && preflight.thumbnailPayload && hasSupportedVideoExtension(stored)) {
         co_await m_preflight.uploadThumbnailSidecar(entry->tv, *preflight.thumbnailPayload, stored);
     }
@@ -250,7 +250,7 @@ void Uploads::uploadProgressed(Entry& entry, std::int64_t sent, std::int64_t exp
     Q_EMIT progressChanged();
     m_tvs.sayProgress(
         uploadingMessage(entry.job.remoteName, waitingCount(), entry.progress.fraction));
-    m_stall = m_clock.after(StallTime, [this, &entry] {
+    entry.stall = m_clock.after(StallTime, [this, &entry] {
         entry.progress.speedBytesPerSecond = 0;
         Q_EMIT progressChanged();
     });

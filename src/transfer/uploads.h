@@ -66,7 +66,8 @@ private:
         UploadProgress progress{};
         int waits = 0; // how often it could not start although its TV seemed ready
         bool isCancelled = false;
-        bool isStored = false; // the TV has the file
+        bool isStored = false;                 // the TV has the file
+        std::unique_ptr<Clock::Timer> stall{}; // runs until no byte has moved for a while
     };
     // Where files that the user has chosen go.
     struct Target {
@@ -103,11 +104,10 @@ private:
     UploadPreflight m_preflight;
     UploadTransport m_transport;
 
-    std::list<Entry> m_entries;            // in order of arrival
-    Entry* m_current = nullptr;            // the one that the worker is at
-    Outcome m_outcome;                     // of this run of the queue
-    bool m_hasLostTv = false;              // the job before ended with its connection
-    std::unique_ptr<Clock::Timer> m_stall; // no byte has moved for a while
+    std::list<Entry> m_entries; // in order of arrival
+    Entry* m_current = nullptr; // the one that the worker is at
+    Outcome m_outcome;          // of this run of the queue
+    bool m_hasLostTv = false;   // the job before ended with its connection
     TaskSet m_tasks;
     Task<> m_worker;
 };

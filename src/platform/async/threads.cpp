@@ -42,41 +42,57 @@ CallQueue& mainThreadQueue() {
 // that a disk holds up may outlive the application.
 class Workers {
 public:
-    explicit Workers(int most) : m_most(most) {}
+    explicit Workers(std::size_t most) : m_most(most) {}
 
     void add(std::function<void()> work) {
         const std::lock_guard lock(m_mutex);
         m_waiting.push_back(std::move(work));
-        if (m_count >= m_most)
-            return;
-        ++m_count;
-        std::thread([this] { run(); }).detach();
+        ++m_unfinished;
+        if (m_waiting.size() <= m_idle) {
+            m_more.notify_one();
+        } else if (m_count < m_most) {
+            ++m_count;
+            std::thread([this] { run(); }).detach();
+        }
     }
     bool await(std::chrono::milliseconds limit) {
         std::unique_lock lock(m_mutex);
-        return m_allDone.wait_for(lock, limit, [this] { return m_count == 0; });
+        return m_allDone.wait_for(lock, limit, [this] { return m_unfinished == 0; });
     }
 
 private:
     void run() {
         std::unique_lock lock(m_mutex);
-        while (!m_waiting.empty()) {
+        while (awaitMore(lock)) {
             std::function<void()> work = std::move(m_waiting.front());
             m_waiting.pop_front();
             lock.unlock();
             work();
             work = nullptr;
             lock.lock();
+            if (--m_unfinished == 0)
+                m_allDone.notify_all();
         }
-        if (--m_count == 0)
-            m_allDone.notify_all();
+        --m_count;
+    }
+    // A thread stays for a while, as a transfer has more for it soon.
+    bool awaitMore(std::unique_lock<std::mutex>& lock) {
+        ++m_idle;
+        m_more.wait_for(lock, LongestIdle, [this] { return !m_waiting.empty(); });
+        --m_idle;
+        return !m_waiting.empty();
     }
 
-    const int m_most;
+    static constexpr auto LongestIdle = std::chrono::seconds(1);
+
+    const std::size_t m_most;
     std::mutex m_mutex; // guards the rest
+    std::condition_variable m_more;
     std::condition_variable m_allDone;
     std::deque<std::function<void()>> m_waiting;
-    int m_count = 0; // of threads
+    std::size_t m_unfinished = 0; // waiting or under way
+    std::size_t m_count = 0;      // of threads
+    std::size_t m_idle = 0;       // of them
 };
 
 Workers& backgroundWorkers() {
@@ -86,7 +102,7 @@ Workers& backgroundWorkers() {
 
 // As many as there is work: one that hangs holds up no other.
 Workers& diskWorkers() {
-    static auto* const workers = new Workers(std::numeric_limits<int>::max());
+    static auto* const workers = new Workers(std::numeric_limits<std::size_t>::max());
     return *workers;
 }
 

@@ -24,8 +24,8 @@ void runInBackground(std::function<void()> work);
 // Waits until all of that is done; returns false if some is not in time.
 bool awaitBackground(std::chrono::milliseconds limit);
 
-// Runs `work` on a thread of its own and destroys it there. For everything that touches files: a
-// disk that hangs then holds up nothing else, not even the end of the process.
+// Runs `work` on a thread that does nothing else meanwhile, and destroys it there. For everything
+// that touches files: a disk that hangs then holds up nothing else, not even the end of the process.
 void runOnDiskThread(std::function<void()> work);
 
 // Waits until all work given to runOnDiskThread() is done; returns false if some is not in time.
