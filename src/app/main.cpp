@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto LongestEnd = 800ms;
+constexpr auto LongestEnd = 400ms; // beside what the settings may take
 
 // Ends the program through its event loop on the signals by which systems and terminals end it.
 class TerminationSignals {

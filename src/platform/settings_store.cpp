@@ -17,7 +17,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto GatheringTime = 500ms;
-constexpr auto LongestWaitAtEnd = 1s;
+constexpr auto LongestWaitAtEnd = 500ms;
 
 } // namespace
 
