@@ -49,10 +49,7 @@ private Q_SLOTS:
         m_folder = std::make_unique<QTemporaryDir>();
         m_real = std::make_unique<RealModel>();
         m_real->dialogs.desktop.isOffered = true;
-        m_real->find(m_tv.port());
-        QTRY_VERIFY(m_real->pairing().requiresControlPairing);
-        m_real->model.pairing()->verifyPairingCode(m_tv.pairingCode());
-        QTRY_VERIFY(m_real->pairing().isControlPaired);
+        QVERIFY(m_real->pair(m_tv.port(), m_tv.pairingCode()));
     }
     void cleanup() {
         m_tv.clearFaults();

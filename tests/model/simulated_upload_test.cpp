@@ -50,10 +50,7 @@ private Q_SLOTS:
         m_real = std::make_unique<RealModel>();
         connect(m_real->model.status(), &StatusLine::statusMessageChanged, this,
                 [this] { m_said.append(status()); });
-        m_real->find(m_tv.port());
-        QTRY_VERIFY(m_real->pairing().requiresControlPairing);
-        m_real->model.pairing()->verifyPairingCode(m_tv.pairingCode());
-        QTRY_VERIFY(m_real->pairing().isControlPaired);
+        QVERIFY(m_real->pair(m_tv.port(), m_tv.pairingCode()));
         m_said.clear();
     }
     void cleanup() {

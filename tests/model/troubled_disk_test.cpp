@@ -53,10 +53,7 @@ private Q_SLOTS:
     void init() {
         m_real = std::make_unique<RealModel>();
         m_real->dialogs.desktop.isOffered = true;
-        m_real->find(m_tv.port());
-        QTRY_VERIFY(m_real->pairing().requiresControlPairing);
-        m_real->model.pairing()->verifyPairingCode(m_tv.pairingCode());
-        QTRY_VERIFY(m_real->pairing().isControlPaired);
+        QVERIFY(m_real->pair(m_tv.port(), m_tv.pairingCode()));
         write(m_behind.filePath(u"local.mkv"_s), m_bytes);
     }
     void cleanup() {

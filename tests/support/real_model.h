@@ -7,6 +7,8 @@
 #include "support/fake_still_extractor.h"
 #include "support/memory_settings.h"
 
+#include <QTest>
+
 using namespace Qt::StringLiterals;
 
 namespace quiv {
@@ -22,6 +24,14 @@ struct RealModel {
     void find(quint16 port) {
         model.appear();
         browser.announce(serviceAt(u"Announced"_s, {127, 0, 0, 1}, port));
+    }
+    // Finds the TV and pairs with it; returns false if that takes too long.
+    bool pair(quint16 port, const QString& code) {
+        find(port);
+        if (!QTest::qWaitFor([this] { return pairing().requiresControlPairing; }))
+            return false;
+        model.pairing()->verifyPairingCode(code);
+        return QTest::qWaitFor([this] { return pairing().isControlPaired; });
     }
     const QString& status() { return model.status()->statusMessage(); }
     const PairingState& pairing() { return model.pairing()->state(); }
