@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
 import Quiv
@@ -7,6 +9,7 @@ Item {
     id: area
 
     required property WindowPresenter presenter
+    required property Item fullScreenArea
     readonly property bool hasTv: presenter.library.phase !== LibraryPresenter.NoTv
 
     Loader {
@@ -31,6 +34,18 @@ Item {
             Layout.fillWidth: true
             Layout.leftMargin: Theme.padding
             Layout.rightMargin: Theme.padding
+        }
+        Loader {
+            Layout.fillWidth: true
+            Layout.leftMargin: Theme.padding
+            Layout.rightMargin: Theme.padding
+            visible: active
+            active: area.presenter.localPanel.state.isShown
+            sourceComponent: LocalPlaybackPanel {
+                presenter: area.presenter.localPanel
+                fullScreenArea: area.fullScreenArea
+                largestHeight: Math.round(area.height * 0.42)
+            }
         }
         LibraryArea {
             Layout.fillWidth: true
