@@ -7,13 +7,17 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr std::chrono::seconds LongestEnd{2};
 
+// The graphics API is OpenGL by default, even while windows are drawn by Qt Quick's own renderer.
 Drawing drawing() {
-    return QQuickWindow::graphicsApi() == QSGRendererInterface::OpenGL ? Drawing::OpenGl
-                                                                       : Drawing::Software;
+    const bool isOpenGl = QQuickWindow::graphicsApi() == QSGRendererInterface::OpenGL &&
+                          QQuickWindow::sceneGraphBackend() != "software"_L1;
+    return isOpenGl ? Drawing::OpenGl : Drawing::Software;
 }
 
 void awaitEnd() {
