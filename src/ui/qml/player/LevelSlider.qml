@@ -7,6 +7,7 @@ T.Slider {
 
     required property string label
     required property real level
+    readonly property int knobSize: Theme.scaled(12)
 
     signal moved(level: real)
 
@@ -26,9 +27,9 @@ T.Slider {
     }
 
     background: Rectangle {
-        x: handle.width / 2
+        x: slider.knobSize / 2
         y: (slider.height - height) / 2
-        width: slider.width - handle.width
+        width: slider.width - slider.knobSize
         height: 4
         radius: 2
         color: Theme.track
@@ -42,11 +43,9 @@ T.Slider {
     }
 
     handle: Rectangle {
-        id: handle
-
         x: slider.position * (slider.width - width)
         y: (slider.height - height) / 2
-        width: Theme.scaled(12)
+        width: slider.knobSize
         height: width
         radius: width / 2
         color: Theme.knob

@@ -8,11 +8,10 @@ Item {
 
     required property LocalPanelPresenter presenter
     required property Item fullScreenArea // of the window, to which the picture moves
-    required property int largestHeight   // of the picture
     readonly property localPanelState content: presenter.state
     readonly property int sideWidth: Theme.scaled(198)
     readonly property int pictureHeight: Math.min(
-        largestHeight, Math.round((width - sideWidth - 3 * 12) * 9 / 16))
+        Math.round(Window.height * 0.38), Math.round((width - sideWidth - 3 * 12) * 9 / 16))
 
     implicitHeight: pictureHeight + 24
     Accessible.role: Accessible.Grouping

@@ -17,6 +17,7 @@ Rectangle {
     Accessible.role: Accessible.Graphic
     Accessible.name: presenter.state.title
     Component.onCompleted: forceActiveFocus()
+    onParentChanged: Qt.callLater(stage.forceActiveFocus) // lost with what was hidden meanwhile
     Keys.onPressed: event => {
         awake.restart()
         event.accepted = true

@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import QtQuick.Layouts
 import Quiv
@@ -35,17 +33,12 @@ Item {
             Layout.leftMargin: Theme.padding
             Layout.rightMargin: Theme.padding
         }
-        Loader {
+        LocalPlaybackPlace {
             Layout.fillWidth: true
             Layout.leftMargin: Theme.padding
             Layout.rightMargin: Theme.padding
-            visible: active
-            active: area.presenter.localPanel.state.isShown
-            sourceComponent: LocalPlaybackPanel {
-                presenter: area.presenter.localPanel
-                fullScreenArea: area.fullScreenArea
-                largestHeight: Math.round(area.height * 0.42)
-            }
+            presenter: area.presenter.localPanel
+            fullScreenArea: area.fullScreenArea
         }
         LibraryArea {
             Layout.fillWidth: true

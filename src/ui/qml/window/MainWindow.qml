@@ -15,8 +15,8 @@ Window {
     minimumWidth: 1040
     minimumHeight: 700
     color: Theme.window
-    onVisibilityChanged: {
-        if (visibility === Window.Windowed || visibility === Window.Maximized)
+    onVisibilityChanged: shown => {
+        if (shown === Window.Windowed || shown === Window.Maximized)
             presenter.localPanel.leaveFullScreen()
     }
 
