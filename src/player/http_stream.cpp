@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <sys/socket.h>
 
 namespace quiv {
 
@@ -20,6 +21,11 @@ constexpr auto LongestPause = 2s;
 // What libcurl has to say about a number of milliseconds.
 long milliseconds(std::chrono::milliseconds time) {
     return static_cast<long>(time.count());
+}
+
+// No program that is started meanwhile inherits the connection.
+curl_socket_t openSocket(void*, curlsocktype, curl_sockaddr* address) {
+    return ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
 }
 
 } // namespace
@@ -50,6 +56,7 @@ HttpStream::HttpStream(const StreamAddress& address, std::shared_ptr<StreamFault
         curl_easy_setopt(easy, CURLOPT_CONNECT_TO, m_connectTo.get());
     if (m_address.addressScope != 0)
         curl_easy_setopt(easy, CURLOPT_ADDRESS_SCOPE, m_address.addressScope);
+    curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &openSocket);
     curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &HttpStream::onHeader);
     curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
     curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &HttpStream::onBody);

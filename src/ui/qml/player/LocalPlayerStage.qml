@@ -101,7 +101,7 @@ Rectangle {
         anchors.bottom: parent.bottom
         anchors.margins: 10
         visible: opacity > 0
-        opacity: stage.showsControls ? 0.94 : 0
+        opacity: stage.showsControls ? 1 : 0
         presenter: stage.presenter
 
         Behavior on opacity {
