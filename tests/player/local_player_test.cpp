@@ -1,3 +1,4 @@
+#include "platform/player/external_player_search.h"
 #include "platform/player/player_screen.h"
 #include "platform/player/plugin_media_players.h"
 #include "simulator/simulator_process.h"
@@ -250,6 +251,27 @@ private Q_SLOTS:
         QTRY_VERIFY(video.hasFailed());
         QCOMPARE(video.error(), u"the TV answered with HTTP 302"_s);
         QCOMPARE(elsewhere.handledConnections(), 0);
+    }
+
+    void vlcIsStartedAsItsDesktopEntrySays_data() {
+        QTest::addColumn<QByteArray>("entry");
+        QTest::addColumn<QStringList>("command");
+        const auto row = [](const QByteArray& exec, const QStringList& command) {
+            QTest::newRow(exec.constData())
+                << "[Other]\nExec=no\n[Desktop Entry]\nName=VLC\nExec=" + exec +
+                       "\n[Desktop Action x]\nExec=no\n"
+                << command;
+        };
+        row("/usr/bin/vlc --started-from-file %U",
+            {u"/usr/bin/vlc"_s, u"--started-from-file"_s, u"A"_s});
+        row("\"/opt/a b/vlc\" %f --x=%%1 %i", {u"/opt/a b/vlc"_s, u"A"_s, u"--x=%1"_s});
+        row("vlc", {u"vlc"_s, u"A"_s});
+    }
+    void vlcIsStartedAsItsDesktopEntrySays() {
+        QFETCH(QByteArray, entry);
+        QFETCH(QStringList, command);
+        QCOMPARE(withAddress(commandOf(entry), u"A"_s), command);
+        QCOMPARE(commandOf("[Desktop Entry]\nName=VLC\n"), QStringList());
     }
 
     void openingAndClosingLeavesNothing() {

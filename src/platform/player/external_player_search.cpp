@@ -78,8 +78,9 @@ QStringList fromDesktop() {
                             FlatpakId + u".desktop"_s};
     for (const QString& name : names) {
         const QString path = QStandardPaths::locate(QStandardPaths::ApplicationsLocation, name);
-        const QStringList command = installed(commandOf(contentOf(path)));
-        if (!command.isEmpty())
+        if (path.isEmpty())
+            continue;
+        if (const QStringList command = installed(commandOf(contentOf(path))); !command.isEmpty())
             return command;
     }
     return {};

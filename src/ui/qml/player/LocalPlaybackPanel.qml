@@ -64,6 +64,8 @@ Item {
         ChoiceMenu {
             Layout.topMargin: 4
             opensDown: true
+            enabled: panel.content.subtitles.length > 0 // they are known
+            opacity: enabled ? 1 : 0.45
             label: "Subtitles"
             choices: panel.content.subtitles
             currentIndex: panel.content.subtitleIndex
