@@ -5,6 +5,10 @@
 #include <QCoreApplication>
 #include <QQuickWindow>
 
+extern "C" {
+#include <libavutil/log.h>
+}
+
 namespace quiv {
 
 using namespace Qt::StringLiterals;
@@ -32,7 +36,10 @@ class MpvPlayerPlugin final : public QObject, public PlayerPlugin {
     Q_INTERFACES(quiv::PlayerPlugin)
 
 public:
-    MpvPlayerPlugin() { qAddPostRoutine(awaitEnd); }
+    MpvPlayerPlugin() {
+        av_log_set_level(AV_LOG_QUIET); // what FFmpeg says of a file is for nobody
+        qAddPostRoutine(awaitEnd);
+    }
 
     OpenedPlayer open(const StreamAddress& address) override {
         const auto player = std::make_shared<MpvPlayer>(address, drawing());
