@@ -127,7 +127,8 @@ private Q_SLOTS:
         QTRY_VERIFY(video.isReady());
         const auto names = [&](MediaKind kind) {
             QStringList labels;
-            for (const MediaOption& option : video.player().group(kind)->options)
+            const MediaGroup group = *video.player().group(kind);
+            for (const MediaOption& option : group.options)
                 labels.append(option.displayName);
             return labels;
         };
