@@ -15,6 +15,7 @@ packages_build=(
   libcurl4-openssl-dev
   libfuse3-dev
   libgl-dev
+  libmpv-dev
   libpng-dev
   libseccomp-dev
   libswscale-dev
@@ -50,6 +51,7 @@ packages_test=(
   dbus
   gir1.2-atspi-2.0
   iproute2
+  mkvtoolnix
   python3
   python3-gi
   qt6-declarative-dev-tools

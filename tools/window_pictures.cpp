@@ -6,6 +6,7 @@
 
 #include "platform/pictures/process_picture_decoder.h"
 #include "support/fake_file_dialogs.h"
+#include "support/fake_player.h"
 #include "transfer/upload_names.h"
 #include "ui/presenters/window_presenter.h"
 #include "ui/window/graphics_choice.h"
@@ -134,6 +135,7 @@ public:
     void takeControls(const QString& prefix);
     void takeUploads(const QString& prefix);
     void takeDownloads(const QString& prefix);
+    void takeLocalPlayer(const QString& prefix);
 
     void showPairing() {
         PairingState pairing;
@@ -210,6 +212,28 @@ void Pictures::takeDownloads(const QString& prefix) {
     QTest::keyClick(m_view.window(), Qt::Key_Escape);
 }
 
+void Pictures::takeLocalPlayer(const QString& prefix) {
+    const auto player = std::make_shared<FakePlayer>();
+    player->screen = {false, false, true, 754, 5'400, 1'300, 0.7, false};
+    LocalPlaybackState& local = m_state.localPlayback;
+    local.localPlaybackSession = LocalPlaybackSession{u"1"_s, u"a.mkv"_s, u"Glacier Road"_s, {}};
+    local.localPlayer = player;
+    local.localSubtitleOptions = {{u"off"_s, u"Off"_s}, {u"1"_s, u"English"_s}};
+    local.localAudioOptions = {{u"1"_s, u"Original (5.1)"_s}, {u"2"_s, u"German"_s}};
+    local.selectedLocalAudioID = u"1"_s;
+    m_presenter.show(m_state);
+    take(prefix + u"player"_s);
+    take(prefix + u"player-narrow"_s, {1040, 700});
+    local.localPlaybackErrorMessage =
+        u"macOS could not decode this stream (unrecognized file format). Open in VLC or use Play "
+        "on TV."_s;
+    local.externalPlayerPrompt = ExternalPlayerPrompt{{}, {}, {}, true};
+    m_presenter.show(m_state);
+    take(prefix + u"player-error"_s, {1040, 700});
+    m_state.localPlayback = {};
+    m_presenter.show(m_state);
+}
+
 void Pictures::takeControls(const QString& prefix) {
     m_state.playback = samplePlayback();
     ++m_state.playbackReading;
@@ -253,6 +277,7 @@ void Pictures::takeAll(const QString& prefix) {
     takeControls(prefix);
     takeUploads(prefix);
     takeDownloads(prefix);
+    takeLocalPlayer(prefix);
     for (int step = 0; step < 4; ++step)
         QTest::keyClick(m_view.window(), Qt::Key_Tab);
     QTest::keyClick(m_view.window(), Qt::Key_Down);

@@ -8,6 +8,9 @@
 #include "platform/dialogs/portal_file_dialogs.h"
 #include "platform/http/curl_http_session.h"
 #include "platform/pictures/process_picture_decoder.h"
+#include "platform/player/dbus_sleep_inhibitor.h"
+#include "platform/player/plugin_media_players.h"
+#include "platform/player/process_external_player.h"
 #include "platform/settings_store.h"
 #include "platform/stills/process_still_extractor.h"
 #include "platform/system_changes.h"
@@ -46,8 +49,18 @@ private:
     ProcessPictureDecoder m_pictures;
     PortalFileDialogs m_portalDialogs;
     PreferredFileDialogs m_fileDialogs{m_portalDialogs};
+    PluginMediaPlayers m_players{m_dnsSd};
+    ProcessExternalPlayer m_externalPlayer;
+    DBusSleepInhibitor m_sleep;
     SystemChanges m_systemChanges;
-    OmbraMacModel m_model{{m_http, m_dnsSd, m_settings, m_clock, m_stills, m_log, m_fileDialogs}};
+    OmbraMacModel m_model{{m_http,
+                           m_dnsSd,
+                           m_settings,
+                           m_clock,
+                           m_stills,
+                           m_log,
+                           m_fileDialogs,
+                           {m_players, m_externalPlayer, m_sleep}}};
 };
 
 } // namespace quiv

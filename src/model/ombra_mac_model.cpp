@@ -8,6 +8,14 @@ namespace quiv {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+QString downloadErrorText(int status) {
+    return downloadErrorMessage(status, std::nullopt);
+}
+
+} // namespace
+
 OmbraMacModel::OmbraMacModel(const PlatformPorts& ports, QObject* parent)
     : QObject(parent),
       m_http(ports.http),
@@ -19,6 +27,8 @@ OmbraMacModel::OmbraMacModel(const PlatformPorts& ports, QObject* parent)
       m_pairing(m_tvs, m_requests, m_tokens, ports.clock),
       m_library(m_tvs),
       m_playback(m_tvs, m_pairing),
+      m_localPlayback(m_tvs, m_pairing, m_tokens, m_playback, ports.localPlayback,
+                      downloadErrorText),
       m_storageMove(m_tvs, m_library),
       m_deletion(m_tvs, m_pairing, m_library),
       m_uploads(m_tvs, m_pairing, m_library, ports.stills, ports.log, ports.clock),
@@ -54,6 +64,7 @@ void OmbraMacModel::tellStateChanges() {
     tell(&m_library, &Library::failureChanged);
     connect(&m_playback, &RemotePlayback::playbackRead, this, [this] { ++m_playbackReading; });
     tell(&m_playback, &RemotePlayback::playbackRead);
+    tell(&m_localPlayback, &LocalPlayback::stateChanged);
     tell(&m_storageMove, &StorageMove::stateChanged);
     tell(&m_uploads, &Uploads::itemsChanged);
     tell(&m_uploads, &Uploads::progressChanged);
@@ -71,6 +82,7 @@ WindowState OmbraMacModel::state() {
             .libraryFailure = m_library.failure(),
             .playback = m_playback.playback(),
             .playbackReading = m_playbackReading,
+            .localPlayback = m_localPlayback.state(),
             .move = m_storageMove.state(),
             .uploads = m_uploads.uploadListItems(),
             .download = m_downloads.state(),
@@ -126,6 +138,7 @@ void OmbraMacModel::takeDevice(const TVEndpoint& device) {
         m_status.post(u"Connected to "_s + device.name);
         return;
     }
+    m_localPlayback.closeLocalPlayback();
     m_reachability.reset();
     m_playback.reset();
     m_storageMove.reset();

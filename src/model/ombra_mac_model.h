@@ -11,6 +11,7 @@
 #include "net/request_layer.h"
 #include "net/selected_device.h"
 #include "net/status_line.h"
+#include "playback/local_playback.h"
 #include "playback/remote_playback.h"
 #include "transfer/deletion.h"
 #include "transfer/downloads.h"
@@ -31,6 +32,7 @@ struct PlatformPorts {
     StillExtractor& stills;
     SystemLog& log;
     FileDialogs& fileDialogs;
+    LocalPlayback::Ports localPlayback;
 };
 
 // The one object the window knows. It holds the parts, wires them and selects the TV; each part
@@ -48,6 +50,7 @@ public:
     Pairing* pairing() { return &m_pairing; }
     Library* library() { return &m_library; }
     RemotePlayback* playback() { return &m_playback; }
+    LocalPlayback* localPlayback() { return &m_localPlayback; }
     StorageMove* storageMove() { return &m_storageMove; }
     Deletion* deletion() { return &m_deletion; }
     Uploads* uploads() { return &m_uploads; }
@@ -90,6 +93,7 @@ private:
     Pairing m_pairing;
     Library m_library;
     RemotePlayback m_playback;
+    LocalPlayback m_localPlayback;
     StorageMove m_storageMove;
     Deletion m_deletion;
     Uploads m_uploads;

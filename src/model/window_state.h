@@ -4,6 +4,7 @@
 #include "library/thumbnail_url.h"
 #include "net/pairing.h"
 #include "net/tv_endpoint.h"
+#include "playback/local_playback.h"
 #include "transfer/downloads.h"
 #include "transfer/storage_move.h"
 #include "transfer/upload_job.h"
@@ -28,6 +29,7 @@ struct WindowState {
     QString libraryFailure; // why there is no listing; empty if there is one
     std::optional<PlaybackResponse> playback;
     std::uint64_t playbackReading = 0; // differs after every reading, even one that says the same
+    LocalPlaybackState localPlayback;
     MoveState move;
     QList<UploadListItem> uploads; // the current one first
     DownloadState download;

@@ -14,6 +14,7 @@ BELOW = {
     "confined": set(),
     "pictures": {"confined"},
     "stills": {"confined"},
+    "player": {"platform"},
     "net": {"platform"},
     "library": {"platform", "net"},
     "transfer": {"platform", "net", "library"},
@@ -22,7 +23,7 @@ BELOW = {
     "ui": {"platform", "net", "library", "transfer", "playback", "model"},
     "app": {"platform", "net", "library", "transfer", "playback", "model", "ui"},
 }
-ADAPTER = re.compile(r"platform/(avahi/|http/curl_|.*process_|.*portal_)")
+ADAPTER = re.compile(r"platform/(avahi/|http/curl_|.*process_|.*portal_|.*plugin_media|.*dbus_)")
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*["<]([^">]+)[">]', re.MULTILINE)
 
 

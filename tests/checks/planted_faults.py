@@ -25,6 +25,9 @@ BAD_INCLUDES = {
     "ui/presenters/stills.cpp": "platform/stills/process_still_extractor.h",
     "ui/thumbnails/decode.cpp": "platform/pictures/process_picture_decoder.h",
     "ui/dialogs.cpp": "platform/dialogs/portal_file_dialogs.h",
+    "playback/play.cpp": "platform/player/plugin_media_players.h",
+    "ui/player/video.cpp": "player/mpv_player.h",
+    "player/mpv.cpp": "playback/local_playback.h",
     "net/upwards.cpp": "../library/library.h",
     "unheard_of/file.h": "platform/clock.h",
 }
@@ -35,6 +38,7 @@ GOOD_INCLUDES = {
     "ui/window.h": "model/model.h",
     "app/main.cpp": "platform/http/curl_http_session.h",
     "stills/frames.cpp": "stills/picture.h",
+    "player/mpv.h": "platform/player/player_screen.h",
     "pictures/main.cpp": "confined/confinement.h",
 }
 BAD_AWAITS = {

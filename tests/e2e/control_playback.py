@@ -1,4 +1,4 @@
-"""Plays a video on the TV, drags its timeline, changes speed and tracks, moves a file to the USB drive
+"""Hands a video over to the TV, drags its timeline, changes speed and tracks, moves a file to the USB drive
 and back, deletes a group; looks at the TV's own disk and player."""
 
 from desktop import element, elements, names, press, wait_for
@@ -20,6 +20,7 @@ def row_button(title, label):
 
 def play(desktop, tv):
     desktop.click(row_button("Harbour Tour", "Play or pause"))
+    desktop.click(element("push button", "Play on TV"))
     wait_for("the dock", shows("Playing on TV"))
     assert tv.playback()["currentVideoName"] == "Harbour Tour.mkv"
     desktop.drag(element("slider", "Position"), 0.02, 0.5)
@@ -90,4 +91,5 @@ def main():
     print("played, moved, deleted")
 
 
-main()
+if __name__ == "__main__":
+    main()

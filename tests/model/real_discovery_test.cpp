@@ -7,6 +7,7 @@
 #include "platform/http/curl_http_session.h"
 #include "simulator/simulator_process.h"
 #include "support/fake_file_dialogs.h"
+#include "support/fake_player.h"
 #include "support/fake_still_extractor.h"
 #include "support/memory_settings.h"
 
@@ -40,7 +41,8 @@ struct RealModel {
     FakeStillExtractor stills;
     MemoryLog log;
     FakeDesktopDialogs dialogs;
-    OmbraMacModel model{{http, dnsSd, settings, clock, stills, log, dialogs.preferred}};
+    FakeLocalPorts local;
+    OmbraMacModel model{{http, dnsSd, settings, clock, stills, log, dialogs.preferred, local.ports}};
     bool ready = false;
 };
 

@@ -5,6 +5,7 @@
 #include "support/fake_clock.h"
 #include "support/fake_file_dialogs.h"
 #include "support/fake_http_session.h"
+#include "support/fake_player.h"
 #include "support/fake_service_browser.h"
 #include "support/fake_still_extractor.h"
 #include "support/memory_settings.h"
@@ -43,7 +44,8 @@ struct ModelFixture {
     FakeStillExtractor stills;
     MemoryLog log;
     FakeDesktopDialogs dialogs;
-    OmbraMacModel model{{http, browser, settings, clock, stills, log, dialogs.preferred}};
+    FakeLocalPorts local;
+    OmbraMacModel model{{http, browser, settings, clock, stills, log, dialogs.preferred, local.ports}};
 
     const QString& status() { return model.status()->statusMessage(); }
     const PairingState& pairing() { return model.pairing()->state(); }

@@ -3,6 +3,7 @@
 #include "model/ombra_mac_model.h"
 #include "platform/http/curl_http_session.h"
 #include "support/fake_file_dialogs.h"
+#include "support/fake_player.h"
 #include "support/fake_service_browser.h"
 #include "support/fake_still_extractor.h"
 #include "support/memory_settings.h"
@@ -18,7 +19,7 @@ namespace quiv {
 struct RealModel {
     RealModel() : RealModel(ownSettings) {}
     explicit RealModel(SettingsStore& settings)
-        : model({http, browser, settings, clock, stills, log, dialogs.preferred}) {}
+        : model({http, browser, settings, clock, stills, log, dialogs.preferred, local.ports}) {}
 
     // A TV at this port of this machine is found.
     void find(quint16 port) {
@@ -44,6 +45,7 @@ struct RealModel {
     FakeStillExtractor stills;
     MemoryLog log;
     FakeDesktopDialogs dialogs;
+    FakeLocalPorts local;
     OmbraMacModel model;
 };
 

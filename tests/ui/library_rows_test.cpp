@@ -136,7 +136,7 @@ private Q_SLOTS:
         QTRY_VERIFY(find(QAccessible::Heading, "Delete media from TV?"));
         key(Qt::Key_Tab); // from "Cancel"
         key(Qt::Key_Return);
-        QCOMPARE(m_actions.calls, QStringList({u"toggle video 0.mkv"_s,
+        QCOMPARE(m_actions.calls, QStringList({u"play video 0.mkv as video 0"_s,
                                                u"move video 0.mkv to USB"_s, u"delete video 0"_s}));
     }
 

@@ -20,6 +20,19 @@ public:
     void togglePlayback(const QString& videoName) override {
         calls.append(u"toggle "_s + videoName);
     }
+    void startPrimaryPlayback(const QString& videoName, const QString& displayTitle) override {
+        calls.append(u"play %1 as %2"_s.arg(videoName, displayTitle));
+    }
+    void startLocalPlayback(const QString& videoName, const QString& displayTitle,
+                            std::optional<std::int64_t> startPositionMs) override {
+        calls.append(u"play here %1 as %2 from %3"_s.arg(
+            videoName, displayTitle, QString::number(startPositionMs.value_or(-1))));
+    }
+    void selectLocalSubtitle(const QString& id) override { calls.append(u"subtitle "_s + id); }
+    void selectLocalAudio(const QString& id) override { calls.append(u"audio "_s + id); }
+    void openStreamInVLC() override { calls.append(u"open in VLC"_s); }
+    void playLocalSessionOnTV() override { calls.append(u"play on TV"_s); }
+    void closeLocalPlayback() override { calls.append(u"close player"_s); }
     void sendPlayback(const PlaybackCommand& command) override {
         QStringList words;
         for (const auto& [name, value] : queryItems(command))

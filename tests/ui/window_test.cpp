@@ -170,7 +170,7 @@ private Q_SLOTS:
         select(Bedroom);
         read(playingVideo());
         QTRY_VERIFY(find(QAccessible::Slider, "Position"));
-        QTRY_VERIFY(find(QAccessible::Slider, "Position")->rect().width() > 200); // laid out
+        QTRY_VERIFY(find(QAccessible::Slider, "Position")->rect().width() > 600); // laid out
         const QRect slider = find(QAccessible::Slider, "Position")->rect();
         const auto at = [&](double share) {
             const QPoint place(slider.left() + static_cast<int>(slider.width() * share),

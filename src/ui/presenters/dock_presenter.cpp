@@ -163,6 +163,11 @@ void DockPresenter::stop() {
     m_actions.sendPlayback(PlaybackCommand::stop());
 }
 
+void DockPresenter::playHere() {
+    if (const PlaybackResponse* open = playback())
+        m_actions.startLocalPlayback(*open->currentVideoName, m_state.title, open->positionMs);
+}
+
 void DockPresenter::seekBack() {
     m_actions.sendPlayback(PlaybackCommand::seekBy(-SeekStepMs));
 }

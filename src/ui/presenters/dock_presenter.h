@@ -52,6 +52,7 @@ struct DockTimeline {
     Q_GADGET
     QML_VALUE_TYPE(dockTimeline)
     Q_PROPERTY(double fraction MEMBER fraction)
+    Q_PROPERTY(double bufferedFraction MEMBER bufferedFraction)
     Q_PROPERTY(QString positionText MEMBER positionText)
     Q_PROPERTY(QString durationText MEMBER durationText)
     Q_PROPERTY(bool canSeek MEMBER canSeek)
@@ -60,6 +61,7 @@ struct DockTimeline {
 
 public:
     double fraction = 0;
+    double bufferedFraction = 0; // what has arrived of a video that plays here
     QString positionText;
     QString durationText;
     bool canSeek = false;
@@ -88,6 +90,8 @@ public:
 
     Q_INVOKABLE void playOrPause();
     Q_INVOKABLE void stop();
+    // Goes on with the video on this computer.
+    Q_INVOKABLE void playHere();
     Q_INVOKABLE void seekBack();
     Q_INVOKABLE void seekForward();
     // The knob is held at a place of the timeline, moved, let go. A drag that is cancelled, also by

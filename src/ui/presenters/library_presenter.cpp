@@ -111,7 +111,7 @@ void LibraryPresenter::show(const WindowState& state) {
 void LibraryPresenter::playOrPause(const QString& key) {
     const LibraryRow* row = rowOf(key);
     if (row && row->group.video && !isUploadInProgress(row->group, m_uploadKeys))
-        m_actions.togglePlayback(row->group.video->name);
+        m_actions.startPrimaryPlayback(row->group.video->name, row->group.title);
 }
 
 void LibraryPresenter::moveStorage(const QString& key) {

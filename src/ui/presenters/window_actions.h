@@ -7,6 +7,9 @@
 #include <QString>
 #include <QUrl>
 
+#include <cstdint>
+#include <optional>
+
 namespace quiv {
 
 // What the window asks of the model. Each call returns at once; its outcome comes back as state.
@@ -19,6 +22,15 @@ public:
     virtual void verifyPairingCode(const QString& code) = 0;
     virtual void cancelPairing() = 0;
     virtual void togglePlayback(const QString& videoName) = 0;
+    // Controls the TV while that has a video open, else plays here.
+    virtual void startPrimaryPlayback(const QString& videoName, const QString& displayTitle) = 0;
+    virtual void startLocalPlayback(const QString& videoName, const QString& displayTitle,
+                                    std::optional<std::int64_t> startPositionMs) = 0;
+    virtual void selectLocalSubtitle(const QString& id) = 0;
+    virtual void selectLocalAudio(const QString& id) = 0;
+    virtual void openStreamInVLC() = 0;
+    virtual void playLocalSessionOnTV() = 0;
+    virtual void closeLocalPlayback() = 0;
     virtual void sendPlayback(const PlaybackCommand& command) = 0;
     // `target` is "USB" or "INTERNAL".
     virtual void startMove(const QString& videoName, const QString& target) = 0;

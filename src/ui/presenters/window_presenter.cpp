@@ -18,6 +18,7 @@ WindowPresenter::WindowPresenter(WindowActions& actions, const WindowPorts& port
       m_header(actions),
       m_library(actions),
       m_dock(actions),
+      m_localPanel(actions),
       m_uploads(actions),
       m_pairingSheet(actions) {
     connect(&m_library, &LibraryPresenter::deleteRequested, this, &WindowPresenter::askToDelete);
@@ -87,6 +88,7 @@ void WindowPresenter::show(const WindowState& state) {
     m_header.show(state);
     m_library.show(state);
     m_dock.show(state);
+    m_localPanel.show(state);
     m_uploads.show(state);
     m_subtitleRename.show(state);
     m_deletePrompt.show(state);

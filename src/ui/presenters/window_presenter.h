@@ -5,6 +5,7 @@
 #include "ui/presenters/file_chooser_presenter.h"
 #include "ui/presenters/header_presenter.h"
 #include "ui/presenters/library_presenter.h"
+#include "ui/presenters/local_panel_presenter.h"
 #include "ui/presenters/pairing_sheet_presenter.h"
 #include "ui/presenters/prompt_presenter.h"
 #include "ui/presenters/sidebar_presenter.h"
@@ -24,6 +25,7 @@ class WindowPresenter : public QObject {
     Q_PROPERTY(quiv::HeaderPresenter* header READ header CONSTANT)
     Q_PROPERTY(quiv::LibraryPresenter* library READ library CONSTANT)
     Q_PROPERTY(quiv::DockPresenter* dock READ dock CONSTANT)
+    Q_PROPERTY(quiv::LocalPanelPresenter* localPanel READ localPanel CONSTANT)
     Q_PROPERTY(quiv::UploadsPresenter* uploads READ uploads CONSTANT)
     Q_PROPERTY(quiv::FileChooserPresenter* fileChooser READ fileChooser CONSTANT)
     Q_PROPERTY(quiv::PromptPresenter* subtitleRename READ subtitleRename CONSTANT)
@@ -39,6 +41,7 @@ public:
     HeaderPresenter* header() { return &m_header; }
     LibraryPresenter* library() { return &m_library; }
     DockPresenter* dock() { return &m_dock; }
+    LocalPanelPresenter* localPanel() { return &m_localPanel; }
     UploadsPresenter* uploads() { return &m_uploads; }
     FileChooserPresenter* fileChooser() { return &m_fileChooser; }
     PromptPresenter* subtitleRename() { return &m_subtitleRename; }
@@ -67,6 +70,7 @@ private:
     HeaderPresenter m_header;
     LibraryPresenter m_library;
     DockPresenter m_dock;
+    LocalPanelPresenter m_localPanel;
     UploadsPresenter m_uploads;
     FileChooserPresenter m_fileChooser;
     PromptPresenter m_subtitleRename;

@@ -25,6 +25,22 @@ public:
     void togglePlayback(const QString& videoName) override {
         m_model.playback()->togglePlayback(videoName);
     }
+    void startPrimaryPlayback(const QString& videoName, const QString& displayTitle) override {
+        m_model.localPlayback()->startPrimaryPlayback(videoName, displayTitle);
+    }
+    void startLocalPlayback(const QString& videoName, const QString& displayTitle,
+                            std::optional<std::int64_t> startPositionMs) override {
+        m_model.localPlayback()->startLocalPlayback(videoName, displayTitle, startPositionMs);
+    }
+    void selectLocalSubtitle(const QString& id) override {
+        m_model.localPlayback()->selectLocalSubtitle(id);
+    }
+    void selectLocalAudio(const QString& id) override {
+        m_model.localPlayback()->selectLocalAudio(id);
+    }
+    void openStreamInVLC() override { m_model.localPlayback()->openStreamInVLC(); }
+    void playLocalSessionOnTV() override { m_model.localPlayback()->playLocalSessionOnTV(); }
+    void closeLocalPlayback() override { m_model.localPlayback()->closeLocalPlayback(); }
     void sendPlayback(const PlaybackCommand& command) override {
         m_model.playback()->send(command);
     }

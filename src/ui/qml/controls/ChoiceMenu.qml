@@ -10,6 +10,7 @@ T.Button {
     required property string label
     required property var choices // texts
     required property int currentIndex
+    property bool opensDown: false // instead of up
     readonly property string currentText: choices[currentIndex] ?? ""
 
     signal chosen(index: int)
@@ -63,7 +64,7 @@ T.Button {
     ChoicePopup {
         id: popup
 
-        y: -height - 4
+        y: menu.opensDown ? menu.height + 4 : -height - 4
         narrowest: menu.width
         label: menu.label
         choices: menu.choices

@@ -6,6 +6,8 @@ Item {
     id: slider
 
     required property dockTimeline timeline
+    property string label: "Position"
+    readonly property bool isHeld: area.pressed
     property real shown: 0 // the knob's place, 0 to 1
     property bool glides: false
     // As assistive technology reads it.
@@ -34,7 +36,7 @@ Item {
     Keys.onLeftPressed: event => { if (!event.isAutoRepeat) steppedBack() }
     Keys.onRightPressed: event => { if (!event.isAutoRepeat) steppedForward() }
     Accessible.role: Accessible.Slider
-    Accessible.name: "Position"
+    Accessible.name: label
     Accessible.description: timeline.positionText
     Accessible.focusable: true
     Accessible.onDecreaseAction: if (enabled) steppedBack()
@@ -56,6 +58,12 @@ Item {
         radius: height / 2
         color: Theme.track
 
+        Rectangle {
+            width: parent.width * slider.timeline.bufferedFraction
+            height: parent.height
+            radius: parent.radius
+            color: Theme.track
+        }
         Rectangle {
             width: parent.width * slider.shown
             height: parent.height

@@ -74,6 +74,11 @@ Item {
                 accessibilityLabel: "Forward 10 seconds"
                 onClicked: dock.presenter.seekForward()
             }
+            AppButton {
+                symbol: "laptopcomputer"
+                text: "Play Here"
+                onClicked: dock.presenter.playHere()
+            }
         }
         DockTimelineRow {
             Layout.fillWidth: true

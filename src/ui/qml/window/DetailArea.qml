@@ -7,6 +7,7 @@ Item {
     id: area
 
     required property WindowPresenter presenter
+    required property Item fullScreenArea
     readonly property bool hasTv: presenter.library.phase !== LibraryPresenter.NoTv
 
     Loader {
@@ -31,6 +32,13 @@ Item {
             Layout.fillWidth: true
             Layout.leftMargin: Theme.padding
             Layout.rightMargin: Theme.padding
+        }
+        LocalPlaybackPlace {
+            Layout.fillWidth: true
+            Layout.leftMargin: Theme.padding
+            Layout.rightMargin: Theme.padding
+            presenter: area.presenter.localPanel
+            fullScreenArea: area.fullScreenArea
         }
         LibraryArea {
             Layout.fillWidth: true

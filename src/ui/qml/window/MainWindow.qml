@@ -7,6 +7,7 @@ Window {
     id: window
 
     required property WindowPresenter presenter
+    property int visibilityBefore: Window.Windowed // full screen
 
     title: "Quiv Controller"
     width: 1280
@@ -14,9 +15,27 @@ Window {
     minimumWidth: 1040
     minimumHeight: 700
     color: Theme.window
+    onVisibilityChanged: shown => {
+        if (shown === Window.Windowed || shown === Window.Maximized)
+            presenter.localPanel.leaveFullScreen()
+    }
+
+    Connections {
+        target: window.presenter.localPanel
+
+        function onIsFullScreenChanged() {
+            if (window.presenter.localPanel.isFullScreen) {
+                window.visibilityBefore = window.visibility
+                window.visibility = Window.FullScreen
+            } else {
+                window.visibility = window.visibilityBefore
+            }
+        }
+    }
 
     RowLayout {
         anchors.fill: parent
+        visible: !fullScreenArea.visible
         spacing: 0
 
         Sidebar {
@@ -36,8 +55,15 @@ Window {
                 Layout.fillWidth: true
                 Layout.fillHeight: true
                 presenter: window.presenter
+                fullScreenArea: fullScreenArea
             }
         }
+    }
+    Item {
+        id: fullScreenArea
+
+        anchors.fill: parent
+        visible: window.presenter.localPanel.isFullScreen
     }
 
     Prompt {

@@ -1,0 +1,80 @@
+import QtQuick
+import QtQuick.Layouts
+import Quiv
+
+// The controls over a video that plays here.
+Rectangle {
+    id: bar
+
+    required property LocalPanelPresenter presenter
+    readonly property localControls content: presenter.controls
+    readonly property dockTimeline timeline: presenter.timeline
+    readonly property bool isInUse: hover.hovered || slider.isHeld || volume.pressed
+
+    implicitHeight: Theme.scaled(30) + 12
+    radius: 10
+    color: Theme.surface
+    border.width: 1
+    border.color: Theme.separator
+
+    HoverHandler { id: hover }
+    MouseArea { anchors.fill: parent } // what is under the bar is not meant
+    RowLayout {
+        anchors.fill: parent
+        anchors.margins: 6
+        spacing: 6
+
+        PlaybackIconButton {
+            systemName: bar.content.playSymbol
+            tint: Theme.accent
+            accessibilityLabel: "Play or pause here"
+            onClicked: bar.presenter.playOrPause()
+        }
+        PlainText {
+            Layout.leftMargin: 4
+            Layout.minimumWidth: Math.max(implicitWidth, duration.implicitWidth)
+            horizontalAlignment: Text.AlignRight
+            text: bar.timeline.positionText
+            font: Theme.subheadline
+        }
+        TimelineSlider {
+            id: slider
+
+            Layout.fillWidth: true
+            enabled: bar.timeline.canSeek
+            label: "Position here"
+            timeline: bar.timeline
+            onDragBegun: fraction => bar.presenter.beginDrag(fraction)
+            onDragged: fraction => bar.presenter.drag(fraction)
+            onDropped: bar.presenter.drop()
+            onDragCancelled: bar.presenter.cancelDrag()
+            onSteppedBack: bar.presenter.seekBack()
+            onSteppedForward: bar.presenter.seekForward()
+        }
+        PlainText {
+            id: duration
+
+            Layout.rightMargin: 4
+            text: bar.timeline.durationText
+            font: Theme.subheadline
+        }
+        PlaybackIconButton {
+            systemName: bar.content.volumeSymbol
+            accessibilityLabel: "Mute"
+            onClicked: bar.presenter.toggleMuted()
+        }
+        LevelSlider {
+            id: volume
+
+            label: "Volume"
+            level: bar.content.volume
+            onMoved: level => bar.presenter.setVolume(level)
+        }
+        PlaybackIconButton {
+            systemName: bar.presenter.isFullScreen ? "arrow.down.right.and.arrow.up.left"
+                                                   : "arrow.up.left.and.arrow.down.right"
+            accessibilityLabel: "Full screen"
+            onClicked: bar.presenter.toggleFullScreen()
+        }
+    }
+}
