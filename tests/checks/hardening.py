@@ -1,12 +1,12 @@
-"""Whether programs are built with what makes their faults harder to use.
+"""Whether programs and libraries are built with what makes their faults harder to use.
 
-   hardening.py PROGRAM...
+   hardening.py PROGRAM_OR_LIBRARY...
 """
 import subprocess
 import sys
 
 WANTED = {
-    "position independent": lambda elf: "(Position-Independent Executable" in elf or "Flags: NOW PIE" in elf,
+    "position independent": lambda elf: "DYN (" in elf,
     "symbols bound at the start": lambda elf: "NOW" in elf,
     "tables read-only after the start": lambda elf: "GNU_RELRO" in elf,
     "stack not executable": lambda elf: "GNU_STACK" in elf and "RWE" not in elf,
