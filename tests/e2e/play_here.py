@@ -26,7 +26,7 @@ def windows(desktop):
 def play(desktop, tv):
     desktop.click(row_button("Harbour Tour", "Play or pause"))
     wait_for("the message", shows("Streaming on this Mac: Harbour Tour"))
-    wait_for("the picture to go on", lambda: position() >= 2)
+    wait_for("the picture to go on", lambda: position() >= 2, 60)
     assert tv.requests("GET", "api/files/stream")[-1]["authToken"]
     titles = windows(desktop)
     assert titles and not [each for each in titles if "Token" in each or "api/" in each], titles
@@ -37,7 +37,7 @@ def play(desktop, tv):
     desktop.press_key("Escape")
     element("push button", "Close")
     desktop.drag(element("slider", "Position here"), 0.02, 0.5)
-    wait_for("the seek", lambda: 330 < position() < 400)
+    wait_for("the seek", lambda: 330 < position() < 400, 60)
 
 
 def hand_over(desktop, tv):
@@ -48,7 +48,7 @@ def hand_over(desktop, tv):
     assert [each["command"] for each in commands] == ["play", "seek_to"], commands
     assert 330_000 < int(commands[-1]["positionMs"]) < 400_000, commands
     desktop.click(element("push button", "Play Here"))
-    wait_for("the picture where the TV was", lambda: position() > 330)
+    wait_for("the picture where the TV was", lambda: position() > 330, 60)
     assert tv.playback().get("currentVideoName") is None, tv.playback()
     wait_for("the dock to go", lambda: not elements("push button", "Play Here"))
     desktop.click(element("push button", "Close"))
