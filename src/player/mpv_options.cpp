@@ -53,6 +53,7 @@ constexpr std::array Playing{
     Option{"demuxer-max-back-bytes", "16777216"},
     Option{"demuxer-donate-buffer", "no"},
     Option{"volume-max", "100"},
+    Option{"ao", "pipewire,pulse,alsa"}, // not SDL's, which is not released again
     Option{"audio-fallback-to-null", "yes"},
     Option{"audio-client-name", "Quiv Controller"},
     Option{"title", "Quiv Controller"},
