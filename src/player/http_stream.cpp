@@ -1,8 +1,9 @@
 #include "player/http_stream.h"
 
+#include "platform/http/connection_rules.h"
+
 #include <algorithm>
 #include <cstring>
-#include <sys/socket.h>
 
 namespace quiv {
 
@@ -14,19 +15,8 @@ namespace {
 constexpr qsizetype MostWaiting = 1 << 20; // bytes that have come and were not read yet
 constexpr auto Patience = 30s;             // without a byte, for a TV that comes back
 constexpr auto StallLimit = 10s;           // without a byte, before a new connection is tried
-constexpr auto ConnectTimeout = 5s;
-constexpr auto FirstPause = 100ms; // before the next attempt; doubled with each
+constexpr auto FirstPause = 100ms;         // before the next attempt; doubled with each
 constexpr auto LongestPause = 2s;
-
-// What libcurl has to say about a number of milliseconds.
-long milliseconds(std::chrono::milliseconds time) {
-    return static_cast<long>(time.count());
-}
-
-// No program that is started meanwhile inherits the connection.
-curl_socket_t openSocket(void*, curlsocktype, curl_sockaddr* address) {
-    return ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
-}
 
 } // namespace
 
@@ -41,22 +31,12 @@ HttpStream::HttpStream(const StreamAddress& address, std::shared_ptr<StreamFault
                   curl_slist_free_all),
       m_pause(FirstPause) {
     CURL* easy = m_easy.get();
-    curl_easy_setopt(easy, CURLOPT_URL, m_address.url.constData());
-    curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http");
-    curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
-    curl_easy_setopt(easy, CURLOPT_PROXY, "");
-    curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 0L);
-    curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
-    curl_easy_setopt(easy, CURLOPT_PATH_AS_IS, 1L);
-    curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
-    curl_easy_setopt(easy, CURLOPT_TCP_KEEPALIVE, 1L);
+    setConnectionRules(easy, m_address.url);
     curl_easy_setopt(easy, CURLOPT_USERAGENT, "QuivController");
-    curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, milliseconds(ConnectTimeout));
     if (m_connectTo)
         curl_easy_setopt(easy, CURLOPT_CONNECT_TO, m_connectTo.get());
     if (m_address.addressScope != 0)
         curl_easy_setopt(easy, CURLOPT_ADDRESS_SCOPE, m_address.addressScope);
-    curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, &openSocket);
     curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &HttpStream::onHeader);
     curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
     curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &HttpStream::onBody);

@@ -1,8 +1,6 @@
 #include "fake_window_ports.h"
 #include "recording_actions.h"
 #include "sample_state.h"
-#include "support/fake_player.h"
-
 #include "support/test_main.h"
 #include "ui/presenters/window_presenter.h"
 
@@ -264,82 +262,6 @@ private Q_SLOTS:
                  QStringList({u"set_subtitle"_s, u"set_subtitle OFF"_s, u"set_subtitle"_s,
                               u"set_audio 9"_s, u"set_speed 2.00"_s}));
         QCOMPARE(dock.state(), before); // until the TV says so
-    }
-
-    void thePanelSaysWhatPlaysHere() {
-        const auto player = std::make_shared<FakePlayer>();
-        LocalPlaybackState& local = m_state.localPlayback;
-        local.localPlaybackSession = LocalPlaybackSession{u"1"_s, u"a.mkv"_s, u"A\nfilm"_s, {}};
-        local.localPlayer = player;
-        local.localSubtitleOptions = {{u"off"_s, u"Off"_s},
-                                      {u"subtitle-0-English"_s, u"English"_s}};
-        local.selectedLocalSubtitleID = u"subtitle-0-English"_s;
-        tell();
-        LocalPanelPresenter& panel = *m_presenter->localPanel();
-        QCOMPARE(panel.state().title, u"A film"_s);
-        QCOMPARE(panel.state().subtitleIndex, 1);
-        QCOMPARE(panel.state().errorText, QString());
-        panel.chooseSubtitle(0);
-        panel.chooseSubtitle(2);
-        panel.chooseAudio(0);
-        QCOMPARE(takeCalls(), QStringList(u"subtitle off"_s));
-
-        local.externalPlayerPrompt = ExternalPlayerPrompt{{}, {}, {}, true};
-        tell();
-        QCOMPARE(panel.state().errorText,
-                 u"This format is not supported by the built-in macOS player."_s);
-        QVERIFY(panel.state().canOpenInVlc && !panel.state().lacksVlc);
-        local.localPlaybackErrorMessage = u"Broken."_s;
-        local.externalPlayerPrompt->vlcAvailable = false;
-        tell();
-        QCOMPARE(panel.state().errorText, u"Broken."_s);
-        QVERIFY(!panel.state().canOpenInVlc && panel.state().lacksVlc);
-        panel.toggleFullScreen();
-        QVERIFY(panel.isFullScreen());
-        local = {};
-        tell();
-        QVERIFY(!panel.isFullScreen() && !panel.state().isShown);
-    }
-
-    void thePanelsControlsReachThePlayer() {
-        auto player = std::make_shared<FakePlayer>();
-        LocalPlaybackState& local = m_state.localPlayback;
-        local.localPlaybackSession = LocalPlaybackSession{u"1"_s, u"a.mkv"_s, u"A"_s, {}};
-        local.localPlayer = player;
-        tell();
-        LocalPanelPresenter& panel = *m_presenter->localPanel();
-        panel.beginDrag(0.5); // the duration is not known yet
-        panel.drop();
-        player->calls.clear();
-        player->screen.duration = 100;
-        player->screen.position = 95;
-        player->screen.bufferedUntil = 120;
-        player->tellState();
-        QCOMPARE(panel.timeline().fraction, 0.95);
-        QCOMPARE(panel.timeline().bufferedFraction, 1.0);
-        panel.seekForward();
-        panel.seekBack();
-        panel.beginDrag(0.25);
-        QCOMPARE(panel.timeline().positionText, u"00:25"_s);
-        panel.drag(0.5);
-        QCOMPARE(panel.timeline().fraction, 0.5);
-        panel.drop();
-        panel.beginDrag(0.75);
-        panel.cancelDrag();
-        panel.drop();
-        panel.playOrPause();
-        QCOMPARE(panel.controls().playSymbol, u"pause.fill"_s);
-        panel.toggleMuted();
-        QCOMPARE(panel.controls().volumeSymbol, u"speaker.slash.fill"_s);
-        panel.changeVolume(0.3); // from silence
-        QCOMPARE(player->calls, QStringList({u"seek 100.000"_s, u"seek 85.000"_s, u"seek 50.000"_s,
-                                             u"play"_s, u"mute"_s, u"volume 0.3"_s, u"unmute"_s}));
-        const auto next = std::make_shared<FakePlayer>();
-        local.localPlayer = next;
-        tell();
-        QCOMPARE(next->calls, QStringList({u"volume 0.3"_s, u"unmute"_s}));
-        const std::weak_ptr<FakePlayer> before = std::exchange(player, nullptr);
-        QVERIFY(before.expired());
     }
 
     void theDockIsNamedByTheLibrary() {

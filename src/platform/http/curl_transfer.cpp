@@ -1,5 +1,6 @@
 #include "platform/http/curl_transfer.h"
 
+#include "platform/http/connection_rules.h"
 #include "platform/http/http_early_answer.h"
 
 #include <algorithm>
@@ -16,7 +17,6 @@ constexpr long UploadBufferSize = 1 << 20;
 constexpr long DownloadBufferSize = 256 << 10;
 constexpr std::int64_t HeaderLimit = 64 << 10;
 constexpr auto ProgressInterval = 250ms;
-constexpr auto ConnectTimeout = 5s;
 constexpr auto AnswerTimeout = 30min; // after the last byte of a body was sent
 
 CurlTransfer& transferOf(void* pointer) {
@@ -94,20 +94,10 @@ CURLcode CurlTransfer::goOn() {
 
 void CurlTransfer::setRules() {
     CURL* easy = m_easy.get();
-    curl_easy_setopt(easy, CURLOPT_URL, m_request.url.constData());
-    curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http");
-    curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
-    curl_easy_setopt(easy, CURLOPT_PROXY, "");
-    curl_easy_setopt(easy, CURLOPT_FOLLOWLOCATION, 0L);
-    curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
-    curl_easy_setopt(easy, CURLOPT_PATH_AS_IS, 1L);
+    setConnectionRules(easy, m_request.url);
     curl_easy_setopt(easy, CURLOPT_UPLOAD_BUFFERSIZE, UploadBufferSize);
-    curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS,
-                     static_cast<long>(std::chrono::milliseconds(ConnectTimeout).count()));
-    curl_easy_setopt(easy, CURLOPT_TCP_KEEPALIVE, 1L);
     if (m_request.replyFile)
         curl_easy_setopt(easy, CURLOPT_BUFFERSIZE, DownloadBufferSize);
-    curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L); // else ending it waits for a name look-up
     if (m_request.timeouts.total)
         curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS,
                          static_cast<long>(m_request.timeouts.total->count()));
@@ -188,14 +178,10 @@ void CurlTransfer::setCallbacks() {
             transfer.reportProgress(moved, false);
         return transfer.isIdleTooLong(moved) ? 1 : 0;
     };
-    const auto open = +[](void*, curlsocktype, curl_sockaddr* address) -> curl_socket_t {
-        return ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
-    };
     const auto close = +[](void* self, curl_socket_t socket) -> int {
         transferOf(self).closeSocket(socket);
         return 0;
     };
-    curl_easy_setopt(easy, CURLOPT_OPENSOCKETFUNCTION, open);
     curl_easy_setopt(easy, CURLOPT_READFUNCTION, read);
     curl_easy_setopt(easy, CURLOPT_READDATA, this);
     curl_easy_setopt(easy, CURLOPT_SEEKFUNCTION, seek);
