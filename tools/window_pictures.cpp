@@ -125,7 +125,7 @@ public:
         m_state.thumbnails = ThumbnailAddress{QUrl(u"http://tv:1"_s), {}};
         m_state.content = sampleContent();
         m_presenter.show(m_state);
-        m_state.statusMessage = u"Found 3 TV device(s)"_s;
+        m_state.status = {u"Found 3 TV device(s)"_s};
         m_presenter.show(m_state);
     }
 
@@ -269,7 +269,7 @@ void Pictures::takeControls(const QString& prefix) {
 }
 
 void Pictures::takeAll(const QString& prefix) {
-    m_state.statusMessage = u"Searching for TVs on local network..."_s;
+    m_state.status = {u"Searching for TVs on local network..."_s};
     m_presenter.show(m_state);
     take(prefix + u"no-tv"_s);
     showTv();

@@ -21,6 +21,7 @@ QJsonObject statusJson(const Pairing::Status& status, const QString& clientId) {
 }
 
 void replyLockedOut(httplib::Response& response, qint64 seconds) {
+    response.set_header("Retry-After", std::to_string(seconds));
     replyError(response, 429, u"Too many wrong codes. Try again in %1 seconds."_s.arg(seconds));
 }
 

@@ -4,6 +4,7 @@
 #include "platform/avahi/avahi_connection.h"
 #include "platform/avahi/avahi_dns_sd.h"
 #include "platform/clock.h"
+#include "platform/desktop/dbus_file_manager.h"
 #include "platform/dialogs/file_dialogs.h"
 #include "platform/dialogs/portal_file_dialogs.h"
 #include "platform/http/curl_http_session.h"
@@ -36,6 +37,7 @@ public:
     PreferredFileDialogs& fileDialogs() { return m_fileDialogs; }
     HttpSession& http() { return m_http; }
     PictureDecoder& pictures() { return m_pictures; }
+    FileManager& fileManager() { return m_fileManager; }
     Clock& clock() { return m_clock; }
 
 private:
@@ -49,6 +51,7 @@ private:
     ProcessPictureDecoder m_pictures;
     PortalFileDialogs m_portalDialogs;
     PreferredFileDialogs m_fileDialogs{m_portalDialogs};
+    DBusFileManager m_fileManager;
     PluginMediaPlayers m_players{m_dnsSd};
     ProcessExternalPlayer m_externalPlayer;
     DBusSleepInhibitor m_sleep;

@@ -24,18 +24,18 @@ Task<> Library::loadLibrary(Load load) {
         setLoadInProgress(true);
         tv->say(u"Loading library from %1..."_s.arg(m_tvs.selected().name()));
     }
-    QString message;
+    StatusMessage message;
     try {
         co_await fetchContent(*tv);
-        message = u"Loaded %1 media item(s)"_s.arg(m_content.groupedFiles.size());
+        message.text = u"Loaded %1 media item(s)"_s.arg(m_content.groupedFiles.size());
         setFailure({});
     } catch (const TooManyFiles& error) {
-        message = u"Failed to fetch files: "_s + error.description();
+        message = failureMessage(u"Failed to fetch files: "_s, error);
         m_listing.reset(); // what was shown is no longer so
         setContent({});
         setFailure(error.description());
     } catch (const Error& error) {
-        message = u"Failed to fetch files: "_s + error.description();
+        message = failureMessage(u"Failed to fetch files: "_s, error);
         setFailure(m_listing ? QString() : error.description());
     }
     if (!isQuiet)

@@ -42,6 +42,10 @@ OmbraMacModel::OmbraMacModel(const PlatformPorts& ports, QObject* parent)
     connect(
         &m_reachability, &Reachability::resolutionWanted, &m_discovery,
         [this] { m_discovery.resolveAnew(m_selected.key()); }, Qt::QueuedConnection);
+    connect(&m_reachability, &Reachability::reachableChanged, &m_status, [this] {
+        if (m_reachability.isReachable())
+            m_status.retractSilence(u"Connected to "_s + m_selected.name());
+    });
     m_restart.setSingleShot(true);
     connect(&m_restart, &QTimer::timeout, this, [this] { m_refreshCycle.restart(); });
     tellStateChanges();
@@ -64,6 +68,7 @@ void OmbraMacModel::tellStateChanges() {
     tell(&m_library, &Library::failureChanged);
     connect(&m_playback, &RemotePlayback::playbackRead, this, [this] { ++m_playbackReading; });
     tell(&m_playback, &RemotePlayback::playbackRead);
+    tell(&m_playback, &RemotePlayback::pendingChanged);
     tell(&m_localPlayback, &LocalPlayback::stateChanged);
     tell(&m_storageMove, &StorageMove::stateChanged);
     tell(&m_uploads, &Uploads::itemsChanged);
@@ -75,12 +80,13 @@ WindowState OmbraMacModel::state() {
     return {.discoveredDevices = m_discovery.discoveredDevices(),
             .selectedDevice = m_selected.device(),
             .isReachable = m_reachability.isReachable(),
-            .statusMessage = m_status.statusMessage(),
+            .status = m_status.message(),
             .pairing = m_pairing.state(),
             .content = m_library.content(),
             .isLibraryLoading = m_library.isLibraryLoadInProgress(),
             .libraryFailure = m_library.failure(),
             .playback = m_playback.playback(),
+            .pendingCommands = m_playback.pendingCommands(),
             .playbackReading = m_playbackReading,
             .localPlayback = m_localPlayback.state(),
             .move = m_storageMove.state(),

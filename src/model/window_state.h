@@ -3,8 +3,10 @@
 #include "library/library_content.h"
 #include "library/thumbnail_url.h"
 #include "net/pairing.h"
+#include "net/status_line.h"
 #include "net/tv_endpoint.h"
 #include "playback/local_playback.h"
+#include "playback/playback_command.h"
 #include "transfer/downloads.h"
 #include "transfer/storage_move.h"
 #include "transfer/upload_job.h"
@@ -22,12 +24,13 @@ struct WindowState {
     QList<TVEndpoint> discoveredDevices;
     std::optional<TVEndpoint> selectedDevice;
     bool isReachable = true; // the selected TV answers
-    QString statusMessage;
+    StatusMessage status;
     PairingState pairing;
     LibraryContent content;
     bool isLibraryLoading = false;
     QString libraryFailure; // why there is no listing; empty if there is one
     std::optional<PlaybackResponse> playback;
+    QList<PlaybackCommand> pendingCommands; // that the TV has not answered
     std::uint64_t playbackReading = 0; // differs after every reading, even one that says the same
     LocalPlaybackState localPlayback;
     MoveState move;

@@ -14,6 +14,8 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr qint64 SameValidityMs = 5000;
+constexpr std::chrono::seconds UsualLockOut = 10s;
+constexpr std::chrono::seconds LongestLockOut = 10min;
 
 QString trimmedOr(const std::optional<QString>& text, const QString& otherwise) {
     const QString trimmed = text.value_or(QString()).trimmed();
@@ -28,6 +30,14 @@ std::optional<QString> pairingCodeValidUntilText(const std::optional<QDateTime>&
     const QLocale locale;
     const QString format = locale.timeFormat(QLocale::ShortFormat).remove(":ss"_L1);
     return locale.toString(validUntil->toLocalTime().time(), format);
+}
+
+std::chrono::seconds lockOutTime(const HttpReply& reply) {
+    bool isNumber = false;
+    const int told = reply.header("Retry-After").value_or(QByteArray()).toInt(&isNumber);
+    if (!isNumber || told < 1)
+        return UsualLockOut;
+    return std::min(std::chrono::seconds(told), LongestLockOut);
 }
 
 bool isPairingCode(const QString& code) {
@@ -47,7 +57,7 @@ std::optional<QDateTime> pairingValidity(const std::optional<QDateTime>& known,
 }
 
 Pairing::Pairing(const TvAccess& tvs, RequestLayer& requests, AuthTokens& tokens,
-                 const Clock& clock, QObject* parent)
+                 Clock& clock, QObject* parent)
     : QObject(parent), m_tvs(tvs), m_requests(requests), m_tokens(tokens), m_clock(clock) {
     m_requests.setAuthListener(this);
 }
@@ -72,7 +82,7 @@ Task<> Pairing::checkStatus(std::chrono::milliseconds timeout, Announce announce
             applyStatus(response, announce);
     } catch (const Error& error) {
         if (errors == Errors::Reported)
-            tv->say(u"Could not check pairing status: "_s + error.description());
+            tv->say(failureMessage(u"Could not check pairing status: "_s, error));
     }
 }
 
@@ -108,8 +118,8 @@ bool Pairing::isKnownPaired() const {
     return m_state.isControlPaired && (!tv || !m_tokens.authTokenExpiresSoon(tv->base()));
 }
 
-void Pairing::requirePairing(const QString& action) {
-    if (!m_state.requiresControlPairing)
+void Pairing::requirePairing(const QString& action, bool isNewAction) {
+    if (isNewAction || !m_state.requiresControlPairing)
         sayPairingIsRequired(action);
 }
 
@@ -117,6 +127,7 @@ void Pairing::sayPairingIsRequired(const QString& action) {
     PairingState state = m_state;
     state.isControlPaired = false;
     state.requiresControlPairing = true;
+    ++state.requests;
     publishState(state);
     QString message = u"Pairing required for %1. Enter the 3-digit code shown on TV."_s.arg(action);
     if (const auto time = pairingCodeValidUntilText(m_state.pairingCodeValidUntil))
@@ -125,6 +136,7 @@ void Pairing::sayPairingIsRequired(const QString& action) {
 }
 
 void Pairing::reset() {
+    m_lockOut.reset();
     publishState({});
 }
 
@@ -152,7 +164,8 @@ void Pairing::handleAuthFailure(int status, const QString& message, const QStrin
     state.pairingCodeValidUntil = std::nullopt;
     publishState(state);
     if (status == 429) {
-        m_tvs.say(trimmedOr(message, u"Too many auth attempts. Wait before trying again."_s));
+        m_tvs.say(failureMessage(
+            trimmedOr(message, u"Too many auth attempts. Wait before trying again."_s)));
     } else if (message.contains("pair"_L1, Qt::CaseInsensitive) ||
                message.contains("token"_L1, Qt::CaseInsensitive)) {
         m_tvs.say(message);
@@ -168,10 +181,14 @@ Task<> Pairing::verify(QString code) {
     if (!tv)
         co_return;
     if (!isPairingCode(code)) {
-        tv->say(u"Enter a valid 3-digit pairing code."_s);
+        refuse(*tv, failureMessage(u"Enter a valid 3-digit pairing code."_s));
         co_return;
     }
     tv->say(u"Verifying pairing code..."_s);
+    PairingState verifying = m_state;
+    verifying.isVerifying = true;
+    verifying.refusal.clear();
+    publishState(verifying);
     const QueryItems query{{u"code"_s, code.trimmed()}};
     HttpRequest request = tv->request("POST", u"api/mac/auth/verify"_s, query);
     request.timeouts.total = 10s;
@@ -182,17 +199,40 @@ Task<> Pairing::verify(QString code) {
             PairingState state = m_state;
             state.isControlPaired = true;
             state.requiresControlPairing = false;
+            state.isVerifying = false;
             publishState(state);
             tv->say(m_state.pairingClientLabel + u" paired successfully."_s);
             co_return;
         }
-        tv->say(serverErrorMessage(reply.status, reply.body));
+        if (reply.status == 429)
+            lockOut(lockOutTime(reply));
+        refuse(*tv, failureMessage(serverErrorMessage(reply.status, reply.body)));
     } catch (const Error& error) {
-        tv->say(u"Pairing failed: "_s + error.description());
+        refuse(*tv, failureMessage(u"Pairing failed: "_s, error));
         co_return;
     }
     // The TV's own words on the refused code stay in the status line.
     co_await checkStatus(5s, Announce::No, Errors::Quiet);
+}
+
+void Pairing::refuse(const Tv& tv, const StatusMessage& message) {
+    PairingState state = m_state;
+    state.isVerifying = false;
+    state.refusal = message.text;
+    ++state.refusals;
+    publishState(state);
+    tv.say(message);
+}
+
+void Pairing::lockOut(std::chrono::seconds time) {
+    PairingState state = m_state;
+    state.isLockedOut = true;
+    publishState(state);
+    m_lockOut = m_clock.after(time, [this] {
+        PairingState open = m_state;
+        open.isLockedOut = false;
+        publishState(open);
+    });
 }
 
 void Pairing::cancelPairing() {
@@ -217,7 +257,7 @@ Task<> Pairing::cancel() {
         publishState(state);
         tv->say(u"Pairing canceled."_s);
     } catch (const Error& error) {
-        tv->say(u"Could not cancel pairing: "_s + error.description());
+        tv->say(failureMessage(u"Could not cancel pairing: "_s, error));
     }
 }
 

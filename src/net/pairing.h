@@ -11,6 +11,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -23,9 +24,17 @@ struct PairingState {
     bool requiresControlPairing = false;
     std::optional<QDateTime> pairingCodeValidUntil; // or the end of the pairing, once paired
     QString pairingClientLabel = u"Quiv Controller"_s;
+    bool isVerifying = false; // a code
+    bool isLockedOut = false; // after too many wrong codes the TV takes none for a while
+    QString refusal;          // why the last code was not accepted; empty if none was refused
+    int refusals = 0;
+    int requests = 0; // control actions that could not go ahead without pairing
 
     bool operator==(const PairingState&) const = default;
 };
+
+// How long a TV that locks clients out wants to be left alone: as it says, within reason.
+std::chrono::seconds lockOutTime(const HttpReply& reply);
 
 // The clock time of a date in the user's locale.
 std::optional<QString> pairingCodeValidUntilText(const std::optional<QDateTime>& validUntil);
@@ -48,7 +57,7 @@ class Pairing : public QObject, public RequestLayer::AuthListener {
 public:
     enum class Announce { Yes, No }; // tell the user when the TV wants pairing
 
-    Pairing(const TvAccess& tvs, RequestLayer& requests, AuthTokens& tokens, const Clock& clock,
+    Pairing(const TvAccess& tvs, RequestLayer& requests, AuthTokens& tokens, Clock& clock,
             QObject* parent = nullptr);
     ~Pairing() override;
 
@@ -60,8 +69,9 @@ public:
     Task<bool> ensureControlPairing(QString action);
     // Whether this client is paired as far as is known, and will be for a while.
     bool isKnownPaired() const;
-    // The TV wants this client paired before that action: shows it, and says so once.
-    void requirePairing(const QString& action);
+    // The TV wants this client paired before that action: shows it, and says so if the action is
+    // new or the demand is.
+    void requirePairing(const QString& action, bool isNewAction);
 
     // Forgets what is known, because another TV was selected.
     void reset();
@@ -79,6 +89,8 @@ private:
     Task<> checkStatus(std::chrono::milliseconds timeout, Announce announce, Errors errors);
     void sayPairingIsRequired(const QString& action);
     Task<> verify(QString code);
+    void refuse(const Tv& tv, const StatusMessage& message);
+    void lockOut(std::chrono::seconds time);
     Task<> cancel();
     void applyStatus(const PairingStatusResponse& response, Announce announce);
     void publishState(const PairingState& state);
@@ -87,9 +99,10 @@ private:
     const TvAccess m_tvs;
     RequestLayer& m_requests; // listened to
     AuthTokens& m_tokens;
-    const Clock& m_clock;
+    Clock& m_clock;
     PairingState m_state;
     int m_verifications = 0; // codes that the TV accepted
+    std::unique_ptr<Clock::Timer> m_lockOut;
     TaskSet m_tasks;
 };
 

@@ -1,7 +1,5 @@
 #include "net/tv.h"
 
-#include "net/status_line.h"
-
 namespace quiv {
 
 Tv Tv::whicheverIsSelected() const {
@@ -63,7 +61,7 @@ void Tv::refuse(const TvReply& reply, const QString& message) const {
     throw UploadFailure(message, reply.status);
 }
 
-void Tv::say(const QString& message) const {
+void Tv::say(const StatusMessage& message) const {
     if (!hasToEnd())
         m_status->post(message);
 }
@@ -75,7 +73,7 @@ std::optional<Tv> TvAccess::current() const {
     return Tv(*m_requests, *m_status, *m_selected, *base);
 }
 
-void TvAccess::say(const QString& message) const {
+void TvAccess::say(const StatusMessage& message) const {
     m_status->post(message);
 }
 

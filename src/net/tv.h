@@ -1,6 +1,7 @@
 #pragma once
 
 #include "net/request_layer.h"
+#include "net/status_line.h"
 
 #include <QByteArray>
 #include <QString>
@@ -12,8 +13,6 @@
 #include <stop_token>
 
 namespace quiv {
-
-class StatusLine;
 
 // Whether an operation tells the user of its failure.
 enum class Errors { Reported, Quiet };
@@ -72,7 +71,8 @@ public:
     // Throws the message of a failed reply, after telling whom it concerns when it is about rights.
     [[noreturn]] void refuse(const TvReply& reply, const QString& message) const;
     // Shows a message, unless the flow has to end.
-    void say(const QString& message) const;
+    void say(const StatusMessage& message) const;
+    void say(const QString& message) const { say(StatusMessage{message}); }
 
 private:
     bool hasToEnd() const { return m_endsWithSelection && !m_guard.isCurrent(); }
@@ -105,7 +105,8 @@ public:
     }
     const SelectedDevice& selected() const { return *m_selected; }
     // Shows a message; the progress of something, as StatusLine has it.
-    void say(const QString& message) const;
+    void say(const StatusMessage& message) const;
+    void say(const QString& message) const { say(StatusMessage{message}); }
     void beginProgress(const QString& message) const;
     void sayProgress(const QString& message) const;
 

@@ -195,7 +195,7 @@ Task<> LocalPlayback::reportFailure(QString detail) {
     const QString message = decodingFailure(detail);
     state.localPlaybackErrorMessage = message;
     change(std::move(state));
-    m_tvs.say(u"Local playback failed: "_s + message);
+    m_tvs.say(failureMessage(u"Local playback failed: "_s + message));
 }
 
 void LocalPlayback::rebuildLocalMediaOptions() {
@@ -247,14 +247,14 @@ void LocalPlayback::openStreamInVLC() {
 Task<> LocalPlayback::openInVlc(ExternalPlayerPrompt prompt) {
     const std::optional<PlayerProgram> vlc = co_await m_ports.externalPlayer.find();
     if (!vlc) {
-        m_tvs.say(u"VLC is not installed."_s);
+        m_tvs.say(failureMessage(u"VLC is not installed."_s));
         co_return;
     }
     try {
         co_await m_ports.externalPlayer.open(*vlc, prompt.streamURL);
         m_tvs.say(u"Opened in VLC: "_s + prompt.displayTitle);
     } catch (const Error& error) {
-        m_tvs.say(u"Could not open VLC: "_s + error.description());
+        m_tvs.say(failureMessage(u"Could not open VLC: "_s, error));
     }
 }
 
@@ -289,7 +289,7 @@ void LocalPlayback::fail(const Tv& tv, const QString& message, const QString& st
     LocalPlaybackState state = m_state;
     state.localPlaybackErrorMessage = message;
     change(std::move(state));
-    tv.say(u"Local playback failed: "_s + status);
+    tv.say(failureMessage(u"Local playback failed: "_s + status));
 }
 
 void LocalPlayback::change(LocalPlaybackState state) {

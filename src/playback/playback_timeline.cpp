@@ -48,9 +48,10 @@ double displayedFraction(const PlaybackTimeline& timeline, TimelineInstant now) 
 }
 
 PlaybackTimeline timelineReported(PlaybackTimeline timeline, const ReportedPosition& reported,
-                                  TimelineInstant now) {
+                                  TimelineInstant now, bool isSeekPending) {
+    const bool isRepeated = reported.isPlaying && reported == timeline.reported;
     timeline.reported = reported;
-    if (!timeline.isSeeking)
+    if (!timeline.isSeeking && !isSeekPending && !isRepeated)
         timeline.anchor = resyncPlaybackAnchor(reported, now);
     return timeline;
 }
@@ -65,15 +66,21 @@ PlaybackTimeline timelineDragCancelled(PlaybackTimeline timeline, TimelineInstan
     if (!timeline.isSeeking)
         return timeline;
     timeline.isSeeking = false;
-    return timelineReported(timeline, timeline.reported, now);
+    timeline.anchor = resyncPlaybackAnchor(timeline.reported, now);
+    return timeline;
+}
+
+std::int64_t positionAt(const PlaybackTimeline& timeline, double fraction) {
+    const std::int64_t duration = knownDuration(timeline);
+    const double share = unitFraction(fraction);
+    if (share >= 1)
+        return duration; // also where a double cannot hold it
+    const double target = std::round(share * static_cast<double>(duration));
+    return target < static_cast<double>(duration) ? static_cast<std::int64_t>(target) : duration;
 }
 
 std::int64_t dragTargetMs(const PlaybackTimeline& timeline) {
-    const std::int64_t duration = knownDuration(timeline);
-    if (timeline.seekFraction >= 1)
-        return duration; // also where a double cannot hold it
-    const double target = std::round(timeline.seekFraction * static_cast<double>(duration));
-    return target < static_cast<double>(duration) ? static_cast<std::int64_t>(target) : duration;
+    return positionAt(timeline, timeline.seekFraction);
 }
 
 PlaybackTimeline timelineDropped(PlaybackTimeline timeline, TimelineInstant now) {

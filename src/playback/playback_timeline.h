@@ -45,9 +45,14 @@ std::int64_t displayedPositionMs(const PlaybackTimeline& timeline, TimelineInsta
 // Where the knob is; 0 while the duration is unknown.
 double displayedFraction(const PlaybackTimeline& timeline, TimelineInstant now);
 
-// The TV reported its state: shown from now on, unless a drag is in progress.
+// The TV reported its state: shown from now on, unless a drag is in progress or the TV has not
+// answered to a seek. A TV that plays and reports the same again has only looked less often than it
+// was asked: time goes on.
 PlaybackTimeline timelineReported(PlaybackTimeline timeline, const ReportedPosition& reported,
-                                  TimelineInstant now);
+                                  TimelineInstant now, bool isSeekPending = false);
+
+// The position at a place of the timeline; 0 while the duration is unknown.
+std::int64_t positionAt(const PlaybackTimeline& timeline, double fraction);
 
 // A drag began or moved.
 PlaybackTimeline timelineDragged(PlaybackTimeline timeline, double fraction);

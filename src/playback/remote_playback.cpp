@@ -15,6 +15,25 @@ constexpr auto Unknown = std::numeric_limits<std::uint64_t>::max();
 
 } // namespace
 
+class RemotePlayback::Pending {
+public:
+    Pending(RemotePlayback& playback, PlaybackCommand command)
+        : m_playback(playback), m_command(std::move(command)) {
+        m_playback.m_pendingCommands.append(m_command);
+        Q_EMIT m_playback.pendingChanged();
+    }
+    Pending(const Pending&) = delete;
+    Pending& operator=(const Pending&) = delete;
+    ~Pending() {
+        m_playback.m_pendingCommands.removeOne(m_command);
+        Q_EMIT m_playback.pendingChanged();
+    }
+
+private:
+    RemotePlayback& m_playback;
+    const PlaybackCommand m_command;
+};
+
 PlaybackCommand toggleCommand(const std::optional<PlaybackResponse>& playback,
                               const QString& videoName) {
     if (!playback || playback->currentVideoName != videoName)
@@ -39,7 +58,7 @@ Task<> RemotePlayback::refreshPlayback(Errors errors) {
         Q_EMIT playbackRead();
     } catch (const Error& error) {
         if (errors == Errors::Reported)
-            tv->say(u"Failed to fetch playback: "_s + error.description());
+            tv->say(failureMessage(u"Failed to fetch playback: "_s, error));
     }
 }
 
@@ -51,9 +70,9 @@ Task<bool> RemotePlayback::sendPlaybackCommand(PlaybackCommand command, ShowStat
     if (!isAllowed)
         co_return false;
     try {
-        co_await tv->post(PlaybackPath, queryItems(command));
+        co_await post(*tv, command);
     } catch (const Error& error) {
-        tv->say(u"Playback command failed: "_s + error.description());
+        tv->say(failureMessage(u"Playback command failed: "_s, error));
         co_return false;
     }
     m_oldestValidReading = m_readingsBegun;
@@ -63,8 +82,15 @@ Task<bool> RemotePlayback::sendPlaybackCommand(PlaybackCommand command, ShowStat
     co_return true;
 }
 
+Task<> RemotePlayback::post(Tv tv, PlaybackCommand command) {
+    m_oldestValidReading = m_readingsBegun;
+    const Pending pending(*this, command);
+    co_await tv.post(PlaybackPath, queryItems(command));
+}
+
 void RemotePlayback::reset() {
     m_toggleShownBy = 0;
+    m_pendingCommands.clear();
     m_playback.reset();
     Q_EMIT playbackRead();
 }

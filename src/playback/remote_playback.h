@@ -6,6 +6,7 @@
 #include "platform/async/task_set.h"
 #include "playback/playback_command.h"
 
+#include <QList>
 #include <QObject>
 #include <QString>
 
@@ -19,8 +20,8 @@ class Pairing;
 // What the selected TV plays, and the commands that change it.
 //
 // The TV alone knows: no command is assumed to have taken effect, and each that the TV accepts is
-// followed by a reading. Commands are not serialised. A reading that began before a newer one, or
-// before an accepted command was answered, is out of date and dropped.
+// followed by a reading. Commands are not serialised. A reading that began before a newer one, before
+// a command was sent or before an accepted one was answered, is out of date and dropped.
 class RemotePlayback : public QObject {
     Q_OBJECT
 
@@ -31,6 +32,9 @@ public:
 
     // As last read; nullopt before the first reading.
     const std::optional<PlaybackResponse>& playback() const { return m_playback; }
+
+    // That the TV has not answered, oldest first.
+    const QList<PlaybackCommand>& pendingCommands() const { return m_pendingCommands; }
 
     Task<> refreshPlayback(Errors errors);
     // Returns whether the TV accepted the command.
@@ -47,14 +51,20 @@ public:
 
 Q_SIGNALS:
     void playbackRead(); // also when the TV said the same as before
+    void pendingChanged();
 
 private:
+    // Is among the pending commands while it exists.
+    class Pending;
+
+    Task<> post(Tv tv, PlaybackCommand command);
     Task<> sendShown(PlaybackCommand command);
     Task<> toggle(PlaybackCommand command);
 
     const TvAccess m_tvs;
     Pairing& m_pairing;
     std::optional<PlaybackResponse> m_playback;
+    QList<PlaybackCommand> m_pendingCommands;
     std::uint64_t m_readingsBegun = 0;
     std::uint64_t m_oldestValidReading = 0;
     // What m_oldestValidReading becomes once a reading shows what the last toggle did.

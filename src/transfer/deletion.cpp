@@ -45,7 +45,7 @@ Task<> Deletion::deleting(FileGroup group) {
         for (const RemoteFile& file : files)
             co_await deleteRemoteFile(tv, file.name);
     } catch (const Error& error) {
-        tv.say(u"Delete failed: "_s + error.description());
+        tv.say(failureMessage(u"Delete failed: "_s, error));
         co_return;
     }
     try {

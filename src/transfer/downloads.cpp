@@ -23,13 +23,14 @@ QString downloadingMessage(const QString& name, double progress) {
            QString::number(static_cast<int>(progress * 100)) + u'%';
 }
 
-QString failureMessage(const QString& name, const Error& error) {
+StatusMessage downloadFailure(const QString& name, const Error& error) {
     if (isCancellation(error))
-        return u"Download canceled"_s;
+        return {u"Download canceled"_s};
+    const QString what = u"Download failed for "_s + name + u": "_s;
     const auto* failure = dynamic_cast<const HttpError*>(&error);
-    const bool isNoHttp = failure && failure->code() == HttpErrorCode::BadServerResponse;
-    return u"Download failed for "_s + name + u": "_s +
-           (isNoHttp ? u"Download failed: invalid server response"_s : error.description());
+    if (failure && failure->code() == HttpErrorCode::BadServerResponse)
+        return failureMessage(what + u"Download failed: invalid server response"_s);
+    return failureMessage(what, error);
 }
 
 } // namespace
@@ -94,11 +95,11 @@ Task<> Downloads::transfer(Tv tv, RemoteFile file, QUrl destination, DownloadSta
     m_isCancelled = false;
     changeState(std::move(state));
     m_tvs.beginProgress(downloadingMessage(name, 0));
-    QString message = u"Downloaded "_s + name;
+    StatusMessage message{.text = u"Downloaded "_s + name, .file = destination};
     try {
         co_await downloadSingle(tv, file, destination.toLocalFile());
     } catch (const Error& error) {
-        message = failureMessage(name, error);
+        message = downloadFailure(name, error);
     }
     end(message);
 }
@@ -149,12 +150,12 @@ void Downloads::cancelDownload() {
         if (!m_isCancelled)
             return; // it ended meanwhile
         m_transfer.cancel();
-        end(u"Download canceled"_s);
+        end({u"Download canceled"_s});
     };
     QMetaObject::invokeMethod(this, cancel, Qt::QueuedConnection);
 }
 
-void Downloads::end(const QString& message) {
+void Downloads::end(const StatusMessage& message) {
     m_place.reset();
     m_isCancelled = false;
     m_tvs.say(message);

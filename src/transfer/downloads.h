@@ -57,7 +57,7 @@ private:
     Task<> transfer(Tv tv, RemoteFile file, QUrl destination, DownloadState state);
     Task<> downloadSingle(Tv tv, RemoteFile file, QString destination);
     void progressed(const HttpProgress& progress);
-    void end(const QString& message);
+    void end(const StatusMessage& message);
     void changeState(DownloadState state);
 
     const TvAccess m_tvs;

@@ -50,7 +50,9 @@ MoveStep moveStep(const MoveState& before, const MoveStatusResponse& report) {
                 .statusMessage = report.message,
                 .hasMovedFile = before.isMovingFile};
     if (state == "FAILED"_L1)
-        return {.state = {.currentMoveFileName = report.fileName}, .statusMessage = report.message};
+        return {.state = {.currentMoveFileName = report.fileName},
+                .statusMessage = report.message,
+                .hasFailed = true};
     return {.state = before.isMovingFile ? MoveState() : before};
 }
 
@@ -81,7 +83,7 @@ Task<> StorageMove::start(QString videoName, QString target) {
     try {
         co_await tv.post(u"api/files/move"_s, query, startFailureText);
     } catch (const Error& error) {
-        tv.say(u"Move failed to start: "_s + error.description());
+        tv.say(failureMessage(u"Move failed to start: "_s, error));
         co_return;
     }
     tv.say(u"Move started for "_s + videoName);
@@ -98,7 +100,7 @@ Task<> StorageMove::refreshMoveStatus(Errors errors) {
         applyMoveStatus(report);
     } catch (const Error& error) {
         if (errors == Errors::Reported)
-            tv->say(u"Failed to fetch move status: "_s + error.description());
+            tv->say(failureMessage(u"Failed to fetch move status: "_s, error));
     }
 }
 
@@ -110,7 +112,8 @@ void StorageMove::applyMoveStatus(const MoveStatusResponse& report) {
     const MoveStep step = moveStep(m_state, report);
     publish(this, m_state, step.state, &StorageMove::stateChanged);
     if (step.statusMessage)
-        m_tvs.say(*step.statusMessage);
+        m_tvs.say(step.hasFailed ? failureMessage(*step.statusMessage)
+                                 : StatusMessage{*step.statusMessage});
     if (step.hasMovedFile)
         m_tasks.add(m_library.loadLibrary(Library::Load::Quiet));
 }

@@ -104,7 +104,7 @@ void Uploads::queueUploadsFromPicker(const QList<QUrl>& urls) {
 void Uploads::queueFiles(const Target& target, const QList<QUrl>& urls) {
     const PickedFiles picked = pickedFiles(urls);
     if (picked.jobs.isEmpty()) {
-        m_tvs.say(u"No supported video/subtitle files selected"_s);
+        m_tvs.say(failureMessage(u"No supported video/subtitle files selected"_s));
         return;
     }
     const qsizetype added = enqueueUploadJobs(target, picked.jobs);
@@ -116,7 +116,7 @@ void Uploads::queueSubtitleUpload(const QUrl& sourceURL, const QString& remoteNa
     if (!receiver)
         return;
     if (!hasSupportedSubtitleExtension(remoteName)) {
-        m_tvs.say(u"Selected file is not a supported subtitle type"_s);
+        m_tvs.say(failureMessage(u"Selected file is not a supported subtitle type"_s));
         return;
     }
     const QList<UploadJob> jobs{{randomUuid().toUpper(), sourceURL, remoteName}};
@@ -158,7 +158,10 @@ void Uploads::resumeUploadQueueIfNeeded() {
 Task<> Uploads::processUploadQueue() {
     while ((m_current = nextEntry()))
         co_await process(m_current);
-    m_tvs.say(queueFinishedMessage(m_outcome.uploaded, m_outcome.failed));
+    StatusMessage finished{queueFinishedMessage(m_outcome.uploaded, m_outcome.failed)};
+    if (m_outcome.failed > 0)
+        finished.kind = StatusMessage::Kind::Failure;
+    m_tvs.say(finished);
     m_outcome = {};
     m_tasks.add(m_library.loadLibrary(Library::Load::Quiet));
 }
@@ -183,7 +186,7 @@ Task<> Uploads::process(Entry* entry) {
         } else {
             ++m_outcome.failed;
             show(*entry, UploadListItemState::Failed, error.description());
-            m_tvs.say(u"Upload failed for "_s + name + u": "_s + error.description());
+            m_tvs.say(failureMessage(u"Upload failed for "_s + name + u": "_s, error));
         }
     }
 }
@@ -199,7 +202,7 @@ Task<> Uploads::awaitTv(Entry* entry) {
             co_return;
         if (hasFailed)
             co_await sleepFor(m_clock, PauseBetweenTries);
-        const QString reason = co_await hindrance(entry->tv);
+        const QString reason = co_await hindrance(entry->tv, !hasFailed);
         if (reason.isEmpty())
             co_return;
         if (!hasFailed && !m_pairing.state().requiresControlPairing)
@@ -210,7 +213,7 @@ Task<> Uploads::awaitTv(Entry* entry) {
 }
 
 // Why this client cannot upload to the TV now; empty if it can.
-Task<QString> Uploads::hindrance(Tv tv) {
+Task<QString> Uploads::hindrance(Tv tv, bool isNew) {
     try {
         const auto status =
             co_await tv.get<PairingStatusResponse>(u"api/mac/auth/status"_s, ReadinessTimeout);
@@ -220,7 +223,7 @@ Task<QString> Uploads::hindrance(Tv tv) {
         co_return error.description();
     }
     if (tv.isSelected())
-        m_pairing.requirePairing(Action);
+        m_pairing.requirePairing(Action, isNew);
     co_return u"Waiting until this computer is paired with the TV."_s;
 }
 

@@ -88,7 +88,7 @@ private:
     Task<> processUploadQueue();
     Task<> process(Entry* entry);
     Task<> awaitTv(Entry* entry);
-    Task<QString> hindrance(Tv tv);
+    Task<QString> hindrance(Tv tv, bool isNew);
     Task<> carryOut(Entry* entry);
     void uploadProgressed(Entry& entry, std::int64_t sent, std::int64_t expected);
     void cancelCurrent(Entry& entry);

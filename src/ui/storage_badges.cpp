@@ -41,10 +41,9 @@ QList<StorageStatusBadge> storageStatusBadges(const std::optional<RemoteStorage>
 }
 
 QList<StorageStatusBadge> tvBadges(const WindowState& state) {
-    auto badges = storageStatusBadges(state.content.storage, state.content.usbStorage);
     if (state.selectedDevice && !state.isReachable)
-        badges.prepend({u"Not reachable"_s, BadgeTone::Tone::Amber});
-    return badges;
+        return {{u"Not reachable"_s, BadgeTone::Tone::Amber}};
+    return storageStatusBadges(state.content.storage, state.content.usbStorage);
 }
 
 StorageStatusBadge storageLocationBadge(const std::optional<QString>& storageLocation) {

@@ -52,7 +52,7 @@ QVariantList badgeValues(const QList<StorageStatusBadge>& badges);
 QList<StorageStatusBadge> storageStatusBadges(const std::optional<RemoteStorage>& storage,
                                               const std::optional<RemoteUsbStorage>& usbStorage);
 
-// Those of the selected TV: "Not reachable" while it does not answer, then its storages.
+// Those of the selected TV's tile: its storages, or "Not reachable" while it does not answer.
 QList<StorageStatusBadge> tvBadges(const WindowState& state);
 
 // Shows "USB" if the TV says so in any letter case, else "Internal".

@@ -8,13 +8,21 @@
 
 namespace quiv {
 
+class FakeFileManager final : public FileManager {
+public:
+    void show(const QUrl& file) override { shown.append(file); }
+
+    QList<QUrl> shown;
+};
+
 // What a window works with, in the test's hand.
 struct FakeWindowPorts {
     FakeDesktopDialogs dialogs;
     FakeHttpSession http;
     FakePictureDecoder pictures;
+    FakeFileManager fileManager;
     FakeClock clock;
-    WindowPorts ports{dialogs.preferred, http, pictures, clock};
+    WindowPorts ports{dialogs.preferred, http, pictures, fileManager, clock};
 };
 
 } // namespace quiv

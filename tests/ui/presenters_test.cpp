@@ -88,19 +88,21 @@ private Q_SLOTS:
         QCOMPARE(headerBadges(m_state),
                  (Badges{unplugged, {u"Uploads: INTERNAL"_s, Tone::Neutral}}));
         content.usbSetupHint = u"Plug in\na drive"_s;
-        m_state.isReachable = false;
-        QCOMPARE(headerBadges(m_state)[0], (StorageStatusBadge{u"Not reachable"_s, Tone::Amber}));
-        QCOMPARE(headerBadges(m_state)[2], (StorageStatusBadge{u"Plug in a drive"_s, Tone::Amber}));
+        QCOMPARE(headerBadges(m_state)[1], (StorageStatusBadge{u"Plug in a drive"_s, Tone::Amber}));
         QCOMPARE(storageLocationBadge(u"usb"_s).text, u"USB"_s);
         QCOMPARE(storageLocationBadge({}).tone, Tone::Internal);
     }
 
     void tilesTellOneTvFromAnother() {
         const TVEndpoint sameHost = sampleTv(Bedroom.name, Bedroom.host, 8081);
-        const Badges badges{{u"Badge"_s, Tone::Green}};
-        QCOMPARE(tvTiles({Bedroom, sameHost}, sameHost, badges),
-                 (QList<TvTile>{{u"10.0.0.2:8080"_s, Bedroom, false, {}},
-                                {u"10.0.0.2:8081"_s, sameHost, true, badges}}));
+        WindowState state;
+        state.discoveredDevices = {Bedroom, sameHost};
+        state.selectedDevice = sameHost;
+        state.isReachable = false;
+        const Badges badges{{u"Not reachable"_s, Tone::Amber}};
+        QCOMPARE(tvTiles(state),
+                 (QList<TvTile>{{u"10.0.0.2:8080"_s, Bedroom, false, true, {}},
+                                {u"10.0.0.2:8081"_s, sameHost, true, false, badges}}));
         QCOMPARE(foundTvsText(1), u"Found 1 TV"_s);
         QCOMPARE(foundTvsText(2), u"Found 2 TVs"_s);
         TVEndpoint tv = sampleTv(u"Living Room sony"_s, u"h"_s);

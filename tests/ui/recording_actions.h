@@ -49,7 +49,10 @@ public:
         for (const QUrl& url : urls)
             calls.append(u"pick "_s + url.fileName());
     }
-    void post(const QString& message) override { calls.append(u"say "_s + message); }
+    void showInFileManager(const QUrl& file) override {
+        calls.append(u"show "_s + file.fileName());
+    }
+    void post(const StatusMessage& message) override { calls.append(u"say "_s + message.text); }
     void queueSubtitleUpload(const QUrl& sourceURL, const QString& remoteName) override {
         calls.append(u"attach %1 as %2"_s.arg(sourceURL.fileName(), remoteName));
     }

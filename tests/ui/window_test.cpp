@@ -113,7 +113,7 @@ private Q_SLOTS:
         m_state.discoveredDevices = {tv};
         m_state.content.groupedFiles = {sampleRow(hostile, hostile)};
         m_state.content.usbSetupHint = hostile;
-        m_state.statusMessage = hostile;
+        m_state.status = {hostile};
         select(tv);
         QTRY_COMPARE(accessibleNames(window(), QAccessible::StaticText).count(hostile), 4);
         QList<QQuickItem*> texts = window()->contentItem()->findChildren<QQuickItem*>();

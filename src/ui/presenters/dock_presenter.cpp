@@ -94,6 +94,23 @@ DockState dockState(const PlaybackResponse& playback, const QString& title) {
     return state;
 }
 
+DockWaiting dockWaiting(const QList<PlaybackCommand>& pending) {
+    DockWaiting waiting;
+    for (const PlaybackCommand& each : pending) {
+        const QString& word = each.command;
+        const bool isBack = each.offsetMs.value_or(0) < 0;
+        waiting.play |= word == u"play"_s || word == u"pause"_s || word == u"resume"_s;
+        waiting.stop |= word == u"stop"_s;
+        waiting.back |= word == u"seek_by"_s && isBack;
+        waiting.forward |= word == u"seek_by"_s && !isBack;
+        waiting.position |= word == u"seek_to"_s;
+        waiting.subtitle |= word == u"set_subtitle"_s;
+        waiting.audio |= word == u"set_audio"_s;
+        waiting.speed |= word == u"set_speed"_s;
+    }
+    return waiting;
+}
+
 DockPresenter::DockPresenter(WindowActions& actions, QObject* parent)
     : QObject(parent), m_actions(actions) {
     m_tick.setInterval(TimelineRefreshPeriod);
@@ -112,6 +129,7 @@ void DockPresenter::show(const WindowState& state) {
     const bool isNewReading = before.playbackReading != state.playbackReading;
     const auto& groups = state.content.groupedFiles;
     const bool isSameLibrary = before.content.groupedFiles.isSharedWith(groups);
+    publish(this, m_waiting, dockWaiting(state.pendingCommands), &DockPresenter::waitingChanged);
     if (isNewReading)
         takeReading(read, isSameVideo);
     if (isNewReading || !isSameLibrary) {
@@ -126,11 +144,15 @@ void DockPresenter::show(const WindowState& state) {
 }
 
 void DockPresenter::takeReading(const PlaybackResponse* read, bool isSameVideo) {
-    if (!isSameVideo || read->durationMs < 1)
+    if (!isSameVideo)
+        m_timeline = {};
+    else if (read->durationMs < 1)
         m_timeline = timelineDragCancelled(m_timeline, SteadyClock::now());
     if (read) {
         const ReportedPosition reported{read->positionMs, read->durationMs, read->isPlaying};
-        m_timeline = timelineReported(m_timeline, reported, SteadyClock::now());
+        const bool isSeekPending = isSameVideo && m_waiting.position;
+        m_timeline =
+            timelineReported(m_timeline, reported, SteadyClock::now(), isSeekPending);
     }
 }
 
@@ -200,6 +222,10 @@ void DockPresenter::drop() {
 void DockPresenter::cancelDrag() {
     m_timeline = timelineDragCancelled(m_timeline, SteadyClock::now());
     showTimeline(Motion::Jump);
+}
+
+QString DockPresenter::timeAt(double fraction) const {
+    return formatPlaybackTime(positionAt(m_timeline, fraction));
 }
 
 void DockPresenter::chooseSubtitle(int index) {

@@ -71,6 +71,34 @@ public:
     bool operator==(const DockTimeline&) const = default;
 };
 
+// Which controls of the dock the TV has not answered to.
+struct DockWaiting {
+    Q_GADGET
+    QML_VALUE_TYPE(dockWaiting)
+    Q_PROPERTY(bool play MEMBER play)
+    Q_PROPERTY(bool stop MEMBER stop)
+    Q_PROPERTY(bool back MEMBER back)
+    Q_PROPERTY(bool forward MEMBER forward)
+    Q_PROPERTY(bool position MEMBER position)
+    Q_PROPERTY(bool subtitle MEMBER subtitle)
+    Q_PROPERTY(bool audio MEMBER audio)
+    Q_PROPERTY(bool speed MEMBER speed)
+
+public:
+    bool play = false;
+    bool stop = false;
+    bool back = false;
+    bool forward = false;
+    bool position = false; // a place of the timeline
+    bool subtitle = false;
+    bool audio = false;
+    bool speed = false;
+
+    bool operator==(const DockWaiting&) const = default;
+};
+
+DockWaiting dockWaiting(const QList<PlaybackCommand>& pending);
+
 // What the TV plays, and what the user can do about it. Shows what the TV reported, never what was
 // clicked.
 class DockPresenter : public QObject {
@@ -79,12 +107,14 @@ class DockPresenter : public QObject {
     QML_UNCREATABLE("belongs to the window's presenter")
     Q_PROPERTY(quiv::DockState state READ state NOTIFY stateChanged)
     Q_PROPERTY(quiv::DockTimeline timeline READ timeline NOTIFY timelineChanged)
+    Q_PROPERTY(quiv::DockWaiting waiting READ waiting NOTIFY waitingChanged)
 
 public:
     explicit DockPresenter(WindowActions& actions, QObject* parent = nullptr);
 
     const DockState& state() const { return m_state; }
     const DockTimeline& timeline() const { return m_shownTimeline; }
+    const DockWaiting& waiting() const { return m_waiting; }
 
     void show(const WindowState& state);
 
@@ -100,6 +130,8 @@ public:
     Q_INVOKABLE void drag(double fraction);
     Q_INVOKABLE void drop();
     Q_INVOKABLE void cancelDrag();
+    // The time at a place of the timeline.
+    Q_INVOKABLE QString timeAt(double fraction) const;
     // `index` is the place in the menu's list of the state.
     Q_INVOKABLE void chooseSubtitle(int index);
     Q_INVOKABLE void chooseAudio(int index);
@@ -108,6 +140,7 @@ public:
 Q_SIGNALS:
     void stateChanged();
     void timelineChanged();
+    void waitingChanged();
 
 private:
     enum class Motion { Jump, Glide };
@@ -121,6 +154,7 @@ private:
     DockState m_state;
     PlaybackTimeline m_timeline;
     DockTimeline m_shownTimeline;
+    DockWaiting m_waiting;
     QTimer m_tick;
 };
 

@@ -6,6 +6,7 @@
 #include <QList>
 #include <QObject>
 #include <QString>
+#include <QUrl>
 
 namespace quiv {
 
@@ -17,6 +18,9 @@ struct HeaderState {
     QML_VALUE_TYPE(headerState)
     Q_PROPERTY(QVariantList badges READ badgeList)
     Q_PROPERTY(QString statusMessage MEMBER statusMessage)
+    Q_PROPERTY(bool isFailure MEMBER isFailure)
+    Q_PROPERTY(QString filePlace MEMBER filePlace)
+    Q_PROPERTY(QString unreachableText MEMBER unreachableText)
     Q_PROPERTY(bool isSyncing MEMBER isSyncing)
     Q_PROPERTY(bool requiresPairing MEMBER requiresPairing)
     Q_PROPERTY(QString codeValidUntilText MEMBER codeValidUntilText)
@@ -26,6 +30,9 @@ public:
 
     QList<StorageStatusBadge> badges;
     QString statusMessage;
+    bool isFailure = false;  // what the message tells of
+    QString filePlace;       // the folder of the file that the message tells of; empty without one
+    QString unreachableText; // a sentence; empty while the TV answers
     bool isSyncing = false;
     bool requiresPairing = false;
     QString codeValidUntilText; // a sentence, or empty while the end is not known
@@ -55,8 +62,11 @@ public:
 
 HeaderMove headerMove(const MoveState& move);
 
-// That the TV does not answer, its storage, the hint to set up a drive, and where uploads go.
+// Its storage, the hint to set up a drive, and where uploads go.
 QList<StorageStatusBadge> headerBadges(const WindowState& state);
+
+// The folder of a local file as people write it: "~/Videos".
+QString folderText(const QUrl& file, const QString& home);
 
 // Returns "This code is valid until 14:05", or an empty text while the end is not known.
 QString codeValidUntilText(const PairingState& pairing);
@@ -78,6 +88,8 @@ public:
     void show(const WindowState& state);
 
     Q_INVOKABLE void cancelPairing();
+    // The file that the message tells of, in the desktop's file manager.
+    Q_INVOKABLE void showFile();
 
 Q_SIGNALS:
     void stateChanged();
@@ -86,6 +98,7 @@ Q_SIGNALS:
 private:
     WindowActions& m_actions;
     HeaderState m_state;
+    QUrl m_file; // that the message tells of
     HeaderMove m_move;
 };
 

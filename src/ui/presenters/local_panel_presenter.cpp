@@ -166,6 +166,12 @@ void LocalPanelPresenter::cancelDrag() {
     showPlayer();
 }
 
+QString LocalPanelPresenter::timeAt(double fraction) const {
+    const auto& screen = m_shown.localPlayer;
+    return screen ? formatPlaybackTime(std::llround(fraction * screen->state().duration * 1000))
+                  : QString();
+}
+
 void LocalPanelPresenter::setVolume(double volume) {
     m_volume = std::clamp(volume, 0.0, 1.0);
     m_isMuted = false;

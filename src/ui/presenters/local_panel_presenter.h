@@ -107,6 +107,8 @@ public:
     Q_INVOKABLE void drag(double fraction);
     Q_INVOKABLE void drop();
     Q_INVOKABLE void cancelDrag();
+    // The time at a place of the timeline.
+    Q_INVOKABLE QString timeAt(double fraction) const;
     Q_INVOKABLE void setVolume(double volume);
     Q_INVOKABLE void changeVolume(double by);
     Q_INVOKABLE void toggleMuted();

@@ -15,14 +15,22 @@ struct PairingSheetState {
     Q_GADGET
     QML_VALUE_TYPE(pairingSheetState)
     Q_PROPERTY(bool isShown MEMBER isShown)
+    Q_PROPERTY(QString tvName MEMBER tvName)
     Q_PROPERTY(QString code MEMBER code)
     Q_PROPERTY(bool canVerify MEMBER canVerify)
+    Q_PROPERTY(bool isVerifying MEMBER isVerifying)
+    Q_PROPERTY(QString refusal MEMBER refusal)
+    Q_PROPERTY(int refusals MEMBER refusals)
     Q_PROPERTY(QString codeValidUntilText MEMBER codeValidUntilText)
 
 public:
     bool isShown = false;
+    QString tvName;
     QString code; // as typed
     bool canVerify = false;
+    bool isVerifying = false;
+    QString refusal; // why the last code was not accepted; may be empty
+    int refusals = 0;
     QString codeValidUntilText; // a sentence, or empty while the end is not known
 
     bool operator==(const PairingSheetState&) const = default;
@@ -31,11 +39,14 @@ public:
 // Whether the code has three characters, as people count them.
 bool isCompletePairingCode(const QString& code);
 
+// What of a typed text is kept: no blanks around it, at most three characters.
+QString typedPairingCode(const QString& text);
+
 // The sheet in which the user types the code that the TV shows.
 //
 // It comes by itself when the selected TV begins to require pairing and goes when it no longer
-// does. The user can put it away and ask for it again in between. The typed code is forgotten with
-// its TV.
+// does. Once the user has put it away, it stays away until it is asked for, a control action needs
+// it, or the TV was paired in between. The typed code is forgotten with its TV.
 class PairingSheetPresenter : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -60,11 +71,13 @@ Q_SIGNALS:
     void stateChanged();
 
 private:
+    void close();
     void update();
 
     WindowActions& m_actions;
     WindowState m_shown;
     bool m_isPresented = false; // wanted; shown while a TV requires pairing
+    bool m_isClosed = false;    // by the user
     QString m_code;
     PairingSheetState m_state;
 };

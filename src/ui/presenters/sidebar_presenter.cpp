@@ -32,6 +32,10 @@ QList<ListRole<TvTile>> tileRoles() {
          [](const TvTile& tile) {
              return QVariant(tile.isSelected);
          }},
+        {"isReachable",
+         [](const TvTile& tile) {
+             return QVariant(tile.isReachable);
+         }},
         {"badges",
          [](const TvTile& tile) {
              return QVariant(badgeValues(tile.badges));
@@ -41,16 +45,20 @@ QList<ListRole<TvTile>> tileRoles() {
 
 } // namespace
 
-QList<TvTile> tvTiles(const QList<TVEndpoint>& devices, const std::optional<TVEndpoint>& selected,
-                      const QList<StorageStatusBadge>& badgesOfSelected) {
-    const QString selectedKey = selected ? endpointKey(*selected) : QString();
+QList<TvTile> tvTiles(const WindowState& state) {
+    const QString selectedKey = selectedTvKey(state);
     QList<TvTile> tiles;
-    tiles.reserve(devices.size());
-    for (const TVEndpoint& device : devices) {
-        const QString key = endpointKey(device);
-        const bool isSelected = selected && key == selectedKey;
-        tiles.append(
-            {key, device, isSelected, isSelected ? badgesOfSelected : QList<StorageStatusBadge>()});
+    tiles.reserve(state.discoveredDevices.size());
+    for (const TVEndpoint& device : state.discoveredDevices) {
+        TvTile tile;
+        tile.key = endpointKey(device);
+        tile.device = device;
+        tile.isSelected = state.selectedDevice && tile.key == selectedKey;
+        if (tile.isSelected) {
+            tile.isReachable = state.isReachable;
+            tile.badges = tvBadges(state);
+        }
+        tiles.append(tile);
     }
     return tiles;
 }
@@ -68,7 +76,7 @@ SidebarPresenter::SidebarPresenter(WindowActions& actions, QObject* parent)
     : QObject(parent), m_actions(actions), m_tiles(tileRoles()) {}
 
 void SidebarPresenter::show(const WindowState& state) {
-    m_tiles.assign(tvTiles(state.discoveredDevices, state.selectedDevice, tvBadges(state)));
+    m_tiles.assign(tvTiles(state));
     publish(this, m_countText, foundTvsText(state.discoveredDevices.size()),
             &SidebarPresenter::countTextChanged);
 }

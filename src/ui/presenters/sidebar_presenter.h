@@ -20,13 +20,13 @@ struct TvTile {
     QString key; // endpointKey
     TVEndpoint device;
     bool isSelected = false;
+    bool isReachable = true;
     QList<StorageStatusBadge> badges; // of the selected TV only
 
     bool operator==(const TvTile&) const = default;
 };
 
-QList<TvTile> tvTiles(const QList<TVEndpoint>& devices, const std::optional<TVEndpoint>& selected,
-                      const QList<StorageStatusBadge>& badgesOfSelected);
+QList<TvTile> tvTiles(const WindowState& state);
 
 // Returns maker and model, or an empty text if the name tells them already.
 QString tileDescription(const TVEndpoint& device);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "library/library_content.h"
+#include "net/status_line.h"
 #include "playback/playback_command.h"
 
 #include <QList>
@@ -42,8 +43,10 @@ public:
     virtual void queueSubtitleUpload(const QUrl& sourceURL, const QString& remoteName) = 0;
     // Returns false if there is no file among them.
     virtual bool queueDroppedFiles(const QList<QUrl>& urls) = 0;
+    // Shows a file of this computer in the desktop's file manager.
+    virtual void showInFileManager(const QUrl& file) = 0;
     // Shows a message in the status line.
-    virtual void post(const QString& message) = 0;
+    virtual void post(const StatusMessage& message) = 0;
     virtual void cancelUploadJob(const QString& id) = 0;
     virtual void retryUploadJob(const QString& id) = 0;
 };

@@ -1,5 +1,6 @@
 #include "ui/presenters/window_presenter.h"
 
+#include "platform/publish.h"
 #include "transfer/deletion.h"
 #include "transfer/upload_names.h"
 #include "ui/display_format.h"
@@ -56,8 +57,8 @@ Task<> WindowPresenter::pickingSubtitle(QString videoName) {
 bool WindowPresenter::isForSelectedTv(const QString& tvKey) {
     if (tvKey == m_tvKey)
         return true;
-    m_actions.post(u"Not uploaded, because another TV was selected meanwhile. Choose the files "
-                   "again."_s);
+    m_actions.post(failureMessage(u"Not uploaded, because another TV was selected meanwhile. "
+                                  "Choose the files again."_s));
     return false;
 }
 
@@ -82,7 +83,14 @@ void WindowPresenter::askToDelete(const FileGroup& group) {
         [this, group] { m_actions.deleteGroup(group); });
 }
 
+QString windowTitle(const WindowState& state) {
+    const QString application = u"Quiv Controller"_s;
+    return state.selectedDevice ? displayText(state.selectedDevice->name) + u" – "_s + application
+                                : application;
+}
+
 void WindowPresenter::show(const WindowState& state) {
+    publish(this, m_title, windowTitle(state), &WindowPresenter::titleChanged);
     m_tvKey = selectedTvKey(state);
     m_sidebar.show(state);
     m_header.show(state);

@@ -15,12 +15,16 @@
 
 namespace quiv {
 
+// Names the TV first, as the desktop may show the beginning alone.
+QString windowTitle(const WindowState& state);
+
 // All that the window's views bind to. Hands the model's state to the presenters that show it; what
 // the user does goes to `actions`, which must outlive this.
 class WindowPresenter : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made with the window")
+    Q_PROPERTY(QString title READ title NOTIFY titleChanged)
     Q_PROPERTY(quiv::SidebarPresenter* sidebar READ sidebar CONSTANT)
     Q_PROPERTY(quiv::HeaderPresenter* header READ header CONSTANT)
     Q_PROPERTY(quiv::LibraryPresenter* library READ library CONSTANT)
@@ -37,6 +41,7 @@ public:
     WindowPresenter(WindowActions& actions, const WindowPorts& ports, QObject* parent = nullptr);
     ~WindowPresenter() override;
 
+    const QString& title() const { return m_title; }
     SidebarPresenter* sidebar() { return &m_sidebar; }
     HeaderPresenter* header() { return &m_header; }
     LibraryPresenter* library() { return &m_library; }
@@ -55,6 +60,9 @@ public:
     Q_INVOKABLE void pickUploads();
     // Attaches a subtitle to a video; asks first when the file needs another name for that.
     void attachSubtitle(const QUrl& subtitle, const QString& videoName);
+
+Q_SIGNALS:
+    void titleChanged();
 
 private:
     void askToDelete(const FileGroup& group);
@@ -76,6 +84,7 @@ private:
     PromptPresenter m_subtitleRename;
     PromptPresenter m_deletePrompt;
     PairingSheetPresenter m_pairingSheet;
+    QString m_title;
     QString m_tvKey;  // of the selected TV; empty without one
     Task<> m_picking; // the newest alone
 };

@@ -14,7 +14,8 @@ namespace {
 
 class ModelActions final : public WindowActions {
 public:
-    explicit ModelActions(OmbraMacModel& model) : m_model(model) {}
+    ModelActions(OmbraMacModel& model, FileManager& fileManager)
+        : m_model(model), m_fileManager(fileManager) {}
 
     void refreshDiscovery() override { m_model.discovery()->refreshDiscovery(); }
     void selectDevice(const QString& endpointKey) override { m_model.selectDevice(endpointKey); }
@@ -53,7 +54,8 @@ public:
     void queueUploadsFromPicker(const QList<QUrl>& urls) override {
         m_model.uploads()->queueUploadsFromPicker(urls);
     }
-    void post(const QString& message) override { m_model.status()->post(message); }
+    void showInFileManager(const QUrl& file) override { m_fileManager.show(file); }
+    void post(const StatusMessage& message) override { m_model.status()->post(message); }
     void queueSubtitleUpload(const QUrl& sourceURL, const QString& remoteName) override {
         m_model.uploads()->queueSubtitleUpload(sourceURL, remoteName);
     }
@@ -65,13 +67,14 @@ public:
 
 private:
     OmbraMacModel& m_model;
+    FileManager& m_fileManager;
 };
 
 } // namespace
 
 struct MainWindow::Parts {
     Parts(OmbraMacModel& model, const WindowPorts& ports)
-        : actions(model), presenter(actions, ports), view(presenter) {}
+        : actions(model, ports.fileManager), presenter(actions, ports), view(presenter) {}
 
     ModelActions actions;
     WindowPresenter presenter;

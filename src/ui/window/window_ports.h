@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/clock.h"
+#include "platform/desktop/file_manager.h"
 #include "platform/dialogs/file_dialogs.h"
 #include "platform/http/http_session.h"
 #include "platform/pictures/picture_decoder.h"
@@ -9,11 +10,12 @@ namespace quiv {
 
 // What the window itself works with; each outlives it. Files are chosen by `fileDialogs`, which ask
 // in the window where the desktop cannot; pictures are fetched over `http` and decoded by
-// `pictures`.
+// `pictures`; files are shown in the desktop's `fileManager`.
 struct WindowPorts {
     PreferredFileDialogs& fileDialogs;
     HttpSession& http;
     PictureDecoder& pictures;
+    FileManager& fileManager;
     Clock& clock;
 };
 

@@ -11,6 +11,7 @@ T.Button {
     property string symbol
     property string widestText: text // room is kept for it, so that columns of buttons line up
     property bool opensMenu: false         // says so with an arrow
+    property bool isWaiting: false         // for what it has asked for
     property bool isCompact: false   // the symbol alone; the label becomes the tool tip
     readonly property bool prominent: kind === AppButton.Prominent
     readonly property color prominentInk: enabled ? Theme.accentInk : Theme.tertiaryText
@@ -30,6 +31,7 @@ T.Button {
 
     contentItem: ButtonLabel {
         symbol: button.symbol
+        isWaiting: button.isWaiting
         text: button.isCompact ? "" : button.text
         widestText: button.isCompact ? "" : button.widestText
         hasArrow: button.opensMenu && !button.isCompact
@@ -55,6 +57,14 @@ T.Button {
         }
     }
 
+    PatientSpinner {
+        anchors.right: parent.right
+        anchors.rightMargin: 8
+        anchors.verticalCenter: parent.verticalCenter
+        isWanted: button.isWaiting && button.symbol === ""
+        colour: button.contentItem.ink
+        size: Theme.scaled(13)
+    }
     FocusRing { target: button }
     HoverTip {
         target: button

@@ -9,6 +9,7 @@ Item {
     required property string widestText
     required property font font
     required property color ink
+    property bool isWaiting: false // the symbol makes way for a sign of it
     property bool hasArrow: false // down, after the text
     readonly property bool reservesRoom: widestText !== text
 
@@ -24,9 +25,18 @@ Item {
         AppIcon {
             anchors.verticalCenter: parent.verticalCenter
             visible: label.symbol !== ""
-            name: label.symbol
+            name: spinner.visible ? "" : label.symbol
             colour: label.ink
             size: Theme.scaled(15)
+
+            PatientSpinner {
+                id: spinner
+
+                anchors.centerIn: parent
+                isWanted: label.isWaiting
+                colour: label.ink
+                size: parent.size
+            }
         }
         PlainText {
             anchors.verticalCenter: parent.verticalCenter

@@ -11,6 +11,7 @@ T.Button {
     required property var choices // texts
     required property int currentIndex
     property bool opensDown: false // instead of up
+    property bool isWaiting: false // for what was chosen
     readonly property string currentText: choices[currentIndex] ?? ""
 
     signal chosen(index: int)
@@ -42,9 +43,17 @@ T.Button {
             Accessible.ignored: true
         }
         AppIcon {
-            name: "chevron.down"
+            name: spinner.visible ? "" : "chevron.down"
             colour: Theme.secondaryText
             size: Theme.scaled(11)
+
+            PatientSpinner {
+                id: spinner
+
+                anchors.centerIn: parent
+                isWanted: menu.isWaiting
+                size: Theme.scaled(13)
+            }
         }
     }
 

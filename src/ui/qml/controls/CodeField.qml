@@ -16,6 +16,7 @@ T.TextField {
     selectionColor: Theme.accent
     selectedTextColor: Theme.accentInk
     selectByMouse: true
+    inputMethodHints: Qt.ImhDigitsOnly | Qt.ImhNoPredictiveText
     Accessible.name: placeholderText
 
     background: Rectangle {

@@ -8,6 +8,7 @@ T.Button {
     required property string systemName
     required property string accessibilityLabel
     property color tint: Theme.primaryText
+    property bool isWaiting: false // for what it has asked for
     property bool isRound: false // filled with a shade of the tint instead of bordered
 
     implicitWidth: Theme.scaled(30)
@@ -22,7 +23,16 @@ T.Button {
     contentItem: Item {
         AppIcon {
             anchors.centerIn: parent
+            visible: !spinner.visible
             name: button.systemName
+            colour: button.tint
+            size: Theme.scaled(14)
+        }
+        PatientSpinner {
+            id: spinner
+
+            anchors.centerIn: parent
+            isWanted: button.isWaiting
             colour: button.tint
             size: Theme.scaled(14)
         }

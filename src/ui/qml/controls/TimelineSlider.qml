@@ -7,6 +7,8 @@ Item {
 
     required property dockTimeline timeline
     property string label: "Position"
+    property bool isWaiting: false // for the place that was asked for
+    required property var timeAt   // the words for a place, 0 to 1
     readonly property bool isHeld: area.pressed
     property real shown: 0 // the knob's place, 0 to 1
     property bool glides: false
@@ -85,6 +87,12 @@ Item {
         border.color: Theme.knobBorder
         scale: area.pressed ? 1.15 : 1
 
+        PatientSpinner {
+            anchors.centerIn: parent
+            isWanted: slider.isWaiting
+            size: parent.width - 2
+        }
+
         Behavior on scale {
             NumberAnimation { duration: Theme.quick }
         }
@@ -97,15 +105,32 @@ Item {
     MouseArea {
         id: area
 
+        property real grip: 0 // where the knob was grabbed, from its centre
+
         function fractionAt(x: real): real {
             return Math.max(0, Math.min(1, (x - groove.x) / Math.max(1, groove.width)))
         }
 
         anchors.fill: parent
         preventStealing: true
-        onPressed: event => slider.dragBegun(fractionAt(event.x))
-        onPositionChanged: event => slider.dragged(fractionAt(event.x))
+        hoverEnabled: true
+        onPressed: event => {
+            const off = event.x - (knob.x + knob.width / 2)
+            grip = Math.abs(off) <= knob.width / 2 ? off : 0
+            slider.dragBegun(fractionAt(event.x - grip))
+        }
+        onPositionChanged: event => {
+            if (pressed)
+                slider.dragged(fractionAt(event.x - grip))
+        }
         onReleased: slider.dropped()
         onCanceled: slider.dragCancelled()
+    }
+    TimelineTip {
+        readonly property real place: area.pressed ? slider.shown : area.fractionAt(area.mouseX)
+
+        visible: slider.enabled && (area.containsMouse || area.pressed)
+        anchorX: groove.x + groove.width * place
+        text: visible ? slider.timeAt(place) : ""
     }
 }

@@ -15,6 +15,7 @@ Flow {
         label: "Subtitle"
         choices: menus.content.subtitles
         currentIndex: menus.content.subtitleIndex
+        isWaiting: menus.presenter.waiting.subtitle
         onChosen: index => menus.presenter.chooseSubtitle(index)
     }
     ChoiceMenu {
@@ -22,6 +23,7 @@ Flow {
         label: "Audio"
         choices: menus.content.audioTracks
         currentIndex: menus.content.audioIndex
+        isWaiting: menus.presenter.waiting.audio
         onChosen: index => menus.presenter.chooseAudio(index)
     }
     Item {
@@ -48,6 +50,7 @@ Flow {
         label: "Speed"
         choices: menus.content.speeds
         currentIndex: menus.content.speedIndex
+        isWaiting: menus.presenter.waiting.speed
         onChosen: index => menus.presenter.chooseSpeed(index)
     }
 }

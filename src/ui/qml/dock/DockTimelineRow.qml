@@ -20,6 +20,8 @@ RowLayout {
     TimelineSlider {
         Layout.fillWidth: true
         enabled: row.timeline.canSeek
+        isWaiting: row.presenter.waiting.position
+        timeAt: fraction => row.presenter.timeAt(fraction)
         timeline: row.timeline
         onDragBegun: fraction => row.presenter.beginDrag(fraction)
         onDragged: fraction => row.presenter.drag(fraction)

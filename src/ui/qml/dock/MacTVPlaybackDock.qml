@@ -8,6 +8,7 @@ Item {
 
     required property DockPresenter presenter
     readonly property dockState content: presenter.state
+    readonly property dockWaiting waiting: presenter.waiting
 
     implicitHeight: lines.implicitHeight + 2 * lines.anchors.margins
     Accessible.role: Accessible.Grouping
@@ -57,21 +58,25 @@ Item {
                 systemName: dock.content.playSymbol
                 tint: Theme.accent
                 accessibilityLabel: "Play or pause"
+                isWaiting: dock.waiting.play
                 onClicked: dock.presenter.playOrPause()
             }
             PlaybackIconButton {
                 systemName: "stop.fill"
                 accessibilityLabel: "Stop"
+                isWaiting: dock.waiting.stop
                 onClicked: dock.presenter.stop()
             }
             PlaybackIconButton {
                 systemName: "gobackward.10"
                 accessibilityLabel: "Back 10 seconds"
+                isWaiting: dock.waiting.back
                 onClicked: dock.presenter.seekBack()
             }
             PlaybackIconButton {
                 systemName: "goforward.10"
                 accessibilityLabel: "Forward 10 seconds"
+                isWaiting: dock.waiting.forward
                 onClicked: dock.presenter.seekForward()
             }
             AppButton {

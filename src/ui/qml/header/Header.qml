@@ -25,12 +25,14 @@ ColumnLayout {
             onClicked: header.presenter.pickUploads()
         }
     }
-    PlainText {
+    UnreachableStrip {
         Layout.fillWidth: true
-        visible: text !== ""
-        text: header.content.statusMessage
-        wrapMode: Text.Wrap
-        maximumLineCount: 3
+        text: header.content.unreachableText
+    }
+    StatusMessage {
+        Layout.fillWidth: true
+        visible: header.content.statusMessage !== ""
+        presenter: header.presenter.header
     }
     RowLayout {
         visible: header.content.isSyncing
@@ -45,7 +47,7 @@ ColumnLayout {
     }
     PairingStrip {
         Layout.fillWidth: true
-        visible: header.content.requiresPairing
+        isShown: header.content.requiresPairing
         validUntilText: header.content.codeValidUntilText
         onPairRequested: header.presenter.pairingSheet.present()
         onCancelRequested: header.presenter.header.cancelPairing()

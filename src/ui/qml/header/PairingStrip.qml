@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 
 // Says that the TV wants pairing before it takes orders.
-Rectangle {
+Strip {
     id: strip
 
     required property string validUntilText // may be empty
@@ -11,7 +11,6 @@ Rectangle {
     signal cancelRequested()
 
     implicitHeight: row.implicitHeight + 20
-    radius: 10
     color: Theme.stripFill
 
     RowLayout {

@@ -70,22 +70,12 @@ Rectangle {
         interval: 2500
         running: true
     }
-    Spinner {
+    PatientSpinner {
         anchors.centerIn: parent
-        visible: !stage.hasError && stage.content.isBuffering && patience.hasPassed
+        isWanted: !stage.hasError && stage.content.isBuffering
+        patience: 400
         colour: "#ffffff"
         size: Theme.scaled(28)
-    }
-    // A wait that is over at once is not worth a word.
-    Timer {
-        id: patience
-
-        property bool hasPassed: false
-
-        interval: 400
-        running: stage.content.isBuffering
-        onRunningChanged: hasPassed = false
-        onTriggered: hasPassed = true
     }
     LocalPlayerError {
         anchors.centerIn: parent

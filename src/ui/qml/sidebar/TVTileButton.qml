@@ -10,6 +10,7 @@ T.AbstractButton {
     required property string address
     required property string description // may be empty
     required property bool isSelected
+    required property bool isReachable
     required property var badges
 
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
@@ -31,7 +32,7 @@ T.AbstractButton {
         AppIcon {
             Layout.alignment: Qt.AlignTop
             name: tile.isSelected ? "tv.fill" : "tv"
-            colour: tile.isSelected ? Theme.selectedTv : Theme.secondaryText
+            colour: tile.isSelected && tile.isReachable ? Theme.selectedTv : Theme.secondaryText
             size: Theme.scaled(22)
         }
         ColumnLayout {
@@ -70,8 +71,16 @@ T.AbstractButton {
         radius: Theme.cardRadius
         color: tile.down ? Theme.surfacePressed
                          : tile.hovered ? Theme.surfaceHovered : Theme.surface
-        border.width: 1
-        border.color: Theme.tileOutline
+
+        Rectangle { // the selected one beyond doubt
+            anchors.fill: parent
+            radius: parent.radius
+            visible: tile.isSelected
+            color: Theme.accentFill
+        }
+
+        border.width: tile.isSelected ? 2 : 1
+        border.color: tile.isSelected ? Theme.accent : Theme.tileOutline
 
         Behavior on color {
             ColorAnimation { duration: Theme.quick }

@@ -9,7 +9,7 @@ Window {
     required property WindowPresenter presenter
     property int visibilityBefore: Window.Windowed // full screen
 
-    title: "Quiv Controller"
+    title: presenter.title
     width: 1280
     height: 820
     minimumWidth: 1040
