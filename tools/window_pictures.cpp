@@ -6,6 +6,7 @@
 
 #include "platform/pictures/process_picture_decoder.h"
 #include "support/fake_file_dialogs.h"
+#include "support/fake_file_manager.h"
 #include "support/fake_player.h"
 #include "transfer/upload_names.h"
 #include "ui/presenters/window_presenter.h"
@@ -107,7 +108,7 @@ class Pictures {
 public:
     explicit Pictures(const QString& directory)
         : m_directory(directory),
-          m_presenter(m_actions, {m_dialogs.preferred, m_tv, m_decoder, m_clock}),
+          m_presenter(m_actions, {m_dialogs.preferred, m_tv, m_decoder, m_fileManager, m_clock}),
           m_view(m_presenter) {
         m_view.window()->show();
     }
@@ -154,6 +155,7 @@ private:
     FakeDesktopDialogs m_dialogs;
     PictureTv m_tv;
     ProcessPictureDecoder m_decoder;
+    FakeFileManager m_fileManager;
     SystemClock m_clock;
     WindowState m_state;
     WindowPresenter m_presenter;

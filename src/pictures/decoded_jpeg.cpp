@@ -16,11 +16,30 @@ struct Release {
     void operator()(void* decompressor) const { tjDestroy(decompressor); }
 };
 
-// A cut off picture would be decoded too, and be grey where its data are missing.
+// Where the next marker begins: its 0xff, as the last before its code. At the end if there is none.
+std::size_t nextMarker(Bytes bytes, std::size_t from) {
+    const auto isMarker = [](unsigned char code) {
+        return code != 0 && code != 0xff && (code < 0xd0 || code > 0xd7); // stuffed, fill, restart
+    };
+    while (from + 1 < bytes.size() && !(bytes[from] == 0xff && isMarker(bytes[from + 1])))
+        ++from;
+    return from;
+}
+
+// A cut off picture would be decoded too, and be grey where its data are missing. Whatever follows
+// the picture's own end does no harm. Pictures within segments have ends too; segments are skipped.
 bool isCutOff(Bytes bytes) {
-    while (!bytes.empty() && bytes.back() == 0)
-        bytes = bytes.first(bytes.size() - 1);
-    return bytes.size() < 2 || bytes[bytes.size() - 2] != 0xff || bytes.back() != 0xd9;
+    constexpr unsigned char Start = 0xd8, End = 0xd9;
+    std::size_t at = 0;
+    while ((at = nextMarker(bytes, at)) + 1 < bytes.size()) {
+        const unsigned char code = bytes[at + 1];
+        if (code == End)
+            return false;
+        at += 2;
+        if (code != Start && at + 1 < bytes.size())
+            at += std::size_t(bytes[at]) << 8 | bytes[at + 1];
+    }
+    return true;
 }
 
 // At least: comments may look like one more.

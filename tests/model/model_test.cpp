@@ -128,10 +128,15 @@ private Q_SLOTS:
         QVERIFY(!fixture.model.state().isReachable);
         QCOMPARE(fixture.model.selected()->name(), u"Known"_s);
         QCOMPARE(fixture.status(), status);
+        fixture.model.playback()->send(PlaybackCommand::stop());
+        fixture.http.answer(StatusPath, HttpErrorCode::CannotConnect);
+        fixture.http.answer(PlaybackPath, HttpErrorCode::CannotConnect);
+        QCOMPARE(fixture.model.state().status.kind, StatusMessage::Kind::Failure);
         fixture.clock.advance(2s);
         QSignalSpy changes(&fixture.model, &OmbraMacModel::stateChanged);
         fixture.http.answer(PlaybackPath, "", 503);
         QVERIFY(fixture.model.state().isReachable);
+        QCOMPARE(fixture.status(), u"Connected to Known"_s); // the failure goes with its cause
         QVERIFY(!changes.isEmpty());
     }
 

@@ -59,8 +59,24 @@ private Q_SLOTS:
         fixture.http.answer(StatusPath,
                             R"({"authorized":false,"expiresInSec":90,"message":"Pair!"})");
         QCOMPARE(fixture.status(), u"Wrong code."_s);
+        QCOMPARE(fixture.pairing().refusal, u"Wrong code."_s);
         QVERIFY(fixture.pairing().requiresControlPairing);
         QVERIFY(fixture.pairing().pairingCodeValidUntil);
+    }
+
+    void aLockOutLastsAsLongAsTheTvSays() {
+        PairingFixture fixture;
+        fixture.model.pairing()->verifyPairingCode(u"999"_s);
+        QVERIFY(fixture.pairing().isVerifying);
+        fixture.http.answer(VerifyPath, "Wait.", 429, {{"Retry-After", "30"}});
+        QVERIFY(!fixture.pairing().isVerifying);
+        QCOMPARE(fixture.pairing().refusal, u"Wait."_s);
+        fixture.clock.advance(29s);
+        QVERIFY(fixture.pairing().isLockedOut);
+        fixture.clock.advance(2s);
+        QVERIFY(!fixture.pairing().isLockedOut);
+        QCOMPARE(lockOutTime(HttpReply{429, {{"retry-after", "999999"}}, {}}), 600s);
+        QCOMPARE(lockOutTime(HttpReply{429, {{"retry-after", "soon"}}, {}}), 10s);
     }
 
     void whatIsNoCodeIsNotSent() {

@@ -159,6 +159,7 @@ private Q_SLOTS:
         QTest::newRow("progressive JPEG") << encoded(image, "JPEG", true);
         QTest::newRow("large JPEG") << encoded(halves({3840, 2160}), "JPEG");
         QTest::newRow("small JPEG") << encoded(halves({20, 90}), "JPEG");
+        QTest::newRow("JPEG and more") << encoded(image, "JPEG") + QByteArray(99, 'x');
         QTest::newRow("PNG") << encoded(image, "PNG");
         QTest::newRow("PNG with a palette")
             << encoded(halves({9, 9}, QImage::Format_Indexed8), "PNG");

@@ -68,6 +68,11 @@ private Q_SLOTS:
         const PlaybackTimeline dropped = timelineDropped(dragged, Start + 3s);
         QCOMPARE(displayedFraction(dropped, Start + 3s), 0.5);
         QCOMPARE(displayedPositionMs(dropped, Start + 4s), 3'601'000);
+        const ReportedPosition old{9000, TwoHours, true};
+        const auto pending = timelineReported(dropped, old, Start + 4s, true);
+        QCOMPARE(displayedPositionMs(pending, Start + 4s), 3'601'000);
+        const auto repeated = timelineReported(pending, old, Start + 5s);
+        QCOMPARE(displayedPositionMs(repeated, Start + 5s), 3'602'000);
         const PlaybackTimeline refused = timelineReported(dropped, {9000, TwoHours, false}, Start);
         QCOMPARE(displayedPositionMs(refused, Start + 5s), 9000);
     }

@@ -2,18 +2,12 @@
 
 #include "support/fake_clock.h"
 #include "support/fake_file_dialogs.h"
+#include "support/fake_file_manager.h"
 #include "support/fake_http_session.h"
 #include "support/fake_picture_decoder.h"
 #include "ui/presenters/window_presenter.h"
 
 namespace quiv {
-
-class FakeFileManager final : public FileManager {
-public:
-    void show(const QUrl& file) override { shown.append(file); }
-
-    QList<QUrl> shown;
-};
 
 // What a window works with, in the test's hand.
 struct FakeWindowPorts {

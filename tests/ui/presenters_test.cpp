@@ -417,10 +417,22 @@ private Q_SLOTS:
         m_state.pairing = pairing(true);
         tell();
         QCOMPARE(shown(), u"shown "_s);
-        sheet.type(u"12"_s);
+        sheet.type(u" 1234"_s);
+        QCOMPARE(shown(), u"shown 123"_s);
+        m_state.pairing.isLockedOut = true;
+        tell();
+        sheet.verify();
+        QCOMPARE(takeCalls(), QStringList());
         sheet.cancelPairing();
         QCOMPARE(takeCalls(), QStringList(u"cancel pairing"_s));
-        QCOMPARE(shown(), u"away "_s);
+        for (const bool isRequired : {false, true}) { // the TV still does
+            m_state.pairing = pairing(isRequired);
+            tell();
+            QCOMPARE(shown(), u"away "_s);
+        }
+        m_state.pairing.requests = 1;
+        tell();
+        QCOMPARE(shown(), u"shown "_s);
     }
 };
 

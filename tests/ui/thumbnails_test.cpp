@@ -88,7 +88,7 @@ private Q_SLOTS:
         const qsizetype bytes = qsizetype{4} * Shape.size.width() * Shape.size.height();
         ThumbnailStore store(ports.http, ports.pictures, ports.clock, 2 * bytes + 1);
         const auto fetch = [&](const char* name) {
-            const Task<QImage> task = store.fetch(urlOf(name), Shape);
+            const Task<FetchedThumbnail> task = store.fetch(urlOf(name), Shape);
             ports.http.answer(ThumbnailPath, Picture);
             QTRY_VERIFY(task.isDone());
         };
@@ -137,10 +137,41 @@ private Q_SLOTS:
         QCOMPARE(fixture.takeRequests(), 1 + MostThumbnailRetries);
         fixture.ports.clock.advance(1h);
         QCOMPARE(fixture.takeRequests(), 0);
-        fixture.loader.load(urlOf("a.mkv"), Shape); // the row appears again
+        fixture.loader.load(urlOf("b.mkv"), Shape); // the row shows another
+        QVERIFY(fixture.answer(Picture));
+        fixture.takeRequests();
+        fixture.loader.load(urlOf("a.mkv"), Shape); // it appears again
         fixture.answer({}, 500);
         fixture.ports.clock.advance(1h);
         QCOMPARE(fixture.takeRequests(), 1);
+    }
+
+    void nothingIsAskedAgainUntilTheRightsChange() {
+        Fixture fixture;
+        fixture.loader.load(urlOf("a.mkv"), Shape);
+        fixture.answer("pair first", 401);
+        fixture.loader.load(urlOf("b.mkv"), Shape);
+        fixture.ports.clock.advance(1h);
+        QCOMPARE(fixture.takeRequests(), 1);
+        QUrl renewed = urlOf("a.mkv");
+        renewed.setQuery(renewed.query().replace(u"a%2Bb"_s, u"new"_s));
+        fixture.loader.load(renewed, Shape);
+        QVERIFY(fixture.answer(Picture));
+        QVERIFY(!fixture.loader.image().isNull());
+    }
+
+    void thePictureStaysUntilItIsThereInAnotherSize() {
+        Fixture fixture;
+        fixture.loader.load(urlOf("a.mkv"), Shape);
+        QVERIFY(fixture.answer(Picture));
+        const ThumbnailShape larger{{240, 136}, 16};
+        fixture.loader.load(urlOf("a.mkv"), larger);
+        QCOMPARE(fixture.loader.image().size(), Shape.size);
+        fixture.answer("busy", 503);
+        QCOMPARE(fixture.loader.image().size(), Shape.size);
+        fixture.ports.clock.advance(900ms);
+        QVERIFY(fixture.answer(Picture));
+        QCOMPARE(fixture.loader.image().size(), larger.size);
     }
 
     void aFewAreFetchedAtOnceAndNoneForRowsThatAreGone() {

@@ -128,12 +128,17 @@ private Q_SLOTS:
         QTRY_VERIFY(find(QAccessible::EditableText, "3-digit code"));
         typeText(u"12"_s); // the field has the focus by itself
         press(QAccessible::Button, "Verify code");
+        key(Qt::Key_Return);
         QVERIFY(m_actions.calls.isEmpty());
-        typeText(u"3"_s);
-        key(Qt::Key_Return); // nothing special
-        QVERIFY(m_actions.calls.isEmpty());
+        typeText(u"34"_s);
         QVERIFY(press(QAccessible::Button, "Verify code"));
-        QCOMPARE(m_actions.calls, QStringList(u"verify 123"_s));
+        m_state.pairing.refusal = u"Wrong code."_s;
+        m_state.pairing.refusals = 1;
+        tell();
+        QVERIFY(find(QAccessible::AlertMessage, "Wrong code."));
+        typeText(u"678"_s); // in place of the refused one
+        key(Qt::Key_Return);
+        QCOMPARE(m_actions.calls, (QStringList{u"verify 123"_s, u"verify 678"_s}));
 
         m_state.pairing = {};
         tell();

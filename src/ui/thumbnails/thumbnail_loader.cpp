@@ -15,50 +15,48 @@ ThumbnailLoader::ThumbnailLoader(ThumbnailStore& store, QObject* parent)
 
 void ThumbnailLoader::load(const QUrl& url, const ThumbnailShape& shape) {
     if (url == m_currentURL && shape == m_shape) {
-        if (!m_image.isNull() || !m_loadTask.isDone())
+        if (m_image.size() == shape.size || !m_loadTask.isDone())
             return;
     } else {
         m_loadTask.cancel();
         m_retryTask.cancel();
-        m_retryAttemptCount = 0;
+        const bool isAnother = url != m_currentURL;
         m_currentURL = url;
         m_shape = shape;
-        show({});
+        if (isAnother)
+            show({}); // else the picture stays until it is there in its new size
     }
     if (url.isEmpty() || shape.size.isEmpty())
         return;
     if (const QImage cached = m_store.cached(url, shape); !cached.isNull())
         return show(cached);
-    m_loadTask = loading();
+    if (!m_store.isRefused(url))
+        m_loadTask = loading();
 }
 
 Task<> ThumbnailLoader::loading() {
-    const QImage picture = co_await m_store.fetch(m_currentURL, m_shape);
-    if (picture.isNull())
+    const FetchedThumbnail fetched = co_await m_store.fetch(m_currentURL, m_shape);
+    if (!fetched.picture.isNull())
+        show(fetched.picture);
+    else if (!fetched.isRefused)
         scheduleRetry();
-    else
-        show(picture);
 }
 
 void ThumbnailLoader::scheduleRetry() {
-    if (m_retryAttemptCount >= MostThumbnailRetries)
-        return;
-    ++m_retryAttemptCount;
-    m_retryTask = retrying(thumbnailRetryDelay(m_retryAttemptCount));
+    const int retries = m_store.countRetry(m_currentURL);
+    if (retries < MostThumbnailRetries)
+        m_retryTask = retrying(thumbnailRetryDelay(retries + 1));
 }
 
 Task<> ThumbnailLoader::retrying(std::chrono::milliseconds delay) {
     co_await sleepFor(m_store.clock(), delay);
-    if (m_image.isNull())
-        load(m_currentURL, m_shape);
+    load(m_currentURL, m_shape);
 }
 
 // A picture ends the retries.
 void ThumbnailLoader::show(const QImage& image) {
-    if (!image.isNull()) {
+    if (!image.isNull())
         m_retryTask.cancel();
-        m_retryAttemptCount = 0;
-    }
     if (image.isNull() && m_image.isNull())
         return;
     m_image = image;

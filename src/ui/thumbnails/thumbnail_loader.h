@@ -44,7 +44,6 @@ private:
     QImage m_image;
     QUrl m_currentURL;
     ThumbnailShape m_shape;
-    int m_retryAttemptCount = 0;
     Task<> m_loadTask;
     Task<> m_retryTask;
 };

@@ -1,5 +1,7 @@
 #include "ui/thumbnails/thumbnail_store.h"
 
+#include <QUrlQuery>
+
 using namespace Qt::StringLiterals;
 
 namespace quiv {
@@ -14,6 +16,15 @@ constexpr int FetchesAtOnce = 4;
 QString keyOf(const QUrl& url, const ThumbnailShape& shape) {
     return u"%1x%2 "_s.arg(shape.size.width()).arg(shape.size.height()) +
            url.toString(QUrl::FullyEncoded);
+}
+
+// The TV and what the client shows it, whichever video is asked for.
+QString rightsOf(const QUrl& url) {
+    QUrlQuery query(url);
+    query.removeAllQueryItems(u"name"_s);
+    QUrl rights = url;
+    rights.setQuery(query);
+    return rights.toString(QUrl::FullyEncoded);
 }
 
 } // namespace
@@ -31,8 +42,11 @@ QImage ThumbnailStore::cached(const QUrl& url, const ThumbnailShape& shape) {
     return picture ? *picture : QImage();
 }
 
-Task<QImage> ThumbnailStore::fetch(QUrl url, ThumbnailShape shape) {
+Task<FetchedThumbnail> ThumbnailStore::fetch(QUrl url, ThumbnailShape shape) {
     const Semaphore::Permit permit = co_await m_semaphore.acquire();
+    FetchedThumbnail fetched;
+    if ((fetched.isRefused = isRefused(url)))
+        co_return fetched; // while it waited
     HttpRequest request;
     request.priority = HttpPriority::Background;
     request.url = url.toEncoded();
@@ -42,16 +56,35 @@ Task<QImage> ThumbnailStore::fetch(QUrl url, ThumbnailShape shape) {
     try {
         reply = co_await m_http.send(std::move(request));
     } catch (const HttpError&) {
-        co_return QImage();
+        co_return fetched;
     }
-    if (!reply.isSuccess())
-        co_return QImage();
-    const auto pixels = co_await m_decoder.decode(std::move(reply.body), shape.size);
+    if (reply.isSuccess())
+        fetched.picture = co_await decoded(std::move(reply.body), url, shape);
+    if ((fetched.isRefused = reply.status == 401))
+        m_refused.insert(rightsOf(url), new bool(true));
+    co_return fetched;
+}
+
+Task<QImage> ThumbnailStore::decoded(QByteArray body, QUrl url, ThumbnailShape shape) {
+    const auto pixels = co_await m_decoder.decode(std::move(body), shape.size);
     if (!pixels)
         co_return QImage();
     const QImage picture = roundedThumbnail(*pixels, shape);
     m_cache.insert(keyOf(url, shape), new QImage(picture), picture.sizeInBytes());
+    m_retries.remove(url.toString(QUrl::FullyEncoded));
     co_return picture;
+}
+
+bool ThumbnailStore::isRefused(const QUrl& url) const {
+    return m_refused.contains(rightsOf(url));
+}
+
+int ThumbnailStore::countRetry(const QUrl& url) {
+    const QString key = url.toString(QUrl::FullyEncoded);
+    if (int* count = m_retries.object(key))
+        return (*count)++;
+    m_retries.insert(key, new int(1));
+    return 0;
 }
 
 } // namespace quiv

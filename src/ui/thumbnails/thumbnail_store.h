@@ -16,8 +16,15 @@
 
 namespace quiv {
 
+// What came of asking for a picture.
+struct FetchedThumbnail {
+    QImage picture;         // null if the TV has none (yet), or sends none that can be shown
+    bool isRefused = false; // the TV does not let this client have it
+};
+
 // The pictures of all rows: fetches a few at a time, has them decoded, and keeps the most recently
-// used ones up to a number of bytes. Outlives the loaders that use it.
+// used ones up to a number of bytes. Remembers what was asked for in vain, so that rows that come and go
+// do not ask for it anew. Outlives the loaders that use it.
 class ThumbnailStore : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -33,15 +40,24 @@ public:
 
     // Returns a null image if the picture is not kept.
     QImage cached(const QUrl& url, const ThumbnailShape& shape);
-    // Returns a null image if the TV has none (yet), or sends none that can be shown. Dropping the
-    // task ends the fetch.
-    Task<QImage> fetch(QUrl url, ThumbnailShape shape);
+    // Dropping the task ends the fetch.
+    Task<FetchedThumbnail> fetch(QUrl url, ThumbnailShape shape);
+    // Whether the TV has refused the rights that this address carries.
+    bool isRefused(const QUrl& url) const;
+    // How often the picture was tried again; counts one more.
+    int countRetry(const QUrl& url);
 
 private:
+    static constexpr int MostRemembered = 10'000;
+
+    Task<QImage> decoded(QByteArray body, QUrl url, ThumbnailShape shape);
+
     HttpSession& m_http;
     PictureDecoder& m_decoder;
     Clock& m_clock;
     QCache<QString, QImage> m_cache; // by address and size; costs are bytes
+    QCache<QString, int> m_retries{MostRemembered}; // by address
+    QCache<QString, bool> m_refused{MostRemembered}; // by TV and rights
     Semaphore m_semaphore;
 };
 

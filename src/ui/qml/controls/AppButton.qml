@@ -15,6 +15,7 @@ T.Button {
     property bool isCompact: false   // the symbol alone; the label becomes the tool tip
     readonly property bool prominent: kind === AppButton.Prominent
     readonly property color prominentInk: enabled ? Theme.accentInk : Theme.tertiaryText
+    readonly property color ink: prominent ? prominentInk : borderedInk
     readonly property color borderedInk: kind === AppButton.Destructive ? Theme.destructive
                                                                         : Theme.primaryText
 
@@ -36,7 +37,7 @@ T.Button {
         widestText: button.isCompact ? "" : button.widestText
         hasArrow: button.opensMenu && !button.isCompact
         font: button.font
-        ink: button.prominent ? button.prominentInk : button.borderedInk
+        ink: button.ink
     }
 
     background: Rectangle {
@@ -62,7 +63,7 @@ T.Button {
         anchors.rightMargin: 8
         anchors.verticalCenter: parent.verticalCenter
         isWanted: button.isWaiting && button.symbol === ""
-        colour: button.contentItem.ink
+        colour: button.ink
         size: Theme.scaled(13)
     }
     FocusRing { target: button }

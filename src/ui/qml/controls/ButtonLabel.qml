@@ -22,21 +22,13 @@ Item {
         anchors.centerIn: parent
         spacing: 7
 
-        AppIcon {
+        WaitingIcon {
             anchors.verticalCenter: parent.verticalCenter
             visible: label.symbol !== ""
-            name: spinner.visible ? "" : label.symbol
+            symbol: label.symbol
+            isWaiting: label.isWaiting
             colour: label.ink
             size: Theme.scaled(15)
-
-            PatientSpinner {
-                id: spinner
-
-                anchors.centerIn: parent
-                isWanted: label.isWaiting
-                colour: label.ink
-                size: parent.size
-            }
         }
         PlainText {
             anchors.verticalCenter: parent.verticalCenter

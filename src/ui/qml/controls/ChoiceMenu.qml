@@ -42,18 +42,11 @@ T.Button {
             text: menu.currentText
             Accessible.ignored: true
         }
-        AppIcon {
-            name: spinner.visible ? "" : "chevron.down"
+        WaitingIcon {
+            symbol: "chevron.down"
+            isWaiting: menu.isWaiting
             colour: Theme.secondaryText
             size: Theme.scaled(11)
-
-            PatientSpinner {
-                id: spinner
-
-                anchors.centerIn: parent
-                isWanted: menu.isWaiting
-                size: Theme.scaled(13)
-            }
         }
     }
 

@@ -21,18 +21,10 @@ T.Button {
     Keys.onEnterPressed: clicked()
 
     contentItem: Item {
-        AppIcon {
+        WaitingIcon {
             anchors.centerIn: parent
-            visible: !spinner.visible
-            name: button.systemName
-            colour: button.tint
-            size: Theme.scaled(14)
-        }
-        PatientSpinner {
-            id: spinner
-
-            anchors.centerIn: parent
-            isWanted: button.isWaiting
+            symbol: button.systemName
+            isWaiting: button.isWaiting
             colour: button.tint
             size: Theme.scaled(14)
         }

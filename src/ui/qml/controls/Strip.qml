@@ -5,7 +5,7 @@ Rectangle {
     required property bool isShown
 
     radius: 10
-    visible: opacity > 0
+    visible: isShown || opacity > 0
     opacity: isShown ? 1 : 0
 
     Behavior on opacity {

@@ -8,7 +8,8 @@ Item {
     required property dockTimeline timeline
     property string label: "Position"
     property bool isWaiting: false // for the place that was asked for
-    required property var timeAt   // the words for a place, 0 to 1
+    property string pointedText    // the time at the place that is pointed at
+    readonly property real pointedAt: area.pressed ? shown : area.fractionAt(area.mouseX)
     readonly property bool isHeld: area.pressed
     property real shown: 0 // the knob's place, 0 to 1
     property bool glides: false
@@ -127,10 +128,8 @@ Item {
         onCanceled: slider.dragCancelled()
     }
     TimelineTip {
-        readonly property real place: area.pressed ? slider.shown : area.fractionAt(area.mouseX)
-
         visible: slider.enabled && (area.containsMouse || area.pressed)
-        anchorX: groove.x + groove.width * place
-        text: visible ? slider.timeAt(place) : ""
+        anchorX: groove.x + groove.width * slider.pointedAt
+        text: slider.pointedText
     }
 }

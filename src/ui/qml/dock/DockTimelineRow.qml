@@ -18,10 +18,12 @@ RowLayout {
         font: Theme.subheadline
     }
     TimelineSlider {
+        id: slider
+
         Layout.fillWidth: true
         enabled: row.timeline.canSeek
         isWaiting: row.presenter.waiting.position
-        timeAt: fraction => row.presenter.timeAt(fraction)
+        pointedText: row.presenter.timeAt(slider.pointedAt)
         timeline: row.timeline
         onDragBegun: fraction => row.presenter.beginDrag(fraction)
         onDragged: fraction => row.presenter.drag(fraction)

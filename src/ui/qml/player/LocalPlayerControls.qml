@@ -43,7 +43,7 @@ Rectangle {
             Layout.fillWidth: true
             enabled: bar.timeline.canSeek
             label: "Position here"
-            timeAt: fraction => bar.presenter.timeAt(fraction)
+            pointedText: bar.presenter.timeAt(slider.pointedAt)
             timeline: bar.timeline
             onDragBegun: fraction => bar.presenter.beginDrag(fraction)
             onDragged: fraction => bar.presenter.drag(fraction)
