@@ -245,6 +245,12 @@ void Pictures::takeControls(const QString& prefix) {
     m_presenter.show(m_state);
     take(prefix + u"not-reachable"_s, {1040, 700});
     m_state.isReachable = true;
+    m_state.status = {.text = u"Downloaded Harbour Tour S01E03 - The Very Long Title.mkv"_s,
+                      .file = QUrl(u"file:///root/Videos/x.mkv"_s)};
+    m_presenter.show(m_state);
+    take(prefix + u"downloaded"_s, {1040, 700});
+    m_state.status = failureMessage(u"Playback command failed: The TV did not answer in time."_s);
+    m_state.pendingCommands = {PlaybackCommand::pause(), PlaybackCommand::setSpeed(1)};
     m_state.move = {true, 0.62, 31'500'000, u"c.mkv"_s};
     m_presenter.show(m_state);
     take(prefix + u"move"_s);
@@ -295,6 +301,8 @@ void Pictures::takeAll(const QString& prefix) {
     showPairing();
     take(prefix + u"pairing-sheet"_s);
     m_presenter.pairingSheet()->type(u"482"_s);
+    m_state.pairing.refusal = u"Wrong code. 3 attempt(s) left."_s;
+    m_presenter.show(m_state);
     take(prefix + u"pairing-code"_s, {1040, 700});
     m_presenter.pairingSheet()->dismiss();
     take(prefix + u"pairing-strip"_s);
