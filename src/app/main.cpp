@@ -60,9 +60,9 @@ QString dialogParent() {
 
 int runApplication() {
     quiv::Composition composition(dialogParent);
-    quiv::MainWindow window(composition.model(), {composition.fileDialogs(), composition.http(),
-                                                  composition.pictures(),
-                                                  composition.fileManager(), composition.clock()});
+    quiv::MainWindow window(composition.model(),
+                            {composition.fileDialogs(), composition.http(), composition.pictures(),
+                             composition.fileManager(), composition.clock()});
     if (!window.show()) {
         std::fputs("quiv-controller: the window could not be loaded\n", stderr);
         return 1;

@@ -58,6 +58,7 @@ void OmbraMacModel::tellStateChanges() {
         connect(part, changed, this, &OmbraMacModel::stateChanged);
     };
     tell(&m_discovery, &Discovery::devicesChanged);
+    tell(&m_discovery, &Discovery::searchingChanged);
     tell(&m_tokens, &AuthTokens::tokenChanged);
     tell(&m_selected, &SelectedDevice::changed);
     tell(&m_reachability, &Reachability::reachableChanged);
@@ -78,6 +79,7 @@ void OmbraMacModel::tellStateChanges() {
 
 WindowState OmbraMacModel::state() {
     return {.discoveredDevices = m_discovery.discoveredDevices(),
+            .isSearching = m_discovery.isSearching(),
             .selectedDevice = m_selected.device(),
             .isReachable = m_reachability.isReachable(),
             .status = m_status.message(),

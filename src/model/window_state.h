@@ -22,6 +22,7 @@ namespace quiv {
 // Everything the window shows, at one instant. Cheap to copy: lists and texts are shared.
 struct WindowState {
     QList<TVEndpoint> discoveredDevices;
+    bool isSearching = false; // for TVs
     std::optional<TVEndpoint> selectedDevice;
     bool isReachable = true; // the selected TV answers
     StatusMessage status;

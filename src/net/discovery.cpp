@@ -14,6 +14,8 @@ constexpr auto LongestResolving = 1h; // then it is subscribed anew
 constexpr auto CountingTime = 10s;    // of announcements that are left out
 constexpr auto ProbeTimeout = 1500ms;
 constexpr auto WaitForRememberedTv = 1500ms;
+constexpr auto SettlingTime = 2s; // without news
+constexpr auto LongestSearch = 10s;
 
 QString withoutDotsAtEnds(const QString& name) {
     qsizetype begin = 0;
@@ -73,6 +75,8 @@ void Discovery::refreshDiscovery() {
     Q_EMIT devicesChanged();
     m_browser.stop();
     m_tvs.say(u"Searching for TVs on local network..."_s);
+    m_latestSettling = m_clock.now() + LongestSearch;
+    expectNews();
     m_wait = m_clock.after(WaitForRememberedTv, [this] {
         m_wait.reset();
         ensureSelectedDevice();
@@ -85,7 +89,21 @@ void Discovery::refreshDiscovery() {
         [this](const FoundService& service) { end(service); });
 }
 
+// The search ends when nothing has come for a while; what comes later is listed all the same.
+void Discovery::expectNews() {
+    using std::chrono::milliseconds;
+    const auto left = std::chrono::duration_cast<milliseconds>(m_latestSettling - m_clock.now());
+    const auto delay = std::clamp<milliseconds>(left, 0ms, SettlingTime);
+    m_settling = m_clock.after(delay, [this] {
+        m_settling.reset();
+        Q_EMIT searchingChanged();
+    });
+    Q_EMIT searchingChanged();
+}
+
 void Discovery::begin(const FoundService& service) {
+    if (isSearching())
+        expectNews();
     if (!hasPlaceFor(service.name))
         makeRoom();
     if (!hasPlaceFor(service.name))
@@ -187,6 +205,8 @@ Task<> Discovery::list(ResolvedService place, Announce announce) {
         co_return; // what is known of it stays
     upsertDiscoveredDevice(info ? enriched(*endpoint, *info) : knownRecord(*endpoint, oldKey),
                            oldKey);
+    if (isSearching())
+        expectNews();
     if (announce == Announce::Yes || oldKey != following.key)
         m_tvs.say(u"Found %1 TV device(s)"_s.arg(m_discoveredDevices.size()));
 }

@@ -61,6 +61,8 @@ public:
 
     // Unique by endpointKey, in the order of comesBefore().
     const QList<TVEndpoint>& discoveredDevices() const { return m_discoveredDevices; }
+    // Whether a search is under way: until nothing new has come for a while.
+    bool isSearching() const { return m_settling != nullptr; }
     // Empties the list and searches anew.
     void refreshDiscovery();
     // The TV with this endpointKey does not answer: looks where it is now.
@@ -70,6 +72,7 @@ public:
 
 Q_SIGNALS:
     void devicesChanged();
+    void searchingChanged();
 
 private:
     enum class Announce { Yes, No };
@@ -80,6 +83,7 @@ private:
         Task<> task;
     };
 
+    void expectNews();
     void begin(const FoundService& service);
     bool hasPlaceFor(const QString& serviceName) const;
     void makeRoom();
@@ -105,6 +109,8 @@ private:
     QList<TVEndpoint> m_discoveredDevices;
     // While it runs, no other TV takes the place of the one that was selected last.
     std::unique_ptr<Clock::Timer> m_wait;
+    std::unique_ptr<Clock::Timer> m_settling; // while a search is under way
+    Clock::Instant m_latestSettling{};
     // One probe is kept for the TV that was selected last.
     Semaphore m_probes{ProbesAtOnce - 1};
     Semaphore m_rememberedProbe{1};

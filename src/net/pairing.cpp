@@ -56,8 +56,8 @@ std::optional<QDateTime> pairingValidity(const std::optional<QDateTime>& known,
     return validUntil;
 }
 
-Pairing::Pairing(const TvAccess& tvs, RequestLayer& requests, AuthTokens& tokens,
-                 Clock& clock, QObject* parent)
+Pairing::Pairing(const TvAccess& tvs, RequestLayer& requests, AuthTokens& tokens, Clock& clock,
+                 QObject* parent)
     : QObject(parent), m_tvs(tvs), m_requests(requests), m_tokens(tokens), m_clock(clock) {
     m_requests.setAuthListener(this);
 }

@@ -20,8 +20,8 @@ class Pairing;
 // What the selected TV plays, and the commands that change it.
 //
 // The TV alone knows: no command is assumed to have taken effect, and each that the TV accepts is
-// followed by a reading. Commands are not serialised. A reading that began before a newer one, before
-// a command was sent or before an accepted one was answered, is out of date and dropped.
+// followed by a reading. Commands are not serialised. A reading that began before a newer one,
+// before a command was sent or before an accepted one was answered, is out of date and dropped.
 class RemotePlayback : public QObject {
     Q_OBJECT
 

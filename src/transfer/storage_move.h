@@ -28,7 +28,7 @@ struct MoveState {
 struct MoveStep {
     MoveState state;
     std::optional<QString> statusMessage{};
-    bool hasFailed = false; // as the message says
+    bool hasFailed = false;    // as the message says
     bool hasMovedFile = false; // a move that was seen running is complete
 };
 MoveStep moveStep(const MoveState& before, const MoveStatusResponse& report);

@@ -202,6 +202,9 @@ private Q_SLOTS:
         QCOMPARE(fixture.model.selected()->name(), u"Renamed"_s); // it may still come back
         fixture.clock.advance(1500ms);
         QCOMPARE(fixture.model.selected()->name(), u"attic"_s);
+        QVERIFY(fixture.model.state().isSearching); // something came just now
+        fixture.clock.advance(600ms);
+        QVERIFY(!fixture.model.state().isSearching);
         QCOMPARE(fixture.settings.texts.value(PersistedKey), u"10.0.0.2:80"_s);
     }
 

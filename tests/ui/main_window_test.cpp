@@ -21,7 +21,9 @@ const QByteArray OneVideo =
 struct Desk : ModelFixture {
     FakePictureDecoder pictures;
     FakeFileManager fileManager;
-    Desk() : window(model, {dialogs.preferred, http, pictures, fileManager, clock}) { window.show(); }
+    Desk() : window(model, {dialogs.preferred, http, pictures, fileManager, clock}) {
+        window.show();
+    }
 
     void announceTv() {
         browser.announce(serviceAt(u"tv"_s, {10, 0, 0, 2}, 8080));

@@ -151,8 +151,7 @@ void DockPresenter::takeReading(const PlaybackResponse* read, bool isSameVideo) 
     if (read) {
         const ReportedPosition reported{read->positionMs, read->durationMs, read->isPlaying};
         const bool isSeekPending = isSameVideo && m_waiting.position;
-        m_timeline =
-            timelineReported(m_timeline, reported, SteadyClock::now(), isSeekPending);
+        m_timeline = timelineReported(m_timeline, reported, SteadyClock::now(), isSeekPending);
     }
 }
 

@@ -94,8 +94,7 @@ void PairingSheetPresenter::update() {
         state.tvName = displayText(m_shown.selectedDevice->name);
     state.code = m_code;
     state.isVerifying = pairing.isVerifying;
-    state.canVerify =
-        isCompletePairingCode(m_code) && !pairing.isVerifying && !pairing.isLockedOut;
+    state.canVerify = isCompletePairingCode(m_code) && !pairing.isVerifying && !pairing.isLockedOut;
     state.refusal = displayText(pairing.refusal);
     state.refusals = pairing.refusals;
     state.codeValidUntilText = codeValidUntilText(pairing);

@@ -79,6 +79,7 @@ void SidebarPresenter::show(const WindowState& state) {
     m_tiles.assign(tvTiles(state));
     publish(this, m_countText, foundTvsText(state.discoveredDevices.size()),
             &SidebarPresenter::countTextChanged);
+    publish(this, m_isSearching, state.isSearching, &SidebarPresenter::isSearchingChanged);
 }
 
 void SidebarPresenter::refresh() {

@@ -41,12 +41,14 @@ class SidebarPresenter : public QObject {
     QML_UNCREATABLE("belongs to the window's presenter")
     Q_PROPERTY(QAbstractItemModel* tiles READ tiles CONSTANT)
     Q_PROPERTY(QString countText READ countText NOTIFY countTextChanged)
+    Q_PROPERTY(bool isSearching READ isSearching NOTIFY isSearchingChanged)
 
 public:
     explicit SidebarPresenter(WindowActions& actions, QObject* parent = nullptr);
 
     QAbstractItemModel* tiles() { return &m_tiles; }
     const QString& countText() const { return m_countText; }
+    bool isSearching() const { return m_isSearching; }
 
     void show(const WindowState& state);
 
@@ -55,10 +57,12 @@ public:
 
 Q_SIGNALS:
     void countTextChanged();
+    void isSearchingChanged();
 
 private:
     WindowActions& m_actions;
     RecordListModel<TvTile, &TvTile::key> m_tiles;
+    bool m_isSearching = false;
     QString m_countText = foundTvsText(0);
 };
 

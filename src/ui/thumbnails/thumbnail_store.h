@@ -23,8 +23,8 @@ struct FetchedThumbnail {
 };
 
 // The pictures of all rows: fetches a few at a time, has them decoded, and keeps the most recently
-// used ones up to a number of bytes. Remembers what was asked for in vain, so that rows that come and go
-// do not ask for it anew. Outlives the loaders that use it.
+// used ones up to a number of bytes. Remembers what was asked for in vain, so that rows that come
+// and go do not ask for it anew. Outlives the loaders that use it.
 class ThumbnailStore : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -55,8 +55,8 @@ private:
     HttpSession& m_http;
     PictureDecoder& m_decoder;
     Clock& m_clock;
-    QCache<QString, QImage> m_cache; // by address and size; costs are bytes
-    QCache<QString, int> m_retries{MostRemembered}; // by address
+    QCache<QString, QImage> m_cache;                 // by address and size; costs are bytes
+    QCache<QString, int> m_retries{MostRemembered};  // by address
     QCache<QString, bool> m_refused{MostRemembered}; // by TV and rights
     Semaphore m_semaphore;
 };

@@ -33,6 +33,7 @@ Rectangle {
             AppButton {
                 text: "Refresh"
                 symbol: "arrow.clockwise"
+                isWaiting: sidebar.presenter.isSearching
                 onClicked: sidebar.presenter.refresh()
             }
         }
