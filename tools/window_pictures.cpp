@@ -176,9 +176,9 @@ void Pictures::takeUploads(const QString& prefix) {
     m_state.uploads = {failed, current, elsewhere, sampleUpload(u"3"_s, u"c.mkv"_s, tv)};
     m_presenter.show(m_state);
     take(prefix + u"uploads"_s);
-    m_presenter.uploads()->setDropTargeted(true);
+    m_presenter.uploads()->dragEntered({QUrl(u"file:///v/a.mkv"_s)});
     take(prefix + u"drop"_s, {1040, 700});
-    m_presenter.uploads()->setDropTargeted(false);
+    m_presenter.uploads()->dragLeft();
     m_presenter.pickUploads();
     take(prefix + u"chooser"_s, {1040, 700});
     m_presenter.fileChooser()->cancel();

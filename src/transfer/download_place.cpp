@@ -74,9 +74,10 @@ std::shared_ptr<DownloadPlace> DownloadPlace::at(const QString& destination, Exi
             }};
 }
 
-DownloadPlace::DownloadPlace(const QString& destination, Existing existing) : m_existing(existing) {
+DownloadPlace::DownloadPlace(const QString& destination, Existing itsExisting)
+    : m_existing(itsExisting) {
     const QFileInfo place(destination);
-    if (existing == Existing::Replaced && place.exists() && !place.isFile())
+    if (m_existing == Existing::Replaced && place.exists() && !place.isFile())
         throw PlaceError(u"\"%1\" is no file that could be replaced. Choose another name."_s.arg(
             place.fileName()));
     m_folderPath = place.absolutePath();

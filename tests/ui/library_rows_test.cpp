@@ -98,7 +98,7 @@ private Q_SLOTS:
         QTRY_VERIFY(find(QAccessible::Button, "Download"));
         QVERIFY(press(QAccessible::Button, "Download"));
         QTRY_VERIFY(find(QAccessible::Button, "A.srt"));
-        QCOMPARE(m_presenter->library()->downloadMenu()->symbols(),
+        QCOMPARE(m_presenter->library()->menu()->symbols(),
                  QStringList({u"captions.bubble"_s, u"film"_s, u"doc"_s}));
         key(Qt::Key_Down);
         key(Qt::Key_Return);

@@ -219,6 +219,7 @@ void LibraryPresenter::search(const QString& text) {
         return;
     filterRows();
     updatePhase();
+    Q_EMIT searched();
 }
 
 void LibraryPresenter::filterRows() {

@@ -93,6 +93,7 @@ Q_SIGNALS:
     void selectedDeviceChanged();
     void failureTextChanged();
     void foundTextChanged();
+    void searched(); // the rows are what the search leaves
     void deleteRequested(const QList<quiv::FileGroup>& groups);
     void subtitleRequested(const QString& videoName);
 

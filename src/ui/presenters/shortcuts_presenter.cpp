@@ -36,7 +36,7 @@ constexpr std::array Lines{
 };
 
 QKeyCombination combination(int key, int modifiers) {
-    return {Qt::KeyboardModifiers::fromInt(modifiers), static_cast<Qt::Key>(key)};
+    return QKeyCombination(Qt::KeyboardModifiers::fromInt(modifiers), static_cast<Qt::Key>(key));
 }
 
 } // namespace

@@ -12,10 +12,12 @@ T.AbstractButton {
 
     horizontalPadding: 9
     focusPolicy: Qt.NoFocus
+    opacity: enabled ? 1 : 0.45
+    Accessible.role: Accessible.MenuItem
     Accessible.name: text
     Accessible.checkable: symbol === ""
     Accessible.checked: isMarked
-    Accessible.onPressAction: clicked()
+    Accessible.onPressAction: if (enabled) clicked()
 
     contentItem: RowLayout {
         spacing: 8

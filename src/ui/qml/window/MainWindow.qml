@@ -33,37 +33,50 @@ Window {
         }
     }
 
-    RowLayout {
+    // Sheets and menus are not in it, so that none of its keys acts while one is open.
+    KeyboardScope {
         anchors.fill: parent
-        visible: !fullScreenArea.visible
-        spacing: 0
+        focus: true
+        presenter: window.presenter
+        onSearchWanted: toolbar.enterSearch()
 
-        Sidebar {
-            Layout.fillHeight: true
-            presenter: window.presenter.sidebar
-        }
-        ColumnLayout {
-            Layout.fillWidth: true
-            Layout.fillHeight: true
+        RowLayout {
+            anchors.fill: parent
+            visible: !fullScreenArea.visible
             spacing: 0
 
-            Toolbar {
-                Layout.fillWidth: true
-                library: window.presenter.library
+            Sidebar {
+                Layout.fillHeight: true
+                presenter: window.presenter.sidebar
             }
-            DetailArea {
+            ColumnLayout {
                 Layout.fillWidth: true
                 Layout.fillHeight: true
-                presenter: window.presenter
-                fullScreenArea: fullScreenArea
+                spacing: 0
+
+                Toolbar {
+                    id: toolbar
+
+                    Layout.fillWidth: true
+                    library: window.presenter.library
+                    onSearchLeft: detail.enterResults()
+                }
+                DetailArea {
+                    id: detail
+
+                    Layout.fillWidth: true
+                    Layout.fillHeight: true
+                    presenter: window.presenter
+                    fullScreenArea: fullScreenArea
+                }
             }
         }
-    }
-    Item {
-        id: fullScreenArea
+        Item {
+            id: fullScreenArea
 
-        anchors.fill: parent
-        visible: window.presenter.localPanel.isFullScreen
+            anchors.fill: parent
+            visible: window.presenter.localPanel.isFullScreen
+        }
     }
 
     Prompt {
@@ -83,6 +96,7 @@ Window {
         onConfirmed: window.presenter.subtitleRename.confirm()
         onCancelled: window.presenter.subtitleRename.cancel()
     }
+    ShortcutsSheet { presenter: window.presenter.shortcuts }
     FileChooserSheet { presenter: window.presenter.fileChooser }
     PairingSheet { presenter: window.presenter.pairingSheet }
 }

@@ -1,0 +1,92 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Quiv
+
+// One row of the list: of the queue or of the library. Takes the focus itself; from there the keys
+// lead to its buttons.
+FocusScope {
+    id: entry
+
+    required property int index
+    required property string key
+    required property bool isUpload
+    required property queueRow upload
+    required property fileGroupRowState content
+    required property bool isCurrent
+    required property LibraryPresenter presenter
+    required property UploadsPresenter uploads
+    required property ThumbnailStore thumbnails
+    required property RowMeasures measures
+    required property ActionMenu menu
+    readonly property bool isMarked: entry.Window.activeFocusItem === entry
+                                     && Appearance.isKeyboardInUse
+    // Buttons of other rows are for the pointer, which makes their row the current one.
+    readonly property int focusPolicy: isCurrent ? Qt.StrongFocus : Qt.ClickFocus
+
+    signal picked(modifiers: int)
+    signal menuAsked(x: real, y: real)
+    signal activated()
+
+    implicitHeight: row.item?.implicitHeight ?? 0
+    activeFocusOnTab: isCurrent
+    onIsCurrentChanged: if (!isCurrent) row.focus = false // so that it is entered at its beginning
+    Accessible.role: Accessible.ListItem
+    Accessible.name: isUpload ? upload.fileName : content.title
+    Accessible.description: isUpload ? upload.statusText : content.subtitleText
+    Accessible.focusable: true
+    Accessible.selectable: !isUpload
+    Accessible.selected: content.isSelected
+    Accessible.onPressAction: activated()
+
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        onClicked: event => {
+            if (event.button === Qt.RightButton)
+                entry.menuAsked(event.x, event.y)
+            else
+                entry.picked(event.modifiers)
+        }
+        onDoubleClicked: event => {
+            if (event.button === Qt.LeftButton)
+                entry.activated()
+        }
+    }
+    Loader {
+        id: row
+
+        width: parent.width
+        sourceComponent: entry.isUpload ? uploadRow : libraryRow
+    }
+    HoverHandler { id: hover }
+
+    Component {
+        id: uploadRow
+
+        UploadQueueRow {
+            presenter: entry.uploads
+            key: entry.key
+            content: entry.upload
+            isFirst: entry.index === 0
+            isLast: entry.index === entry.uploads.count - 1
+            isMarked: entry.isMarked
+            focusPolicy: entry.focusPolicy
+        }
+    }
+    Component {
+        id: libraryRow
+
+        FileGroupRow {
+            presenter: entry.presenter
+            key: entry.key
+            content: entry.content
+            thumbnails: entry.thumbnails
+            measures: entry.measures
+            menu: entry.menu
+            isMarked: entry.isMarked
+            isHovered: hover.hovered
+            focusPolicy: entry.focusPolicy
+        }
+    }
+}
