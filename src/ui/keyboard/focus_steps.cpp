@@ -8,9 +8,13 @@ namespace quiv {
 void FocusSteps::enter(QQuickItem* item) const {
     if (!item)
         return;
+    forget(item);
+    item->forceActiveFocus(Qt::OtherFocusReason);
+}
+
+void FocusSteps::forget(QQuickItem* item) const {
     if (QQuickItem* control = item->scopedFocusItem())
         control->setFocus(false);
-    item->forceActiveFocus(Qt::OtherFocusReason);
 }
 
 void FocusSteps::step(QQuickItem* item, bool isForward) const {

@@ -35,6 +35,7 @@ Rectangle {
 
         Rectangle {
             id: segment
+            objectName: "segment"
 
             // A share of the way: the line may get its width only while this runs.
             property real progress: 0

@@ -10,6 +10,7 @@ Item {
     required property string key
     required property fileGroupRowState content
     required property ThumbnailStore thumbnails
+    required property bool isInView
     required property RowMeasures measures
     required property ActionMenu menu
     required property bool isMarked // has the focus itself
@@ -48,7 +49,7 @@ Item {
             CachedThumbnailView {
                 Layout.preferredWidth: row.measures.thumbnailWidth
                 store: row.thumbnails
-                source: row.content.thumbnailURL
+                source: row.isInView ? row.content.thumbnailURL : ""
             }
             FileGroupTitle {
                 Layout.fillWidth: true

@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import Quiv
 
@@ -14,6 +12,7 @@ FocusScope {
     required property queueRow upload
     required property fileGroupRowState content
     required property bool isCurrent
+    required property bool isInView // the current row is kept when it is not
     required property LibraryPresenter presenter
     required property UploadsPresenter uploads
     required property ThumbnailStore thumbnails
@@ -28,9 +27,9 @@ FocusScope {
     signal menuAsked(x: real, y: real)
     signal activated()
 
-    implicitHeight: row.item?.implicitHeight ?? 0
-    activeFocusOnTab: isCurrent
-    onIsCurrentChanged: if (!isCurrent) row.focus = false // so that it is entered at its beginning
+    implicitHeight: isUpload ? uploadRow.implicitHeight : libraryRow.implicitHeight
+    activeFocusOnTab: isCurrent || activeFocus // cannot be taken back from what has the focus
+    onIsCurrentChanged: if (!isCurrent) FocusSteps.forget(entry) // it is entered at its beginning
     Accessible.role: Accessible.ListItem
     Accessible.name: isUpload ? upload.fileName : content.title
     Accessible.description: isUpload ? upload.statusText : content.subtitleText
@@ -53,40 +52,34 @@ FocusScope {
                 entry.activated()
         }
     }
-    Loader {
-        id: row
-
-        width: parent.width
-        sourceComponent: entry.isUpload ? uploadRow : libraryRow
-    }
-    HoverHandler { id: hover }
-
-    Component {
+    UploadQueueRow {
         id: uploadRow
 
-        UploadQueueRow {
-            presenter: entry.uploads
-            key: entry.key
-            content: entry.upload
-            isFirst: entry.index === 0
-            isLast: entry.index === entry.uploads.count - 1
-            isMarked: entry.isMarked
-            focusPolicy: entry.focusPolicy
-        }
+        width: parent.width
+        visible: entry.isUpload
+        presenter: entry.uploads
+        key: entry.key
+        content: entry.upload
+        isFirst: entry.index === 0
+        isLast: entry.index === entry.uploads.count - 1
+        isMarked: entry.isMarked
+        focusPolicy: entry.focusPolicy
     }
-    Component {
+    FileGroupRow {
         id: libraryRow
 
-        FileGroupRow {
-            presenter: entry.presenter
-            key: entry.key
-            content: entry.content
-            thumbnails: entry.thumbnails
-            measures: entry.measures
-            menu: entry.menu
-            isMarked: entry.isMarked
-            isHovered: hover.hovered
-            focusPolicy: entry.focusPolicy
-        }
+        width: parent.width
+        visible: !entry.isUpload
+        presenter: entry.presenter
+        key: entry.key
+        content: entry.content
+        thumbnails: entry.thumbnails
+        isInView: entry.isInView
+        measures: entry.measures
+        menu: entry.menu
+        isMarked: entry.isMarked
+        isHovered: hover.hovered
+        focusPolicy: entry.focusPolicy
     }
+    HoverHandler { id: hover }
 }

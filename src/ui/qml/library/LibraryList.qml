@@ -94,6 +94,7 @@ ListView {
     topMargin: uploads.count > 0 ? 6 : 0
     bottomMargin: 10
     highlightMoveDuration: 0
+    onCountChanged: if (currentIndex < 0 && count > 0) currentIndex = 0
     Keys.onPressed: event => event.accepted = entry !== null && act(event)
     Accessible.role: Accessible.List
     Accessible.name: "Library"
@@ -140,6 +141,7 @@ ListView {
 
         width: list.width
         isCurrent: delegate.ListView.isCurrentItem
+        isInView: !isCurrent || (y + height > list.contentY && y < list.contentY + list.height)
         presenter: list.presenter
         uploads: list.uploads
         thumbnails: list.thumbnails
