@@ -38,7 +38,7 @@ protected:
     bool shows(const QString& text) const {
         return findAccessible(window(), QAccessible::StaticText, text) != nullptr;
     }
-    QList<QAccessibleInterface*> children(QAccessible::Role role, const char* name) const {
+    QList<QAccessibleInterface*> findAll(QAccessible::Role role, const char* name) const {
         return findAllAccessible(window(), role, QString::fromUtf8(name));
     }
     // The middle, in the window.

@@ -3,6 +3,7 @@
 #include "platform/publish.h"
 
 #include <array>
+#include <utility>
 
 namespace quiv {
 
@@ -41,6 +42,9 @@ QKeyCombination combination(int key, int modifiers) {
 
 } // namespace
 
+ShortcutsPresenter::ShortcutsPresenter(std::function<bool()> isBlocked, QObject* parent)
+    : QObject(parent), m_isBlocked(std::move(isBlocked)) {}
+
 QStringList ShortcutsPresenter::keys() const {
     QStringList keys;
     for (const Line& line : Lines)
@@ -56,12 +60,16 @@ QStringList ShortcutsPresenter::meanings() const {
 }
 
 KeyboardCommand::InWindow ShortcutsPresenter::commandFor(int key, int modifiers) const {
+    if (m_isBlocked())
+        return KeyboardCommand::InWindow::None;
     return windowCommand(combination(key, modifiers));
 }
 
 KeyboardCommand::InList ShortcutsPresenter::listCommandFor(int key, int modifiers,
                                                            const QString& text,
                                                            bool isTyping) const {
+    if (m_isBlocked())
+        return KeyboardCommand::InList::None;
     return listCommand(combination(key, modifiers), text, isTyping);
 }
 

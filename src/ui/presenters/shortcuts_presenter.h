@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
 
+#include <functional>
+
 namespace quiv {
 
 // The keys that work anywhere in the window, and the page that tells of all keys.
@@ -18,7 +20,8 @@ class ShortcutsPresenter : public QObject {
     Q_PROPERTY(QStringList meanings READ meanings CONSTANT)
 
 public:
-    using QObject::QObject;
+    // No key acts while `isBlocked` says so: a dialog may have to wait a moment for the focus.
+    explicit ShortcutsPresenter(std::function<bool()> isBlocked, QObject* parent = nullptr);
 
     bool isShown() const { return m_isShown; }
     // The page's lines: keys and, at the same place, what they do.
@@ -38,6 +41,7 @@ Q_SIGNALS:
     void isShownChanged();
 
 private:
+    std::function<bool()> m_isBlocked;
     bool m_isShown = false;
 };
 

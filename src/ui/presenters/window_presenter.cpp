@@ -20,7 +20,8 @@ WindowPresenter::WindowPresenter(WindowActions& actions, const WindowPorts& port
       m_library(actions, m_uploads),
       m_dock(actions),
       m_localPanel(actions),
-      m_pairingSheet(actions) {
+      m_pairingSheet(actions),
+      m_shortcuts([this] { return hasDialog(); }) {
     connect(&m_library, &LibraryPresenter::deleteRequested, this, &WindowPresenter::askToDelete);
     connect(&m_library, &LibraryPresenter::subtitleRequested, this,
             [this](const QString& videoName) { m_picking = pickingSubtitle(videoName); });
@@ -82,6 +83,11 @@ void WindowPresenter::askToDelete(const QList<FileGroup>& groups) {
     m_deletePrompt.ask(u"This will delete "_s + QString::number(files) +
                            u" file(s) from the TV, including subtitles linked to "_s + linked + u'.',
                        [this, groups] { m_actions.deleteGroups(groups); });
+}
+
+bool WindowPresenter::hasDialog() const {
+    return m_subtitleRename.isShown() || m_deletePrompt.isShown() || m_fileChooser.isShown() ||
+           m_pairingSheet.state().isShown || m_shortcuts.isShown();
 }
 
 void WindowPresenter::pauseOrResume() {

@@ -62,6 +62,7 @@ public:
     void attachSubtitle(const QUrl& subtitle, const QString& videoName);
 
 private:
+    bool hasDialog() const;
     void askToDelete(const QList<FileGroup>& groups);
     // Says so if the user chose files for another TV than the one that is selected now.
     bool isForSelectedTv(const QString& tvKey);

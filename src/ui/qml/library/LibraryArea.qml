@@ -16,16 +16,20 @@ Item {
         list.enterResults()
     }
 
-    PlainText {
+    Item {
         id: found
 
-        anchors.left: parent.left
-        anchors.leftMargin: Theme.padding
-        height: visible ? implicitHeight + 8 : 0
-        visible: text !== "" && list.visible
-        text: area.presenter.foundText
-        font: Theme.caption
-        color: Theme.secondaryText
+        height: visible ? words.implicitHeight + 8 : 0
+        visible: words.text !== "" && list.visible
+
+        PlainText {
+            id: words
+
+            x: Theme.padding
+            text: area.presenter.foundText
+            font: Theme.caption
+            color: Theme.secondaryText
+        }
     }
     LibraryList {
         id: list

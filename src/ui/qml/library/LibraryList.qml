@@ -100,15 +100,12 @@ ListView {
     Accessible.name: "Library"
     T.ScrollBar.vertical: AppScrollBar {}
 
+    // Those that make room do so at once: a row on its way would be read out where it is not.
     add: Transition {
         NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.gentle }
     }
     remove: Transition {
         NumberAnimation { property: "opacity"; to: 0; duration: Theme.gentle }
-    }
-    displaced: Transition {
-        NumberAnimation { property: "y"; duration: Theme.gentle; easing.type: Easing.OutCubic }
-        NumberAnimation { property: "opacity"; to: 1; duration: Theme.gentle } // one that came just now
     }
 
     RowMeasures {

@@ -15,6 +15,8 @@ Window {
     minimumWidth: 1040
     minimumHeight: 700
     color: Theme.window
+    // A closing sheet leaves the focus nowhere; what had it before gets it back.
+    onActiveFocusItemChanged: if (activeFocusItem === contentItem) Qt.callLater(keyboard.regain)
     onVisibilityChanged: shown => {
         if (shown === Window.Windowed || shown === Window.Maximized)
             presenter.localPanel.leaveFullScreen()
@@ -35,6 +37,8 @@ Window {
 
     // Sheets and menus are not in it, so that none of its keys acts while one is open.
     KeyboardScope {
+        id: keyboard
+
         anchors.fill: parent
         focus: true
         presenter: window.presenter
