@@ -120,7 +120,7 @@ private Q_SLOTS:
         QCOMPARE(m_presenter->library()->searchText(), QString());
         QTRY_COMPARE(focusedName(), u"video 0"_s);
         QTest::keyClick(window(), Qt::Key_Question, Qt::ControlModifier | Qt::ShiftModifier);
-        QTRY_VERIFY(find(QAccessible::Heading, "Keyboard shortcuts"));
+        QTRY_VERIFY(find(QAccessible::Dialog, "Keyboard shortcuts"));
         key(Qt::Key_Escape);
         QTRY_VERIFY(!find(QAccessible::Heading, "Keyboard shortcuts"));
         QCOMPARE(m_actions.calls.size(), 2);

@@ -7,6 +7,7 @@ T.Button {
 
     required property string systemName
     required property string accessibilityLabel
+    property string shortcut // that does the same, for the tool tip
     property color tint: Theme.primaryText
     property bool isRound: false // filled with a shade of the tint instead of bordered
 
@@ -48,5 +49,8 @@ T.Button {
         target: button
         cornerRadius: button.isRound ? button.height / 2 : Theme.controlRadius
     }
-    HoverTip { target: button }
+    HoverTip {
+        target: button
+        shortcut: button.shortcut
+    }
 }

@@ -57,6 +57,7 @@ Item {
                 systemName: dock.content.playSymbol
                 tint: Theme.accent
                 accessibilityLabel: "Play or pause"
+                shortcut: "Space"
                 onClicked: dock.presenter.playOrPause()
             }
             PlaybackIconButton {

@@ -37,6 +37,7 @@ Item {
             Layout.maximumWidth: implicitWidth
             Layout.alignment: Qt.AlignRight
             placeholderText: "Search files on this TV"
+            Accessible.description: "Ctrl+F"
             text: toolbar.library.searchText
             onTextEdited: toolbar.library.search(text)
             onCleared: toolbar.library.search("")

@@ -48,6 +48,7 @@ Row {
         kind: AppButton.Destructive
         symbol: "trash"
         text: "Delete"
+        shortcut: "Delete"
         isCompact: actions.isCompact
         enabled: !actions.content.isUploading
         focusPolicy: actions.focusPolicy

@@ -74,6 +74,7 @@ Item {
                 systemName: row.content.playSymbol
                 tint: Theme.accent
                 accessibilityLabel: "Play or pause"
+                shortcut: "Enter"
                 focusPolicy: row.focusPolicy
                 onClicked: row.presenter.playOrPause(row.key)
             }

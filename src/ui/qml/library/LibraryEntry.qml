@@ -68,7 +68,8 @@ FocusScope {
     FileGroupRow {
         id: libraryRow
 
-        width: parent.width
+        x: Theme.padding - entry.measures.margin
+        width: parent.width - 2 * x // beside it is the scroll bar
         visible: !entry.isUpload
         presenter: entry.presenter
         key: entry.key

@@ -111,7 +111,7 @@ ListView {
     RowMeasures {
         id: rowMeasures
 
-        rowWidth: list.width - 20 // beside the margins; the right one is the scroll bar's
+        rowWidth: list.width - 2 * (Theme.padding - margin)
     }
     ActionMenu {
         id: menu

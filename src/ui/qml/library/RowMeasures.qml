@@ -17,7 +17,7 @@ QtObject {
     readonly property int moveWidth: buttonWidth(move.width)
     readonly property int subtitleWidth: buttonWidth(subtitle.width)
     readonly property int downloadWidth: Math.max(buttonWidth(download.width) + Theme.scaled(10) + 7,
-                                                  buttonWidth(cancel.width))
+                                                  Math.ceil(cancel.width) + 2 * 9)
     readonly property int deleteWidth: buttonWidth(erase.width)
     readonly property int wideButtons: moveWidth + subtitleWidth + downloadWidth + deleteWidth
                                        + 3 * buttonSpacing

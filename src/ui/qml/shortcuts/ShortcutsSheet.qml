@@ -11,6 +11,7 @@ Sheet {
     required property ShortcutsPresenter presenter
 
     preferredWidth: 560
+    name: "Keyboard shortcuts"
     visible: presenter.isShown
 
     contentItem: ColumnLayout {
@@ -21,7 +22,7 @@ Sheet {
         PlainText {
             Layout.fillWidth: true
             Layout.bottomMargin: 6
-            text: "Keyboard shortcuts"
+            text: sheet.name
             font: Theme.title
             Accessible.role: Accessible.Heading
         }

@@ -33,6 +33,7 @@ Rectangle {
             AppButton {
                 text: "Refresh"
                 symbol: "arrow.clockwise"
+                shortcut: "F5"
                 onClicked: sidebar.presenter.refresh()
             }
         }
