@@ -62,7 +62,7 @@ private Q_SLOTS:
         QVERIFY(press(QAccessible::Button, "Enter pairing code"));
         QVERIFY(m_presenter->pairingSheet()->state().isShown);
         QVERIFY(find(QAccessible::EditableText, "Search files on this TV"));
-        QVERIFY(find(QAccessible::EditableText, "3-digit code"));
+        QTRY_VERIFY(find(QAccessible::EditableText, "3-digit code"));
         QVERIFY(shows(u"Pairing required for control actions"_s));
     }
 
