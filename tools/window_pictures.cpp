@@ -285,6 +285,17 @@ void Pictures::takeAll(const QString& prefix) {
     QTest::mouseMove(m_view.window(), QPoint(500, 300));
     QTest::mouseClick(m_view.window(), Qt::LeftButton, {}, QPoint(500, 300));
     take(prefix + u"hover"_s, {1040, 700});
+    m_presenter.library()->select(u"b.mkv"_s, Qt::ControlModifier);
+    QTest::keyClick(m_view.window(), Qt::Key_Menu);
+    take(prefix + u"selection"_s, {1040, 700});
+    QTest::keyClick(m_view.window(), Qt::Key_Escape);
+    m_presenter.library()->clearSelection();
+    QTest::keyClick(m_view.window(), Qt::Key_Menu);
+    take(prefix + u"row-menu"_s, {1366, 768});
+    QTest::keyClick(m_view.window(), Qt::Key_Escape);
+    m_presenter.shortcuts()->present();
+    take(prefix + u"shortcuts"_s, {1040, 700});
+    m_presenter.shortcuts()->dismiss();
     m_presenter.library()->search(u"harbour"_s);
     take(prefix + u"search"_s, {1040, 700});
     m_presenter.library()->search(u"nothing like it"_s);

@@ -157,8 +157,8 @@ void DownloadPlace::makeFolders() {
 void DownloadPlace::takeFreeName() {
     const QString wanted = QFile::decodeName(m_name);
     struct stat other {};
-    for (int number = 1; ::fstatat(m_folder->descriptor(), m_name.constData(), &other,
-                                   AT_SYMLINK_NOFOLLOW) == 0;
+    for (int number = 1;
+         ::fstatat(m_folder->descriptor(), m_name.constData(), &other, AT_SYMLINK_NOFOLLOW) == 0;
          ++number)
         m_name = QFile::encodeName(numberedDownloadName(wanted, number));
 }

@@ -137,8 +137,9 @@ Task<> Downloads::downloadSingle(Tv tv, RemoteFile file, QString destination) {
         throw PlaceError(u"Download failed: missing destination path"_s);
     const bool isFolder = m_state.fileCount > 1;
     const auto opening = [destination, isFolder, name = proposedDownloadName(file.name)] {
-        return isFolder ? DownloadPlace::at(destination + u'/' + name, DownloadPlace::Existing::Kept)
-                        : DownloadPlace::at(destination);
+        return isFolder
+                   ? DownloadPlace::at(destination + u'/' + name, DownloadPlace::Existing::Kept)
+                   : DownloadPlace::at(destination);
     };
     m_place = co_await onDisk(opening);
     const QueryItems query{{u"name"_s, file.name}};

@@ -94,7 +94,8 @@ private Q_SLOTS:
         row("go on", Qt::CTRL | Qt::Key_Down, "", InList::GoOnly, InList::GoOnly, InWindow::None);
         row("keypad", Qt::KeypadModifier | Qt::Key_Enter, "\r", InList::Primary, InList::Primary,
             InWindow::None);
-        row("menu", Qt::SHIFT | Qt::Key_F10, "", InList::OpenMenu, InList::OpenMenu, InWindow::None);
+        row("menu", Qt::SHIFT | Qt::Key_F10, "", InList::OpenMenu, InList::OpenMenu,
+            InWindow::None);
         row("delete", Qt::Key_Delete, "\x7f", InList::Delete, InList::Delete, InWindow::None);
         row("cut", Qt::SHIFT | Qt::Key_Delete, "\x7f", InList::None, InList::None, InWindow::None);
         row("help", Qt::CTRL | Qt::SHIFT | Qt::Key_Question, "?", InList::None, InList::None,

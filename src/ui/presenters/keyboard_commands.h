@@ -15,17 +15,17 @@ QML_ELEMENT
 // In the library's list.
 enum class InList {
     None,
-    Go,           // to another row, selecting as the modifiers say
-    GoOnly,       // to another row, leaving the selection as it is
-    NextButton,   // of the row
+    Go,         // to another row, selecting as the modifiers say
+    GoOnly,     // to another row, leaving the selection as it is
+    NextButton, // of the row
     PreviousButton,
-    Primary,      // what Enter does with the row
+    Primary, // what Enter does with the row
     Delete,
     OpenMenu,
     SelectAll,
     ToggleSelected,
     ClearSelection,
-    Type,         // the beginning of a title
+    Type, // the beginning of a title
 };
 Q_ENUM_NS(InList)
 

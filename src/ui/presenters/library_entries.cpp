@@ -34,7 +34,8 @@ QVariant LibraryEntries::data(const QModelIndex& index, int role) const {
         return QVariant::fromValue(QueueRow());
     const QAbstractItemModel& source = isUpload ? m_queue : m_library;
     const int row = isUpload ? index.row() : index.row() - libraryStart();
-    return source.data(source.index(row, 0), (isUpload ? m_queueRoles : m_libraryRoles).value(role));
+    return source.data(source.index(row, 0),
+                       (isUpload ? m_queueRoles : m_libraryRoles).value(role));
 }
 
 QHash<int, QByteArray> LibraryEntries::roleNames() const {
@@ -54,11 +55,12 @@ void LibraryEntries::follow(const QAbstractItemModel& source,
                 beginRemoveRows({}, (this->*offset)() + first, (this->*offset)() + last);
             });
     connect(&source, &Model::rowsRemoved, this, [this] { endRemoveRows(); });
-    connect(&source, &Model::rowsAboutToBeMoved, this,
-            [this, offset](const QModelIndex&, int first, int last, const QModelIndex&, int before) {
-                const int start = (this->*offset)();
-                beginMoveRows({}, start + first, start + last, {}, start + before);
-            });
+    connect(
+        &source, &Model::rowsAboutToBeMoved, this,
+        [this, offset](const QModelIndex&, int first, int last, const QModelIndex&, int before) {
+            const int start = (this->*offset)();
+            beginMoveRows({}, start + first, start + last, {}, start + before);
+        });
     connect(&source, &Model::rowsMoved, this, [this] { endMoveRows(); });
     connect(&source, &Model::modelAboutToBeReset, this, [this] { beginResetModel(); });
     connect(&source, &Model::modelReset, this, [this] { endResetModel(); });

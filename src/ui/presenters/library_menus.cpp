@@ -38,8 +38,9 @@ QList<RemoteFile> sortedFiles(const FileGroup& group) {
 
 ActionMenuEntry downloadOfAll(const QList<RemoteFile>& files, const QString& text,
                               WindowActions& actions) {
-    return {text, u"arrow.down.circle"_s, !files.isEmpty(),
-            [&actions, files] { actions.downloadFiles(files); }};
+    return {text, u"arrow.down.circle"_s, !files.isEmpty(), [&actions, files] {
+                actions.downloadFiles(files);
+            }};
 }
 
 // The row's downloads as part of its own menu.
@@ -62,8 +63,9 @@ QList<ActionMenuEntry> namedDownloads(const FileGroup& group, bool isEnabled,
 QList<ActionMenuEntry> downloadEntries(const FileGroup& group, WindowActions& actions) {
     QList<ActionMenuEntry> entries;
     for (const RemoteFile& file : sortedFiles(group))
-        entries.append({displayText(file.name), symbolFor(file), true,
-                        [&actions, file] { actions.downloadFiles({file}); }});
+        entries.append({displayText(file.name), symbolFor(file), true, [&actions, file] {
+                            actions.downloadFiles({file});
+                        }});
     return entries;
 }
 
@@ -74,19 +76,26 @@ QList<ActionMenuEntry> rowEntries(const FileGroup& group, const FileGroupRowStat
     if (state.hasVideo) {
         const QString play = state.playSymbol == "pause.fill"_L1 ? u"Pause"_s : u"Play"_s;
         entries = {{play, state.playSymbol, !state.isUploading,
-                    [&presenter, key] { presenter.playOrPause(key); }},
+                    [&presenter, key] {
+                        presenter.playOrPause(key);
+                    }},
                    {state.moveTitle, u"arrow.left.arrow.right"_s, state.canMove,
-                    [&presenter, key] { presenter.moveStorage(key); }},
-                   {u"Attach Subtitle..."_s, u"captions.bubble.fill"_s, true,
-                    [&presenter, key] { presenter.attachSubtitle(key); }}};
+                    [&presenter, key] {
+                        presenter.moveStorage(key);
+                    }},
+                   {u"Attach Subtitle..."_s, u"captions.bubble.fill"_s, true, [&presenter, key] {
+                        presenter.attachSubtitle(key);
+                    }}};
     }
     if (state.isDownloading)
-        entries.append(
-            {u"Cancel download"_s, u"xmark"_s, true, [&presenter] { presenter.cancelDownload(); }});
+        entries.append({u"Cancel download"_s, u"xmark"_s, true, [&presenter] {
+                            presenter.cancelDownload();
+                        }});
     else
         entries.append(namedDownloads(group, state.canDownload, actions));
-    entries.append({u"Delete..."_s, u"trash"_s, !state.isUploading,
-                    [&presenter, key] { presenter.requestDelete(key); }});
+    entries.append({u"Delete..."_s, u"trash"_s, !state.isUploading, [&presenter, key] {
+                        presenter.requestDelete(key);
+                    }});
     return entries;
 }
 
@@ -94,8 +103,9 @@ QList<ActionMenuEntry> selectionEntries(const QList<FileGroup>& groups, const QS
                                         LibraryPresenter& presenter, WindowActions& actions) {
     const QString titles = u"%1 Titles..."_s.arg(groups.size());
     return {downloadOfAll(filesOf(groups), u"Download "_s + titles, actions),
-            {u"Delete "_s + titles, u"trash"_s, !groups.isEmpty(),
-             [&presenter, key] { presenter.requestDelete(key); }}};
+            {u"Delete "_s + titles, u"trash"_s, !groups.isEmpty(), [&presenter, key] {
+                 presenter.requestDelete(key);
+             }}};
 }
 
 } // namespace quiv

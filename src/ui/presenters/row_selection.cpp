@@ -7,9 +7,8 @@ namespace quiv {
 namespace {
 
 qsizetype indexOf(const QList<LibraryRow>& rows, const QString& key) {
-    const auto found = std::ranges::find(rows, key, [](const LibraryRow& row) {
-        return row.group.id;
-    });
+    const auto found =
+        std::ranges::find(rows, key, [](const LibraryRow& row) { return row.group.id; });
     return found == rows.end() ? -1 : found - rows.begin();
 }
 
@@ -74,8 +73,7 @@ QList<LibraryRow> rowsActedOn(const RowSelection& selection, const QList<Library
     return selected;
 }
 
-qsizetype rowBeginningWith(const QList<LibraryRow>& rows, const QString& typed,
-                           qsizetype current) {
+qsizetype rowBeginningWith(const QList<LibraryRow>& rows, const QString& typed, qsizetype current) {
     const qsizetype count = rows.size();
     const qsizetype start = std::max<qsizetype>(0, typed.size() == 1 ? current + 1 : current);
     for (qsizetype step = 0; step < count; ++step) {

@@ -29,9 +29,8 @@ public:
     QStringList meanings() const;
 
     Q_INVOKABLE quiv::KeyboardCommand::InWindow commandFor(int key, int modifiers) const;
-    Q_INVOKABLE quiv::KeyboardCommand::InList listCommandFor(int key, int modifiers,
-                                                             const QString& text,
-                                                             bool isTyping) const;
+    Q_INVOKABLE quiv::KeyboardCommand::InList
+    listCommandFor(int key, int modifiers, const QString& text, bool isTyping) const;
     Q_INVOKABLE int rowAfter(int key, int current, int count, int perPage) const;
 
     Q_INVOKABLE void present();

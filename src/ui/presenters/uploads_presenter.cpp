@@ -127,8 +127,12 @@ bool UploadsPresenter::offerActions(const QString& key, ActionMenuPresenter& men
         return false;
     QList<ActionMenuEntry> entries;
     if (found->isFailed)
-        entries.append({u"Try Again"_s, u"arrow.clockwise"_s, true, [this, key] { retry(key); }});
-    entries.append({found->endLabel, u"xmark"_s, true, [this, key] { cancel(key); }});
+        entries.append({u"Try Again"_s, u"arrow.clockwise"_s, true, [this, key] {
+                            retry(key);
+                        }});
+    entries.append({found->endLabel, u"xmark"_s, true, [this, key] {
+                        cancel(key);
+                    }});
     menu.offer(found->fileName, entries);
     return true;
 }

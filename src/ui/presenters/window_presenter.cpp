@@ -77,11 +77,11 @@ void WindowPresenter::attachSubtitle(const QUrl& subtitle, const QString& videoN
 
 void WindowPresenter::askToDelete(const QList<FileGroup>& groups) {
     const qsizetype files = filesOf(groups).size();
-    const QString linked = groups.size() == 1
-                               ? u'"' + displayText(groups.constFirst().title) + u'"'
-                               : u"these %1 titles"_s.arg(groups.size());
+    const QString linked = groups.size() == 1 ? u'"' + displayText(groups.constFirst().title) + u'"'
+                                              : u"these %1 titles"_s.arg(groups.size());
     m_deletePrompt.ask(u"This will delete "_s + QString::number(files) +
-                           u" file(s) from the TV, including subtitles linked to "_s + linked + u'.',
+                           u" file(s) from the TV, including subtitles linked to "_s + linked +
+                           u'.',
                        [this, groups] { m_actions.deleteGroups(groups); });
 }
 

@@ -38,7 +38,7 @@ Rectangle {
             objectName: "segment"
 
             // A share of the way: the line may get its width only while this runs.
-            property real progress: 0
+            property real progress
 
             x: progress * (line.width + width) - width
             width: parent.width * 0.28

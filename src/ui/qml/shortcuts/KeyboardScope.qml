@@ -9,11 +9,6 @@ FocusScope {
 
     signal searchWanted()
 
-    function regain() {
-        if (Window.window.activeFocusItem === Window.contentItem)
-            forceActiveFocus()
-    }
-
     // Returns whether the key was for the window.
     function act(event: KeyEvent): bool {
         switch (presenter.shortcuts.commandFor(event.key, event.modifiers)) {

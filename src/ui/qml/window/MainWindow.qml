@@ -16,7 +16,7 @@ Window {
     minimumHeight: 700
     color: Theme.window
     // A closing sheet leaves the focus nowhere; what had it before gets it back.
-    onActiveFocusItemChanged: if (activeFocusItem === contentItem) Qt.callLater(keyboard.regain)
+    onActiveFocusItemChanged: if (activeFocusItem === contentItem) keyboard.forceActiveFocus()
     onVisibilityChanged: shown => {
         if (shown === Window.Windowed || shown === Window.Maximized)
             presenter.localPanel.leaveFullScreen()
