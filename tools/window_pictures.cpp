@@ -285,7 +285,7 @@ void Pictures::takeAll(const QString& prefix) {
     QTest::mouseMove(m_view.window(), QPoint(500, 300));
     QTest::mouseClick(m_view.window(), Qt::LeftButton, {}, QPoint(500, 300));
     take(prefix + u"hover"_s, {1040, 700});
-    m_presenter.library()->select(u"b.mkv"_s, Qt::ControlModifier);
+    m_presenter.library()->select(u"d.mkv"_s, Qt::ControlModifier);
     QTest::keyClick(m_view.window(), Qt::Key_Menu);
     take(prefix + u"selection"_s, {1040, 700});
     QTest::keyClick(m_view.window(), Qt::Key_Escape);

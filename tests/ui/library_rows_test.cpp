@@ -115,6 +115,14 @@ private Q_SLOTS:
         QCOMPARE(progress->text(QAccessible::Description), u"100%"_s);
         QVERIFY(press(QAccessible::Button, "Cancel download"));
         QCOMPARE(m_actions.calls.last(), u"cancel download"_s);
+        m_actions.calls.clear();
+        auto* finger = QTest::createTouchDevice();
+        const QPoint place = placeOf(progress);
+        for (const int taps : {0, 1}) { // the first shows what the second does
+            QTest::touchEvent(window(), finger).press(0, place);
+            QTest::touchEvent(window(), finger).release(0, place);
+            QCOMPARE(m_actions.calls.size(), taps);
+        }
         m_state.download = {true, -0.2, u"other.mkv"_s, tv, {}};
         tell();
         QVERIFY(find(QAccessible::Button, "Download"));

@@ -13,12 +13,12 @@ QtObject {
     readonly property int thumbnailWidth: 120
     readonly property int narrowestTitle: Theme.scaled(360)
 
-    readonly property int storageWidth: Math.ceil(Math.max(usb.width, internal.width)) + 20
-    readonly property int moveWidth: buttonWidth(move.width)
-    readonly property int subtitleWidth: buttonWidth(subtitle.width)
-    readonly property int downloadWidth: Math.max(buttonWidth(download.width) + Theme.scaled(10) + 7,
-                                                  Math.ceil(cancel.width) + 2 * 9)
-    readonly property int deleteWidth: buttonWidth(erase.width)
+    readonly property int storageWidth: Math.ceil(Math.max(usb.advanceWidth, internal.advanceWidth)) + 1 + 20
+    readonly property int moveWidth: buttonWidth(move.advanceWidth)
+    readonly property int subtitleWidth: buttonWidth(subtitle.advanceWidth)
+    readonly property int downloadWidth: Math.max(buttonWidth(download.advanceWidth) + Theme.scaled(10) + 7,
+                                                  Math.ceil(cancel.advanceWidth) + 2 * 9)
+    readonly property int deleteWidth: buttonWidth(erase.advanceWidth)
     readonly property int wideButtons: moveWidth + subtitleWidth + downloadWidth + deleteWidth
                                        + 3 * buttonSpacing
     readonly property int titleWidth: rowWidth - 2 * margin - thumbnailWidth - storageWidth
@@ -35,6 +35,6 @@ QtObject {
 
     // With its symbol and margins.
     function buttonWidth(textWidth: real): int {
-        return Math.ceil(textWidth) + Theme.scaled(15) + 7 + 2 * 12
+        return Math.ceil(textWidth) + 1 + Theme.scaled(15) + 7 + 2 * 12
     }
 }
