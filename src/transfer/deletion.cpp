@@ -14,7 +14,19 @@ QList<RemoteFile> filesOf(const FileGroup& group) {
     return files + group.subtitles + group.others;
 }
 
+QList<RemoteFile> filesOf(const QList<FileGroup>& groups) {
+    QList<RemoteFile> files;
+    for (const FileGroup& group : groups)
+        files.append(filesOf(group));
+    return files;
+}
+
 namespace {
+
+// What a message calls them.
+QString nameOf(const QList<FileGroup>& groups) {
+    return groups.size() == 1 ? groups.constFirst().title : u"%1 titles"_s.arg(groups.size());
+}
 
 Task<> deleteRemoteFile(Tv tv, QString name) {
     const QueryItems query{{u"name"_s, name}};
@@ -26,11 +38,12 @@ Task<> deleteRemoteFile(Tv tv, QString name) {
 Deletion::Deletion(const TvAccess& tvs, Pairing& pairing, Library& library, QObject* parent)
     : QObject(parent), m_tvs(tvs), m_pairing(pairing), m_library(library) {}
 
-void Deletion::deleteGroup(const FileGroup& group) {
-    m_tasks.add(deleting(group));
+void Deletion::deleteGroups(const QList<FileGroup>& groups) {
+    if (!groups.isEmpty())
+        m_tasks.add(deleting(groups));
 }
 
-Task<> Deletion::deleting(FileGroup group) {
+Task<> Deletion::deleting(QList<FileGroup> groups) {
     const auto selected = m_tvs.current();
     if (!selected)
         co_return;
@@ -38,9 +51,10 @@ Task<> Deletion::deleting(FileGroup group) {
     if (!isAllowed)
         co_return;
     // What was begun goes through to its end, whichever TV is selected meanwhile.
+    const QString name = nameOf(groups);
     const Tv tv = selected->whicheverIsSelected();
-    tv.say(u"Deleting "_s + group.title + u"..."_s);
-    const QList<RemoteFile> files = filesOf(group);
+    tv.say(u"Deleting "_s + name + u"..."_s);
+    const QList<RemoteFile> files = filesOf(groups);
     try {
         for (const RemoteFile& file : files)
             co_await deleteRemoteFile(tv, file.name);
@@ -54,7 +68,7 @@ Task<> Deletion::deleting(FileGroup group) {
     } catch (const AnotherTvSelected&) {
         // The other TV's library is loaded anyway.
     }
-    tv.say(u"Deleted "_s + group.title);
+    tv.say(u"Deleted "_s + name);
 }
 
 } // namespace quiv

@@ -17,6 +17,8 @@ class Pairing;
 
 // All files of a group: its video, its subtitles, its other files.
 QList<RemoteFile> filesOf(const FileGroup& group);
+// Those of all these groups, in order.
+QList<RemoteFile> filesOf(const QList<FileGroup>& groups);
 
 // Deletes files on the TV that is selected when the deletion begins.
 class Deletion : public QObject {
@@ -27,10 +29,11 @@ public:
 
     // One file after the other, up to the first that the TV does not delete; then loads the
     // library anew.
-    void deleteGroup(const quiv::FileGroup& group);
+    void deleteGroups(const QList<quiv::FileGroup>& groups);
+    void deleteGroup(const quiv::FileGroup& group) { deleteGroups({group}); }
 
 private:
-    Task<> deleting(FileGroup group);
+    Task<> deleting(QList<FileGroup> groups);
 
     const TvAccess m_tvs;
     Pairing& m_pairing;

@@ -35,11 +35,11 @@ void trimEnds(QString& name) {
     name.remove(0, first - name.cbegin());
 }
 
-// Shortens the part before the extension; never within a character.
-void shorten(QString& name) {
+// Shortens the part before the extension, which `suffix` follows; never within a character.
+void shorten(QString& name, const QString& suffix = {}) {
     const qsizetype dot = name.lastIndexOf(u'.');
     const bool hasExtension = dot > 0 && name.size() - dot <= LongestExtension;
-    const QString extension = hasExtension ? name.mid(dot) : QString();
+    const QString extension = suffix + (hasExtension ? name.mid(dot) : QString());
     QString base = hasExtension ? name.left(dot) : name;
     const qsizetype room = MostBytes - extension.toUtf8().size();
     while (base.toUtf8().size() > room)
@@ -55,6 +55,13 @@ QString proposedDownloadName(const QString& remoteName) {
     trimEnds(name);
     shorten(name);
     return name.isEmpty() ? u"Download"_s : name;
+}
+
+QString numberedDownloadName(const QString& name, int number) {
+    QString numbered = name;
+    if (number > 0)
+        shorten(numbered, u" (%1)"_s.arg(number));
+    return numbered;
 }
 
 } // namespace quiv

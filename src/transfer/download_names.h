@@ -9,4 +9,7 @@ namespace quiv {
 // extension kept; "Download" if nothing is left.
 QString proposedDownloadName(const QString& remoteName);
 
+// The name for a file whose name is taken `number` times already: "Film (1).mkv". Itself for 0.
+QString numberedDownloadName(const QString& name, int number);
+
 } // namespace quiv

@@ -2,6 +2,7 @@
 
 #include "platform/async/threads.h"
 #include "platform/uuid.h"
+#include "transfer/download_names.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -65,15 +66,18 @@ std::shared_ptr<const OpenFile> openFolder(int base, const QByteArray& path) {
 
 } // namespace
 
-std::shared_ptr<DownloadPlace> DownloadPlace::at(const QString& destination) {
-    return {new DownloadPlace(linkTarget(destination)), [](DownloadPlace* place) {
+std::shared_ptr<DownloadPlace> DownloadPlace::at(const QString& destination, Existing existing) {
+    const bool replaces = existing == Existing::Replaced;
+    const QString path = replaces ? linkTarget(destination) : destination;
+    return {new DownloadPlace(path, existing), [](DownloadPlace* place) {
                 runOnDiskThread([place] { delete place; });
             }};
 }
 
-DownloadPlace::DownloadPlace(const QString& destination) {
+DownloadPlace::DownloadPlace(const QString& destination, Existing itsExisting)
+    : m_existing(itsExisting) {
     const QFileInfo place(destination);
-    if (place.exists() && !place.isFile())
+    if (m_existing == Existing::Replaced && place.exists() && !place.isFile())
         throw PlaceError(u"\"%1\" is no file that could be replaced. Choose another name."_s.arg(
             place.fileName()));
     m_folderPath = place.absolutePath();
@@ -115,7 +119,10 @@ bool DownloadPlace::commit() {
     if (m_isDecided.exchange(true))
         return false;
     makeFolders();
-    takeOverPermissions();
+    if (m_existing == Existing::Kept)
+        takeFreeName();
+    else
+        takeOverPermissions();
     if (m_temporaryName.isEmpty()) {
         if (link(*m_folder, m_name))
             return true;
@@ -145,6 +152,15 @@ void DownloadPlace::makeFolders() {
             fail();
         m_folder = std::move(made);
     }
+}
+
+void DownloadPlace::takeFreeName() {
+    const QString wanted = QFile::decodeName(m_name);
+    struct stat other {};
+    for (int number = 1;
+         ::fstatat(m_folder->descriptor(), m_name.constData(), &other, AT_SYMLINK_NOFOLLOW) == 0;
+         ++number)
+        m_name = QFile::encodeName(numberedDownloadName(wanted, number));
 }
 
 // Not all file systems can change permissions, so they are asked to only where there is a need.

@@ -24,29 +24,36 @@ public:
 // All but file() and withdraw() may take as long as the disk does: see runOnDiskThread().
 class DownloadPlace {
 public:
-    // A symbolic link at `destination` is followed. Makes no folders. Throws PlaceError, also for a
-    // destination that is something else than a file.
-    static std::shared_ptr<DownloadPlace> at(const QString& destination);
+    // What becomes of a file that has the name already.
+    enum class Existing { Replaced, Kept };
+
+    // A symbolic link at `destination` is followed if what exists is replaced; else the file gets
+    // the next free name beside it. Makes no folders. Throws PlaceError, also for a destination
+    // that is something else than a file and would have to give way.
+    static std::shared_ptr<DownloadPlace> at(const QString& destination,
+                                             Existing existing = Existing::Replaced);
     ~DownloadPlace();
     Q_DISABLE_COPY_MOVE(DownloadPlace)
 
     const std::shared_ptr<const OpenFile>& file() const { return m_file; }
 
     // Makes what is missing of the folder, puts the file on the disk for good and then, in one
-    // step, in the place of the destination, whose permissions it gets. Returns false if it was
-    // withdrawn. Throws PlaceError.
+    // step, in the place of the destination, whose permissions it gets; or beside it, if that is
+    // kept. Returns false if it was withdrawn. Throws PlaceError.
     bool commit();
     // Returns false if it is too late, because the file is taking its place.
     bool withdraw() { return !m_isDecided.exchange(true); }
 
 private:
-    explicit DownloadPlace(const QString& destination);
+    DownloadPlace(const QString& destination, Existing existing);
 
     void makeFolders();
+    void takeFreeName();
     void takeOverPermissions() const;
     bool link(const OpenFile& folder, const QByteArray& name) const;
     [[noreturn]] void fail() const; // with what errno says
 
+    Existing m_existing;
     QString m_folderPath;                     // for messages
     QByteArray m_name;                        // in its folder
     std::shared_ptr<const OpenFile> m_folder; // the nearest one that exists

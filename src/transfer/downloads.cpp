@@ -18,9 +18,25 @@ namespace {
 
 constexpr std::chrono::seconds IdleTimeout = 2min;
 
-QString downloadingMessage(const QString& name, double progress) {
-    return u"Downloading "_s + name + u"... "_s +
-           QString::number(static_cast<int>(progress * 100)) + u'%';
+QString downloadingMessage(const DownloadState& state) {
+    const QString which = state.fileCount > 1
+                              ? u" (%1 of %2)"_s.arg(state.fileNumber).arg(state.fileCount)
+                              : QString();
+    return u"Downloading "_s + state.currentDownloadFileName + which + u"... "_s +
+           QString::number(static_cast<int>(state.currentDownloadProgress * 100)) + u'%';
+}
+
+StatusMessage doneMessage(const QList<RemoteFile>& files, int done, const StatusMessage& failure) {
+    if (failure.text.isEmpty()) {
+        return {files.size() == 1 ? u"Downloaded "_s + files.constFirst().name
+                                  : u"Downloaded %1 files"_s.arg(done)};
+    }
+    StatusMessage message = failure;
+    if (files.size() > 1) {
+        message.text =
+            u"Downloaded %1 of %2 files. "_s.arg(done).arg(files.size()) + failure.text;
+    }
+    return message;
 }
 
 StatusMessage downloadFailure(const QString& name, const Error& error) {
@@ -53,17 +69,22 @@ Downloads::Downloads(const TvAccess& tvs, Pairing& pairing, FileDialogs& dialogs
 
 Downloads::~Downloads() = default;
 
-void Downloads::downloadFile(const RemoteFile& file) {
-    m_tasks.add(download(file));
+void Downloads::downloadFiles(const QList<RemoteFile>& files) {
+    if (!files.isEmpty())
+        m_tasks.add(download(files));
 }
 
-Task<> Downloads::download(RemoteFile file) {
+Task<> Downloads::download(QList<RemoteFile> files) {
     const auto tv = m_tvs.current();
     if (!tv) {
         m_tvs.say(u"Select a TV first"_s);
         co_return;
     }
-    const DownloadState state{true, 0, file.name, m_tvs.selected().key(), m_tvs.selected().name()};
+    DownloadState state;
+    state.isDownloading = true;
+    state.tvKey = m_tvs.selected().key();
+    state.tvName = m_tvs.selected().name();
+    state.fileCount = static_cast<int>(files.size());
     const bool isAllowed = co_await m_pairing.ensureControlPairing(u"download"_s);
     if (!isAllowed)
         co_return;
@@ -71,7 +92,7 @@ Task<> Downloads::download(RemoteFile file) {
         m_tvs.say(u"Another download is already in progress"_s);
         co_return;
     }
-    const QUrl destination = co_await chooseDestination(file.name);
+    const QUrl destination = co_await chooseDestination(files);
     if (destination.isEmpty()) {
         m_tvs.say(u"Download canceled"_s);
         co_return;
@@ -80,35 +101,54 @@ Task<> Downloads::download(RemoteFile file) {
         m_tvs.say(u"Another download is already in progress"_s);
         co_return;
     }
-    m_transfer = transfer(tv->whicheverIsSelected(), file, destination, state);
+    m_transfer = transfer(tv->whicheverIsSelected(), files, destination.toLocalFile(), state);
 }
 
-Task<QUrl> Downloads::chooseDestination(QString name) {
-    const FileDialogRequest request(FileDialogRequest::Purpose::Save, u"Download from TV"_s,
-                                    u"Download"_s, proposedDownloadName(name));
+Task<QUrl> Downloads::chooseDestination(QList<RemoteFile> files) {
+    using Purpose = FileDialogRequest::Purpose;
+    FileDialogRequest request(Purpose::Folder, u"Download from TV"_s, u"Download Here"_s);
+    if (files.size() == 1)
+        request = {Purpose::Save, u"Download from TV"_s, u"Download"_s,
+                   proposedDownloadName(files.constFirst().name)};
     const FileDialogAnswer answer = co_await m_dialogs.ask(request);
     co_return answer && !answer->isEmpty() ? answer->constFirst() : QUrl();
 }
 
-Task<> Downloads::transfer(Tv tv, RemoteFile file, QUrl destination, DownloadState state) {
-    const QString name = file.name;
+Task<> Downloads::transfer(Tv tv, QList<RemoteFile> files, QString destination,
+                           DownloadState state) {
     m_isCancelled = false;
-    changeState(std::move(state));
-    m_tvs.beginProgress(downloadingMessage(name, 0));
-    StatusMessage message{.text = u"Downloaded "_s + name, .file = destination};
-    try {
-        co_await downloadSingle(tv, file, destination.toLocalFile());
-    } catch (const Error& error) {
-        message = downloadFailure(name, error);
+    m_isLast = false;
+    StatusMessage failure; // the latest
+    int done = 0;
+    for (const RemoteFile& file : files) {
+        state.currentDownloadFileName = file.name;
+        changeState(state);
+        m_tvs.beginProgress(downloadingMessage(state));
+        try {
+            co_await downloadSingle(tv, file, destination);
+            ++done;
+        } catch (const Error& error) {
+            failure = downloadFailure(file.name, error);
+        }
+        m_place.reset();
+        if (m_isLast)
+            break;
+        ++state.fileNumber;
     }
+    StatusMessage message = doneMessage(files, done, failure);
+    if (done > 0) // a folder ends with a slash
+        message.file = QUrl::fromLocalFile(files.size() == 1 ? destination : destination + u'/');
     end(message);
 }
 
 Task<> Downloads::downloadSingle(Tv tv, RemoteFile file, QString destination) {
     if (destination.isEmpty())
         throw PlaceError(u"Download failed: missing destination path"_s);
-    const auto opening = [destination] {
-        return DownloadPlace::at(destination);
+    const bool isFolder = m_state.fileCount > 1;
+    const auto opening = [destination, isFolder, name = proposedDownloadName(file.name)] {
+        return isFolder
+                   ? DownloadPlace::at(destination + u'/' + name, DownloadPlace::Existing::Kept)
+                   : DownloadPlace::at(destination);
     };
     m_place = co_await onDisk(opening);
     const QueryItems query{{u"name"_s, file.name}};
@@ -136,12 +176,12 @@ void Downloads::progressed(const HttpProgress& progress) {
     state.currentDownloadProgress = std::clamp(static_cast<double>(progress.received) /
                                                    static_cast<double>(progress.receivedTotal),
                                                0.0, 1.0);
-    m_tvs.sayProgress(
-        downloadingMessage(state.currentDownloadFileName, state.currentDownloadProgress));
+    m_tvs.sayProgress(downloadingMessage(state));
     changeState(std::move(state));
 }
 
 void Downloads::cancelDownload() {
+    m_isLast = true;
     if (!m_state.isDownloading || m_isCancelled || (m_place && !m_place->withdraw()))
         return;
     m_isCancelled = true;

@@ -5,6 +5,7 @@
 #include "platform/async/task.h"
 #include "platform/async/task_set.h"
 
+#include <QList>
 #include <QObject>
 #include <QString>
 #include <QUrl>
@@ -25,6 +26,8 @@ struct DownloadState {
     QString currentDownloadFileName;    // empty when idle
     QString tvKey;                      // the endpointKey of the TV it comes from
     QString tvName;
+    int fileNumber = 1; // of fileCount that are downloaded one after the other
+    int fileCount = 1;
 
     bool operator==(const DownloadState&) const = default;
 };
@@ -43,18 +46,22 @@ public:
 
     const DownloadState& state() const { return m_state; }
 
-    // Asks the user where to, then does it.
-    void downloadFile(const quiv::RemoteFile& file);
-    // Ends the download under way, whatever it waits for, unless the file is taking its place.
+    // Asks the user where to, then does it: one file gets the name and place that the user wants;
+    // several go to one folder in this order, where nothing gives way to them, and one that fails
+    // does not hold up the others.
+    void downloadFiles(const QList<quiv::RemoteFile>& files);
+    void downloadFile(const quiv::RemoteFile& file) { downloadFiles({file}); }
+    // Ends the download under way, whatever it waits for, unless the file is taking its place; and
+    // begins none of those that wait.
     void cancelDownload();
 
 Q_SIGNALS:
     void stateChanged();
 
 private:
-    Task<> download(RemoteFile file);
-    Task<QUrl> chooseDestination(QString name);
-    Task<> transfer(Tv tv, RemoteFile file, QUrl destination, DownloadState state);
+    Task<> download(QList<RemoteFile> files);
+    Task<QUrl> chooseDestination(QList<RemoteFile> files);
+    Task<> transfer(Tv tv, QList<RemoteFile> files, QString destination, DownloadState state);
     Task<> downloadSingle(Tv tv, RemoteFile file, QString destination);
     void progressed(const HttpProgress& progress);
     void end(const StatusMessage& message);
@@ -66,6 +73,7 @@ private:
     DownloadState m_state;
     std::shared_ptr<DownloadPlace> m_place; // of the download under way, once it is open
     bool m_isCancelled = false;             // the download under way
+    bool m_isLast = false;                  // those that wait are not begun
     TaskSet m_tasks;
     Task<> m_transfer;
 };

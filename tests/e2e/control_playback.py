@@ -32,7 +32,7 @@ def play(desktop, tv):
 def choose(desktop, menu, entry):
     element("push button", menu)
     desktop.click(elements("push button", menu)[-1])  # the dock's; rows have a button of that name, too
-    desktop.click(element("push button", entry))
+    desktop.click(element("menu item", entry))
 
 
 def change(desktop, tv):

@@ -166,6 +166,12 @@ def names(role):
     return [each.get_name() for each in elements(role)]
 
 
+def focused():
+    """The name of what has the keyboard, the innermost; None while nothing has it."""
+    found = [each for each in elements() if each.get_state_set().contains(Atspi.StateType.FOCUSED)]
+    return found[-1].get_name() if found else None
+
+
 def press(target):
     """Does what a screen reader does to press a control."""
     assert Atspi.Action.do_action(target, 0), "the control has no press action"

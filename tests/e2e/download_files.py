@@ -20,7 +20,7 @@ def fault(tv, **parameters):
 
 def choose(desktop, file):
     desktop.click(element("push button", "Download"))
-    desktop.click(element("push button", file))
+    desktop.click(element("menu item", file))
 
 
 def by_the_desktop(desktop, tv):

@@ -48,7 +48,8 @@ private Q_SLOTS:
         fixture.selectPaired(FirstTv);
         FileGroup group = movie();
         group.video.reset();
-        fixture.model.deletion()->deleteGroup(group);
+        fixture.model.deletion()->deleteGroups({group, movie()});
+        QCOMPARE(fixture.status(), u"Deleting 2 titles..."_s);
         fixture.http.answer(DeletePath, QByteArray());
         fixture.http.answer(DeletePath, R"({"ok":false,"error":"In use."})", 409);
         QCOMPARE(fixture.status(), u"Delete failed: In use."_s);

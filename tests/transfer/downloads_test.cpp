@@ -122,6 +122,37 @@ private Q_SLOTS:
         QVERIFY(fixture.files().isEmpty());
     }
 
+    void severalGoToOneFolderOneAfterTheOther() {
+        Fixture fixture;
+        write(fixture.path(), "mine");
+        fixture.downloads().downloadFiles({{text("a.mkv"), text("VIDEO"), 1000, {}},
+                                           {text("b.mkv"), text("VIDEO"), 1000, {}},
+                                           {text("/x/a.mkv"), text("VIDEO"), 1000, {}}});
+        ModelFixture::turn();
+        QCOMPARE(fixture.dialogs.desktop.requests.constLast().purpose,
+                 FileDialogRequest::Purpose::Folder);
+        fixture.choose(fixture.folder.path());
+        QCOMPARE(fixture.status(), text("Downloading a.mkv (1 of 3)... 0%"));
+        fixture.arrive("one");
+        fixture.http.answer(DownloadPath, R"({})", 404);
+        ModelFixture::turn();
+        QCOMPARE(fixture.status(), text("Downloading /x/a.mkv (3 of 3)... 0%"));
+        fixture.arrive("three");
+        QCOMPARE(fixture.status(), text("Downloaded 2 of 3 files. Download failed for b.mkv: "
+                                        "Download failed (HTTP 404)."));
+        QCOMPARE(Fixture::contentOf(fixture.path()), "mine");
+        QCOMPARE(Fixture::contentOf(fixture.path(text("a (1).mkv"))), "one");
+        QCOMPARE(Fixture::contentOf(fixture.path(text("a (2).mkv"))), "three");
+
+        fixture.downloads().downloadFiles({{}, {}});
+        ModelFixture::turn();
+        fixture.choose(fixture.folder.path());
+        fixture.downloads().cancelDownload();
+        ModelFixture::turn();
+        QCOMPARE(fixture.downloads().state(), DownloadState()); // nor does the other begin
+        QCOMPARE(fixture.files().size(), 3);
+    }
+
     void oneAtATime() {
         Fixture fixture;
         fixture.model.downloads()->cancelDownload(); // nothing to cancel
@@ -281,6 +312,8 @@ private Q_SLOTS:
         QFETCH(QString, remote);
         QFETCH(QString, proposed);
         QCOMPARE(proposedDownloadName(remote), proposed);
+        QVERIFY(numberedDownloadName(proposed, 12).toUtf8().size() <= 255);
+        QVERIFY(numberedDownloadName(proposed, 12).contains(text(" (12)")));
     }
 };
 

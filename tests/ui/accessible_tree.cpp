@@ -8,27 +8,26 @@ namespace quiv {
 
 namespace {
 
-// Until `visit` says false.
-bool walk(QAccessibleInterface* element, const std::function<bool(QAccessibleInterface*)>& visit) {
+void walk(QAccessibleInterface* element, const std::function<void(QAccessibleInterface*)>& visit) {
     if (!element || element->state().invisible)
-        return true;
-    if (!visit(element))
-        return false;
-    for (int child = 0; child < element->childCount(); ++child) {
-        if (!walk(element->child(child), visit))
-            return false;
-    }
-    return true;
+        return;
+    visit(element);
+    for (int child = 0; child < element->childCount(); ++child)
+        walk(element->child(child), visit);
 }
 
 } // namespace
 
 QAccessibleInterface* findAccessible(QWindow* window, QAccessible::Role role, const QString& name) {
-    QAccessibleInterface* found = nullptr;
+    return findAllAccessible(window, role, name).value(0);
+}
+
+QList<QAccessibleInterface*> findAllAccessible(QWindow* window, QAccessible::Role role,
+                                               const QString& name) {
+    QList<QAccessibleInterface*> found;
     walk(QAccessible::queryAccessibleInterface(window), [&](QAccessibleInterface* element) {
         if (element->role() == role && element->text(QAccessible::Name) == name)
-            found = element;
-        return !found;
+            found.append(element);
     });
     return found;
 }
@@ -38,7 +37,6 @@ QStringList accessibleNames(QWindow* window, QAccessible::Role role) {
     walk(QAccessible::queryAccessibleInterface(window), [&](QAccessibleInterface* element) {
         if (element->role() == role)
             names.append(element->text(QAccessible::Name));
-        return true;
     });
     return names;
 }

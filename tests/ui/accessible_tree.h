@@ -13,6 +13,10 @@ namespace quiv {
 // The first of this role and name; null when there is none.
 QAccessibleInterface* findAccessible(QWindow* window, QAccessible::Role role, const QString& name);
 
+// All such elements, in order.
+QList<QAccessibleInterface*> findAllAccessible(QWindow* window, QAccessible::Role role,
+                                               const QString& name);
+
 // The names of all of this role, from top to bottom.
 QStringList accessibleNames(QWindow* window, QAccessible::Role role);
 

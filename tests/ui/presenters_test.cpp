@@ -125,7 +125,10 @@ private Q_SLOTS:
         select(renamed(Bedroom)); // is the same TV
         QCOMPARE(shown.searchText(), u" tWO "_s);
         QCOMPARE(resets.size(), 0);
+        QCOMPARE(shown.foundText(), u"Found 1 title"_s);
+        shown.selectAll();
         shown.search(u"three"_s);
+        QVERIFY(!shown.clearSelection()); // what is not shown is not selected
         QCOMPARE(shown.phase(), Phase::NoResults);
 
         m_state.content = {};
@@ -281,7 +284,14 @@ private Q_SLOTS:
         QTest::addColumn<QString>("message");
         QTest::addColumn<QString>("call");
         QTest::newRow("delete") << Ask([this] { m_presenter->library()->requestDelete(u"a"_s); })
-                                << u"delete 3 file(s) from the TV"_s << u"delete a"_s;
+                                << u"delete 3 file(s) from the TV, including subtitles linked to "
+                                   "\"a\"."_s
+                                << u"delete a"_s;
+        QTest::newRow("delete several") << Ask([this] {
+            m_presenter->library()->selectAll();
+            m_presenter->library()->requestDelete(u"b"_s);
+        }) << u"delete 4 file(s) from the TV, including subtitles linked to these 2 titles."_s
+                                        << u"delete a, b"_s;
         const QUrl subtitle(u"file:///x.ASS"_s);
         QTest::newRow("rename") << Ask([=, this] {
             m_presenter->attachSubtitle(subtitle, u"Show.mkv"_s);
@@ -290,7 +300,7 @@ private Q_SLOTS:
     void whatIsAskedAboutIsDoneOnceConfirmed() {
         QFETCH(std::function<void()>, ask);
         QFETCH(QString, message);
-        m_state.content = library({u"a"_s});
+        m_state.content = library({u"a"_s, u"b"_s});
         m_state.content.groupedFiles[0].group.subtitles = {RemoteFile(), RemoteFile()};
         tell();
         ask();
@@ -348,6 +358,8 @@ private Q_SLOTS:
         m_state.uploads = {};
         tell();
         QCOMPARE(shown.phase(), Phase::Empty);
+        QVERIFY(!m_presenter->uploads()->dragEntered({QUrl(u"https://quiv.example/a.mkv"_s)}));
+        QVERIFY(!m_presenter->uploads()->isUploadDropTargeted());
         QCOMPARE(m_presenter->uploads()->dropHint(), u"Files will be added to the upload queue"_s);
         select(std::nullopt);
         QCOMPARE(m_presenter->uploads()->dropHint(), u"Select a TV first"_s);

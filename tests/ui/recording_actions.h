@@ -42,9 +42,19 @@ public:
     void startMove(const QString& videoName, const QString& target) override {
         calls.append(u"move %1 to %2"_s.arg(videoName, target));
     }
-    void downloadFile(const RemoteFile& file) override { calls.append(u"download "_s + file.name); }
+    void downloadFiles(const QList<RemoteFile>& files) override {
+        QStringList names;
+        for (const RemoteFile& file : files)
+            names.append(file.name);
+        calls.append(u"download "_s + names.join(u", "_s));
+    }
     void cancelDownload() override { calls.append(u"cancel download"_s); }
-    void deleteGroup(const FileGroup& group) override { calls.append(u"delete "_s + group.title); }
+    void deleteGroups(const QList<FileGroup>& groups) override {
+        QStringList titles;
+        for (const FileGroup& group : groups)
+            titles.append(group.title);
+        calls.append(u"delete "_s + titles.join(u", "_s));
+    }
     void queueUploadsFromPicker(const QList<QUrl>& urls) override {
         for (const QUrl& url : urls)
             calls.append(u"pick "_s + url.fileName());

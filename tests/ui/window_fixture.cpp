@@ -50,8 +50,16 @@ void WindowFixture::requirePairing() {
 void WindowFixture::click(QAccessible::Role role, const char* name) const {
     QAccessibleInterface* element = find(role, name);
     QVERIFY(element);
-    const QPoint middle = element->rect().center();
-    QTest::mouseClick(window(), Qt::LeftButton, {}, window()->mapFromGlobal(middle));
+    clickOn(element);
+}
+
+void WindowFixture::clickOn(QAccessibleInterface* element) const {
+    QTest::mouseClick(window(), Qt::LeftButton, {}, placeOf(element));
+}
+
+QString WindowFixture::focusedName() const {
+    auto* focused = QAccessible::queryAccessibleInterface(window()->activeFocusItem());
+    return focused ? focused->text(QAccessible::Name) : QString();
 }
 
 void WindowFixture::typeText(const QString& text) const {

@@ -38,7 +38,16 @@ protected:
     bool shows(const QString& text) const {
         return findAccessible(window(), QAccessible::StaticText, text) != nullptr;
     }
+    QList<QAccessibleInterface*> findAll(QAccessible::Role role, const char* name) const {
+        return findAllAccessible(window(), role, QString::fromUtf8(name));
+    }
+    // The middle, in the window.
+    QPoint placeOf(QAccessibleInterface* element) const {
+        return window()->mapFromGlobal(element->rect().center());
+    }
     void click(QAccessible::Role role, const char* name) const;
+    void clickOn(QAccessibleInterface* element) const;
+    QString focusedName() const; // as assistive technology reads it
     void typeText(const QString& text) const;
     void key(Qt::Key key) const;
     QQuickItem* libraryList() const;

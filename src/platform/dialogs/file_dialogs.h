@@ -12,7 +12,7 @@
 namespace quiv {
 
 struct FileDialogRequest {
-    enum class Purpose { OpenOne, OpenSeveral, Save };
+    enum class Purpose { OpenOne, OpenSeveral, Save, Folder };
 
     FileDialogRequest() = default;
     FileDialogRequest(Purpose itsPurpose, QString itsTitle, QString itsAcceptLabel,

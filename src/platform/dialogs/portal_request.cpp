@@ -38,6 +38,8 @@ QVariantMap optionsOf(const FileDialogRequest& request, const QString& token) {
         options.insert(u"current_name"_s, request.proposedName);
     if (request.purpose == FileDialogRequest::Purpose::OpenSeveral)
         options.insert(u"multiple"_s, true);
+    if (request.purpose == FileDialogRequest::Purpose::Folder)
+        options.insert(u"directory"_s, true);
     return options;
 }
 

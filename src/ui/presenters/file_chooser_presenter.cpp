@@ -62,6 +62,8 @@ bool FileChooserPresenter::canGoUp() const {
 }
 
 bool FileChooserPresenter::canAccept() const {
+    if (m_request.purpose == FileDialogRequest::Purpose::Folder)
+        return !m_folder.isEmpty();
     return isSaving() ? isFileName(m_name) : !m_chosen.isEmpty();
 }
 
@@ -92,6 +94,8 @@ void FileChooserPresenter::select(const QString& name) {
     }
     if (isSaving())
         return setName(name);
+    if (m_request.purpose == FileDialogRequest::Purpose::Folder)
+        return;
     const bool wasChosen = m_chosen.contains(name);
     if (m_request.purpose == FileDialogRequest::Purpose::OpenOne)
         m_chosen.clear();
@@ -146,6 +150,8 @@ void FileChooserPresenter::accept() {
         m_decision = acceptPlace();
         return;
     }
+    if (m_request.purpose == FileDialogRequest::Purpose::Folder)
+        return answer({QUrl::fromLocalFile(m_folder)});
     QList<QUrl> files;
     for (const FolderEntry& entry : std::as_const(m_entries)) { // in the order shown
         if (m_chosen.contains(entry.name))

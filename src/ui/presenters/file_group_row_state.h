@@ -33,6 +33,7 @@ struct FileGroupRowState {
     Q_PROPERTY(double downloadFraction MEMBER downloadFraction)
     Q_PROPERTY(QString downloadPercentText MEMBER downloadPercentText)
     Q_PROPERTY(QUrl thumbnailURL MEMBER thumbnailURL)
+    Q_PROPERTY(bool isSelected MEMBER isSelected)
 
 public:
     QString title;
@@ -53,6 +54,7 @@ public:
     double downloadFraction = 0; // 0 to 1
     QString downloadPercentText;
     QUrl thumbnailURL; // empty without a video
+    bool isSelected = false;
 
     bool operator==(const FileGroupRowState&) const = default;
 };

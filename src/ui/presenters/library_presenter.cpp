@@ -4,6 +4,8 @@
 #include "transfer/deletion.h"
 #include "transfer/upload_queue_rules.h"
 #include "ui/display_format.h"
+#include "ui/presenters/library_menus.h"
+#include "ui/presenters/uploads_presenter.h"
 #include "ui/presenters/window_actions.h"
 
 #include <algorithm>
@@ -17,21 +19,28 @@ namespace {
 
 const QByteArray ContentRole = "content";
 
-QList<ListRole<LibraryRow>> rowRoles(const WindowState& state, const QSet<QString>& uploadKeys) {
+QList<ListRole<LibraryRow>> rowRoles(const WindowState& state, const QSet<QString>& uploadKeys,
+                                     const RowSelection& selection) {
     return {
         {"key",
          [](const LibraryRow& row) {
              return QVariant(libraryRowKey(row));
          }},
         {ContentRole,
-         [&state, &uploadKeys](const LibraryRow& row) {
-             return QVariant::fromValue(fileGroupRowState(row, state, uploadKeys));
+         [&state, &uploadKeys, &selection](const LibraryRow& row) {
+             FileGroupRowState content = fileGroupRowState(row, state, uploadKeys);
+             content.isSelected = selection.keys.contains(row.group.id);
+             return QVariant::fromValue(content);
          }},
     };
 }
 
 QSet<QString> uploadKeysOf(const WindowState& state) {
     return uploadMatchKeys(state.uploads, selectedTvKey(state));
+}
+
+QString foundTitlesText(int count) {
+    return u"Found "_s + QString::number(count) + (count == 1 ? u" title"_s : u" titles"_s);
 }
 
 // Whether nothing differs but how far the uploads have come.
@@ -64,11 +73,13 @@ LibraryPresenter::Phase libraryPhase(const LibraryCounts& counts) {
     return counts.hasQuery ? Phase::NoResults : Phase::Empty;
 }
 
-LibraryPresenter::LibraryPresenter(WindowActions& actions, QObject* parent)
+LibraryPresenter::LibraryPresenter(WindowActions& actions, UploadsPresenter& uploads,
+                                   QObject* parent)
     : QObject(parent),
       m_actions(actions),
-      m_downloadMenu(actions),
-      m_rows(rowRoles(m_state, m_uploadKeys)) {}
+      m_uploads(uploads),
+      m_rows(rowRoles(m_state, m_uploadKeys, m_selection)),
+      m_entries(*uploads.rows(), m_rows) {}
 
 QString LibraryPresenter::loadingText() const {
     const auto& tv = m_state.selectedDevice;
@@ -98,6 +109,7 @@ void LibraryPresenter::show(const WindowState& state) {
         Q_EMIT failureTextChanged();
     if (isAnotherTv) {
         publish(this, m_searchText, QString(), &LibraryPresenter::searchTextChanged);
+        m_selection = {};
         m_rows.reset({});
     }
     if (isChanged)
@@ -124,21 +136,76 @@ void LibraryPresenter::attachSubtitle(const QString& key) {
         Q_EMIT subtitleRequested(row->group.video->name);
 }
 
-bool LibraryPresenter::offerDownloads(const QString& key) {
-    const LibraryRow* row = rowOf(key);
-    if (!row || filesOf(row->group).isEmpty() || isUploadInProgress(row->group, m_uploadKeys))
-        return false;
-    m_downloadMenu.setFiles(filesOf(row->group));
-    return true;
-}
-
 void LibraryPresenter::cancelDownload() {
     m_actions.cancelDownload();
 }
 
+void LibraryPresenter::select(const QString& key, int modifiers) {
+    setSelection(selectionAfterPick(m_selection, m_rows.rows(), key,
+                                    Qt::KeyboardModifiers::fromInt(modifiers)));
+}
+
+void LibraryPresenter::selectAll() {
+    setSelection(selectionOfAll(m_rows.rows()));
+}
+
+bool LibraryPresenter::clearSelection() {
+    const bool hasSelection = !m_selection.keys.isEmpty();
+    setSelection({});
+    return hasSelection;
+}
+
+void LibraryPresenter::setSelection(const RowSelection& selection) {
+    if (std::exchange(m_selection, selection).keys != selection.keys)
+        m_rows.refresh(ContentRole);
+}
+
+int LibraryPresenter::entryBeginningWith(const QString& typed, int current) const {
+    const int start = m_entries.libraryStart();
+    const auto found = static_cast<int>(rowBeginningWith(m_rows.rows(), typed, current - start));
+    return found < 0 ? current : start + found;
+}
+
+QList<FileGroup> LibraryPresenter::groupsActedOn(const QString& key) const {
+    QList<FileGroup> groups;
+    for (const LibraryRow& row : rowsActedOn(m_selection, m_rows.rows(), key)) {
+        if (!isUploadInProgress(row.group, m_uploadKeys))
+            groups.append(row.group);
+    }
+    return groups;
+}
+
+bool LibraryPresenter::offerDownloads(const QString& key) {
+    const QList<FileGroup> groups = groupsActedOn(key);
+    if (groups.size() == 1 && !filesOf(groups.constFirst()).isEmpty()) {
+        m_menu.offer(u"Download"_s, downloadEntries(groups.constFirst(), m_actions));
+        return true;
+    }
+    if (groups.size() > 1)
+        m_actions.downloadFiles(filesOf(groups));
+    return false;
+}
+
+bool LibraryPresenter::offerActions(const QString& key) {
+    const LibraryRow* row = rowOf(key);
+    if (!row)
+        return false;
+    if (rowsActedOn(m_selection, m_rows.rows(), key).size() > 1) {
+        m_menu.offer(u"Selection"_s, selectionEntries(groupsActedOn(key), key, *this, m_actions));
+        return true;
+    }
+    const FileGroupRowState state = fileGroupRowState(*row, m_state, m_uploadKeys);
+    m_menu.offer(state.title, rowEntries(row->group, state, *this, m_actions));
+    return true;
+}
+
+bool LibraryPresenter::offerUploadActions(const QString& key) {
+    return m_uploads.offerActions(key, m_menu);
+}
+
 void LibraryPresenter::requestDelete(const QString& key) {
-    if (const LibraryRow* row = rowOf(key))
-        Q_EMIT deleteRequested(row->group);
+    if (const QList<FileGroup> groups = groupsActedOn(key); !groups.isEmpty())
+        Q_EMIT deleteRequested(groups);
 }
 
 const LibraryRow* LibraryPresenter::rowOf(const QString& key) const {
@@ -152,10 +219,15 @@ void LibraryPresenter::search(const QString& text) {
         return;
     filterRows();
     updatePhase();
+    Q_EMIT searched();
 }
 
 void LibraryPresenter::filterRows() {
     m_rows.assign(filteredRows(m_state.content.groupedFiles, m_searchText));
+    setSelection(selectionAmong(m_selection, m_rows.rows()));
+    const bool isSearching = !m_searchText.trimmed().isEmpty();
+    publish(this, m_foundText, isSearching ? foundTitlesText(m_rows.rowCount()) : QString(),
+            &LibraryPresenter::foundTextChanged);
 }
 
 void LibraryPresenter::updatePhase() {

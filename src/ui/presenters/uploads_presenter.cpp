@@ -2,7 +2,10 @@
 
 #include "platform/publish.h"
 #include "ui/display_format.h"
+#include "ui/presenters/action_menu_presenter.h"
 #include "ui/presenters/window_actions.h"
+
+#include <algorithm>
 
 namespace quiv {
 
@@ -12,17 +15,17 @@ namespace {
 
 const auto DownloadKey = u"download"_s;
 
-template <auto Member> ListRole<QueueRow> role(const QByteArray& name) {
-    return {name, [](const QueueRow& row) {
-                return QVariant(row.*Member);
-            }};
-}
-
 QList<ListRole<QueueRow>> rowRoles() {
-    return {role<&QueueRow::key>("key"),           role<&QueueRow::fileName>("fileName"),
-            role<&QueueRow::symbol>("symbol"),     role<&QueueRow::statusText>("statusText"),
-            role<&QueueRow::progress>("progress"), role<&QueueRow::isMoving>("isMoving"),
-            role<&QueueRow::isFailed>("isFailed")};
+    return {
+        {"key",
+         [](const QueueRow& row) {
+             return QVariant(row.key);
+         }},
+        {"upload",
+         [](const QueueRow& row) {
+             return QVariant::fromValue(row);
+         }},
+    };
 }
 
 QString uploadStatusText(const UploadListItem& item) {
@@ -60,7 +63,8 @@ QueueRow uploadRow(const UploadListItem& item, const QString& selectedTvKey) {
                 isForSelected ? text : u"To "_s + displayText(item.tvName) + u":  "_s + text,
             .progress = item.progress,
             .isMoving = item.state == UploadListItemState::Uploading,
-            .isFailed = item.state == UploadListItemState::Failed};
+            .isFailed = item.state == UploadListItemState::Failed,
+            .endLabel = item.state == UploadListItemState::Uploading ? u"Cancel"_s : u"Remove"_s};
 }
 
 QueueRow downloadRow(const DownloadState& download) {
@@ -70,7 +74,8 @@ QueueRow downloadRow(const DownloadState& download) {
             .statusText = u"From "_s + displayText(download.tvName) + u":  Downloading  "_s +
                           formatPercent(download.currentDownloadProgress),
             .progress = download.currentDownloadProgress,
-            .isMoving = true};
+            .isMoving = true,
+            .endLabel = u"Cancel"_s};
 }
 
 } // namespace
@@ -114,6 +119,31 @@ void UploadsPresenter::cancel(const QString& key) {
 
 void UploadsPresenter::retry(const QString& key) {
     m_actions.retryUploadJob(key);
+}
+
+bool UploadsPresenter::offerActions(const QString& key, ActionMenuPresenter& menu) {
+    const auto found = std::ranges::find(m_rows.rows(), key, queueRowKey);
+    if (found == m_rows.rows().end())
+        return false;
+    QList<ActionMenuEntry> entries;
+    if (found->isFailed)
+        entries.append({u"Try Again"_s, u"arrow.clockwise"_s, true, [this, key] {
+                            retry(key);
+                        }});
+    entries.append({found->endLabel, u"xmark"_s, true, [this, key] {
+                        cancel(key);
+                    }});
+    menu.offer(found->fileName, entries);
+    return true;
+}
+
+bool UploadsPresenter::dragEntered(const QList<QUrl>& urls) {
+    setDropTargeted(std::ranges::any_of(urls, &QUrl::isLocalFile));
+    return m_isUploadDropTargeted;
+}
+
+void UploadsPresenter::dragLeft() {
+    setDropTargeted(false);
 }
 
 void UploadsPresenter::setDropTargeted(bool isTargeted) {

@@ -35,10 +35,10 @@ public:
     virtual void sendPlayback(const PlaybackCommand& command) = 0;
     // `target` is "USB" or "INTERNAL".
     virtual void startMove(const QString& videoName, const QString& target) = 0;
-    // Asks the user where to put the file.
-    virtual void downloadFile(const RemoteFile& file) = 0;
+    // Asks the user where to put the file, or which folder gets the files.
+    virtual void downloadFiles(const QList<RemoteFile>& files) = 0;
     virtual void cancelDownload() = 0;
-    virtual void deleteGroup(const FileGroup& group) = 0;
+    virtual void deleteGroups(const QList<FileGroup>& groups) = 0;
     virtual void queueUploadsFromPicker(const QList<QUrl>& urls) = 0;
     virtual void queueSubtitleUpload(const QUrl& sourceURL, const QString& remoteName) = 0;
     // Returns false if there is no file among them.

@@ -17,11 +17,12 @@ WindowPresenter::WindowPresenter(WindowActions& actions, const WindowPorts& port
       m_thumbnails(ports.http, ports.pictures, ports.clock),
       m_sidebar(actions),
       m_header(actions),
-      m_library(actions),
+      m_uploads(actions),
+      m_library(actions, m_uploads),
       m_dock(actions),
       m_localPanel(actions),
-      m_uploads(actions),
-      m_pairingSheet(actions) {
+      m_pairingSheet(actions),
+      m_shortcuts([this] { return hasDialog(); }) {
     connect(&m_library, &LibraryPresenter::deleteRequested, this, &WindowPresenter::askToDelete);
     connect(&m_library, &LibraryPresenter::subtitleRequested, this,
             [this](const QString& videoName) { m_picking = pickingSubtitle(videoName); });
@@ -75,12 +76,26 @@ void WindowPresenter::attachSubtitle(const QUrl& subtitle, const QString& videoN
                          queue);
 }
 
-void WindowPresenter::askToDelete(const FileGroup& group) {
-    const QString message = u"This will delete %1 file(s) from the TV, including subtitles linked "
-                            "to \"%2\"."_s;
-    m_deletePrompt.ask(
-        message.arg(QString::number(filesOf(group).size()), displayText(group.title)),
-        [this, group] { m_actions.deleteGroup(group); });
+void WindowPresenter::askToDelete(const QList<FileGroup>& groups) {
+    const qsizetype files = filesOf(groups).size();
+    const QString linked = groups.size() == 1 ? u'"' + displayText(groups.constFirst().title) + u'"'
+                                              : u"these %1 titles"_s.arg(groups.size());
+    m_deletePrompt.ask(u"This will delete "_s + QString::number(files) +
+                           u" file(s) from the TV, including subtitles linked to "_s + linked +
+                           u'.',
+                       [this, groups] { m_actions.deleteGroups(groups); });
+}
+
+bool WindowPresenter::hasDialog() const {
+    return m_subtitleRename.isShown() || m_deletePrompt.isShown() || m_fileChooser.isShown() ||
+           m_pairingSheet.state().isShown || m_shortcuts.isShown();
+}
+
+void WindowPresenter::pauseOrResume() {
+    if (m_localPanel.state().isShown)
+        m_localPanel.playOrPause();
+    else if (m_dock.state().isShown)
+        m_dock.playOrPause();
 }
 
 QString windowTitle(const WindowState& state) {

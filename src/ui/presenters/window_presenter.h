@@ -8,6 +8,7 @@
 #include "ui/presenters/local_panel_presenter.h"
 #include "ui/presenters/pairing_sheet_presenter.h"
 #include "ui/presenters/prompt_presenter.h"
+#include "ui/presenters/shortcuts_presenter.h"
 #include "ui/presenters/sidebar_presenter.h"
 #include "ui/presenters/uploads_presenter.h"
 #include "ui/thumbnails/thumbnail_store.h"
@@ -35,6 +36,7 @@ class WindowPresenter : public QObject {
     Q_PROPERTY(quiv::PromptPresenter* subtitleRename READ subtitleRename CONSTANT)
     Q_PROPERTY(quiv::PromptPresenter* deletePrompt READ deletePrompt CONSTANT)
     Q_PROPERTY(quiv::PairingSheetPresenter* pairingSheet READ pairingSheet CONSTANT)
+    Q_PROPERTY(quiv::ShortcutsPresenter* shortcuts READ shortcuts CONSTANT)
     Q_PROPERTY(quiv::ThumbnailStore* thumbnails READ thumbnails CONSTANT)
 
 public:
@@ -52,10 +54,13 @@ public:
     PromptPresenter* subtitleRename() { return &m_subtitleRename; }
     PromptPresenter* deletePrompt() { return &m_deletePrompt; }
     PairingSheetPresenter* pairingSheet() { return &m_pairingSheet; }
+    ShortcutsPresenter* shortcuts() { return &m_shortcuts; }
     ThumbnailStore* thumbnails() { return &m_thumbnails; }
 
     void show(const WindowState& state);
 
+    // Pauses the video that plays here, else the TV's; or lets it go on.
+    Q_INVOKABLE void pauseOrResume();
     // Lets the user choose files to upload.
     Q_INVOKABLE void pickUploads();
     // Attaches a subtitle to a video; asks first when the file needs another name for that.
@@ -65,7 +70,8 @@ Q_SIGNALS:
     void titleChanged();
 
 private:
-    void askToDelete(const FileGroup& group);
+    bool hasDialog() const;
+    void askToDelete(const QList<FileGroup>& groups);
     // Says so if the user chose files for another TV than the one that is selected now.
     bool isForSelectedTv(const QString& tvKey);
     Task<> pickingUploads();
@@ -76,15 +82,16 @@ private:
     ThumbnailStore m_thumbnails;
     SidebarPresenter m_sidebar;
     HeaderPresenter m_header;
+    UploadsPresenter m_uploads;
     LibraryPresenter m_library;
     DockPresenter m_dock;
     LocalPanelPresenter m_localPanel;
-    UploadsPresenter m_uploads;
     FileChooserPresenter m_fileChooser;
     PromptPresenter m_subtitleRename;
     PromptPresenter m_deletePrompt;
     PairingSheetPresenter m_pairingSheet;
     QString m_title;
+    ShortcutsPresenter m_shortcuts;
     QString m_tvKey;  // of the selected TV; empty without one
     Task<> m_picking; // the newest alone
 };

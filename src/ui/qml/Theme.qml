@@ -64,7 +64,7 @@ QtObject {
     readonly property int gap: 14
     readonly property int sidebarWidth: Math.min(scaled(272), 340)
     readonly property int controlHeight: scaled(30)
-    readonly property int compactBelow: scaled(1200) // width of the window with room for fewer words
+    readonly property int widestContent: scaled(1440) // lines get too long to read beyond it
     readonly property int controlRadius: 8
     readonly property int cardRadius: 12
     readonly property int dockRadius: 14

@@ -48,9 +48,13 @@ public:
     void startMove(const QString& videoName, const QString& target) override {
         m_model.storageMove()->startMove(videoName, target);
     }
-    void downloadFile(const RemoteFile& file) override { m_model.downloads()->downloadFile(file); }
+    void downloadFiles(const QList<RemoteFile>& files) override {
+        m_model.downloads()->downloadFiles(files);
+    }
     void cancelDownload() override { m_model.downloads()->cancelDownload(); }
-    void deleteGroup(const FileGroup& group) override { m_model.deletion()->deleteGroup(group); }
+    void deleteGroups(const QList<FileGroup>& groups) override {
+        m_model.deletion()->deleteGroups(groups);
+    }
     void queueUploadsFromPicker(const QList<QUrl>& urls) override {
         m_model.uploads()->queueUploadsFromPicker(urls);
     }

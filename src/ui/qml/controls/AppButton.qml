@@ -12,6 +12,7 @@ T.Button {
     property string widestText: text // room is kept for it, so that columns of buttons line up
     property bool opensMenu: false         // says so with an arrow
     property bool isWaiting: false         // for what it has asked for
+    property string shortcut // that does the same, for the tool tip
     property bool isCompact: false   // the symbol alone; the label becomes the tool tip
     readonly property bool prominent: kind === AppButton.Prominent
     readonly property color prominentInk: enabled ? Theme.accentInk : Theme.tertiaryText
@@ -69,6 +70,7 @@ T.Button {
     FocusRing { target: button }
     HoverTip {
         target: button
-        isWanted: button.isCompact
+        isWanted: button.isCompact || button.shortcut !== ""
+        shortcut: button.shortcut
     }
 }

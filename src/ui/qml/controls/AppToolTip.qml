@@ -8,7 +8,10 @@ T.ToolTip {
     required property T.AbstractButton target
 
     parent: target
-    text: target.text
+    property string shortcut
+    readonly property string keys: shortcut === "" ? "" : " (" + shortcut + ")"
+
+    text: target.text + keys
     visible: target.hovered && !target.down
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: implicitContentHeight + topPadding + bottomPadding

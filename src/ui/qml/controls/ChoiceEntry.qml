@@ -1,23 +1,38 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Templates as T
 
-// One entry of a choice menu.
-T.AbstractButton {
+// One entry of a choice menu. No button of the templates: those name themselves buttons to assistive
+// technology, whatever they are.
+Item {
     id: entry
 
+    required property string text
     required property bool isMarked
     property string symbol // of its own, else the mark
     required property bool isCurrent
+    readonly property bool hovered: area.containsMouse
 
-    horizontalPadding: 9
-    focusPolicy: Qt.NoFocus
+    signal clicked()
+
+    opacity: enabled ? 1 : 0.45
+    Accessible.role: Accessible.MenuItem
     Accessible.name: text
+    // The toolkit tells of no item that it is disabled.
+    Accessible.description: enabled ? "" : "Not available"
     Accessible.checkable: symbol === ""
     Accessible.checked: isMarked
-    Accessible.onPressAction: clicked()
+    Accessible.focusable: true
+    Accessible.onPressAction: if (enabled) clicked()
 
-    contentItem: RowLayout {
+    Rectangle {
+        anchors.fill: parent
+        radius: 6
+        color: entry.isCurrent ? Theme.accentFill : "transparent"
+    }
+    RowLayout {
+        anchors.fill: parent
+        anchors.leftMargin: 9
+        anchors.rightMargin: 9
         spacing: 8
 
         AppIcon {
@@ -33,9 +48,11 @@ T.AbstractButton {
             Accessible.ignored: true
         }
     }
+    MouseArea {
+        id: area
 
-    background: Rectangle {
-        radius: 6
-        color: entry.isCurrent ? Theme.accentFill : "transparent"
+        anchors.fill: parent
+        hoverEnabled: true
+        onClicked: entry.clicked()
     }
 }

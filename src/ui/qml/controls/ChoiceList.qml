@@ -10,10 +10,16 @@ ListView {
     required property string label
     required property var choices // texts
     property var symbols: []      // of the choices, if they have any
+    property var enabledStates: [] // of the choices, where some cannot be made
     required property int markedIndex
     required property int rowHeight
 
     signal chosen(index: int)
+
+    function choose(index: int) {
+        if (enabledStates[index] ?? true)
+            chosen(index)
+    }
 
     function begin() {
         currentIndex = Math.max(0, markedIndex)
@@ -27,9 +33,9 @@ ListView {
     keyNavigationEnabled: true
     model: choices
     onVisibleChanged: if (visible) begin()
-    Keys.onReturnPressed: chosen(currentIndex)
-    Keys.onEnterPressed: chosen(currentIndex)
-    Keys.onSpacePressed: chosen(currentIndex)
+    Keys.onReturnPressed: choose(currentIndex)
+    Keys.onEnterPressed: choose(currentIndex)
+    Keys.onSpacePressed: choose(currentIndex)
     Keys.onPressed: event => {
         if (event.key === Qt.Key_Home)
             currentIndex = 0
@@ -52,7 +58,8 @@ ListView {
         symbol: list.symbols[index] ?? ""
         isMarked: index === list.markedIndex
         isCurrent: entry.ListView.isCurrentItem
+        enabled: list.enabledStates[index] ?? true
         onHoveredChanged: if (hovered) list.currentIndex = index
-        onClicked: list.chosen(index)
+        onClicked: list.choose(index)
     }
 }

@@ -8,6 +8,7 @@ T.Popup {
     required property string label
     required property var choices
     property var symbols: []
+    property var enabledStates: []
     required property int currentIndex
     property real narrowest: Theme.scaled(190)
     readonly property int rowHeight: Theme.scaled(28)
@@ -65,6 +66,7 @@ T.Popup {
         label: popup.label
         choices: popup.offered
         symbols: popup.symbols
+        enabledStates: popup.enabledStates
         markedIndex: popup.currentIndex
         rowHeight: popup.rowHeight
         onChosen: index => popup.choose(index)

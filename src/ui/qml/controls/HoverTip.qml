@@ -5,7 +5,8 @@ import QtQuick.Templates as T
 Loader {
     required property T.AbstractButton target
     property bool isWanted: true
+    property string shortcut // that does the same
 
     active: isWanted && target.hovered
-    Component.onCompleted: setSource("AppToolTip.qml", { target: target })
+    Component.onCompleted: setSource("AppToolTip.qml", { target: target, shortcut: Qt.binding(() => shortcut) })
 }

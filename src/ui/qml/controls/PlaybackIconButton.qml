@@ -7,6 +7,7 @@ T.Button {
 
     required property string systemName
     required property string accessibilityLabel
+    property string shortcut // that does the same, for the tool tip
     property color tint: Theme.primaryText
     property bool isWaiting: false // for what it has asked for
     property bool isRound: false // filled with a shade of the tint instead of bordered
@@ -50,5 +51,8 @@ T.Button {
         target: button
         cornerRadius: button.isRound ? button.height / 2 : Theme.controlRadius
     }
-    HoverTip { target: button }
+    HoverTip {
+        target: button
+        shortcut: button.shortcut
+    }
 }

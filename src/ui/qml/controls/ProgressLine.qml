@@ -35,20 +35,25 @@ Rectangle {
 
         Rectangle {
             id: segment
+            objectName: "segment"
 
+            // A share of the way: the line may get its width only while this runs.
+            property real progress
+
+            x: progress * (line.width + width) - width
             width: parent.width * 0.28
             height: parent.height
             radius: line.radius
             color: Theme.accent
             opacity: 0.55
 
-            SequentialAnimation on x {
+            SequentialAnimation on progress {
                 running: segment.visible
                 loops: Animation.Infinite
 
                 NumberAnimation {
-                    from: -segment.width
-                    to: line.width
+                    from: 0
+                    to: 1
                     duration: 1800
                     easing.type: Easing.InOutSine
                 }

@@ -59,6 +59,7 @@ Item {
                 tint: Theme.accent
                 accessibilityLabel: "Play or pause"
                 isWaiting: dock.waiting.play
+                shortcut: "Space"
                 onClicked: dock.presenter.playOrPause()
             }
             PlaybackIconButton {

@@ -22,6 +22,7 @@ ColumnLayout {
             kind: AppButton.Prominent
             symbol: "square.and.arrow.up"
             text: "Upload to the TV"
+            shortcut: "Ctrl+O"
             onClicked: header.presenter.pickUploads()
         }
     }

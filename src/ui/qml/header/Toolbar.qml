@@ -8,12 +8,20 @@ Item {
 
     required property LibraryPresenter library
 
+    signal searchLeft() // for what was found
+
+    function enterSearch() {
+        field.forceActiveFocus(Qt.ShortcutFocusReason)
+        field.selectAll()
+    }
+
     implicitHeight: Theme.scaled(52)
 
     RowLayout {
-        anchors.fill: parent
-        anchors.leftMargin: Theme.padding
-        anchors.rightMargin: Theme.padding
+        anchors.top: parent.top
+        anchors.bottom: parent.bottom
+        anchors.horizontalCenter: parent.horizontalCenter
+        width: Math.min(parent.width - 2 * Theme.padding, Theme.widestContent)
         spacing: Theme.gap
 
         PlainText {
@@ -22,14 +30,22 @@ Item {
             Accessible.role: Accessible.Heading
         }
         SearchField {
+            id: field
+
             Layout.fillWidth: true
             Layout.minimumWidth: 160
             Layout.maximumWidth: implicitWidth
             Layout.alignment: Qt.AlignRight
             placeholderText: "Search files on this TV"
+            Accessible.description: "Ctrl+F"
             text: toolbar.library.searchText
             onTextEdited: toolbar.library.search(text)
             onCleared: toolbar.library.search("")
+            Keys.onDownPressed: toolbar.searchLeft()
+            Keys.onEscapePressed: {
+                toolbar.library.search("")
+                toolbar.searchLeft()
+            }
         }
     }
 

@@ -8,15 +8,13 @@ Item {
     required property LibraryPresenter presenter
     required property string key // of the row
     required property fileGroupRowState content
-    required property DownloadMenu downloadMenu
+    required property ActionMenu menu
     required property bool isCompact
     required property int focusPolicy
-
     // Button and progress are equally wide, so that columns line up, but where the symbol alone is.
-    readonly property bool isWide: !isCompact || content.isDownloading
-    readonly property int wideWidth: Math.max(button.implicitWidth, progress.implicitWidth)
+    required property int wideWidth
 
-    implicitWidth: isWide ? wideWidth : button.implicitWidth
+    implicitWidth: isCompact && !content.isDownloading ? button.implicitWidth : wideWidth
     implicitHeight: button.implicitHeight
 
     AppButton {
@@ -30,16 +28,14 @@ Item {
         isCompact: area.isCompact
         enabled: area.content.canDownload
         focusPolicy: area.focusPolicy
-        onClicked: if (area.presenter.offerDownloads(area.key)) area.downloadMenu.openAt(button)
+        onClicked: if (area.presenter.offerDownloads(area.key)) area.menu.openBelow(button)
     }
     DownloadProgress {
-        id: progress
-
         anchors.fill: parent
         visible: area.content.isDownloading
         fraction: area.content.downloadFraction
         percentText: area.content.downloadPercentText
         focusPolicy: area.focusPolicy
-        onClicked: area.presenter.cancelDownload()
+        onEnded: area.presenter.cancelDownload()
     }
 }

@@ -1,24 +1,38 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// How far a download has come; under the pointer or with the keyboard on it, the button to end it.
+// How far a download has come; under the pointer, with the keyboard on it or after a first tap, the
+// button to end it.
 T.Button {
     id: button
 
     required property real fraction
     required property string percentText
-    readonly property bool offersCancel: hover.hovered || visualFocus
+    property bool wasTapped: false
+    readonly property bool offersCancel: hover.hovered || visualFocus || wasTapped
+
+    signal ended()
+
+    // A finger comes without a warning: its first tap shows what the next one does.
+    function tap() {
+        if (offersCancel)
+            return ended()
+        wasTapped = true
+        untap.restart()
+    }
 
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: Theme.controlHeight
     horizontalPadding: 9
     text: "Cancel download"
     font: Theme.button
+    onVisibleChanged: wasTapped = false
+    onClicked: tap()
     Accessible.name: text
     Accessible.description: percentText
-    Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Accessible.onPressAction: ended()
+    Keys.onReturnPressed: ended()
+    Keys.onEnterPressed: ended()
 
     contentItem: DownloadProgressLabel {
         fraction: button.fraction
@@ -37,7 +51,17 @@ T.Button {
         border.color: Theme.controlBorder
     }
 
-    HoverHandler { id: hover }
+    HoverHandler {
+        id: hover
+
+        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+    }
+    Timer {
+        id: untap
+
+        interval: 4000
+        onTriggered: button.wasTapped = false
+    }
 
     FocusRing { target: button }
 }

@@ -8,13 +8,15 @@ Row {
     required property LibraryPresenter presenter
     required property string key // of the row
     required property fileGroupRowState content
-    required property DownloadMenu downloadMenu
-    required property bool isCompact
+    required property ActionMenu menu
+    required property RowMeasures measures
     required property int focusPolicy
+    readonly property bool isCompact: measures.isCompact
 
-    spacing: 6
+    spacing: measures.buttonSpacing
 
     AppButton {
+        width: actions.isCompact ? implicitWidth : actions.measures.moveWidth
         symbol: "arrow.left.arrow.right"
         text: actions.content.moveTitle
         widestText: "Move to Internal"
@@ -24,6 +26,7 @@ Row {
         onClicked: actions.presenter.moveStorage(actions.key)
     }
     AppButton {
+        width: actions.isCompact ? implicitWidth : actions.measures.subtitleWidth
         symbol: "captions.bubble.fill"
         text: "Subtitle"
         isCompact: actions.isCompact
@@ -32,17 +35,20 @@ Row {
         onClicked: actions.presenter.attachSubtitle(actions.key)
     }
     DownloadArea {
+        wideWidth: actions.measures.downloadWidth
         presenter: actions.presenter
         key: actions.key
         content: actions.content
-        downloadMenu: actions.downloadMenu
+        menu: actions.menu
         isCompact: actions.isCompact
         focusPolicy: actions.focusPolicy
     }
     AppButton {
+        width: actions.isCompact ? implicitWidth : actions.measures.deleteWidth
         kind: AppButton.Destructive
         symbol: "trash"
         text: "Delete"
+        shortcut: "Delete"
         isCompact: actions.isCompact
         enabled: !actions.content.isUploading
         focusPolicy: actions.focusPolicy

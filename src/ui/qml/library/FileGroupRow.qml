@@ -10,23 +10,23 @@ Item {
     required property string key
     required property fileGroupRowState content
     required property ThumbnailStore thumbnails
-    required property DownloadMenu downloadMenu
-    property bool isCurrent: false
-    property bool isCompact: false
-    readonly property int focusPolicy: isCurrent ? Qt.TabFocus : Qt.NoFocus // one row's at a time
+    required property bool isInView
+    required property RowMeasures measures
+    required property ActionMenu menu
+    required property bool isMarked // has the focus itself
+    required property bool isHovered
+    required property int focusPolicy
+    readonly property color resting: content.isSelected ? Theme.accentFill : "transparent"
 
     implicitHeight: lines.implicitHeight + 18
-    Accessible.role: Accessible.ListItem
-    Accessible.name: content.title
-    Accessible.description: content.subtitleText
 
     Rectangle {
         anchors.fill: parent
         anchors.topMargin: 1
         anchors.bottomMargin: 1
         radius: 10
-        color: hover.hovered ? Theme.rowHovered : "transparent"
-        border.width: row.isCurrent && Appearance.isKeyboardInUse ? 2 : 0
+        color: row.isHovered && !row.content.isSelected ? Theme.rowHovered : row.resting
+        border.width: row.isMarked ? 2 : 0
         border.color: Theme.accent
 
         Behavior on color {
@@ -39,50 +39,31 @@ Item {
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        anchors.leftMargin: 10
-        anchors.rightMargin: 10
+        anchors.leftMargin: row.measures.margin
+        anchors.rightMargin: row.measures.margin
         spacing: 0
 
         RowLayout {
-            spacing: 12
+            spacing: row.measures.spacing
 
             CachedThumbnailView {
-                id: thumbnail
-
+                Layout.preferredWidth: row.measures.thumbnailWidth
                 store: row.thumbnails
-                source: row.content.thumbnailURL
+                source: row.isInView ? row.content.thumbnailURL : ""
             }
-            ColumnLayout {
+            FileGroupTitle {
                 Layout.fillWidth: true
-                spacing: 3
-
-                PlainText {
-                    Layout.fillWidth: true
-                    text: row.content.title
-                    font: Theme.headline
-                }
-                PlainText {
-                    Layout.fillWidth: true
-                    text: row.content.subtitleText
-                    font: Theme.caption
-                    color: Theme.secondaryText
-                }
-                PlainText {
-                    Layout.fillWidth: true
-                    visible: row.content.isUploading
-                    text: "Uploading - not ready yet"
-                    font: Theme.caption
-                    color: Theme.notReady
-                }
-            }
-            Badge {
-                text: row.content.storageBadge.text
-                tone: row.content.storageBadge.tone
+                content: row.content
             }
             PlaybackBadge {
                 visible: text !== ""
                 symbol: row.content.playbackSymbol
                 text: row.content.playbackText
+            }
+            Badge {
+                Layout.preferredWidth: row.measures.storageWidth
+                text: row.content.storageBadge.text
+                tone: row.content.storageBadge.tone
             }
             PlaybackIconButton {
                 // Keeps its place, so that the columns line up.
@@ -93,6 +74,7 @@ Item {
                 systemName: row.content.playSymbol
                 tint: Theme.accent
                 accessibilityLabel: "Play or pause"
+                shortcut: "Enter"
                 focusPolicy: row.focusPolicy
                 onClicked: row.presenter.playOrPause(row.key)
             }
@@ -100,17 +82,15 @@ Item {
                 presenter: row.presenter
                 key: row.key
                 content: row.content
-                downloadMenu: row.downloadMenu
-                isCompact: row.isCompact
+                menu: row.menu
+                measures: row.measures
                 focusPolicy: row.focusPolicy
             }
         }
         RowMove {
-            Layout.leftMargin: thumbnail.width + 12
+            Layout.leftMargin: row.measures.thumbnailWidth + row.measures.spacing
             visible: content.isMoving
             content: row.content
         }
     }
-
-    HoverHandler { id: hover }
 }

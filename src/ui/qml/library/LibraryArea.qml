@@ -1,38 +1,46 @@
 import QtQuick
 import Quiv
 
-// The library, or why there is nothing to see.
+// The library below the queue, or why there is nothing to see.
 Item {
     id: area
 
     required property LibraryPresenter presenter
     required property UploadsPresenter uploads
+    required property ShortcutsPresenter shortcuts
     required property ThumbnailStore thumbnails
-    property bool isCompact: false
     readonly property int stateWidth: Math.min(width - 2 * Theme.padding, Theme.scaled(460))
 
-    UploadQueue {
-        id: queue
+    // Gives the first row that the search left the keyboard.
+    function enterResults() {
+        list.enterResults()
+    }
 
-        anchors.left: parent.left
-        anchors.right: parent.right
-        anchors.leftMargin: Theme.padding
-        anchors.rightMargin: Theme.padding
-        anchors.top: parent.top
-        anchors.topMargin: 6
-        height: Math.min(contentHeight + 2, Math.round(area.height * 0.45))
-        visible: area.uploads.count > 0
-        presenter: area.uploads
+    Item {
+        id: found
+
+        height: visible ? words.implicitHeight + 8 : 0
+        visible: words.text !== "" && list.visible
+
+        PlainText {
+            id: words
+
+            x: Theme.padding
+            text: area.presenter.foundText
+            font: Theme.caption
+            color: Theme.secondaryText
+        }
     }
     LibraryList {
+        id: list
+
         anchors.fill: parent
-        anchors.topMargin: queue.visible ? queue.height + 14 : 0
-        anchors.leftMargin: 10
-        anchors.rightMargin: 2
+        anchors.topMargin: found.height
         visible: area.presenter.phase === LibraryPresenter.List
         presenter: area.presenter
+        uploads: area.uploads
+        shortcuts: area.shortcuts
         thumbnails: area.thumbnails
-        isCompact: area.isCompact
     }
     EmptyState {
         anchors.centerIn: parent

@@ -6,6 +6,7 @@ Sheet {
 
     required property PairingSheetPresenter presenter
 
+    name: "Pair Quiv Controller"
     visible: presenter.state.isShown
 
     contentItem: PairingForm { presenter: sheet.presenter }

@@ -11,6 +11,7 @@ Sheet {
     signal cancelled()
 
     preferredWidth: 420
+    name: title
 
     contentItem: PromptForm {
         title: prompt.title

@@ -6,6 +6,7 @@ T.Popup {
     id: sheet
 
     property int preferredWidth: 380
+    property string name // of the dialog, for assistive technology
 
     anchors.centerIn: T.Overlay.overlay
     width: Math.min(implicitContentWidth, Theme.scaled(preferredWidth)) + 2 * padding
@@ -14,6 +15,8 @@ T.Popup {
     modal: true
     focus: true
     closePolicy: T.Popup.NoAutoClose
+    onNameChanged: contentItem.parent.Accessible.name = name
+    onAboutToShow: contentItem.parent.Accessible.name = name
 
     T.Overlay.modal: Rectangle { color: Theme.scrim }
 

@@ -34,6 +34,7 @@ Rectangle {
                 text: "Refresh"
                 symbol: "arrow.clockwise"
                 isWaiting: sidebar.presenter.isSearching
+                shortcut: "F5"
                 onClicked: sidebar.presenter.refresh()
             }
         }

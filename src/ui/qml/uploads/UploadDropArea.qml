@@ -8,8 +8,8 @@ DropArea {
     required property UploadsPresenter presenter
 
     keys: ["text/uri-list"]
-    onEntered: presenter.setDropTargeted(true)
-    onExited: presenter.setDropTargeted(false)
+    onEntered: drag => drag.accepted = presenter.dragEntered(drag.urls)
+    onExited: presenter.dragLeft()
     onDropped: event => event.accepted = presenter.drop(event.urls)
 
     DropOverlay {

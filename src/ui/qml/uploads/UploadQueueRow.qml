@@ -2,72 +2,105 @@ import QtQuick
 import QtQuick.Layouts
 import Quiv
 
-// One file that is on its way, waits for it or has failed.
+// One file that is on its way, waits for it or has failed. The rows together look like one card.
 Item {
     id: row
 
     required property UploadsPresenter presenter
     required property string key
-    required property string fileName
-    required property string symbol
-    required property bool isMoving
-    required property bool isFailed
-    readonly property color markColour: isMoving ? Theme.accent : isFailed ? Theme.destructive : Theme.secondaryText
-    required property real progress
-    required property string statusText
+    required property queueRow content
+    required property bool isFirst
+    required property bool isLast
+    required property bool isMarked // has the focus itself
+    required property int focusPolicy
+    readonly property color markColour: content.isMoving ? Theme.accent
+                                      : content.isFailed ? Theme.destructive : Theme.secondaryText
 
-    implicitHeight: lines.implicitHeight + 22
-    Accessible.role: Accessible.ListItem
-    Accessible.name: fileName
-    Accessible.description: statusText
+    implicitHeight: card.height + (isLast ? Theme.gap : 0)
 
-    RowLayout {
-        anchors.fill: parent
-        anchors.leftMargin: 16
-        anchors.rightMargin: 14
-        spacing: 14
+    Item {
+        id: card
 
-        AppIcon {
-            name: row.symbol
-            colour: row.markColour
-            size: Theme.scaled(20)
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.leftMargin: Theme.padding
+        anchors.rightMargin: Theme.padding
+        height: lines.implicitHeight + 22
+        clip: true
+
+        Rectangle {
+            anchors.fill: parent
+            anchors.topMargin: row.isFirst ? 0 : -Theme.cardRadius
+            anchors.bottomMargin: row.isLast ? 0 : -Theme.cardRadius
+            radius: Theme.cardRadius
+            color: Theme.surface
+            border.width: 1
+            border.color: Theme.separator
         }
-        ColumnLayout {
-            id: lines
-
-            Layout.fillWidth: true
-            spacing: 5
-
-            PlainText {
-                Layout.fillWidth: true
-                text: row.fileName
-                font: Theme.headline
-                elide: Text.ElideMiddle
-            }
-            ProgressLine {
-                Layout.fillWidth: true
-                Layout.maximumWidth: 360
-                visible: !row.isFailed
-                fraction: row.progress
-                isIndeterminate: !row.isMoving
-                label: row.fileName
-            }
-            PlainText {
-                Layout.fillWidth: true
-                text: row.statusText
-                font: Theme.caption
-                color: row.isFailed ? Theme.destructive : Theme.secondaryText
-            }
+        Divider {
+            anchors.left: parent.left
+            anchors.right: parent.right
+            visible: !row.isFirst
         }
-        AppButton {
-            visible: row.isFailed
-            text: "Try Again"
-            onClicked: row.presenter.retry(row.key)
+        Rectangle {
+            anchors.fill: parent
+            anchors.margins: 2
+            visible: row.isMarked
+            radius: 10
+            color: "transparent"
+            border.width: 2
+            border.color: Theme.accent
         }
-        AppButton {
-            kind: AppButton.Destructive
-            text: row.isMoving ? "Cancel" : "Remove"
-            onClicked: row.presenter.cancel(row.key)
+        RowLayout {
+            anchors.fill: parent
+            anchors.leftMargin: 16
+            anchors.rightMargin: 14
+            spacing: 14
+
+            AppIcon {
+                name: row.content.symbol
+                colour: row.markColour
+                size: Theme.scaled(20)
+            }
+            ColumnLayout {
+                id: lines
+
+                Layout.fillWidth: true
+                spacing: 5
+
+                PlainText {
+                    Layout.fillWidth: true
+                    text: row.content.fileName
+                    font: Theme.headline
+                    elide: Text.ElideMiddle
+                }
+                ProgressLine {
+                    Layout.fillWidth: true
+                    Layout.maximumWidth: 360
+                    visible: !row.content.isFailed
+                    fraction: row.content.progress
+                    isIndeterminate: !row.content.isMoving
+                    label: row.content.fileName
+                }
+                PlainText {
+                    Layout.fillWidth: true
+                    text: row.content.statusText
+                    font: Theme.caption
+                    color: row.content.isFailed ? Theme.destructive : Theme.secondaryText
+                }
+            }
+            AppButton {
+                visible: row.content.isFailed
+                text: "Try Again"
+                focusPolicy: row.focusPolicy
+                onClicked: row.presenter.retry(row.key)
+            }
+            AppButton {
+                kind: AppButton.Destructive
+                text: row.content.endLabel
+                focusPolicy: row.focusPolicy
+                onClicked: row.presenter.cancel(row.key)
+            }
         }
     }
 }

@@ -10,6 +10,11 @@ Item {
     required property Item fullScreenArea
     readonly property bool hasTv: presenter.library.phase !== LibraryPresenter.NoTv
 
+    // Gives the first row that the search left the keyboard.
+    function enterResults() {
+        library.enterResults()
+    }
+
     Loader {
         anchors.centerIn: parent
         width: Math.min(parent.width, 690) - 32
@@ -17,8 +22,11 @@ Item {
         sourceComponent: NoTvView {}
     }
     ColumnLayout {
-        anchors.fill: parent
+        anchors.top: parent.top
+        anchors.bottom: parent.bottom
+        anchors.horizontalCenter: parent.horizontalCenter
         anchors.topMargin: Theme.padding
+        width: Math.min(parent.width, Theme.widestContent + 2 * Theme.padding)
         visible: area.hasTv
         spacing: Theme.gap
 
@@ -41,13 +49,15 @@ Item {
             fullScreenArea: area.fullScreenArea
         }
         LibraryArea {
+            id: library
+
             Layout.fillWidth: true
             Layout.fillHeight: true
             Layout.topMargin: -6 // rows bring a margin of their own
             presenter: area.presenter.library
             uploads: area.presenter.uploads
+            shortcuts: area.presenter.shortcuts
             thumbnails: area.presenter.thumbnails
-            isCompact: area.Window.width < Theme.compactBelow
         }
         MacTVPlaybackDock {
             Layout.fillWidth: true

@@ -15,6 +15,8 @@ Window {
     minimumWidth: 1040
     minimumHeight: 700
     color: Theme.window
+    // A closing sheet leaves the focus nowhere; what had it before gets it back.
+    onActiveFocusItemChanged: if (activeFocusItem === contentItem) keyboard.forceActiveFocus()
     onVisibilityChanged: shown => {
         if (shown === Window.Windowed || shown === Window.Maximized)
             presenter.localPanel.leaveFullScreen()
@@ -33,37 +35,52 @@ Window {
         }
     }
 
-    RowLayout {
-        anchors.fill: parent
-        visible: !fullScreenArea.visible
-        spacing: 0
+    // Sheets and menus are not in it, so that none of its keys acts while one is open.
+    KeyboardScope {
+        id: keyboard
 
-        Sidebar {
-            Layout.fillHeight: true
-            presenter: window.presenter.sidebar
-        }
-        ColumnLayout {
-            Layout.fillWidth: true
-            Layout.fillHeight: true
+        anchors.fill: parent
+        focus: true
+        presenter: window.presenter
+        onSearchWanted: toolbar.enterSearch()
+
+        RowLayout {
+            anchors.fill: parent
+            visible: !fullScreenArea.visible
             spacing: 0
 
-            Toolbar {
-                Layout.fillWidth: true
-                library: window.presenter.library
+            Sidebar {
+                Layout.fillHeight: true
+                presenter: window.presenter.sidebar
             }
-            DetailArea {
+            ColumnLayout {
                 Layout.fillWidth: true
                 Layout.fillHeight: true
-                presenter: window.presenter
-                fullScreenArea: fullScreenArea
+                spacing: 0
+
+                Toolbar {
+                    id: toolbar
+
+                    Layout.fillWidth: true
+                    library: window.presenter.library
+                    onSearchLeft: detail.enterResults()
+                }
+                DetailArea {
+                    id: detail
+
+                    Layout.fillWidth: true
+                    Layout.fillHeight: true
+                    presenter: window.presenter
+                    fullScreenArea: fullScreenArea
+                }
             }
         }
-    }
-    Item {
-        id: fullScreenArea
+        Item {
+            id: fullScreenArea
 
-        anchors.fill: parent
-        visible: window.presenter.localPanel.isFullScreen
+            anchors.fill: parent
+            visible: window.presenter.localPanel.isFullScreen
+        }
     }
 
     Prompt {
@@ -83,6 +100,7 @@ Window {
         onConfirmed: window.presenter.subtitleRename.confirm()
         onCancelled: window.presenter.subtitleRename.cancel()
     }
+    ShortcutsSheet { presenter: window.presenter.shortcuts }
     FileChooserSheet { presenter: window.presenter.fileChooser }
     PairingSheet { presenter: window.presenter.pairingSheet }
 }

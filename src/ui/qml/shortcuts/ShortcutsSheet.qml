@@ -1,0 +1,17 @@
+import Quiv
+
+// The page that tells of all keys.
+Sheet {
+    id: sheet
+
+    required property ShortcutsPresenter presenter
+
+    preferredWidth: 560
+    name: "Keyboard shortcuts"
+    visible: presenter.isShown
+
+    contentItem: ShortcutsForm {
+        presenter: sheet.presenter
+        title: sheet.name
+    }
+}
