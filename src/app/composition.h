@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/ombra_mac_model.h"
+#include "platform/appearance/portal_appearance.h"
 #include "platform/avahi/avahi_connection.h"
 #include "platform/avahi/avahi_dns_sd.h"
 #include "platform/clock.h"
@@ -37,8 +38,10 @@ public:
     HttpSession& http() { return m_http; }
     PictureDecoder& pictures() { return m_pictures; }
     Clock& clock() { return m_clock; }
+    DesktopAppearance& appearance() { return m_appearance; }
 
 private:
+    PortalAppearance m_appearance; // first, to be answered before the window is shown
     SystemClock m_clock;
     SyslogSystemLog m_log;
     FileSettingsStore m_settings;

@@ -61,7 +61,8 @@ QString dialogParent() {
 int runApplication() {
     quiv::Composition composition(dialogParent);
     quiv::MainWindow window(composition.model(), {composition.fileDialogs(), composition.http(),
-                                                  composition.pictures(), composition.clock()});
+                                                  composition.pictures(), composition.clock(),
+                                                  composition.appearance()});
     if (!window.show()) {
         std::fputs("quiv-controller: the window could not be loaded\n", stderr);
         return 1;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/fake_appearance.h"
 #include "support/fake_clock.h"
 #include "support/fake_file_dialogs.h"
 #include "support/fake_http_session.h"
@@ -14,7 +15,8 @@ struct FakeWindowPorts {
     FakeHttpSession http;
     FakePictureDecoder pictures;
     FakeClock clock;
-    WindowPorts ports{dialogs.preferred, http, pictures, clock};
+    FakeAppearance appearance;
+    WindowPorts ports{dialogs.preferred, http, pictures, clock, appearance};
 };
 
 } // namespace quiv

@@ -1,5 +1,6 @@
 #include "accessible_tree.h"
 
+#include "support/fake_appearance.h"
 #include "support/fake_picture_decoder.h"
 #include "support/model_fixture.h"
 #include "support/test_main.h"
@@ -19,7 +20,8 @@ const QByteArray OneVideo =
 
 struct Desk : ModelFixture {
     FakePictureDecoder pictures;
-    Desk() : window(model, {dialogs.preferred, http, pictures, clock}) { window.show(); }
+    FakeAppearance appearance;
+    Desk() : window(model, {dialogs.preferred, http, pictures, clock, appearance}) { window.show(); }
 
     void announceTv() {
         browser.announce(serviceAt(u"tv"_s, {10, 0, 0, 2}, 8080));

@@ -255,6 +255,13 @@ private Q_SLOTS:
         QTRY_VERIFY(corner() < 60);
         QGuiApplication::setPalette(QPalette(QColor(0xf0, 0xf0, 0xf0)));
         QTRY_VERIFY(corner() > 200);
+        DesktopLook stated;
+        stated.scheme = DesktopLook::Scheme::Dark;
+        m_ports.appearance.setLook(stated);
+        QTRY_VERIFY(corner() < 60);
+        stated.isHighContrast = true;
+        m_ports.appearance.setLook(stated);
+        QTRY_COMPARE(corner(), 0);
         QGuiApplication::setPalette(before);
     }
 

@@ -71,7 +71,7 @@ private:
 
 struct MainWindow::Parts {
     Parts(OmbraMacModel& model, const WindowPorts& ports)
-        : actions(model), presenter(actions, ports), view(presenter) {}
+        : actions(model), presenter(actions, ports), view(presenter, ports.appearance) {}
 
     ModelActions actions;
     WindowPresenter presenter;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/appearance/desktop_appearance.h"
 #include "platform/clock.h"
 #include "platform/dialogs/file_dialogs.h"
 #include "platform/http/http_session.h"
@@ -15,6 +16,7 @@ struct WindowPorts {
     HttpSession& http;
     PictureDecoder& pictures;
     Clock& clock;
+    DesktopAppearance& appearance;
 };
 
 } // namespace quiv

@@ -1,6 +1,7 @@
 #include "ui/window/window_view.h"
 
 #include "ui/presenters/window_presenter.h"
+#include "ui/window/appearance.h"
 #include "ui/window/graphics_choice.h"
 #include "ui/window/icon_provider.h"
 
@@ -27,16 +28,21 @@ QIcon applicationIcon() {
 
 } // namespace
 
-WindowView::WindowView(WindowPresenter& presenter) {
+WindowView::WindowView(WindowPresenter& presenter, const DesktopAppearance& appearance) {
     qml_register_types_Quiv();
     // Sharper than the scene graph's scalable glyphs at the sizes of a desktop's text.
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
     m_engine.addImportPath(u"qrc:/qml"_s);
     m_engine.addImageProvider(u"icon"_s, new IconProvider);
     m_engine.setInitialProperties({{u"presenter"_s, QVariant::fromValue(&presenter)}});
+    const int appearanceType = qmlTypeId("Quiv", 1, 0, "Appearance");
+    auto* look = m_engine.singletonInstance<Appearance*>(appearanceType);
+    look->follow(appearance); // before the first frame
     m_engine.load(QUrl(u"qrc:/qml/Quiv/MainWindow.qml"_s));
-    if (QQuickWindow* loaded = window())
+    if (QQuickWindow* loaded = window()) {
         loaded->setIcon(applicationIcon());
+        look->setWindow(loaded);
+    }
 }
 
 QQuickWindow* WindowView::window() const {
