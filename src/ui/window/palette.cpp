@@ -26,7 +26,7 @@ Palette lightPalette() {
     colours.scrollThumb = u"#80141821"_s;
     colours.scrollThumbActive = u"#a0141821"_s;
     colours.scrim = u"#52141821"_s;
-    colours.shadow = u"#141821"_s;
+    colours.shadow = u"#38141821"_s;
     colours.primaryText = u"#1b1d22"_s;
     colours.secondaryText = u"#525a68"_s;
     colours.tertiaryText = u"#5a6270"_s;
@@ -65,7 +65,7 @@ Palette darkPalette() {
     colours.scrollThumb = u"#66ffffff"_s;
     colours.scrollThumbActive = u"#80ffffff"_s;
     colours.scrim = u"#80000000"_s;
-    colours.shadow = u"#000000"_s;
+    colours.shadow = u"#80000000"_s;
     colours.primaryText = u"#eceef2"_s;
     colours.secondaryText = u"#b3b9c4"_s;
     colours.tertiaryText = u"#a3a9b5"_s;

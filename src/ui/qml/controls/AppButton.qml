@@ -12,6 +12,7 @@ T.Button {
     property string widestText: text // room is kept for it, so that columns of buttons line up
     property bool opensMenu: false         // says so with an arrow
     property bool isCompact: false   // the symbol alone; the label becomes the tool tip
+    readonly property bool isLit: enabled && hovered
     readonly property bool prominent: kind === AppButton.Prominent
     readonly property color prominentInk: enabled ? Theme.accentInk : Theme.tertiaryText
     readonly property color borderedInk: kind === AppButton.Destructive ? Theme.destructive
@@ -27,6 +28,7 @@ T.Button {
     Accessible.onPressAction: if (enabled) clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
+    onHoveredChanged: if (opensMenu) Menus.hover(button, hovered)
 
     contentItem: ButtonLabel {
         symbol: button.symbol
@@ -37,7 +39,7 @@ T.Button {
         ink: button.prominent ? button.prominentInk : button.borderedInk
     }
 
-    background: Rectangle {
+    background: Panel {
         readonly property color prominent: button.enabled ? Theme.accent : Theme.disabledFill
         readonly property color rest: button.prominent ? prominent : Theme.surface
         readonly property color hovered: button.prominent ? Theme.accentHovered
@@ -46,13 +48,8 @@ T.Button {
                                                           : Theme.surfacePressed
 
         radius: Theme.controlRadius
-        color: button.down ? pressed : button.hovered ? hovered : rest
-        border.width: button.prominent ? 0 : 1
-        border.color: Theme.controlBorder
-
-        Behavior on color {
-            ColorAnimation { duration: Theme.quick }
-        }
+        color: button.down ? pressed : button.isLit ? hovered : rest
+        outline: button.prominent ? "transparent" : Theme.controlBorder
     }
 
     FocusRing { target: button }

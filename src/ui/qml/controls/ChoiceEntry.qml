@@ -10,9 +10,10 @@ T.AbstractButton {
     property string symbol // of its own, else the mark
     required property bool isCurrent
 
+    required property string label // not the button's text, where "&" is read for a shortcut
     horizontalPadding: 9
     focusPolicy: Qt.NoFocus
-    Accessible.name: text
+    Accessible.name: label
     Accessible.checkable: symbol === ""
     Accessible.checked: isMarked
     Accessible.onPressAction: clicked()
@@ -28,7 +29,7 @@ T.AbstractButton {
         }
         PlainText {
             Layout.fillWidth: true
-            text: entry.text
+            text: entry.label
             elide: Text.ElideMiddle
             Accessible.ignored: true
         }

@@ -2,6 +2,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Templates as T
+import Quiv
 
 // The entries of a choice menu, for pointer and keyboard.
 ListView {
@@ -14,6 +15,7 @@ ListView {
     required property int rowHeight
 
     signal chosen(index: int)
+    signal dismissed()
 
     function begin() {
         currentIndex = Math.max(0, markedIndex)
@@ -25,11 +27,13 @@ ListView {
     boundsBehavior: Flickable.StopAtBounds
     highlightMoveDuration: 0
     keyNavigationEnabled: true
-    model: choices
+    model: TextListModel { texts: list.choices }
     onVisibleChanged: if (visible) begin()
     Keys.onReturnPressed: chosen(currentIndex)
     Keys.onEnterPressed: chosen(currentIndex)
     Keys.onSpacePressed: chosen(currentIndex)
+    Keys.onTabPressed: dismissed()
+    Keys.onBacktabPressed: dismissed()
     Keys.onPressed: event => {
         if (event.key === Qt.Key_Home)
             currentIndex = 0
@@ -48,7 +52,7 @@ ListView {
 
         width: list.width
         height: list.rowHeight
-        text: modelData
+        label: modelData
         symbol: list.symbols[index] ?? ""
         isMarked: index === list.markedIndex
         isCurrent: entry.ListView.isCurrentItem

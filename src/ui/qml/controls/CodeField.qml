@@ -18,11 +18,10 @@ T.TextField {
     selectByMouse: true
     Accessible.name: placeholderText
 
-    background: Rectangle {
+    background: Panel {
         radius: Theme.controlRadius
         color: Theme.window
-        border.width: 1
-        border.color: field.activeFocus ? Theme.accent : Theme.controlBorder
+        outline: field.activeFocus ? Theme.accent : Theme.fieldBorder
     }
 
     PlainText {

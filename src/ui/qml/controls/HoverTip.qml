@@ -3,9 +3,13 @@ import QtQuick.Templates as T
 
 // The tool tip of a control, made only once the pointer is there.
 Loader {
+    id: tip
+
     required property T.AbstractButton target
+    property string text: target.text
     property bool isWanted: true
 
-    active: isWanted && target.hovered
-    Component.onCompleted: setSource("AppToolTip.qml", { target: target })
+    active: isWanted && target.hovered && !target.down && text !== ""
+    Component.onCompleted: setSource("AppToolTip.qml",
+                                     { target: target, text: Qt.binding(() => tip.text) })
 }

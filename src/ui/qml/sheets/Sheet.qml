@@ -26,15 +26,13 @@ T.Popup {
 
     background: Item {
         Shadow {
-            anchors.fill: parent
             cornerRadius: Theme.overlayRadius
+            reach: 32
         }
-        Rectangle {
+        Panel {
             anchors.fill: parent
             radius: Theme.overlayRadius
-            color: Theme.surface
-            border.width: 1
-            border.color: Theme.separator
+            outline: Theme.separator
         }
     }
 }
