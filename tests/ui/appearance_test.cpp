@@ -2,6 +2,7 @@
 #include "ui/window/appearance.h"
 #include "ui/window/contrast.h"
 #include "ui/window/interface_font.h"
+#include "ui/window/plain_font.h"
 
 #include <QTest>
 
@@ -120,6 +121,23 @@ private Q_SLOTS:
         look.fontPoints = 12;
         look.textScale = 1.5;
         QCOMPARE(interfaceFont(look, unchosen, 96), (InterfaceFont{u"Cantarell"_s, 24}));
+    }
+
+    void digitsAreTabularAndSignsStayAsTheyAre() {
+        // A list of three features, eight bytes into the table.
+        QByteArray table("\0\1\0\0\0\0\0\x8\0\3", 10);
+        for (const char* tag : {"calt", "kern", "tnum"})
+            table += QByteArray(tag) + QByteArray(2, '\0');
+        const QByteArray changed = withTabularFigures(table);
+        QVERIFY(changed.indexOf("tnum") < changed.indexOf("kern"));
+        QVERIFY(changed.indexOf("kern") < changed.indexOf("calt"));
+        for (qsizetype size = 0; size < table.size(); ++size) // a broken font
+            QCOMPARE(withTabularFigures(table.left(size)).size(), size);
+
+        const QByteArray file = fontFile({{"glyf", "12345"}, {"name", nameTable(u"Q"_s)}});
+        QCOMPARE(file.mid(12, 4), "glyf");
+        QCOMPARE(file.size() % 4, 0);
+        QCOMPARE(file.mid(12 + 2 * 16, 5), "12345");
     }
 
     void hairlinesAreWholeDevicePixels() {

@@ -3,6 +3,7 @@
 #include "platform/appearance/desktop_appearance.h"
 #include "platform/publish.h"
 #include "ui/window/interface_font.h"
+#include "ui/window/plain_font.h"
 
 #include <QEvent>
 #include <QFontDatabase>
@@ -67,7 +68,7 @@ void Appearance::setWindow(QWindow* window) {
 }
 
 QFont Appearance::textFont(double pixelSize, int weight) const {
-    QFont font(m_fontFamily);
+    QFont font(plainFamily(m_fontFamily, weight));
     const double pixelsPerInch = QGuiApplication::primaryScreen()->logicalDotsPerInch();
     font.setPointSizeF(pixelSize * PointsPerInch / pixelsPerInch);
     font.setWeight(static_cast<QFont::Weight>(weight));
