@@ -149,7 +149,8 @@ class Pictures {
 public:
     explicit Pictures(const Choice& choice)
         : m_choice(choice),
-          m_presenter(m_actions, {m_dialogs.preferred, m_tv, m_decoder, m_clock, m_appearance}),
+          m_presenter(m_actions, {m_dialogs.preferred, m_tv, m_decoder, m_clock, m_appearance,
+                                  m_dialogs.settings}),
           m_view(m_presenter, m_appearance) {
         m_appearance.setLook(choice.look);
         m_view.window()->show();

@@ -38,6 +38,7 @@ public:
     HttpSession& http() { return m_http; }
     PictureDecoder& pictures() { return m_pictures; }
     Clock& clock() { return m_clock; }
+    SettingsStore& settings() { return m_settings; }
     DesktopAppearance& appearance() { return m_appearance; }
 
 private:
@@ -51,7 +52,7 @@ private:
     ProcessStillExtractor m_stills;
     ProcessPictureDecoder m_pictures;
     PortalFileDialogs m_portalDialogs;
-    PreferredFileDialogs m_fileDialogs{m_portalDialogs};
+    PreferredFileDialogs m_fileDialogs{m_portalDialogs, m_settings};
     PluginMediaPlayers m_players{m_dnsSd};
     ProcessExternalPlayer m_externalPlayer;
     DBusSleepInhibitor m_sleep;

@@ -60,9 +60,10 @@ QString dialogParent() {
 
 int runApplication() {
     quiv::Composition composition(dialogParent);
-    quiv::MainWindow window(composition.model(), {composition.fileDialogs(), composition.http(),
-                                                  composition.pictures(), composition.clock(),
-                                                  composition.appearance()});
+    quiv::MainWindow window(composition.model(),
+                            {composition.fileDialogs(), composition.http(), composition.pictures(),
+                             composition.clock(), composition.appearance(),
+                             composition.settings()});
     if (!window.show()) {
         std::fputs("quiv-controller: the window could not be loaded\n", stderr);
         return 1;

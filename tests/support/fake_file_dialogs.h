@@ -2,8 +2,10 @@
 
 #include "platform/async/promise.h"
 #include "platform/dialogs/file_dialogs.h"
+#include "support/memory_settings.h"
 
 #include <QCoreApplication>
+#include <QTest>
 
 namespace quiv {
 
@@ -14,13 +16,17 @@ public:
         if (!isOffered)
             co_return std::nullopt;
         requests.append(request);
+        m_isAsked = true;
         m_answer = {};
         const std::function<void()> onDropped = [this] {
             ++dropped;
         };
         co_return co_await m_answer.wait(onDropped);
     }
+    // Waits for the question: it is asked once the disk has said where to begin.
     void answer(const FileDialogAnswer& files) {
+        QVERIFY(QTest::qWaitFor([this] { return m_isAsked; }));
+        m_isAsked = false;
         m_answer.resolve(files);
         QCoreApplication::processEvents();
     }
@@ -30,13 +36,15 @@ public:
     QList<FileDialogRequest> requests;
 
 private:
+    bool m_isAsked = false;
     Promise<FileDialogAnswer> m_answer;
 };
 
 // As if the desktop had none, until the test says otherwise.
 struct FakeDesktopDialogs {
     FakeFileDialogs desktop;
-    PreferredFileDialogs preferred{desktop};
+    MemorySettings settings;
+    PreferredFileDialogs preferred{desktop, settings};
 };
 
 } // namespace quiv

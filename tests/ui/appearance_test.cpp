@@ -1,8 +1,10 @@
+#include "support/memory_settings.h"
 #include "support/test_main.h"
 #include "ui/window/appearance.h"
 #include "ui/window/contrast.h"
 #include "ui/window/interface_font.h"
 #include "ui/window/plain_font.h"
+#include "ui/window/window_place.h"
 
 #include <QTest>
 
@@ -138,6 +140,26 @@ private Q_SLOTS:
         QCOMPARE(file.mid(12, 4), "glyf");
         QCOMPARE(file.size() % 4, 0);
         QCOMPARE(file.mid(12 + 2 * 16, 5), "12345");
+    }
+
+    void theWindowOpensWhereItWasIfItCan() {
+        const QRect laptop(0, 30, 1366, 738);
+        const QRect desk(1366, 0, 3840, 2160);
+        const QRect first = firstPlace({}, {laptop}).area;
+        QVERIFY(laptop.contains(first) && first.top() >= 60); // with its title bar
+        const WindowPlace onDesk{QRect(2000, 100, 1600, 1200), false};
+        QCOMPARE(firstPlace(onDesk, {laptop, desk}), onDesk);
+        QVERIFY(laptop.contains(firstPlace(onDesk, {laptop}).area)); // the desk's screen is gone
+        QCOMPARE(firstPlace(WindowPlace{QRect(9000, 0, 1, 1), true}, {desk}).area.size(),
+                 QSize(960, 600));
+
+        MemorySettings settings;
+        QCOMPARE(savedPlace(settings), std::nullopt);
+        savePlace(onDesk, settings);
+        savePlace({desk, true}, settings);
+        QCOMPARE(savedPlace(settings), (WindowPlace{onDesk.area, true}));
+        settings.setReal(u"WindowWidth"_s, std::nan(""));
+        QCOMPARE(savedPlace(settings), std::nullopt);
     }
 
     void hairlinesAreWholeDevicePixels() {

@@ -16,7 +16,7 @@ struct FakeWindowPorts {
     FakePictureDecoder pictures;
     FakeClock clock;
     FakeAppearance appearance;
-    WindowPorts ports{dialogs.preferred, http, pictures, clock, appearance};
+    WindowPorts ports{dialogs.preferred, http, pictures, clock, appearance, dialogs.settings};
 };
 
 } // namespace quiv

@@ -21,7 +21,10 @@ const QByteArray OneVideo =
 struct Desk : ModelFixture {
     FakePictureDecoder pictures;
     FakeAppearance appearance;
-    Desk() : window(model, {dialogs.preferred, http, pictures, clock, appearance}) { window.show(); }
+    Desk()
+        : window(model, {dialogs.preferred, http, pictures, clock, appearance, dialogs.settings}) {
+        window.show();
+    }
 
     void announceTv() {
         browser.announce(serviceAt(u"tv"_s, {10, 0, 0, 2}, 8080));

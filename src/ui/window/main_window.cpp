@@ -4,6 +4,7 @@
 #include "ui/presenters/window_actions.h"
 #include "ui/presenters/window_presenter.h"
 #include "ui/window/graphics_choice.h"
+#include "ui/window/window_place.h"
 #include "ui/window/window_view.h"
 
 #include <QQuickWindow>
@@ -88,6 +89,7 @@ MainWindow::MainWindow(OmbraMacModel& model, const WindowPorts& ports) {
     QObject::connect(&model, &OmbraMacModel::stateChanged, &presenter, showModel);
     showModel();
     if (QQuickWindow* loaded = window()) {
+        rememberPlace(*loaded, ports.settings);
         QObject::connect(loaded, &QWindow::visibleChanged, &model, [&model](bool isVisible) {
             isVisible ? model.appear() : model.disappear();
         });
@@ -99,7 +101,7 @@ MainWindow::~MainWindow() = default;
 bool MainWindow::show() {
     if (!window())
         return false;
-    window()->show();
+    window()->setVisible(true); // in the state it had last
     return true;
 }
 

@@ -5,6 +5,7 @@
 #include "platform/dialogs/file_dialogs.h"
 #include "platform/http/http_session.h"
 #include "platform/pictures/picture_decoder.h"
+#include "platform/settings_store.h"
 
 namespace quiv {
 
@@ -17,6 +18,7 @@ struct WindowPorts {
     PictureDecoder& pictures;
     Clock& clock;
     DesktopAppearance& appearance;
+    SettingsStore& settings;
 };
 
 } // namespace quiv

@@ -10,10 +10,9 @@ T.AbstractButton {
     property string symbol // of its own, else the mark
     required property bool isCurrent
 
-    required property string label // not the button's text, where "&" is read for a shortcut
     horizontalPadding: 9
     focusPolicy: Qt.NoFocus
-    Accessible.name: label
+    Accessible.name: text
     Accessible.checkable: symbol === ""
     Accessible.checked: isMarked
     Accessible.onPressAction: clicked()
@@ -29,7 +28,7 @@ T.AbstractButton {
         }
         PlainText {
             Layout.fillWidth: true
-            text: entry.label
+            text: entry.text
             elide: Text.ElideMiddle
             Accessible.ignored: true
         }

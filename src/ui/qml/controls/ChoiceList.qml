@@ -52,7 +52,7 @@ ListView {
 
         width: list.width
         height: list.rowHeight
-        label: modelData
+        text: modelData
         symbol: list.symbols[index] ?? ""
         isMarked: index === list.markedIndex
         isCurrent: entry.ListView.isCurrentItem

@@ -16,7 +16,7 @@ T.Button {
 
     signal chosen(index: int)
 
-    implicitWidth: 190
+    implicitWidth: Theme.scaled(190)
     implicitHeight: Theme.controlHeight
     horizontalPadding: 12
     text: label

@@ -8,5 +8,5 @@ Sheet {
 
     visible: presenter.state.isShown
 
-    contentItem: PairingForm { presenter: sheet.presenter }
+    form: PairingForm { presenter: sheet.presenter }
 }

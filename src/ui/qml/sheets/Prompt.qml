@@ -12,7 +12,7 @@ Sheet {
 
     preferredWidth: 420
 
-    contentItem: PromptForm {
+    form: PromptForm {
         title: prompt.title
         message: prompt.message
         confirmText: prompt.confirmText

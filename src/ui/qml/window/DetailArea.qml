@@ -11,10 +11,9 @@ Item {
     readonly property bool hasTv: presenter.library.phase !== LibraryPresenter.NoTv
 
     Loader {
-        anchors.centerIn: parent
-        width: Math.min(parent.width, 690) - 32
+        anchors.fill: parent
         active: !area.hasTv
-        sourceComponent: NoTvView {}
+        sourceComponent: NoTvView { presenter: area.presenter.noTv }
     }
     ColumnLayout {
         anchors.fill: parent

@@ -12,8 +12,8 @@ Window {
     title: "Quiv Controller"
     width: 1280
     height: 820
-    minimumWidth: 1040
-    minimumHeight: 700
+    minimumWidth: 960
+    minimumHeight: 600
     color: Theme.window
     onVisibilityChanged: shown => {
         if (shown === Window.Windowed || shown === Window.Maximized)
