@@ -355,7 +355,7 @@ private Q_SLOTS:
         NoTvPresenter& noTv = *m_presenter->noTv();
         select(std::nullopt);
         QVERIFY(noTv.isSearching());
-        m_ports.clock.advance(5s);
+        m_ports.clock.advance(std::chrono::seconds(5));
         QVERIFY(!noTv.isSearching());
         m_state.statusMessage = u"Searching for TVs on local network..."_s; // anew
         tell();

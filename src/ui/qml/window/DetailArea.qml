@@ -10,10 +10,10 @@ Item {
     required property Item fullScreenArea
     readonly property bool hasTv: presenter.library.phase !== LibraryPresenter.NoTv
 
-    Loader {
+    NoTvView {
         anchors.fill: parent
-        active: !area.hasTv
-        sourceComponent: NoTvView { presenter: area.presenter.noTv }
+        visible: !area.hasTv
+        presenter: area.presenter.noTv
     }
     ColumnLayout {
         anchors.fill: parent
