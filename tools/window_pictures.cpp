@@ -24,6 +24,7 @@
 #include <QGuiApplication>
 #include <QLinearGradient>
 #include <QPainter>
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
 
@@ -319,7 +320,12 @@ void Pictures::takeControls() {
 void Pictures::takeAll() {
     m_state.statusMessage = u"Searching for TVs on local network..."_s;
     m_presenter.show(m_state);
+    take(u"searching"_s);
+    NoTvPresenter advice(m_clock, {u"https://a.example/tvs"_s, u"https://a.example/app"_s});
+    auto* noTv = m_view.window()->findChild<QQuickItem*>(u"noTv"_s);
+    noTv->setProperty("presenter", QVariant::fromValue(&advice));
     take(u"no-tv"_s);
+    noTv->setProperty("presenter", QVariant::fromValue(m_presenter.noTv()));
     showTv();
     take(u"library"_s);
     takeControls();

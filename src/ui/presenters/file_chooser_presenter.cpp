@@ -73,7 +73,7 @@ Task<FileDialogAnswer> FileChooserPresenter::ask(FileDialogRequest request) {
     m_name = m_request.proposedName;
     m_isShown = true;
     m_filterIndex = 0;
-    m_listing = enter(m_request.folder);
+    m_listing = enter(m_request.folder.isEmpty() ? QDir::homePath() : m_request.folder);
     const std::function<void()> onDropped = [this] {
         cancel();
     };
