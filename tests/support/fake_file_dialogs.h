@@ -5,7 +5,6 @@
 #include "support/memory_settings.h"
 
 #include <QCoreApplication>
-#include <QTest>
 
 namespace quiv {
 
@@ -16,27 +15,25 @@ public:
         if (!isOffered)
             co_return std::nullopt;
         requests.append(request);
-        m_isAsked = true;
+        isAsked = true;
         m_answer = {};
         const std::function<void()> onDropped = [this] {
             ++dropped;
         };
         co_return co_await m_answer.wait(onDropped);
     }
-    // Waits for the question: it is asked once the disk has said where to begin.
     void answer(const FileDialogAnswer& files) {
-        QVERIFY(QTest::qWaitFor([this] { return m_isAsked; }));
-        m_isAsked = false;
+        isAsked = false;
         m_answer.resolve(files);
         QCoreApplication::processEvents();
     }
 
     bool isOffered = false;
+    bool isAsked = false; // and not answered yet
     int dropped = 0;
     QList<FileDialogRequest> requests;
 
 private:
-    bool m_isAsked = false;
     Promise<FileDialogAnswer> m_answer;
 };
 

@@ -32,6 +32,7 @@ struct Fixture : ModelFixture {
     Downloads& downloads() { return *model.downloads(); }
     QString path(const QString& name = text("a.mkv")) const { return folder.filePath(name); }
     void choose(const QString& destination) {
+        QVERIFY(QTest::qWaitFor([this] { return dialogs.desktop.isAsked; })); // the disk is first
         dialogs.desktop.answer(QList<QUrl>{QUrl::fromLocalFile(destination)});
         turn();
     }
