@@ -1,10 +1,17 @@
-// Draws the window with sample data into PNG files, for looking at: window_pictures DIRECTORY
+// Draws the window with sample data into PNG files, for looking at:
+//
+//     window_pictures DIRECTORY [--dark] [--contrast] [--size 960x600] [--font 9] [--accent
+//     #ed5b00]
+//                     [--prefix NAME] [--only dock,menu]
+//
+// Without a size each state has the one that suits it. The scale is QT_SCALE_FACTOR.
 
 #include "ui/accessible_tree.h"
 #include "ui/recording_actions.h"
 #include "ui/sample_state.h"
 
 #include "platform/pictures/process_picture_decoder.h"
+#include "support/fake_appearance.h"
 #include "support/fake_file_dialogs.h"
 #include "support/fake_file_manager.h"
 #include "support/fake_player.h"
@@ -14,12 +21,11 @@
 #include "ui/window/window_view.h"
 
 #include <QBuffer>
-#include <QDir>
-#include <QFont>
+#include <QCommandLineParser>
 #include <QGuiApplication>
 #include <QLinearGradient>
 #include <QPainter>
-#include <QPalette>
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
 
@@ -104,19 +110,61 @@ public:
     void dropIdleConnections() override {}
 };
 
+// What is drawn, and how.
+struct Choice {
+    QString directory;
+    QString prefix;
+    QStringList only; // names of pictures; all of them if it is empty
+    QSize size;       // of every picture, if any
+    DesktopLook look;
+};
+
+Choice choiceFrom(const QGuiApplication& application) {
+    QCommandLineParser parser;
+    parser.addPositionalArgument(u"directory"_s, u"where the pictures go"_s);
+    parser.addOptions({{u"dark"_s, u"dark instead of light"_s},
+                       {u"contrast"_s, u"high contrast"_s},
+                       {u"size"_s, u"of the window"_s, u"960x600"_s},
+                       {u"font"_s, u"size of the interface font"_s, u"points"_s},
+                       {u"accent"_s, u"the desktop's accent colour"_s, u"colour"_s},
+                       {u"prefix"_s, u"of the files' names"_s, u"name"_s},
+                       {u"only"_s, u"pictures, by name"_s, u"names"_s}});
+    parser.process(application);
+    Choice choice;
+    choice.directory = parser.positionalArguments().value(0, u"."_s);
+    choice.prefix = parser.value(u"prefix"_s);
+    choice.only = parser.value(u"only"_s).split(u',', Qt::SkipEmptyParts);
+    const QString size = parser.value(u"size"_s);
+    choice.size = QSize(size.section(u'x', 0, 0).toInt(), size.section(u'x', 1).toInt());
+    choice.look.scheme =
+        parser.isSet(u"dark"_s) ? DesktopLook::Scheme::Dark : DesktopLook::Scheme::Light;
+    choice.look.isHighContrast = parser.isSet(u"contrast"_s);
+    choice.look.isMotionReduced = true;
+    choice.look.fontPoints = parser.value(u"font"_s).toDouble();
+    choice.look.fontFamily = u"Sans"_s;
+    if (const QColor accent(parser.value(u"accent"_s)); accent.isValid())
+        choice.look.accent = {accent.redF(), accent.greenF(), accent.blueF()};
+    return choice;
+}
+
 class Pictures {
 public:
-    explicit Pictures(const QString& directory)
-        : m_directory(directory),
-          m_presenter(m_actions, {m_dialogs.preferred, m_tv, m_decoder, m_fileManager, m_clock}),
-          m_view(m_presenter) {
+    explicit Pictures(const Choice& choice)
+        : m_choice(choice),
+          m_presenter(m_actions, {m_dialogs.preferred, m_tv, m_decoder, m_fileManager, m_clock,
+                                  m_appearance, m_dialogs.settings}),
+          m_view(m_presenter, m_appearance) {
+        m_appearance.setLook(choice.look);
         m_view.window()->show();
     }
 
     void take(const QString& name, const QSize& size = {1440, 980}) {
-        m_view.window()->resize(size);
-        QTest::qWait(600); // past every transition
-        m_view.window()->grabWindow().save(m_directory.filePath(name + u".png"_s));
+        if (!m_choice.only.isEmpty() && !m_choice.only.contains(name))
+            return;
+        m_view.window()->resize(m_choice.size.isEmpty() ? size : m_choice.size);
+        QTest::qWait(250); // for thumbnails; nothing moves
+        m_view.window()->grabWindow().save(m_choice.directory + u'/' + m_choice.prefix + name +
+                                           u".png"_s);
     }
 
     void showTv() {
@@ -133,10 +181,10 @@ public:
     void press(const char* name) {
         pressAccessible(m_view.window(), QAccessible::Button, QString::fromLatin1(name));
     }
-    void takeControls(const QString& prefix);
-    void takeUploads(const QString& prefix);
-    void takeDownloads(const QString& prefix);
-    void takeLocalPlayer(const QString& prefix);
+    void takeControls();
+    void takeUploads();
+    void takeDownloads();
+    void takeLocalPlayer();
 
     void showPairing() {
         PairingState pairing;
@@ -147,22 +195,23 @@ public:
     }
 
     WindowPresenter& presenter() { return m_presenter; }
-    void takeAll(const QString& prefix);
+    void takeAll();
 
 private:
-    QDir m_directory;
+    const Choice& m_choice;
     RecordingActions m_actions;
     FakeDesktopDialogs m_dialogs;
     PictureTv m_tv;
     ProcessPictureDecoder m_decoder;
     FakeFileManager m_fileManager;
     SystemClock m_clock;
+    FakeAppearance m_appearance;
     WindowState m_state;
     WindowPresenter m_presenter;
     WindowView m_view;
 };
 
-void Pictures::takeUploads(const QString& prefix) {
+void Pictures::takeUploads() {
     const TVEndpoint& tv = *m_state.selectedDevice;
     UploadListItem failed = sampleUpload(u"0"_s, u"Holiday 2019.avi"_s, tv);
     failed.state = UploadListItemState::Failed;
@@ -177,44 +226,44 @@ void Pictures::takeUploads(const QString& prefix) {
     elsewhere.tvName = u"Bedroom TV"_s;
     m_state.uploads = {failed, current, elsewhere, sampleUpload(u"3"_s, u"c.mkv"_s, tv)};
     m_presenter.show(m_state);
-    take(prefix + u"uploads"_s);
+    take(u"uploads"_s);
     m_presenter.uploads()->dragEntered({QUrl(u"file:///v/a.mkv"_s)});
-    take(prefix + u"drop"_s, {1040, 700});
+    take(u"drop"_s, {1040, 700});
     m_presenter.uploads()->dragLeft();
     m_presenter.pickUploads();
-    take(prefix + u"chooser"_s, {1040, 700});
+    take(u"chooser"_s, {1040, 700});
     m_presenter.fileChooser()->cancel();
     const Task<> saving = save(*m_presenter.fileChooser());
-    take(prefix + u"save"_s, {1040, 700});
+    take(u"save"_s, {1040, 700});
     m_presenter.fileChooser()->cancel();
     m_state.uploads = {};
     m_presenter.show(m_state);
     m_state.download = {true, 0.48, u"d.mkv"_s, u"elsewhere"_s, u"Bedroom TV"_s};
     m_presenter.show(m_state);
-    take(prefix + u"download-elsewhere"_s, {1040, 700});
+    take(u"download-elsewhere"_s, {1040, 700});
     m_state.download = {};
     m_presenter.show(m_state);
 }
 
-void Pictures::takeDownloads(const QString& prefix) {
+void Pictures::takeDownloads() {
     const TVEndpoint& tv = *m_state.selectedDevice;
     m_state.download = {true, 0.48, u"d.mkv"_s, endpointKey(tv), tv.name};
     m_presenter.show(m_state);
-    take(prefix + u"download"_s);
+    take(u"download"_s);
     const QAccessibleInterface* cancel =
         findAccessible(m_view.window(), QAccessible::Button, u"Cancel download"_s);
     QTest::mouseMove(m_view.window(), m_view.window()->mapFromGlobal(cancel->rect().center()));
-    take(prefix + u"download-hovered"_s);
-    take(prefix + u"download-narrow"_s, {1040, 700});
+    take(u"download-hovered"_s);
+    take(u"download-narrow"_s, {1040, 700});
     QTest::mouseMove(m_view.window(), QPoint(1, 1));
     m_state.download = {};
     m_presenter.show(m_state);
     press("Download");
-    take(prefix + u"download-menu"_s, {1040, 700});
+    take(u"download-menu"_s, {1040, 700});
     QTest::keyClick(m_view.window(), Qt::Key_Escape);
 }
 
-void Pictures::takeLocalPlayer(const QString& prefix) {
+void Pictures::takeLocalPlayer() {
     const auto player = std::make_shared<FakePlayer>();
     player->screen = {false, false, true, 754, 5'400, 1'300, 0.7, false};
     LocalPlaybackState& local = m_state.localPlayback;
@@ -224,41 +273,41 @@ void Pictures::takeLocalPlayer(const QString& prefix) {
     local.localAudioOptions = {{u"1"_s, u"Original (5.1)"_s}, {u"2"_s, u"German"_s}};
     local.selectedLocalAudioID = u"1"_s;
     m_presenter.show(m_state);
-    take(prefix + u"player"_s);
-    take(prefix + u"player-narrow"_s, {1040, 700});
+    take(u"player"_s);
+    take(u"player-narrow"_s, {1040, 700});
     local.localPlaybackErrorMessage =
         u"macOS could not decode this stream (unrecognized file format). Open in VLC or use Play "
         "on TV."_s;
     local.externalPlayerPrompt = ExternalPlayerPrompt{{}, {}, {}, true};
     m_presenter.show(m_state);
-    take(prefix + u"player-error"_s, {1040, 700});
+    take(u"player-error"_s, {1040, 700});
     m_state.localPlayback = {};
     m_presenter.show(m_state);
 }
 
-void Pictures::takeControls(const QString& prefix) {
+void Pictures::takeControls() {
     m_state.playback = samplePlayback();
     ++m_state.playbackReading;
     m_presenter.show(m_state);
-    take(prefix + u"dock"_s);
+    take(u"dock"_s);
     m_state.isReachable = false;
     m_presenter.show(m_state);
-    take(prefix + u"not-reachable"_s, {1040, 700});
+    take(u"not-reachable"_s, {1040, 700});
     m_state.isReachable = true;
     m_state.status = {.text = u"Downloaded Harbour Tour S01E03 - The Very Long Title.mkv"_s,
                       .file = QUrl(u"file:///root/Videos/x.mkv"_s)};
     m_presenter.show(m_state);
-    take(prefix + u"downloaded"_s, {1040, 700});
+    take(u"downloaded"_s, {1040, 700});
     m_state.status = failureMessage(u"Playback command failed: The TV did not answer in time."_s);
     m_state.pendingCommands = {PlaybackCommand::pause(), PlaybackCommand::setSpeed(1)};
     m_state.move = {true, 0.62, 31'500'000, u"c.mkv"_s};
     m_presenter.show(m_state);
-    take(prefix + u"move"_s);
-    take(prefix + u"move-narrow"_s, {1040, 980});
+    take(u"move"_s);
+    take(u"move-narrow"_s, {1040, 980});
     m_state.move = {};
     m_presenter.show(m_state);
     press("Audio");
-    take(prefix + u"menu"_s, {1040, 700});
+    take(u"menu"_s, {1040, 700});
     QTest::keyClick(m_view.window(), Qt::Key_Escape);
     PlaybackResponse unknown = samplePlayback();
     unknown.isPlaying = false;
@@ -267,80 +316,83 @@ void Pictures::takeControls(const QString& prefix) {
     m_state.playback = unknown;
     ++m_state.playbackReading;
     m_presenter.show(m_state);
-    take(prefix + u"dock-unknown"_s, {1040, 700});
+    take(u"dock-unknown"_s, {1040, 700});
     m_state.playback = std::nullopt;
     ++m_state.playbackReading;
     m_presenter.show(m_state);
     press("Delete");
-    take(prefix + u"delete"_s);
+    take(u"delete"_s);
     m_presenter.deletePrompt()->cancel();
 }
 
-void Pictures::takeAll(const QString& prefix) {
+void Pictures::takeAll() {
     m_state.status = {u"Searching for TVs on local network..."_s};
+    m_state.isSearching = true;
     m_presenter.show(m_state);
-    take(prefix + u"no-tv"_s);
+    take(u"searching"_s);
+    m_state.isSearching = false;
+    NoTvPresenter advice({u"https://a.example/tvs"_s, u"https://a.example/app"_s});
+    auto* noTv = m_view.window()->findChild<QQuickItem*>(u"noTv"_s);
+    noTv->setProperty("presenter", QVariant::fromValue(&advice));
+    take(u"no-tv"_s);
+    noTv->setProperty("presenter", QVariant::fromValue(m_presenter.noTv()));
     showTv();
-    take(prefix + u"library"_s);
-    takeControls(prefix);
-    takeUploads(prefix);
-    takeDownloads(prefix);
-    takeLocalPlayer(prefix);
+    take(u"library"_s);
+    takeControls();
+    takeUploads();
+    takeDownloads();
+    takeLocalPlayer();
     for (int step = 0; step < 4; ++step)
         QTest::keyClick(m_view.window(), Qt::Key_Tab);
     QTest::keyClick(m_view.window(), Qt::Key_Down);
-    take(prefix + u"keyboard"_s, {1040, 700});
+    take(u"keyboard"_s, {1040, 700});
     QTest::mouseMove(m_view.window(), QPoint(500, 300));
     QTest::mouseClick(m_view.window(), Qt::LeftButton, {}, QPoint(500, 300));
-    take(prefix + u"hover"_s, {1040, 700});
+    take(u"hover"_s, {1040, 700});
     m_presenter.library()->select(u"d.mkv"_s, Qt::ControlModifier);
     QTest::keyClick(m_view.window(), Qt::Key_Menu);
-    take(prefix + u"selection"_s, {1040, 700});
+    take(u"selection"_s, {1040, 700});
     QTest::keyClick(m_view.window(), Qt::Key_Escape);
     m_presenter.library()->clearSelection();
     QTest::keyClick(m_view.window(), Qt::Key_Menu);
-    take(prefix + u"row-menu"_s, {1366, 768});
+    take(u"row-menu"_s, {1366, 768});
     QTest::keyClick(m_view.window(), Qt::Key_Escape);
     m_presenter.shortcuts()->present();
-    take(prefix + u"shortcuts"_s, {1040, 700});
+    take(u"shortcuts"_s, {1040, 700});
     m_presenter.shortcuts()->dismiss();
     m_presenter.library()->search(u"harbour"_s);
-    take(prefix + u"search"_s, {1040, 700});
+    take(u"search"_s, {1040, 700});
     m_presenter.library()->search(u"nothing like it"_s);
-    take(prefix + u"no-results"_s, {1040, 700});
+    take(u"no-results"_s, {1040, 700});
     m_presenter.library()->search(QString());
     showPairing();
-    take(prefix + u"pairing-sheet"_s);
+    take(u"pairing-sheet"_s);
     m_presenter.pairingSheet()->type(u"482"_s);
     m_state.pairing.refusal = u"Wrong code. 3 attempt(s) left."_s;
     m_presenter.show(m_state);
-    take(prefix + u"pairing-code"_s, {1040, 700});
+    take(u"pairing-code"_s, {1040, 700});
     m_presenter.pairingSheet()->dismiss();
-    take(prefix + u"pairing-strip"_s);
-    take(prefix + u"narrow"_s, {1040, 980});
+    take(u"pairing-strip"_s);
+    take(u"narrow"_s, {1040, 980});
     m_state.pairing = {};
     m_presenter.show(m_state);
     m_state.content = {};
     m_presenter.show(m_state);
-    take(prefix + u"empty"_s, {1040, 700});
+    take(u"empty"_s, {1040, 700});
     m_state.libraryFailure = HttpError(HttpErrorCode::ReplyTooLarge).description();
     m_presenter.show(m_state);
-    take(prefix + u"failed"_s, {1040, 700});
+    take(u"failed"_s, {1040, 700});
     m_state.isLibraryLoading = true;
     m_presenter.show(m_state);
-    take(prefix + u"loading"_s, {1040, 700});
+    take(u"loading"_s, {1040, 700});
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
     QGuiApplication application(argc, argv);
-    const QString directory = application.arguments().value(1, u"."_s);
     chooseGraphics();
-    Pictures(directory).takeAll(u"light-"_s);
-    QGuiApplication::setPalette(QPalette(QColor(0x20, 0x20, 0x20)));
-    Pictures(directory).takeAll(u"dark-"_s);
-    QGuiApplication::setFont(QFont(u"Inter"_s, 15));
-    Pictures(directory).takeAll(u"large-"_s);
+    const Choice choice = choiceFrom(application);
+    Pictures(choice).takeAll();
     return 0;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/ombra_mac_model.h"
+#include "platform/appearance/portal_appearance.h"
 #include "platform/avahi/avahi_connection.h"
 #include "platform/avahi/avahi_dns_sd.h"
 #include "platform/clock.h"
@@ -39,8 +40,11 @@ public:
     PictureDecoder& pictures() { return m_pictures; }
     FileManager& fileManager() { return m_fileManager; }
     Clock& clock() { return m_clock; }
+    SettingsStore& settings() { return m_settings; }
+    DesktopAppearance& appearance() { return m_appearance; }
 
 private:
+    PortalAppearance m_appearance; // first, to be answered before the window is shown
     SystemClock m_clock;
     SyslogSystemLog m_log;
     FileSettingsStore m_settings;
@@ -50,7 +54,7 @@ private:
     ProcessStillExtractor m_stills;
     ProcessPictureDecoder m_pictures;
     PortalFileDialogs m_portalDialogs;
-    PreferredFileDialogs m_fileDialogs{m_portalDialogs};
+    PreferredFileDialogs m_fileDialogs{m_portalDialogs, m_settings};
     DBusFileManager m_fileManager;
     PluginMediaPlayers m_players{m_dnsSd};
     ProcessExternalPlayer m_externalPlayer;

@@ -62,7 +62,8 @@ int runApplication() {
     quiv::Composition composition(dialogParent);
     quiv::MainWindow window(composition.model(),
                             {composition.fileDialogs(), composition.http(), composition.pictures(),
-                             composition.fileManager(), composition.clock()});
+                             composition.fileManager(), composition.clock(),
+                             composition.appearance(), composition.settings()});
     if (!window.show()) {
         std::fputs("quiv-controller: the window could not be loaded\n", stderr);
         return 1;

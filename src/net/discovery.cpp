@@ -14,7 +14,7 @@ constexpr auto LongestResolving = 1h; // then it is subscribed anew
 constexpr auto CountingTime = 10s;    // of announcements that are left out
 constexpr auto ProbeTimeout = 1500ms;
 constexpr auto WaitForRememberedTv = 1500ms;
-constexpr auto SettlingTime = 2s; // without news
+constexpr auto SettlingTime = 3s; // without news; most TVs answer within one
 constexpr auto LongestSearch = 10s;
 
 QString withoutDotsAtEnds(const QString& name) {

@@ -1,28 +1,12 @@
 #include "transfer/upload_names.h"
 
 #include <QRegularExpression>
-#include <QSet>
 
 namespace quiv {
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-const QSet<QString>& supportedVideoExtensions() {
-    static const QSet<QString> extensions{
-        u"mp4"_s,  u"mkv"_s, u"avi"_s,  u"mov"_s, u"m4v"_s,
-        u"webm"_s, u"ts"_s,  u"m2ts"_s, u"flv"_s, u"wmv"_s,
-    };
-    return extensions;
-}
-
-const QSet<QString>& supportedSubtitleExtensions() {
-    static const QSet<QString> extensions{
-        u"srt"_s, u"sub"_s, u"vtt"_s, u"ass"_s, u"ssa"_s, u"ttml"_s, u"xml"_s, u"txt"_s,
-    };
-    return extensions;
-}
 
 QString withoutExtension(const QString& name) {
     const qsizetype dot = name.lastIndexOf(u'.');
@@ -35,6 +19,21 @@ QString withoutCopyMarker(const QString& stem) {
 }
 
 } // namespace
+
+const QStringList& supportedVideoExtensions() {
+    static const QStringList extensions{
+        u"mp4"_s,  u"mkv"_s, u"avi"_s,  u"mov"_s, u"m4v"_s,
+        u"webm"_s, u"ts"_s,  u"m2ts"_s, u"flv"_s, u"wmv"_s,
+    };
+    return extensions;
+}
+
+const QStringList& supportedSubtitleExtensions() {
+    static const QStringList extensions{
+        u"srt"_s, u"sub"_s, u"vtt"_s, u"ass"_s, u"ssa"_s, u"ttml"_s, u"xml"_s, u"txt"_s,
+    };
+    return extensions;
+}
 
 QString lowerCasedExtension(const QString& name) {
     const qsizetype dot = name.lastIndexOf(u'.');

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 
 // What the names of files say about uploading them. Pure functions; letter case never counts.
@@ -9,6 +10,9 @@ namespace quiv {
 // What follows the last dot of a name, lower-cased; empty without one.
 QString lowerCasedExtension(const QString& name);
 
+// Without dots, in lower case.
+const QStringList& supportedVideoExtensions();
+const QStringList& supportedSubtitleExtensions();
 bool hasSupportedVideoExtension(const QString& name);
 bool hasSupportedSubtitleExtension(const QString& name);
 

@@ -13,10 +13,10 @@ def make_video(path):
                     "-c:v", "libx264", "-preset", "ultrafast", path], check=True)
 
 
-def choose(desktop, *files):
+def choose(desktop, accept, *files):
     for name in files:
         desktop.click(element("push button", name))
-    desktop.click(element("push button", "Open"))
+    desktop.click(element("push button", accept))
 
 
 def main():
@@ -30,7 +30,7 @@ def main():
         desktop.click(element("push button", "Upload to the TV"))
         element("heading", "Upload to the TV")
         desktop.screenshot()
-        choose(desktop, "My Film.mp4", "My Film.srt")
+        choose(desktop, "Upload", "My Film.mp4", "My Film.srt")
         wait_for("the uploads", shows("Upload queue finished: 2 uploaded"))
         for name in ("My Film.mp4", "My Film.srt"):
             assert same(os.path.join(desktop.videos, name), tv.path(name))
@@ -38,7 +38,7 @@ def main():
         wait_for("the row", lambda: names("list item") == ["My Film"])
 
         desktop.click(element("push button", "Subtitle"))
-        choose(desktop, "other.srt")
+        choose(desktop, "Attach", "other.srt")
         element("heading", "Subtitle name mismatch")
         press(element("push button", "Attach & Rename"))
         wait_for("the subtitle", shows("Upload queue finished: 1 uploaded"))

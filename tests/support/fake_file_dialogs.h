@@ -2,6 +2,7 @@
 
 #include "platform/async/promise.h"
 #include "platform/dialogs/file_dialogs.h"
+#include "support/memory_settings.h"
 
 #include <QCoreApplication>
 
@@ -14,6 +15,7 @@ public:
         if (!isOffered)
             co_return std::nullopt;
         requests.append(request);
+        isAsked = true;
         m_answer = {};
         const std::function<void()> onDropped = [this] {
             ++dropped;
@@ -21,11 +23,13 @@ public:
         co_return co_await m_answer.wait(onDropped);
     }
     void answer(const FileDialogAnswer& files) {
+        isAsked = false;
         m_answer.resolve(files);
         QCoreApplication::processEvents();
     }
 
     bool isOffered = false;
+    bool isAsked = false; // and not answered yet
     int dropped = 0;
     QList<FileDialogRequest> requests;
 
@@ -36,7 +40,8 @@ private:
 // As if the desktop had none, until the test says otherwise.
 struct FakeDesktopDialogs {
     FakeFileDialogs desktop;
-    PreferredFileDialogs preferred{desktop};
+    MemorySettings settings;
+    PreferredFileDialogs preferred{desktop, settings};
 };
 
 } // namespace quiv

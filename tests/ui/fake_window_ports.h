@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/fake_appearance.h"
 #include "support/fake_clock.h"
 #include "support/fake_file_dialogs.h"
 #include "support/fake_file_manager.h"
@@ -16,7 +17,9 @@ struct FakeWindowPorts {
     FakePictureDecoder pictures;
     FakeFileManager fileManager;
     FakeClock clock;
-    WindowPorts ports{dialogs.preferred, http, pictures, fileManager, clock};
+    FakeAppearance appearance;
+    WindowPorts ports{dialogs.preferred, http, pictures, fileManager, clock, appearance,
+                      dialogs.settings};
 };
 
 } // namespace quiv

@@ -16,9 +16,13 @@ class FileChooserTest : public QObject {
 private:
     using Purpose = FileDialogRequest::Purpose;
 
+    FileDialogRequest request(Purpose purpose) const {
+        FileDialogRequest made(purpose, u"Files"_s, u"Take"_s, u"Proposed.mkv"_s);
+        made.folder = m_home.filePath(u"Videos"_s);
+        return made;
+    }
     Task<> ask(Purpose purpose) {
-        const FileDialogAnswer answer =
-            co_await m_chooser.ask({purpose, u"Files"_s, u"Take"_s, u"Proposed.mkv"_s});
+        const FileDialogAnswer answer = co_await m_chooser.ask(request(purpose));
         m_files = answer.value();
     }
     QStringList chosenNames() const {
@@ -109,6 +113,39 @@ private Q_SLOTS:
         asking = ask(Purpose::Save);
         m_chooser.cancel();
         QTRY_VERIFY(m_files.isEmpty());
+    }
+
+    void aTypedPathIsAFolderOrAFile() {
+        Task<> asking = ask(Purpose::OpenSeveral);
+        QTRY_COMPARE(m_chooser.rows()->rowCount(), 4);
+        m_chooser.goTo(u"nowhere"_s);
+        QTRY_VERIFY(m_chooser.note().startsWith(u"There is no folder"_s));
+        m_chooser.goTo(u" ~/Videos/Old/ "_s);
+        QTRY_COMPARE(rowName(0), u"c.mkv"_s);
+        m_chooser.goTo(u"../a 10.mkv"_s);
+        QTRY_COMPARE(chosenNames(), QStringList(u"a 10.mkv"_s));
+
+        asking = ask(Purpose::Save);
+        m_chooser.goTo(u"Old/new.mkv"_s);
+        QTRY_COMPARE(chosenNames(), QStringList(u"new.mkv"_s));
+        QVERIFY(m_files.constFirst().path().endsWith(u"Videos/Old/new.mkv"_s));
+    }
+
+    void filesAreFilteredAndCountedAsPeopleDo() {
+        for (const char* name : {"Videos/Old/d 9.SRT", "Videos/Old/d 10.srt"})
+            QFile(m_home.filePath(QString::fromLatin1(name))).open(QIODevice::WriteOnly);
+        FileDialogRequest filtered = request(Purpose::OpenSeveral);
+        filtered.folder += u"/Old"_s;
+        filtered.filters = {{u"Subtitles"_s, {u"srt"_s}}, {u"Music"_s, {u"ogg"_s}}, {u"All"_s, {}}};
+        const Task<FileDialogAnswer> asking = m_chooser.ask(filtered);
+        QTRY_COMPARE(m_chooser.rows()->rowCount(), 2);
+        QCOMPARE(rowName(0), u"d 9.SRT"_s);
+        m_chooser.select(u"d 9.SRT"_s);
+        m_chooser.chooseFilter(1);
+        QCOMPARE(m_chooser.rows()->rowCount(), 0);
+        QVERIFY(!m_chooser.canAccept()); // what is not seen is not chosen
+        m_chooser.chooseFilter(2);
+        QCOMPARE(m_chooser.rows()->rowCount(), 3);
     }
 };
 

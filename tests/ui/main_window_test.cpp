@@ -1,5 +1,6 @@
 #include "accessible_tree.h"
 
+#include "support/fake_appearance.h"
 #include "support/fake_file_manager.h"
 #include "support/fake_picture_decoder.h"
 #include "support/model_fixture.h"
@@ -21,7 +22,10 @@ const QByteArray OneVideo =
 struct Desk : ModelFixture {
     FakePictureDecoder pictures;
     FakeFileManager fileManager;
-    Desk() : window(model, {dialogs.preferred, http, pictures, fileManager, clock}) {
+    FakeAppearance appearance;
+    Desk()
+        : window(model, {dialogs.preferred, http, pictures, fileManager, clock, appearance,
+                         dialogs.settings}) {
         window.show();
     }
 

@@ -365,28 +365,50 @@ private Q_SLOTS:
         QCOMPARE(m_presenter->uploads()->dropHint(), u"Select a TV first"_s);
     }
 
+    void adviceComesWhenTheSearchFoundNothing() {
+        NoTvPresenter& noTv = *m_presenter->noTv();
+        m_state.isSearching = true;
+        select(std::nullopt);
+        QVERIFY(noTv.isSearching());
+        m_state.discoveredDevices = {Bedroom};
+        tell();
+        QVERIFY(!noTv.isSearching());
+        for (const char* bad : {"", "file:///etc/passwd", "javascript:x", "https:", "quiv.example"})
+            QVERIFY2(!isWebAddress(QString::fromLatin1(bad)), bad);
+    }
+
     void theDesktopsDialogsComeFirst() {
         FakeFileDialogs& desktop = m_ports.dialogs.desktop;
         desktop.isOffered = true;
-        m_presenter->pickUploads();
+        const auto pick = [&] {
+            const qsizetype before = desktop.requests.size();
+            m_presenter->pickUploads();
+            QTRY_COMPARE(desktop.requests.size(), before + 1);
+        };
+        pick();
         QCOMPARE(desktop.requests.constLast().purpose, FileDialogRequest::Purpose::OpenSeveral);
         desktop.answer(QList<QUrl>()); // cancelled
         QVERIFY(!m_presenter->fileChooser()->isShown());
-        m_presenter->pickUploads();
-        desktop.answer(QList<QUrl>{QUrl(u"file:///a.mkv"_s)});
+        pick();
+        desktop.answer(QList<QUrl>{QUrl(u"file:///tmp/a.mkv"_s)});
         QTRY_COMPARE(m_actions.calls, QStringList(u"pick a.mkv"_s));
         m_actions.calls.clear();
-        m_presenter->pickUploads();
+        pick();
+        QCOMPARE(desktop.requests.constLast().folder, u"/tmp"_s); // as before
+        desktop.answer(QList<QUrl>{QUrl(u"sftp://host/a.mkv"_s)});
+        QTRY_COMPARE(m_actions.calls.size(), 1);
+        QVERIFY(takeCalls().constFirst().contains(u"not on this computer"_s));
+        pick();
         select(Kitchen);
         desktop.answer(QList<QUrl>{QUrl(u"file:///a.mkv"_s)});
         QTRY_COMPARE(m_actions.calls.size(), 1);
         QVERIFY(takeCalls().constFirst().startsWith(u"say Not uploaded"_s));
-        m_presenter->pickUploads();
-        m_presenter->pickUploads(); // the first closes
+        pick();
+        pick(); // the first closes
         QCOMPARE(desktop.dropped, 1);
         desktop.answer(std::nullopt); // went away
         QTRY_VERIFY(m_presenter->fileChooser()->isShown());
-        m_presenter->pickUploads();
+        pick();
         m_presenter.reset();
         QCOMPARE(desktop.dropped, 2);
         QVERIFY(m_actions.calls.isEmpty());

@@ -15,7 +15,7 @@ void WindowFixture::open() {
     m_actions.calls.clear();
     m_state = {};
     m_presenter = std::make_unique<WindowPresenter>(m_actions, m_ports.ports);
-    m_view = std::make_unique<WindowView>(*m_presenter);
+    m_view = std::make_unique<WindowView>(*m_presenter, m_ports.appearance);
     QVERIFY(window());
     window()->show();
     QVERIFY(QTest::qWaitForWindowActive(window()));

@@ -29,6 +29,12 @@ private Q_SLOTS:
     void cleanup() { close(); }
 
     void withoutATvItTellsHowToGetOne() {
+        m_state.isSearching = true;
+        tell();
+        QVERIFY(shows(u"Searching for TVs in your network..."_s));
+        QVERIFY(!shows(u"Option 1"_s));
+        m_state.isSearching = false;
+        tell();
         for (const char* text :
              {"No TV Selected", "Quiv TV app is required to connect.",
               "Install Quiv on your TV using one of these options, then select the discovered TV "
@@ -46,11 +52,17 @@ private Q_SLOTS:
         QVERIFY(shows(u"Uploads: INTERNAL"_s));
     }
 
-    void theLinkOpensThePageOfSupportedTvs() {
+    void anAddressThatIsGivenIsOpened() {
+        QVERIFY(!find(QAccessible::Link, "[Click here to see the supported platforms.]"));
+        NoTvPresenter known({u"https://a.example/tvs"_s, u"https://a.example/app"_s});
+        window()->findChild<QQuickItem*>(u"noTv"_s)->setProperty("presenter",
+                                                                 QVariant::fromValue(&known));
         m_opened.clear();
+        QTRY_VERIFY(find(QAccessible::Link, "[Click here to see the supported platforms.]"));
         QVERIFY(press(QAccessible::Link, "[Click here to see the supported platforms.]"));
-        QCOMPARE(m_opened.size(), 1);
-        QVERIFY(m_opened.constFirst().startsWith(u"https://"_s));
+        QVERIFY(press(QAccessible::Button, "Open Google Play"));
+        QCOMPARE(m_opened, QStringList({u"https://a.example/tvs"_s, u"https://a.example/app"_s}));
+        close();
     }
 
     void controlsAreReachedByTheirLabels() {
@@ -290,6 +302,13 @@ private Q_SLOTS:
         QTRY_VERIFY(corner() < 60);
         QGuiApplication::setPalette(QPalette(QColor(0xf0, 0xf0, 0xf0)));
         QTRY_VERIFY(corner() > 200);
+        DesktopLook stated;
+        stated.scheme = DesktopLook::Scheme::Dark;
+        m_ports.appearance.setLook(stated);
+        QTRY_VERIFY(corner() < 60);
+        stated.isHighContrast = true;
+        m_ports.appearance.setLook(stated);
+        QTRY_COMPARE(corner(), 0);
         QGuiApplication::setPalette(before);
     }
 

@@ -9,6 +9,8 @@
 
 namespace quiv {
 
+using namespace Qt::StringLiterals;
+
 std::optional<QList<FolderEntry>> folderListing(const QString& path) {
     const QDir folder(path);
     if (!folder.isReadable())
@@ -17,7 +19,8 @@ std::optional<QList<FolderEntry>> folderListing(const QString& path) {
     const auto found = folder.entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot);
     for (const QFileInfo& each : found)
         entries.append({each.fileName(), each.isDir()});
-    QCollator order;
+    // The C locale compares bytes and knows no numbers.
+    QCollator order(QLocale().language() == QLocale::C ? QLocale(QLocale::English) : QLocale());
     order.setCaseSensitivity(Qt::CaseInsensitive);
     order.setNumericMode(true);
     std::ranges::sort(entries, [&](const FolderEntry& a, const FolderEntry& b) {
@@ -26,9 +29,20 @@ std::optional<QList<FolderEntry>> folderListing(const QString& path) {
     return entries;
 }
 
-QString firstFolder() {
-    const QString videos = QStandardPaths::writableLocation(QStandardPaths::MoviesLocation);
-    return QDir(videos).exists() ? videos : QDir::homePath();
+QString startFolder(const QString& last, bool saves) {
+    const auto usual = saves ? QStandardPaths::DownloadLocation : QStandardPaths::MoviesLocation;
+    for (const QString& folder : {last, QStandardPaths::writableLocation(usual)}) {
+        if (!folder.isEmpty() && QDir(folder).isReadable())
+            return folder;
+    }
+    return QDir::homePath();
+}
+
+QString typedPath(const QString& typed, const QString& folder) {
+    QString path = typed.trimmed();
+    if (path == u'~' || path.startsWith(u"~/"_s))
+        path.replace(0, 1, QDir::homePath());
+    return QDir::cleanPath(QDir(folder).filePath(path));
 }
 
 PlaceKind placeKind(const QString& path) {

@@ -20,8 +20,12 @@ struct FolderEntry {
 // hidden. Returns nullopt if the folder cannot be read.
 std::optional<QList<FolderEntry>> folderListing(const QString& path);
 
-// The user's videos, or home.
-QString firstFolder();
+// Where a dialog begins: the last folder if it is still there, else the user's downloads when
+// saving and videos otherwise, else home.
+QString startFolder(const QString& last, bool saves);
+
+// What is at the path that a user typed: absolute, below home with "~", or else below `folder`.
+QString typedPath(const QString& typed, const QString& folder);
 
 enum class PlaceKind { Free, File, Folder };
 PlaceKind placeKind(const QString& path);

@@ -1,8 +1,10 @@
 #include "platform/dialogs/portal_request.h"
 
+#include "platform/dialogs/portal_filter.h"
 #include "platform/uuid.h"
 
 #include <QDBusMessage>
+#include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -22,7 +24,7 @@ const auto ChooserInterface = u"org.freedesktop.portal.FileChooser"_s;
 const auto RequestInterface = u"org.freedesktop.portal.Request"_s;
 const auto ResponseSignal = u"Response"_s;
 constexpr uint Succeeded = 0;
-constexpr uint Cancelled = 1;
+constexpr uint PatternByName = 0;
 
 // Where the portal says how a request of this connection ended.
 QString requestPath(const QDBusConnection& bus, const QString& token) {
@@ -31,11 +33,37 @@ QString requestPath(const QDBusConnection& bus, const QString& token) {
     return Path + u"/request/"_s + sender + u'/' + token;
 }
 
+// "*.[mM][kK][vV]": the portal's patterns tell letters of either case apart.
+QString patternOf(const QString& extension) {
+    QString pattern = u"*."_s;
+    for (const QChar letter : extension)
+        pattern += u'[' + letter.toLower() + letter.toUpper() + u']';
+    return pattern;
+}
+
+PortalFilter portalFilter(const FileFilter& filter) {
+    PortalFilter made{filter.name, {}};
+    for (const QString& extension : filter.extensions)
+        made.patterns.append({PatternByName, patternOf(extension)});
+    if (made.patterns.isEmpty())
+        made.patterns.append({PatternByName, u"*"_s});
+    return made;
+}
+
 QVariantMap optionsOf(const FileDialogRequest& request, const QString& token) {
     QVariantMap options{
         {u"handle_token"_s, token}, {u"accept_label"_s, request.acceptLabel}, {u"modal"_s, true}};
     if (request.purpose == FileDialogRequest::Purpose::Save)
         options.insert(u"current_name"_s, request.proposedName);
+    if (!request.folder.isEmpty())
+        options.insert(u"current_folder"_s, request.folder.toLocal8Bit() + '\0');
+    if (!request.filters.isEmpty()) {
+        QList<PortalFilter> filters;
+        for (const FileFilter& each : request.filters)
+            filters.append(portalFilter(each));
+        options.insert(u"filters"_s, QVariant::fromValue(filters));
+        options.insert(u"current_filter"_s, QVariant::fromValue(filters.constFirst()));
+    }
     if (request.purpose == FileDialogRequest::Purpose::OpenSeveral)
         options.insert(u"multiple"_s, true);
     if (request.purpose == FileDialogRequest::Purpose::Folder)
@@ -43,11 +71,19 @@ QVariantMap optionsOf(const FileDialogRequest& request, const QString& token) {
     return options;
 }
 
+void registerTypes() {
+    qDBusRegisterMetaType<PortalPattern>();
+    qDBusRegisterMetaType<QList<PortalPattern>>();
+    qDBusRegisterMetaType<PortalFilter>();
+    qDBusRegisterMetaType<QList<PortalFilter>>();
+}
+
 } // namespace
 
 PortalRequest::PortalRequest(const QDBusConnection& bus, const FileDialogRequest& request,
                              const QString& parentWindow, std::chrono::milliseconds deadline)
     : m_bus(bus), m_watcher(Service, m_bus), m_deadline(deadline) {
+    registerTypes();
     const QString token = u"quiv_"_s + randomUuid().remove(u'-');
     listen(requestPath(m_bus, token)); // before the call: the end may come before its reply
     connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this,
@@ -86,16 +122,10 @@ PortalRequest::~PortalRequest() {
 
 void PortalRequest::respond(uint response, const QVariantMap& results) {
     m_hasEnded = true;
-    if (response == Cancelled)
-        return m_answer.resolve(QList<QUrl>());
-    if (response != Succeeded)
-        return m_answer.resolve(std::nullopt);
     QList<QUrl> files;
-    for (const QString& uri : results.value(u"uris"_s).toStringList()) {
-        if (const QUrl file(uri); file.isLocalFile())
-            files.append(file);
-    }
-    m_answer.resolve(files);
+    if (response == Succeeded)
+        files = QUrl::fromStringList(results.value(u"uris"_s).toStringList());
+    m_answer.resolve(files); // desktops report Escape as a failure, too
 }
 
 void PortalRequest::listen(const QString& path) {

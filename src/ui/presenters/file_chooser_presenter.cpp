@@ -4,6 +4,7 @@
 #include "ui/display_format.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <utility>
@@ -73,7 +74,8 @@ Task<FileDialogAnswer> FileChooserPresenter::ask(FileDialogRequest request) {
     m_answer = {};
     m_name = m_request.proposedName;
     m_isShown = true;
-    m_listing = m_folder.isEmpty() ? enterFirst() : enter(m_folder);
+    m_filterIndex = 0;
+    m_listing = enter(m_request.folder.isEmpty() ? QDir::homePath() : m_request.folder);
     const std::function<void()> onDropped = [this] {
         cancel();
     };
@@ -82,6 +84,30 @@ Task<FileDialogAnswer> FileChooserPresenter::ask(FileDialogRequest request) {
 
 void FileChooserPresenter::goUp() {
     m_listing = enter(QDir::cleanPath(m_folder + u"/.."_s));
+}
+
+void FileChooserPresenter::goTo(const QString& typed) {
+    m_decision = goToTyped(typedPath(typed, m_folder));
+}
+
+Task<> FileChooserPresenter::goToTyped(QString path) {
+    const auto looking = [path] {
+        return placeKind(path);
+    };
+    const PlaceKind kind = co_await onDisk(looking);
+    const QFileInfo place(path);
+    if (kind == PlaceKind::Folder) {
+        m_listing = enter(path);
+    } else if (isSaving()) {
+        m_folder = place.path();
+        m_name = place.fileName();
+        co_await acceptPlace();
+    } else if (kind == PlaceKind::File) {
+        answer({QUrl::fromLocalFile(path)});
+    } else {
+        m_note = u"There is no folder or file with this name."_s;
+        update();
+    }
 }
 
 void FileChooserPresenter::select(const QString& name) {
@@ -192,14 +218,10 @@ void FileChooserPresenter::answer(const QList<QUrl>& files) {
     update();
 }
 
-Task<> FileChooserPresenter::enterFirst() {
-    const QString folder = co_await onDisk(firstFolder);
-    co_await enter(folder);
-}
-
 Task<> FileChooserPresenter::enter(QString folder) {
     m_decision.cancel();
     m_folder = folder;
+    m_allEntries.clear();
     m_entries.clear();
     m_chosen.clear();
     m_note.clear();
@@ -210,13 +232,36 @@ Task<> FileChooserPresenter::enter(QString folder) {
         return folderListing(folder);
     };
     const auto entries = co_await onDisk(list);
-    if (!entries)
-        m_note = u"This folder cannot be read."_s;
-    else if (entries->isEmpty())
-        m_note = u"This folder is empty."_s;
+    if (entries)
+        m_allEntries = *entries;
     else
-        m_entries = *entries;
+        m_note = u"This folder cannot be read."_s;
+    filterEntries();
+}
+
+void FileChooserPresenter::filterEntries() {
+    const FileFilter filter = m_request.filters.value(m_filterIndex);
+    m_entries = m_allEntries;
+    m_entries.removeIf(
+        [&](const FolderEntry& entry) { return !entry.isFolder && !passes(filter, entry.name); });
+    if (m_allEntries.isEmpty() && m_note.isEmpty())
+        m_note = u"This folder is empty."_s;
+    else if (!m_allEntries.isEmpty())
+        m_note = m_entries.isEmpty() ? u"There is nothing of this kind here."_s : QString();
     update();
+}
+
+void FileChooserPresenter::chooseFilter(int index) {
+    m_filterIndex = index;
+    m_chosen.clear();
+    filterEntries();
+}
+
+QStringList FileChooserPresenter::filters() const {
+    QStringList names;
+    for (const FileFilter& filter : m_request.filters)
+        names.append(filter.name);
+    return names;
 }
 
 void FileChooserPresenter::update() {

@@ -26,7 +26,7 @@ struct FileChooserRow {
 const QString& fileChooserRowKey(const FileChooserRow& row);
 
 // The window's own file dialog, for desktops that offer none. One request at a time: another one
-// cancels it. Remembers the folder while the window lives.
+// cancels it.
 class FileChooserPresenter : public QObject, public FileDialogs {
     Q_OBJECT
     QML_ELEMENT
@@ -40,6 +40,8 @@ class FileChooserPresenter : public QObject, public FileDialogs {
     Q_PROPERTY(QString note READ note NOTIFY changed)
     Q_PROPERTY(bool canGoUp READ canGoUp NOTIFY changed)
     Q_PROPERTY(bool canAccept READ canAccept NOTIFY changed)
+    Q_PROPERTY(QStringList filters READ filters NOTIFY changed)
+    Q_PROPERTY(int filterIndex READ filterIndex NOTIFY changed)
     Q_PROPERTY(QAbstractItemModel* rows READ rows CONSTANT)
 
 public:
@@ -55,11 +57,16 @@ public:
     const QString& note() const { return m_note; } // what the user should know
     bool canGoUp() const;
     bool canAccept() const;
+    QStringList filters() const; // names, to choose from
+    int filterIndex() const { return m_filterIndex; }
     QAbstractItemModel* rows() { return &m_rows; }
 
     Task<FileDialogAnswer> ask(FileDialogRequest request) override;
 
     Q_INVOKABLE void goUp();
+    // Enters the folder that the user typed, or takes the file.
+    Q_INVOKABLE void goTo(const QString& typed);
+    Q_INVOKABLE void chooseFilter(int index);
     // Enters a folder. Chooses a file or gives it up again; where only one is wanted, it replaces
     // the one before. A place to save to takes the file's name.
     Q_INVOKABLE void select(const QString& name);
@@ -75,10 +82,11 @@ Q_SIGNALS:
     void changed();
 
 private:
-    Task<> enterFirst();
+    Task<> goToTyped(QString path);
     Task<> enter(QString folder);
     Task<> makeAndEnter(QString name);
     Task<> acceptPlace();
+    void filterEntries();
     void update();
     void answer(const QList<QUrl>& files);
     const FolderEntry* entryNamed(const QString& name) const;
@@ -88,7 +96,9 @@ private:
     Promise<FileDialogAnswer> m_answer;
     bool m_isShown = false;
     QString m_folder;
-    QList<FolderEntry> m_entries;
+    QList<FolderEntry> m_entries; // that pass the filter
+    QList<FolderEntry> m_allEntries;
+    int m_filterIndex = 0;
     QSet<QString> m_chosen;
     QString m_name;
     QString m_note;

@@ -6,9 +6,25 @@
 #include "ui/display_format.h"
 #include "ui/presenters/window_actions.h"
 
+#include <algorithm>
+
 namespace quiv {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+const FileFilter AllFiles{u"All files"_s, {}};
+
+FileFilter videoFiles() {
+    return {u"Videos"_s, supportedVideoExtensions()};
+}
+
+FileFilter subtitleFiles() {
+    return {u"Subtitles"_s, supportedSubtitleExtensions()};
+}
+
+} // namespace
 
 WindowPresenter::WindowPresenter(WindowActions& actions, const WindowPorts& ports, QObject* parent)
     : QObject(parent),
@@ -38,20 +54,22 @@ void WindowPresenter::pickUploads() {
 }
 
 Task<> WindowPresenter::pickingUploads() {
-    const FileDialogRequest request(FileDialogRequest::Purpose::OpenSeveral, u"Upload to the TV"_s,
-                                    u"Open"_s);
+    FileDialogRequest request(FileDialogRequest::Purpose::OpenSeveral, u"Upload to the TV"_s,
+                              u"Upload"_s);
+    request.filters = {AllFiles, videoFiles(), subtitleFiles()};
     const QString tvKey = m_tvKey;
     const FileDialogAnswer files = co_await m_fileDialogs.ask(request);
-    if (files && !files->isEmpty() && isForSelectedTv(tvKey))
+    if (files && !files->isEmpty() && isForSelectedTv(tvKey) && areOfThisComputer(*files))
         m_actions.queueUploadsFromPicker(*files);
 }
 
 Task<> WindowPresenter::pickingSubtitle(QString videoName) {
-    const FileDialogRequest request(FileDialogRequest::Purpose::OpenOne, u"Attach Subtitle"_s,
-                                    u"Open"_s);
+    FileDialogRequest request(FileDialogRequest::Purpose::OpenOne, u"Attach Subtitle"_s,
+                              u"Attach"_s);
+    request.filters = {subtitleFiles(), AllFiles};
     const QString tvKey = m_tvKey;
     const FileDialogAnswer files = co_await m_fileDialogs.ask(request);
-    if (files && !files->isEmpty() && isForSelectedTv(tvKey))
+    if (files && !files->isEmpty() && isForSelectedTv(tvKey) && areOfThisComputer(*files))
         attachSubtitle(files->constFirst(), videoName);
 }
 
@@ -60,6 +78,14 @@ bool WindowPresenter::isForSelectedTv(const QString& tvKey) {
         return true;
     m_actions.post(failureMessage(u"Not uploaded, because another TV was selected meanwhile. "
                                   "Choose the files again."_s));
+    return false;
+}
+
+bool WindowPresenter::areOfThisComputer(const QList<QUrl>& files) {
+    if (std::ranges::all_of(files, &QUrl::isLocalFile))
+        return true;
+    m_actions.post(failureMessage(u"Not uploaded, because the files are not on this computer. "
+                                  "Copy them here first."_s));
     return false;
 }
 
@@ -107,6 +133,7 @@ QString windowTitle(const WindowState& state) {
 void WindowPresenter::show(const WindowState& state) {
     publish(this, m_title, windowTitle(state), &WindowPresenter::titleChanged);
     m_tvKey = selectedTvKey(state);
+    m_noTv.show(state);
     m_sidebar.show(state);
     m_header.show(state);
     m_library.show(state);

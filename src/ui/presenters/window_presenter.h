@@ -6,6 +6,7 @@
 #include "ui/presenters/header_presenter.h"
 #include "ui/presenters/library_presenter.h"
 #include "ui/presenters/local_panel_presenter.h"
+#include "ui/presenters/no_tv_presenter.h"
 #include "ui/presenters/pairing_sheet_presenter.h"
 #include "ui/presenters/prompt_presenter.h"
 #include "ui/presenters/shortcuts_presenter.h"
@@ -33,6 +34,7 @@ class WindowPresenter : public QObject {
     Q_PROPERTY(quiv::LocalPanelPresenter* localPanel READ localPanel CONSTANT)
     Q_PROPERTY(quiv::UploadsPresenter* uploads READ uploads CONSTANT)
     Q_PROPERTY(quiv::FileChooserPresenter* fileChooser READ fileChooser CONSTANT)
+    Q_PROPERTY(quiv::NoTvPresenter* noTv READ noTv CONSTANT)
     Q_PROPERTY(quiv::PromptPresenter* subtitleRename READ subtitleRename CONSTANT)
     Q_PROPERTY(quiv::PromptPresenter* deletePrompt READ deletePrompt CONSTANT)
     Q_PROPERTY(quiv::PairingSheetPresenter* pairingSheet READ pairingSheet CONSTANT)
@@ -51,6 +53,7 @@ public:
     LocalPanelPresenter* localPanel() { return &m_localPanel; }
     UploadsPresenter* uploads() { return &m_uploads; }
     FileChooserPresenter* fileChooser() { return &m_fileChooser; }
+    NoTvPresenter* noTv() { return &m_noTv; }
     PromptPresenter* subtitleRename() { return &m_subtitleRename; }
     PromptPresenter* deletePrompt() { return &m_deletePrompt; }
     PairingSheetPresenter* pairingSheet() { return &m_pairingSheet; }
@@ -74,6 +77,8 @@ private:
     void askToDelete(const QList<FileGroup>& groups);
     // Says so if the user chose files for another TV than the one that is selected now.
     bool isForSelectedTv(const QString& tvKey);
+    // Says so if some are not.
+    bool areOfThisComputer(const QList<QUrl>& files);
     Task<> pickingUploads();
     Task<> pickingSubtitle(QString videoName);
 
@@ -87,6 +92,7 @@ private:
     DockPresenter m_dock;
     LocalPanelPresenter m_localPanel;
     FileChooserPresenter m_fileChooser;
+    NoTvPresenter m_noTv;
     PromptPresenter m_subtitleRename;
     PromptPresenter m_deletePrompt;
     PairingSheetPresenter m_pairingSheet;

@@ -5,46 +5,45 @@ import Quiv
 
 // Colours, type and measures: the one place that knows them.
 QtObject {
-    readonly property bool dark: Appearance.isDark
+    readonly property themePalette colours: Appearance.palette
 
-    readonly property color window: dark ? "#17181c" : "#f6f7f9"
-    readonly property color sidebar: dark ? "#1e2025" : "#eceef2"
-    readonly property color surface: dark ? "#24262c" : "#ffffff"
-    readonly property color surfaceHovered: dark ? "#2b2e35" : "#f7f8fa"
-    readonly property color surfacePressed: dark ? "#32353d" : "#eef0f3"
-    readonly property color separator: dark ? "#17ffffff" : "#17141821"
-    readonly property color controlBorder: dark ? "#1fffffff" : "#24141821"
-    readonly property color tileOutline: "#408e8e93"
-    readonly property color rowHovered: dark ? "#0dffffff" : "#0a141821"
-    readonly property color scrollThumb: dark ? "#47ffffff" : "#47141821"
-    readonly property color scrollThumbActive: dark ? "#80ffffff" : "#80141821"
-    readonly property color scrim: dark ? "#80000000" : "#52141821"
-    readonly property color shadow: dark ? "#0b000000" : "#05000000"
-
-    readonly property color primaryText: dark ? "#eceef2" : "#1b1d22"
-    readonly property color secondaryText: dark ? "#a7adb9" : "#596170"
-    readonly property color tertiaryText: dark ? "#8b919d" : "#6f7684"
-
-    readonly property color accent: dark ? "#7d98ff" : "#3558e6"
-    readonly property color accentHovered: dark ? "#8fa6ff" : "#2c4ed8"
-    readonly property color accentPressed: dark ? "#6f8af0" : "#2442bf"
-    readonly property color accentInk: dark ? "#10131c" : "#ffffff"
-    readonly property color accentFill: dark ? "#2e7d98ff" : "#1f3558e6"
-    readonly property color accentFillHovered: dark ? "#4d7d98ff" : "#333558e6"
-    readonly property color dropFill: dark ? "#247d98ff" : "#243558e6"
-    readonly property color dropOutline: dark ? "#e67d98ff" : "#e63558e6"
-    readonly property color notReady: dark ? "#e3b65c" : "#9e7014"
-    readonly property color track: dark ? "#24ffffff" : "#1a141821"
-    readonly property color knob: dark ? "#eceef2" : "#ffffff"
-    readonly property color knobBorder: dark ? "#00000000" : "#33141821"
-    readonly property color disabledFill: dark ? "#24ffffff" : "#1a141821"
-    readonly property color destructive: dark ? "#ff8079" : "#b3261e"
-    readonly property color selectedTv: dark ? "#2fb36a" : "#1d9a55"
-
-    readonly property color stripFill: dark ? "#24ff9f0a" : "#1fff9500"
-    readonly property color stripLabel: dark ? "#ffbe85" : "#8c330d"
-    readonly property color progressFill: "#248e8e93"
-    readonly property color placeholderFill: dark ? "#338e8e93" : "#338e8e93"
+    readonly property color window: colours.window
+    readonly property color sidebar: colours.sidebar
+    readonly property color surface: colours.surface
+    readonly property color surfaceHovered: colours.surfaceHovered
+    readonly property color surfacePressed: colours.surfacePressed
+    readonly property color separator: colours.separator
+    readonly property color controlBorder: colours.controlBorder
+    readonly property color fieldBorder: colours.fieldBorder
+    readonly property color tileOutline: colours.tileOutline
+    readonly property color rowHovered: colours.rowHovered
+    readonly property color scrollThumb: colours.scrollThumb
+    readonly property color scrollThumbActive: colours.scrollThumbActive
+    readonly property color scrim: colours.scrim
+    readonly property color shadow: colours.shadow
+    readonly property color primaryText: colours.primaryText
+    readonly property color secondaryText: colours.secondaryText
+    readonly property color tertiaryText: colours.tertiaryText
+    readonly property color accent: colours.accent
+    readonly property color accentHovered: colours.accentHovered
+    readonly property color accentPressed: colours.accentPressed
+    readonly property color accentInk: colours.accentInk
+    readonly property color accentText: colours.accentText
+    readonly property color accentFill: colours.accentFill
+    readonly property color accentFillHovered: colours.accentFillHovered
+    readonly property color dropFill: colours.dropFill
+    readonly property color dropOutline: colours.dropOutline
+    readonly property color notReady: colours.notReady
+    readonly property color track: colours.track
+    readonly property color knob: colours.knob
+    readonly property color knobBorder: colours.knobBorder
+    readonly property color disabledFill: colours.disabledFill
+    readonly property color destructive: colours.destructive
+    readonly property color selectedTv: colours.selectedTv
+    readonly property color stripFill: colours.stripFill
+    readonly property color stripLabel: colours.stripLabel
+    readonly property color progressFill: colours.progressFill
+    readonly property color placeholderFill: colours.placeholderFill
 
     readonly property real scale: Appearance.fontPixelSize / 13
     readonly property font title: textFont(17, Font.Bold)
@@ -69,8 +68,10 @@ QtObject {
     readonly property int cardRadius: 12
     readonly property int dockRadius: 14
     readonly property int overlayRadius: 18
-    readonly property int quick: 120   // ms, answers to the pointer
-    readonly property int gentle: 180  // ms, what comes and goes
+    readonly property bool moves: !Appearance.isMotionReduced
+    readonly property int quick: moves ? 120 : 0  // ms, answers to the pointer
+    readonly property int gentle: moves ? 150 : 0 // ms, what comes and goes
+    readonly property real hairline: Appearance.hairline // a line of whole device pixels
 
     function scaled(units: real): int {
         return Math.round(units * scale)
@@ -84,9 +85,9 @@ QtObject {
         switch (tone) {
         case BadgeTone.Green:
         case BadgeTone.Usb:
-            return dark ? "#b9f0cd" : "#084724"
+            return colours.greenText
         case BadgeTone.Amber:
-            return dark ? "#ffdfa6" : "#663305"
+            return colours.amberText
         default:
             return primaryText
         }
@@ -95,15 +96,15 @@ QtObject {
     function badgeFill(tone: int): color {
         switch (tone) {
         case BadgeTone.Green:
-            return dark ? "#12402a" : "#b3f2cc"
+            return colours.greenFill
         case BadgeTone.Usb:
-            return dark ? "#12402a" : "#b5edcc"
+            return colours.usbFill
         case BadgeTone.Amber:
-            return dark ? "#4a3208" : "#ffdba1"
+            return colours.amberFill
         case BadgeTone.Internal:
-            return dark ? "#428e8e93" : "#338e8e93"
+            return colours.internalFill
         default:
-            return dark ? "#428e8e93" : "#2e8e8e93"
+            return colours.neutralFill
         }
     }
 }

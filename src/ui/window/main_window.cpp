@@ -4,6 +4,7 @@
 #include "ui/presenters/window_actions.h"
 #include "ui/presenters/window_presenter.h"
 #include "ui/window/graphics_choice.h"
+#include "ui/window/window_place.h"
 #include "ui/window/window_view.h"
 
 #include <QQuickWindow>
@@ -78,7 +79,9 @@ private:
 
 struct MainWindow::Parts {
     Parts(OmbraMacModel& model, const WindowPorts& ports)
-        : actions(model, ports.fileManager), presenter(actions, ports), view(presenter) {}
+        : actions(model, ports.fileManager),
+          presenter(actions, ports),
+          view(presenter, ports.appearance) {}
 
     ModelActions actions;
     WindowPresenter presenter;
@@ -95,6 +98,7 @@ MainWindow::MainWindow(OmbraMacModel& model, const WindowPorts& ports) {
     QObject::connect(&model, &OmbraMacModel::stateChanged, &presenter, showModel);
     showModel();
     if (QQuickWindow* loaded = window()) {
+        rememberPlace(*loaded, ports.settings);
         QObject::connect(loaded, &QWindow::visibleChanged, &model, [&model](bool isVisible) {
             isVisible ? model.appear() : model.disappear();
         });
@@ -106,7 +110,7 @@ MainWindow::~MainWindow() = default;
 bool MainWindow::show() {
     if (!window())
         return false;
-    window()->show();
+    window()->setVisible(true); // in the state it had last
     return true;
 }
 

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "platform/appearance/desktop_appearance.h"
 #include "platform/clock.h"
 #include "platform/desktop/file_manager.h"
 #include "platform/dialogs/file_dialogs.h"
 #include "platform/http/http_session.h"
 #include "platform/pictures/picture_decoder.h"
+#include "platform/settings_store.h"
 
 namespace quiv {
 
@@ -17,6 +19,8 @@ struct WindowPorts {
     PictureDecoder& pictures;
     FileManager& fileManager;
     Clock& clock;
+    DesktopAppearance& appearance;
+    SettingsStore& settings;
 };
 
 } // namespace quiv

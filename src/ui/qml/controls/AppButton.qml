@@ -14,6 +14,7 @@ T.Button {
     property bool isWaiting: false         // for what it has asked for
     property string shortcut // that does the same, for the tool tip
     property bool isCompact: false   // the symbol alone; the label becomes the tool tip
+    readonly property bool isLit: enabled && hovered
     readonly property bool prominent: kind === AppButton.Prominent
     readonly property color prominentInk: enabled ? Theme.accentInk : Theme.tertiaryText
     readonly property color ink: prominent ? prominentInk : borderedInk
@@ -30,6 +31,7 @@ T.Button {
     Accessible.onPressAction: if (enabled) clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
+    onHoveredChanged: if (opensMenu) Menus.hover(button, hovered)
 
     contentItem: ButtonLabel {
         symbol: button.symbol
@@ -41,7 +43,7 @@ T.Button {
         ink: button.ink
     }
 
-    background: Rectangle {
+    background: Panel {
         readonly property color prominent: button.enabled ? Theme.accent : Theme.disabledFill
         readonly property color rest: button.prominent ? prominent : Theme.surface
         readonly property color hovered: button.prominent ? Theme.accentHovered
@@ -50,13 +52,8 @@ T.Button {
                                                           : Theme.surfacePressed
 
         radius: Theme.controlRadius
-        color: button.down ? pressed : button.hovered ? hovered : rest
-        border.width: button.prominent ? 0 : 1
-        border.color: Theme.controlBorder
-
-        Behavior on color {
-            ColorAnimation { duration: Theme.quick }
-        }
+        color: button.down ? pressed : button.isLit ? hovered : rest
+        outline: button.prominent ? "transparent" : Theme.controlBorder
     }
 
     PatientSpinner {

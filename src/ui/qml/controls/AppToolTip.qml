@@ -1,19 +1,16 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// Names the control under the pointer.
+// A few words beside what the pointer rests on.
 T.ToolTip {
     id: tip
 
-    required property T.AbstractButton target
+    required property Item target
+    readonly property real widest: Theme.scaled(420)
 
     parent: target
-    property string shortcut
-    readonly property string keys: shortcut === "" ? "" : " (" + shortcut + ")"
-
-    text: target.text + keys
-    visible: target.hovered && !target.down
-    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    visible: true
+    implicitWidth: Math.min(implicitContentWidth, widest) + leftPadding + rightPadding
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     x: Math.round((target.width - width) / 2)
     y: -height - 6
@@ -26,11 +23,20 @@ T.ToolTip {
     contentItem: PlainText {
         text: tip.text
         font: Theme.caption
+        wrapMode: Text.Wrap
+        elide: Text.ElideNone
+        showsCutText: false
     }
-    background: Rectangle {
-        radius: 6
-        color: Theme.surface
-        border.width: 1
-        border.color: Theme.controlBorder
+    background: Item {
+        Shadow {
+            cornerRadius: 6
+            reach: 10
+        }
+        Panel {
+            anchors.fill: parent
+            radius: 6
+            color: Theme.surface
+            outline: Theme.controlBorder
+        }
     }
 }

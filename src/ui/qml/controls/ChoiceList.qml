@@ -2,6 +2,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Templates as T
+import Quiv
 
 // The entries of a choice menu, for pointer and keyboard.
 ListView {
@@ -15,6 +16,7 @@ ListView {
     required property int rowHeight
 
     signal chosen(index: int)
+    signal dismissed()
 
     function choose(index: int) {
         if (enabledStates[index] ?? true)
@@ -31,11 +33,13 @@ ListView {
     boundsBehavior: Flickable.StopAtBounds
     highlightMoveDuration: 0
     keyNavigationEnabled: true
-    model: choices
+    model: TextListModel { texts: list.choices }
     onVisibleChanged: if (visible) begin()
     Keys.onReturnPressed: choose(currentIndex)
     Keys.onEnterPressed: choose(currentIndex)
     Keys.onSpacePressed: choose(currentIndex)
+    Keys.onTabPressed: dismissed()
+    Keys.onBacktabPressed: dismissed()
     Keys.onPressed: event => {
         if (event.key === Qt.Key_Home)
             currentIndex = 0

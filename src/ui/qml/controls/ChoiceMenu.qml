@@ -12,11 +12,12 @@ T.Button {
     required property int currentIndex
     property bool opensDown: false // instead of up
     property bool isWaiting: false // for what was chosen
+    readonly property bool isLit: enabled && hovered
     readonly property string currentText: choices[currentIndex] ?? ""
 
     signal chosen(index: int)
 
-    implicitWidth: 190
+    implicitWidth: Theme.scaled(190)
     implicitHeight: Theme.controlHeight
     horizontalPadding: 12
     text: label
@@ -27,6 +28,7 @@ T.Button {
     Keys.onEnterPressed: clicked()
     Keys.onDownPressed: popup.open()
     Keys.onUpPressed: popup.open()
+    onHoveredChanged: Menus.hover(menu, hovered)
     onClicked: popup.visible ? popup.close() : popup.open()
 
     contentItem: RowLayout {
@@ -50,16 +52,11 @@ T.Button {
         }
     }
 
-    background: Rectangle {
+    background: Panel {
         radius: Theme.controlRadius
         color: menu.down || popup.visible ? Theme.surfacePressed
-                                          : menu.hovered ? Theme.surfaceHovered : Theme.surface
-        border.width: 1
-        border.color: Theme.controlBorder
-
-        Behavior on color {
-            ColorAnimation { duration: Theme.quick }
-        }
+                                          : menu.isLit ? Theme.surfaceHovered : Theme.surface
+        outline: Theme.controlBorder
     }
 
     FocusRing { target: menu }

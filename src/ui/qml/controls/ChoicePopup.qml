@@ -30,10 +30,8 @@ T.Popup {
     height: Math.min(offered.length * rowHeight + 2 * padding, Theme.scaled(340))
     padding: 5
     margins: 8
-    modal: true // a click outside only closes it
-    dim: false
     focus: true
-    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
+    closePolicy: T.Popup.CloseOnEscape
     onAboutToShow: isOffered = true
     onClosed: isOffered = false
 
@@ -43,19 +41,27 @@ T.Popup {
 
     background: Item {
         Shadow {
-            anchors.fill: parent
             cornerRadius: 10
-            layers: 11
+            reach: 18
         }
-        Rectangle {
+        Panel {
             anchors.fill: parent
             radius: 10
-            color: Theme.surface
-            border.width: 1
-            border.color: Theme.controlBorder
+            outline: Theme.controlBorder
         }
     }
 
+    // A press outside closes the menu and does nothing more, but on the button of another menu.
+    MouseArea {
+        parent: T.Overlay.overlay
+        anchors.fill: parent
+        visible: popup.visible
+        z: -1
+        onPressed: press => {
+            press.accepted = !Menus.isOther(popup.parent)
+            popup.close()
+        }
+    }
     FontMetrics {
         id: metrics
 
@@ -70,5 +76,6 @@ T.Popup {
         markedIndex: popup.currentIndex
         rowHeight: popup.rowHeight
         onChosen: index => popup.choose(index)
+        onDismissed: popup.close()
     }
 }

@@ -19,11 +19,10 @@ T.TextField {
     inputMethodHints: Qt.ImhDigitsOnly | Qt.ImhNoPredictiveText
     Accessible.name: placeholderText
 
-    background: Rectangle {
+    background: Panel {
         radius: Theme.controlRadius
         color: Theme.window
-        border.width: 1
-        border.color: field.activeFocus ? Theme.accent : Theme.controlBorder
+        outline: field.activeFocus ? Theme.accent : Theme.fieldBorder
     }
 
     PlainText {

@@ -1,7 +1,12 @@
 import QtQuick
 
-// Every text of the window: words from outside must not become markup.
+// Every text of the window: words from outside must not become markup. What has no room is shown
+// whole under the pointer.
 Text {
+    id: label
+
+    property bool showsCutText: true
+
     textFormat: Text.PlainText
     font: Theme.body
     color: Theme.primaryText
@@ -9,4 +14,10 @@ Text {
     horizontalAlignment: Text.AlignLeft // also where a name reads from right to left
     Accessible.role: Accessible.StaticText
     Accessible.name: text
+
+    Loader {
+        anchors.fill: parent
+        active: label.truncated && label.showsCutText
+        Component.onCompleted: setSource("CutTextTip.qml", { target: label })
+    }
 }

@@ -10,6 +10,7 @@ T.Button {
     property string shortcut // that does the same, for the tool tip
     property color tint: Theme.primaryText
     property bool isWaiting: false // for what it has asked for
+    readonly property bool isLit: enabled && hovered
     property bool isRound: false // filled with a shade of the tint instead of bordered
 
     implicitWidth: Theme.scaled(30)
@@ -31,20 +32,15 @@ T.Button {
         }
     }
 
-    background: Rectangle {
+    background: Panel {
         readonly property color bordered: button.down ? Theme.surfacePressed
-                                        : button.hovered ? Theme.surfaceHovered : Theme.surface
-        readonly property color filled: button.down || button.hovered ? Theme.accentFillHovered
+                                        : button.isLit ? Theme.surfaceHovered : Theme.surface
+        readonly property color filled: button.down || button.isLit ? Theme.accentFillHovered
                                                                       : Theme.accentFill
 
         radius: button.isRound ? height / 2 : Theme.controlRadius
         color: button.isRound ? filled : bordered
-        border.width: button.isRound ? 0 : 1
-        border.color: Theme.controlBorder
-
-        Behavior on color {
-            ColorAnimation { duration: Theme.quick }
-        }
+        outline: button.isRound ? "transparent" : Theme.controlBorder
     }
 
     FocusRing {

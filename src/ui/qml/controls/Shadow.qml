@@ -1,27 +1,25 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 
-// A soft shadow under what floats, of layers that any renderer can draw.
-Item {
-    id: shadow
-
+// A soft shadow under what floats.
+BorderImage {
     required property int cornerRadius
-    property int layers: 14
+    property int reach: 24
+    readonly property int corner: cornerRadius + 2 * reach
+    readonly property string colour: Theme.shadow.toString().substring(1)
 
-    Repeater {
-        model: shadow.layers
-
-        Rectangle {
-            required property int index
-            readonly property real reach: 0.2 * index * index // dense near the edge, thin outside
-
-            anchors.fill: parent
-            anchors.margins: -reach
-            anchors.topMargin: 8 - reach
-            anchors.bottomMargin: -8 - reach
-            radius: shadow.cornerRadius + reach
-            color: Theme.shadow
-        }
+    anchors {
+        fill: parent
+        topMargin: Math.round(reach / 3) - reach // falls a little down
+        bottomMargin: -Math.round(reach / 3) - reach
+        leftMargin: -reach
+        rightMargin: -reach
     }
+    border {
+        left: corner
+        top: corner
+        right: corner
+        bottom: corner
+    }
+    source: "image://shadow/" + cornerRadius + "/" + reach + "/" + colour
+    Accessible.ignored: true
 }

@@ -12,7 +12,7 @@ AppIcon {
     Accessible.name: "In progress"
 
     RotationAnimation on rotation {
-        running: spinner.visible
+        running: spinner.visible && Theme.moves
         loops: Animation.Infinite
         from: 0
         to: 360

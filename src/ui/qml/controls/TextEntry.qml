@@ -17,11 +17,9 @@ T.TextField {
     selectByMouse: true
     Accessible.name: placeholderText
 
-    background: Rectangle {
+    background: Panel {
         radius: Theme.controlRadius
-        color: Theme.surface
-        border.width: 1
-        border.color: Theme.controlBorder
+        outline: Theme.fieldBorder
     }
 
     PlainText {

@@ -15,10 +15,9 @@ Item {
     Accessible.name: content.stateText
 
     Shadow {
-        anchors.fill: parent
         cornerRadius: Theme.dockRadius
-        layers: 10
-        opacity: 0.45
+        reach: 16
+        opacity: 0.5
     }
     Rectangle {
         anchors.fill: parent

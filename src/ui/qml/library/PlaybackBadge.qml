@@ -21,13 +21,13 @@ Rectangle {
         AppIcon {
             anchors.verticalCenter: parent.verticalCenter
             name: badge.symbol
-            colour: Theme.accent
+            colour: Theme.accentText
             size: Theme.scaled(13)
         }
         PlainText {
             text: badge.text
             font: Theme.captionSemibold
-            color: Theme.accent
+            color: Theme.accentText
         }
     }
 }

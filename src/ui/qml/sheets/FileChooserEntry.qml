@@ -14,9 +14,8 @@ T.AbstractButton {
 
     implicitHeight: Theme.scaled(30)
     horizontalPadding: 9
-    text: name
     focusPolicy: Qt.NoFocus
-    Accessible.name: text
+    Accessible.name: name
     Accessible.checkable: !isFolder
     Accessible.checked: isChosen
     Accessible.onPressAction: clicked()

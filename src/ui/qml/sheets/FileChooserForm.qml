@@ -10,6 +10,7 @@ ColumnLayout {
 
     required property FileChooserPresenter presenter
     required property int contentWidth
+    required property int listHeight
 
     spacing: 12
     onVisibleChanged: if (visible) presenter.isSaving ? name.forceActiveFocus()
@@ -17,6 +18,7 @@ ColumnLayout {
     Keys.onEscapePressed: presenter.cancel()
 
     PlainText {
+        Layout.fillWidth: true
         text: form.presenter.title
         font: Theme.title
         Accessible.role: Accessible.Heading
@@ -35,14 +37,13 @@ ColumnLayout {
         Layout.fillWidth: true
         presenter: form.presenter
     }
-    Rectangle {
+    Panel {
         Layout.fillWidth: true
         Layout.preferredWidth: Theme.scaled(form.contentWidth)
-        Layout.preferredHeight: Theme.scaled(340)
+        Layout.preferredHeight: form.listHeight
         radius: Theme.controlRadius
         color: Theme.window
-        border.width: 1
-        border.color: Theme.controlBorder
+        outline: Theme.controlBorder
 
         FileChooserList {
             id: list
@@ -62,6 +63,13 @@ ColumnLayout {
             color: Theme.secondaryText
             wrapMode: Text.Wrap
             maximumLineCount: 3
+        }
+        ChoiceMenu {
+            visible: form.presenter.filters.length > 1
+            label: "Show"
+            choices: form.presenter.filters
+            currentIndex: form.presenter.filterIndex
+            onChosen: index => form.presenter.chooseFilter(index)
         }
         AppButton {
             text: "Cancel"

@@ -29,11 +29,11 @@ ColumnLayout {
             enabled: place.presenter.canGoUp
             onClicked: place.presenter.goUp()
         }
-        PlainText {
+        TextEntry {
             Layout.fillWidth: true
+            placeholderText: "Folder or file"
             text: place.presenter.folder
-            color: Theme.secondaryText
-            elide: Text.ElideMiddle
+            onAccepted: place.presenter.goTo(text)
         }
         AppButton {
             visible: place.presenter.isSaving

@@ -10,8 +10,11 @@ Sheet {
     padding: 20
     visible: presenter.isShown
 
-    contentItem: FileChooserForm {
+    form: FileChooserForm {
         presenter: sheet.presenter
         contentWidth: sheet.preferredWidth
+        // What is around the list takes about as much as it.
+        listHeight: Math.max(Theme.scaled(90), Math.min(Theme.scaled(340),
+                                                        sheet.mostHeight - Theme.scaled(210)))
     }
 }

@@ -9,5 +9,5 @@ Sheet {
     name: "Pair Quiv Controller"
     visible: presenter.state.isShown
 
-    contentItem: PairingForm { presenter: sheet.presenter }
+    form: PairingForm { presenter: sheet.presenter }
 }

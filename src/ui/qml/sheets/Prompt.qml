@@ -13,7 +13,7 @@ Sheet {
     preferredWidth: 420
     name: title
 
-    contentItem: PromptForm {
+    form: PromptForm {
         title: prompt.title
         message: prompt.message
         confirmText: prompt.confirmText

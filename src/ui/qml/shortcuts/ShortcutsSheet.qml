@@ -10,7 +10,7 @@ Sheet {
     name: "Keyboard shortcuts"
     visible: presenter.isShown
 
-    contentItem: ShortcutsForm {
+    form: ShortcutsForm {
         presenter: sheet.presenter
         title: sheet.name
     }

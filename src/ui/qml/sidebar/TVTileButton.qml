@@ -67,23 +67,17 @@ T.AbstractButton {
         }
     }
 
-    background: Rectangle {
-        radius: Theme.cardRadius
+    background: Panel {
         color: tile.down ? Theme.surfacePressed
                          : tile.hovered ? Theme.surfaceHovered : Theme.surface
+        outline: Theme.tileOutline
 
-        Rectangle { // the selected one beyond doubt
+        Panel { // the selected one beyond doubt
             anchors.fill: parent
-            radius: parent.radius
             visible: tile.isSelected
             color: Theme.accentFill
-        }
-
-        border.width: tile.isSelected ? 2 : 1
-        border.color: tile.isSelected ? Theme.accent : Theme.tileOutline
-
-        Behavior on color {
-            ColorAnimation { duration: Theme.quick }
+            outline: Theme.accent
+            outlineWidth: 2
         }
     }
 

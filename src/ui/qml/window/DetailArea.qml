@@ -15,11 +15,10 @@ Item {
         library.enterResults()
     }
 
-    Loader {
-        anchors.centerIn: parent
-        width: Math.min(parent.width, 690) - 32
-        active: !area.hasTv
-        sourceComponent: NoTvView {}
+    NoTvView {
+        anchors.fill: parent
+        visible: !area.hasTv
+        presenter: area.presenter.noTv
     }
     ColumnLayout {
         anchors.top: parent.top

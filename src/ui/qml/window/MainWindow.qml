@@ -12,8 +12,8 @@ Window {
     title: presenter.title
     width: 1280
     height: 820
-    minimumWidth: 1040
-    minimumHeight: 700
+    minimumWidth: 960
+    minimumHeight: 600
     color: Theme.window
     // A closing sheet leaves the focus nowhere; what had it before gets it back.
     onActiveFocusItemChanged: if (activeFocusItem === contentItem) keyboard.forceActiveFocus()
