@@ -33,8 +33,7 @@ StatusMessage doneMessage(const QList<RemoteFile>& files, int done, const Status
     }
     StatusMessage message = failure;
     if (files.size() > 1) {
-        message.text =
-            u"Downloaded %1 of %2 files. "_s.arg(done).arg(files.size()) + failure.text;
+        message.text = u"Downloaded %1 of %2 files. "_s.arg(done).arg(files.size()) + failure.text;
     }
     return message;
 }

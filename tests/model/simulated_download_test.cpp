@@ -161,6 +161,7 @@ private:
     void begin(const QString& destination, const QString& name = u"Ein Film +&ü.mkv"_s,
                qint64 size = FileSize) {
         m_real->model.downloads()->downloadFile({name, u"VIDEO"_s, size, {}});
+        QTRY_VERIFY(m_real->dialogs.desktop.isAsked);
         m_real->dialogs.desktop.answer(QList<QUrl>{QUrl::fromLocalFile(destination)});
     }
 

@@ -144,6 +144,7 @@ private:
         }
         m_real->model.downloads()->downloadFile({u"remote.mkv"_s, u"VIDEO"_s, m_bytes.size(), {}});
         const QUrl place = QUrl::fromLocalFile(m_folder.filePath(u"remote.mkv"_s));
+        QTRY_VERIFY(m_real->dialogs.desktop.isAsked);
         m_real->dialogs.desktop.answer(QList<QUrl>{place});
     }
     // Returns false while nothing is there to be cancelled, or when it is too late.

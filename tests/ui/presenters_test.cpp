@@ -250,6 +250,26 @@ private Q_SLOTS:
         QCOMPARE(state.speedIndex, 0);
     }
 
+    void controlsWaitForTheTv() {
+        m_state.content = library({u"a.mkv"_s});
+        m_state.pendingCommands = {PlaybackCommand::play(u"a.mkv"_s), PlaybackCommand::seekBy(-1)};
+        m_state.isReachable = false;
+        read(playingVideo());
+        DockWaiting expected;
+        expected.play = expected.back = true;
+        QCOMPARE(m_presenter->dock()->waiting(), expected);
+        QVERIFY(!m_presenter->dock()->isReachable());
+        const FileGroupRowState row = fileGroupRowState(m_state.content.groupedFiles[0], m_state);
+        QVERIFY(row.isPlayWaiting && row.isDimmed);
+        QVERIFY(!row.canPlay && !row.canMove && !row.canDelete && !row.canDownload);
+        const QString key = m_state.content.groupedFiles[0].group.id;
+        m_presenter->library()->playOrPause(key);
+        m_presenter->library()->moveStorage(key);
+        m_presenter->library()->requestDelete(key);
+        QVERIFY(!m_presenter->deletePrompt()->isShown());
+        QCOMPARE(takeCalls(), QStringList());
+    }
+
     void choicesAreSentByTheirTags() {
         DockPresenter& dock = *m_presenter->dock();
         PlaybackResponse playback = playingVideo();

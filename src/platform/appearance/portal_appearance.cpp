@@ -2,6 +2,7 @@
 
 #include <QDBusArgument>
 #include <QDBusMessage>
+#include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
@@ -49,6 +50,7 @@ PortalAppearance::PortalAppearance(QObject* parent)
       m_watcher(Service, m_bus, QDBusServiceWatcher::WatchForRegistration) {
     if (!m_bus.isConnected())
         return;
+    qDBusRegisterMetaType<QMap<QString, QVariantMap>>();
     connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &PortalAppearance::readAll);
     // From whoever it comes: the service may start only now.
     m_bus.connect(QString(), Path, Interface, u"SettingChanged"_s, this,

@@ -1,12 +1,16 @@
 #include "platform/dialogs/file_dialogs.h"
 
 #include "platform/async/background.h"
+#include "platform/async/promise.h"
 #include "platform/dialogs/folder_listing.h"
 #include "platform/settings_store.h"
 
+#include <QDir>
 #include <QFileInfo>
+#include <QTimer>
 
 #include <algorithm>
+#include <chrono>
 
 namespace quiv {
 
@@ -14,9 +18,28 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr std::chrono::seconds LongestLook{1};
+
 bool isSaving(const FileDialogRequest& request) {
     return request.purpose != FileDialogRequest::Purpose::OpenOne &&
            request.purpose != FileDialogRequest::Purpose::OpenSeveral;
+}
+
+Task<> look(QString last, bool saves, Promise<QString> found) {
+    const auto looking = [last, saves] {
+        return startFolder(last, saves);
+    };
+    found.resolve(co_await onDisk(looking));
+}
+
+// A disk that does not answer keeps no dialog away.
+Task<QString> folderToBeginIn(QString last, bool saves) {
+    const Promise<QString> found;
+    QTimer patience;
+    patience.callOnTimeout(&patience, [found] { found.resolve(QDir::homePath()); });
+    patience.start(LongestLook);
+    const Task<> looking = look(last, saves, found);
+    co_return co_await found.wait();
 }
 
 } // namespace
@@ -31,10 +54,7 @@ bool passes(const FileFilter& filter, const QString& fileName) {
 Task<FileDialogAnswer> PreferredFileDialogs::ask(FileDialogRequest request) {
     const bool saves = isSaving(request);
     const QString key = saves ? u"FolderToSaveTo"_s : u"FolderToOpenFrom"_s;
-    const auto looking = [last = m_settings.text(key).value_or(QString()), saves] {
-        return startFolder(last, saves);
-    };
-    request.folder = co_await onDisk(looking);
+    request.folder = co_await folderToBeginIn(m_settings.text(key).value_or(QString()), saves);
     FileDialogAnswer answer = co_await askIn(request);
     if (answer && !answer->isEmpty() && answer->constFirst().isLocalFile()) {
         const QString path = answer->constFirst().toLocalFile();

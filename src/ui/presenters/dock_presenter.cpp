@@ -129,6 +129,7 @@ void DockPresenter::show(const WindowState& state) {
     const bool isNewReading = before.playbackReading != state.playbackReading;
     const auto& groups = state.content.groupedFiles;
     const bool isSameLibrary = before.content.groupedFiles.isSharedWith(groups);
+    publish(this, m_isReachable, state.isReachable, &DockPresenter::isReachableChanged);
     publish(this, m_waiting, dockWaiting(state.pendingCommands), &DockPresenter::waitingChanged);
     if (isNewReading)
         takeReading(read, isSameVideo);

@@ -108,6 +108,7 @@ class DockPresenter : public QObject {
     Q_PROPERTY(quiv::DockState state READ state NOTIFY stateChanged)
     Q_PROPERTY(quiv::DockTimeline timeline READ timeline NOTIFY timelineChanged)
     Q_PROPERTY(quiv::DockWaiting waiting READ waiting NOTIFY waitingChanged)
+    Q_PROPERTY(bool isReachable READ isReachable NOTIFY isReachableChanged)
 
 public:
     explicit DockPresenter(WindowActions& actions, QObject* parent = nullptr);
@@ -115,6 +116,7 @@ public:
     const DockState& state() const { return m_state; }
     const DockTimeline& timeline() const { return m_shownTimeline; }
     const DockWaiting& waiting() const { return m_waiting; }
+    bool isReachable() const { return m_isReachable; } // the TV answers
 
     void show(const WindowState& state);
 
@@ -141,6 +143,7 @@ Q_SIGNALS:
     void stateChanged();
     void timelineChanged();
     void waitingChanged();
+    void isReachableChanged();
 
 private:
     enum class Motion { Jump, Glide };
@@ -155,6 +158,7 @@ private:
     PlaybackTimeline m_timeline;
     DockTimeline m_shownTimeline;
     DockWaiting m_waiting;
+    bool m_isReachable = true;
     QTimer m_tick;
 };
 

@@ -16,6 +16,16 @@ bool isNowOnTV(const FileGroup& group, const WindowState& state) {
     return group.video && state.playback && state.playback->currentVideoName == group.video->name;
 }
 
+// Whether the TV has not answered to a command that plays, pauses or resumes this video.
+bool isPlayWaiting(const FileGroup& group, const WindowState& state) {
+    return group.video && std::ranges::any_of(state.pendingCommands, [&](const auto& each) {
+               return each.command == u"play"_s
+                          ? each.name == group.video->name
+                          : (each.command == u"pause"_s || each.command == u"resume"_s) &&
+                                isNowOnTV(group, state);
+           });
+}
+
 bool isUsbConnected(const WindowState& state) {
     return state.content.usbStorage && state.content.usbStorage->isConnected;
 }
@@ -52,7 +62,8 @@ bool isUploadInProgress(const FileGroup& group, const QSet<QString>& uploadKeys)
 bool isSameForRows(const WindowState& a, const WindowState& b) {
     return isSamePlaybackForRows(a.playback, b.playback) && a.move == b.move &&
            isUsbConnected(a) == isUsbConnected(b) && a.download == b.download &&
-           a.thumbnails == b.thumbnails;
+           a.thumbnails == b.thumbnails && a.isReachable == b.isReachable &&
+           a.pendingCommands == b.pendingCommands;
 }
 
 FileGroupRowState fileGroupRowState(const LibraryRow& row, const WindowState& window,
@@ -72,15 +83,20 @@ FileGroupRowState fileGroupRowState(const LibraryRow& row, const WindowState& wi
     state.hasVideo = group.video.has_value();
     state.playSymbol = isPlaying ? u"pause.fill"_s : u"play.fill"_s;
     state.moveTitle = goesToUsb ? u"Move to USB"_s : u"Move to Internal"_s;
-    state.canMove =
-        state.hasVideo && !window.move.isMovingFile && (!goesToUsb || isUsbConnected(window));
     state.isUploading = isUploadInProgress(group, uploadKeys);
+    const bool isAtRest = window.isReachable && !state.isUploading;
+    state.canPlay = state.hasVideo && isAtRest;
+    state.isPlayWaiting = isPlayWaiting(group, window);
+    state.canMove = state.hasVideo && window.isReachable && !window.move.isMovingFile &&
+                    (!goesToUsb || isUsbConnected(window));
+    state.canDelete = isAtRest;
+    state.isDimmed = !window.isReachable;
     state.isMoving = isMoveInProgress(group, window.move);
     if (state.isMoving) {
         state.moveFraction = window.move.moveProgress;
         state.movePercentText = formatPercent(window.move.moveProgress);
     }
-    state.canDownload = !state.isUploading && !filesOf(group).isEmpty();
+    state.canDownload = isAtRest && !filesOf(group).isEmpty();
     state.isDownloading = isDownloadInProgress(group, window);
     if (state.isDownloading) {
         state.downloadFraction = std::clamp(window.download.currentDownloadProgress, 0.0, 1.0);

@@ -22,6 +22,8 @@ struct FileGroupRowState {
     Q_PROPERTY(QString playbackSymbol MEMBER playbackSymbol)
     Q_PROPERTY(bool hasVideo MEMBER hasVideo)
     Q_PROPERTY(QString playSymbol MEMBER playSymbol)
+    Q_PROPERTY(bool canPlay MEMBER canPlay)
+    Q_PROPERTY(bool isPlayWaiting MEMBER isPlayWaiting)
     Q_PROPERTY(QString moveTitle MEMBER moveTitle)
     Q_PROPERTY(bool canMove MEMBER canMove)
     Q_PROPERTY(bool isUploading MEMBER isUploading)
@@ -33,6 +35,8 @@ struct FileGroupRowState {
     Q_PROPERTY(double downloadFraction MEMBER downloadFraction)
     Q_PROPERTY(QString downloadPercentText MEMBER downloadPercentText)
     Q_PROPERTY(QUrl thumbnailURL MEMBER thumbnailURL)
+    Q_PROPERTY(bool canDelete MEMBER canDelete)
+    Q_PROPERTY(bool isDimmed MEMBER isDimmed)
     Q_PROPERTY(bool isSelected MEMBER isSelected)
 
 public:
@@ -43,6 +47,8 @@ public:
     QString playbackSymbol;
     bool hasVideo = false;
     QString playSymbol; // of the play control: what pressing it would do
+    bool canPlay = false;
+    bool isPlayWaiting = false; // for the TV's answer
     QString moveTitle;
     bool canMove = false;
     bool isUploading = false; // some file of the group, or it waits for that
@@ -54,6 +60,8 @@ public:
     double downloadFraction = 0; // 0 to 1
     QString downloadPercentText;
     QUrl thumbnailURL; // empty without a video
+    bool canDelete = false;
+    bool isDimmed = false; // the TV does not answer
     bool isSelected = false;
 
     bool operator==(const FileGroupRowState&) const = default;

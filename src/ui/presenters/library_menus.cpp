@@ -75,7 +75,7 @@ QList<ActionMenuEntry> rowEntries(const FileGroup& group, const FileGroupRowStat
     QList<ActionMenuEntry> entries;
     if (state.hasVideo) {
         const QString play = state.playSymbol == "pause.fill"_L1 ? u"Pause"_s : u"Play"_s;
-        entries = {{play, state.playSymbol, !state.isUploading,
+        entries = {{play, state.playSymbol, state.canPlay,
                     [&presenter, key] {
                         presenter.playOrPause(key);
                     }},
@@ -93,7 +93,7 @@ QList<ActionMenuEntry> rowEntries(const FileGroup& group, const FileGroupRowStat
                         }});
     else
         entries.append(namedDownloads(group, state.canDownload, actions));
-    entries.append({u"Delete..."_s, u"trash"_s, !state.isUploading, [&presenter, key] {
+    entries.append({u"Delete..."_s, u"trash"_s, state.canDelete, [&presenter, key] {
                         presenter.requestDelete(key);
                     }});
     return entries;

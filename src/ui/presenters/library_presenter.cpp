@@ -122,12 +122,12 @@ void LibraryPresenter::show(const WindowState& state) {
 
 void LibraryPresenter::playOrPause(const QString& key) {
     const LibraryRow* row = rowOf(key);
-    if (row && row->group.video && !isUploadInProgress(row->group, m_uploadKeys))
+    if (row && fileGroupRowState(*row, m_state, m_uploadKeys).canPlay)
         m_actions.startPrimaryPlayback(row->group.video->name, row->group.title);
 }
 
 void LibraryPresenter::moveStorage(const QString& key) {
-    if (const LibraryRow* row = rowOf(key); row && row->group.video)
+    if (const LibraryRow* row = rowOf(key); row && row->group.video && m_state.isReachable)
         m_actions.startMove(row->group.video->name, otherStorage(row->storageLocation));
 }
 
@@ -168,6 +168,8 @@ int LibraryPresenter::entryBeginningWith(const QString& typed, int current) cons
 
 QList<FileGroup> LibraryPresenter::groupsActedOn(const QString& key) const {
     QList<FileGroup> groups;
+    if (!m_state.isReachable)
+        return groups;
     for (const LibraryRow& row : rowsActedOn(m_selection, m_rows.rows(), key)) {
         if (!isUploadInProgress(row.group, m_uploadKeys))
             groups.append(row.group);

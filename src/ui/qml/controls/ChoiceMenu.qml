@@ -20,6 +20,7 @@ T.Button {
     implicitWidth: Theme.scaled(190)
     implicitHeight: Theme.controlHeight
     horizontalPadding: 12
+    opacity: enabled ? 1 : 0.45
     text: label
     Accessible.name: label
     Accessible.description: currentText

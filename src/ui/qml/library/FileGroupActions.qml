@@ -50,7 +50,7 @@ Row {
         text: "Delete"
         shortcut: "Delete"
         isCompact: actions.isCompact
-        enabled: !actions.content.isUploading
+        enabled: actions.content.canDelete
         focusPolicy: actions.focusPolicy
         onClicked: actions.presenter.requestDelete(actions.key)
     }

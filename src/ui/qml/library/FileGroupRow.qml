@@ -16,6 +16,7 @@ Item {
     required property bool isMarked // has the focus itself
     required property bool isHovered
     required property int focusPolicy
+    readonly property real contentOpacity: content.isDimmed ? 0.5 : 1
     readonly property color resting: content.isSelected ? Theme.accentFill : "transparent"
 
     implicitHeight: lines.implicitHeight + 18
@@ -47,20 +48,24 @@ Item {
             spacing: row.measures.spacing
 
             CachedThumbnailView {
+                opacity: row.contentOpacity
                 Layout.preferredWidth: row.measures.thumbnailWidth
                 store: row.thumbnails
                 source: row.isInView ? row.content.thumbnailURL : ""
             }
             FileGroupTitle {
+                opacity: row.contentOpacity
                 Layout.fillWidth: true
                 content: row.content
             }
             PlaybackBadge {
+                opacity: row.contentOpacity
                 visible: text !== ""
                 symbol: row.content.playbackSymbol
                 text: row.content.playbackText
             }
             Badge {
+                opacity: row.contentOpacity
                 Layout.preferredWidth: row.measures.storageWidth
                 text: row.content.storageBadge.text
                 tone: row.content.storageBadge.tone
@@ -68,7 +73,8 @@ Item {
             PlaybackIconButton {
                 // Keeps its place, so that the columns line up.
                 opacity: !row.content.hasVideo ? 0 : enabled ? 1 : 0.45
-                enabled: row.content.hasVideo && !row.content.isUploading
+                enabled: row.content.canPlay
+                isWaiting: row.content.isPlayWaiting
                 Accessible.ignored: !row.content.hasVideo
                 isRound: true
                 systemName: row.content.playSymbol

@@ -65,7 +65,6 @@ Item {
             Layout.topMargin: 4
             opensDown: true
             enabled: panel.content.subtitles.length > 0 // they are known
-            opacity: enabled ? 1 : 0.45
             label: "Subtitles"
             choices: panel.content.subtitles
             currentIndex: panel.content.subtitleIndex

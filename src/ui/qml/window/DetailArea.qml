@@ -64,6 +64,7 @@ Item {
             Layout.rightMargin: Theme.padding
             Layout.bottomMargin: Theme.padding
             visible: presenter.state.isShown
+            enabled: presenter.isReachable
             presenter: area.presenter.dock
         }
     }
