@@ -2,6 +2,7 @@
 seeks, opens menus, moves, downloads, uploads and deletes."""
 
 import os
+import shutil
 
 from desktop import element, elements, focused, names, wait_for
 from television import journey, same, shows
@@ -88,6 +89,7 @@ def move_and_download(desktop, tv):
     place = os.path.join(os.environ["HOME"], "Colours.srt")  # there is no folder for downloads
     wait_for("the download", lambda: os.path.exists(place))
     assert same(place, tv.path("Colours.srt"))
+    shutil.copy(place, desktop.videos)  # where uploads begin
 
 
 def upload(desktop, tv):
