@@ -23,7 +23,10 @@ RowLayout {
         elide: Text.ElideMiddle
     }
     ProgressLine {
+        Layout.fillWidth: true
+        Layout.minimumWidth: 40
         Layout.preferredWidth: 180
+        Layout.maximumWidth: 180
         fraction: row.move.fraction
         label: row.move.label
     }

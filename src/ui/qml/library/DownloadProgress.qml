@@ -42,13 +42,12 @@ T.Button {
         font: button.font
     }
 
-    background: Rectangle {
+    background: Panel {
         readonly property color offered: button.down ? Theme.surfacePressed : Theme.surfaceHovered
 
         radius: Theme.controlRadius
         color: button.offersCancel ? offered : Theme.progressFill
-        border.width: button.offersCancel ? 1 : 0
-        border.color: Theme.controlBorder
+        outline: button.offersCancel ? Theme.controlBorder : "transparent"
     }
 
     HoverHandler {

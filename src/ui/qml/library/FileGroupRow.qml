@@ -48,6 +48,7 @@ Item {
 
             CachedThumbnailView {
                 Layout.preferredWidth: row.measures.thumbnailWidth
+                visible: row.measures.showsThumbnail
                 store: row.thumbnails
                 source: row.isInView ? row.content.thumbnailURL : ""
             }
@@ -56,12 +57,13 @@ Item {
                 content: row.content
             }
             PlaybackBadge {
-                visible: text !== ""
+                visible: text !== "" && row.measures.showsStorage
                 symbol: row.content.playbackSymbol
                 text: row.content.playbackText
             }
             Badge {
                 Layout.preferredWidth: row.measures.storageWidth
+                visible: row.measures.showsStorage
                 text: row.content.storageBadge.text
                 tone: row.content.storageBadge.tone
             }
@@ -88,7 +90,8 @@ Item {
             }
         }
         RowMove {
-            Layout.leftMargin: row.measures.thumbnailWidth + row.measures.spacing
+            Layout.leftMargin: row.measures.showsThumbnail
+                               ? row.measures.thumbnailWidth + row.measures.spacing : 0
             visible: content.isMoving
             content: row.content
         }
