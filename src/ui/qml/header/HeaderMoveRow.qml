@@ -17,6 +17,7 @@ RowLayout {
     }
     PlainText {
         Layout.fillWidth: true
+        Layout.minimumWidth: Math.min(implicitWidth, Theme.scaled(80))
         Layout.maximumWidth: Math.ceil(implicitWidth)
         text: row.move.label
         font: Theme.subheadline

@@ -8,6 +8,7 @@ T.Button {
 
     required property real fraction
     required property string percentText
+    property bool isTight: false // no room for words
     property bool wasTapped: false
     readonly property bool offersCancel: hover.hovered || visualFocus || wasTapped
 
@@ -38,6 +39,7 @@ T.Button {
         fraction: button.fraction
         percentText: button.percentText
         offersCancel: button.offersCancel
+        isTight: button.isTight
         cancelText: button.text
         font: button.font
     }

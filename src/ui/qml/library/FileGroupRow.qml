@@ -55,6 +55,7 @@ Item {
             FileGroupTitle {
                 Layout.fillWidth: true
                 content: row.content
+                wraps: row.measures.wrapsTitle
             }
             PlaybackBadge {
                 visible: text !== "" && row.measures.showsStorage

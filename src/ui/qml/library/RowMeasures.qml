@@ -31,6 +31,8 @@ QtObject {
     readonly property bool showsStorage: compactTitleWidth >= narrowestCompactTitle
     readonly property bool showsThumbnail: compactTitleWidth + storageWidth + spacing
                                            >= narrowestCompactTitle
+    readonly property bool wrapsTitle: compactTitleWidth + storageWidth + thumbnailWidth
+                                       + 2 * spacing < narrowestCompactTitle
 
     readonly property TextMetrics usb: TextMetrics { font: Theme.captionSemibold; text: "USB" }
     readonly property TextMetrics internal: TextMetrics { font: Theme.captionSemibold; text: "Internal" }

@@ -85,7 +85,7 @@ Item {
                     font: Theme.caption
                     color: row.content.isFailed ? Theme.destructive : Theme.secondaryText
                     wrapMode: Text.Wrap
-                    maximumLineCount: 3
+                    maximumLineCount: 4
                 }
             }
             AppButton {
