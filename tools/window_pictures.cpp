@@ -342,7 +342,7 @@ void Pictures::takeAll() {
     takeUploads();
     takeDownloads();
     takeLocalPlayer();
-    for (int step = 0; step < 4; ++step)
+    for (int step = 0; step < 5; ++step)
         QTest::keyClick(m_view.window(), Qt::Key_Tab);
     QTest::keyClick(m_view.window(), Qt::Key_Down);
     take(u"keyboard"_s, {1040, 700});

@@ -38,7 +38,7 @@ Rectangle {
             objectName: "segment"
 
             // A share of the way: the line may get its width only while this runs.
-            property real progress
+            property real progress: 0.5 // the middle, where nothing moves
 
             x: progress * (line.width + width) - width
             width: parent.width * 0.28
@@ -48,7 +48,7 @@ Rectangle {
             opacity: 0.55
 
             SequentialAnimation on progress {
-                running: segment.visible
+                running: segment.visible && Theme.moves
                 loops: Animation.Infinite
 
                 NumberAnimation {

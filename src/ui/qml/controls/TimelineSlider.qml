@@ -84,7 +84,7 @@ Item {
         radius: width / 2
         visible: slider.enabled
         color: Theme.knob
-        border.width: 1
+        border.width: Theme.hairline
         border.color: Theme.knobBorder
         scale: area.pressed ? 1.15 : 1
 

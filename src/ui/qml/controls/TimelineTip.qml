@@ -21,10 +21,8 @@ T.ToolTip {
         font: Theme.caption
         Accessible.ignored: true
     }
-    background: Rectangle {
+    background: Panel {
         radius: 6
-        color: Theme.surface
-        border.width: 1
-        border.color: Theme.controlBorder
+        outline: Theme.controlBorder
     }
 }

@@ -7,6 +7,8 @@ AppIcon {
     required property string symbol
     required property bool isWaiting
 
+    width: size // also while there is no picture
+    height: size
     name: spinner.visible ? "" : symbol
 
     PatientSpinner {

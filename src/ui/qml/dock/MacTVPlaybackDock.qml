@@ -19,12 +19,10 @@ Item {
         reach: 16
         opacity: 0.5
     }
-    Rectangle {
+    Panel {
         anchors.fill: parent
         radius: Theme.dockRadius
-        color: Theme.surface
-        border.width: 1
-        border.color: Theme.separator
+        outline: Theme.separator
     }
     ColumnLayout {
         id: lines
@@ -33,11 +31,14 @@ Item {
         anchors.margins: 16
         spacing: 8
 
-        RowLayout {
-            spacing: 8
+        GridLayout {
+            columns: dock.width < Theme.scaled(440) ? 5 : 6
+            columnSpacing: 8
+            rowSpacing: 8
 
             ColumnLayout {
                 Layout.fillWidth: true
+                Layout.columnSpan: parent.columns === 5 ? 5 : 1
                 spacing: 1
 
                 PlainText {

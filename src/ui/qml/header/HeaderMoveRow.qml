@@ -17,13 +17,17 @@ RowLayout {
     }
     PlainText {
         Layout.fillWidth: true
+        Layout.minimumWidth: Math.min(implicitWidth, Theme.scaled(80))
         Layout.maximumWidth: Math.ceil(implicitWidth)
         text: row.move.label
         font: Theme.subheadline
         elide: Text.ElideMiddle
     }
     ProgressLine {
+        Layout.fillWidth: true
+        Layout.minimumWidth: 40
         Layout.preferredWidth: 180
+        Layout.maximumWidth: 180
         fraction: row.move.fraction
         label: row.move.label
     }

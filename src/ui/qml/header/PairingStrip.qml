@@ -13,13 +13,15 @@ Strip {
     implicitHeight: row.implicitHeight + 20
     color: Theme.stripFill
 
-    RowLayout {
+    GridLayout {
         id: row
 
         anchors.fill: parent
         anchors.margins: 10
         anchors.leftMargin: Theme.gap
-        spacing: 10
+        columns: strip.width < Theme.scaled(480) ? 2 : 3 // the buttons below the words
+        columnSpacing: 10
+        rowSpacing: 10
 
         AppIcon {
             name: "lock.shield"
@@ -49,14 +51,19 @@ Strip {
                 wrapMode: Text.Wrap
             }
         }
-        AppButton {
-            text: "Enter pairing code"
-            kind: AppButton.Prominent
-            onClicked: strip.pairRequested()
-        }
-        AppButton {
-            text: "Cancel pairing"
-            onClicked: strip.cancelRequested()
+        RowLayout {
+            Layout.columnSpan: row.columns === 2 ? 2 : 1
+            spacing: 10
+
+            AppButton {
+                text: "Enter pairing code"
+                kind: AppButton.Prominent
+                onClicked: strip.pairRequested()
+            }
+            AppButton {
+                text: "Cancel pairing"
+                onClicked: strip.cancelRequested()
+            }
         }
     }
 }

@@ -14,7 +14,12 @@ Item {
     // Button and progress are equally wide, so that columns line up, but where the symbol alone is.
     required property int wideWidth
 
-    implicitWidth: isCompact && !content.isDownloading ? button.implicitWidth : wideWidth
+    // Progress alone where the title needs the room.
+    required property bool isTight
+    readonly property int progressWidth: isTight ? Theme.scaled(52) : wideWidth
+
+    implicitWidth: !isCompact ? wideWidth
+                              : content.isDownloading ? progressWidth : button.implicitWidth
     implicitHeight: button.implicitHeight
 
     AppButton {
@@ -32,6 +37,7 @@ Item {
     }
     DownloadProgress {
         anchors.fill: parent
+        isTight: area.isTight
         visible: area.content.isDownloading
         fraction: area.content.downloadFraction
         percentText: area.content.downloadPercentText

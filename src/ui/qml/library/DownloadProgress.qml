@@ -8,6 +8,7 @@ T.Button {
 
     required property real fraction
     required property string percentText
+    property bool isTight: false // no room for words
     property bool wasTapped: false
     readonly property bool offersCancel: hover.hovered || visualFocus || wasTapped
 
@@ -38,17 +39,17 @@ T.Button {
         fraction: button.fraction
         percentText: button.percentText
         offersCancel: button.offersCancel
+        isTight: button.isTight
         cancelText: button.text
         font: button.font
     }
 
-    background: Rectangle {
+    background: Panel {
         readonly property color offered: button.down ? Theme.surfacePressed : Theme.surfaceHovered
 
         radius: Theme.controlRadius
         color: button.offersCancel ? offered : Theme.progressFill
-        border.width: button.offersCancel ? 1 : 0
-        border.color: Theme.controlBorder
+        outline: button.offersCancel ? Theme.controlBorder : "transparent"
     }
 
     HoverHandler {

@@ -9,6 +9,7 @@ Item {
     required property bool offersCancel
     required property string cancelText
     required property font font
+    required property bool isTight // the number alone, and a sign to end it
 
     implicitWidth: cancelLabel.implicitWidth
 
@@ -16,14 +17,14 @@ Item {
         id: line
 
         anchors.verticalCenter: parent.verticalCenter
-        visible: !content.offersCancel
-        width: 52
+        visible: !content.offersCancel && !content.isTight
+        width: content.isTight ? 0 : 52
         fraction: content.fraction
         label: "Download"
     }
     PlainText {
         anchors.left: line.right
-        anchors.leftMargin: 9
+        anchors.leftMargin: content.isTight ? 0 : 9
         anchors.verticalCenter: parent.verticalCenter
         visible: !content.offersCancel
         text: content.percentText
@@ -35,8 +36,8 @@ Item {
 
         anchors.fill: parent
         visible: content.offersCancel
-        symbol: ""
-        text: content.cancelText
+        symbol: content.isTight ? "xmark" : ""
+        text: content.isTight ? "" : content.cancelText
         widestText: text
         font: content.font
         ink: Theme.destructive

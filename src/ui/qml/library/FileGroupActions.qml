@@ -41,6 +41,7 @@ Row {
         content: actions.content
         menu: actions.menu
         isCompact: actions.isCompact
+        isTight: actions.isCompact && !actions.measures.showsStorage
         focusPolicy: actions.focusPolicy
     }
     AppButton {

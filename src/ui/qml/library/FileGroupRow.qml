@@ -50,6 +50,7 @@ Item {
             CachedThumbnailView {
                 opacity: row.contentOpacity
                 Layout.preferredWidth: row.measures.thumbnailWidth
+                visible: row.measures.showsThumbnail
                 store: row.thumbnails
                 source: row.isInView ? row.content.thumbnailURL : ""
             }
@@ -57,16 +58,18 @@ Item {
                 opacity: row.contentOpacity
                 Layout.fillWidth: true
                 content: row.content
+                wraps: row.measures.wrapsTitle
             }
             PlaybackBadge {
                 opacity: row.contentOpacity
-                visible: text !== ""
+                visible: text !== "" && row.measures.showsStorage
                 symbol: row.content.playbackSymbol
                 text: row.content.playbackText
             }
             Badge {
                 opacity: row.contentOpacity
                 Layout.preferredWidth: row.measures.storageWidth
+                visible: row.measures.showsStorage
                 text: row.content.storageBadge.text
                 tone: row.content.storageBadge.tone
             }
@@ -94,7 +97,8 @@ Item {
             }
         }
         RowMove {
-            Layout.leftMargin: row.measures.thumbnailWidth + row.measures.spacing
+            Layout.leftMargin: row.measures.showsThumbnail
+                               ? row.measures.thumbnailWidth + row.measures.spacing : 0
             visible: content.isMoving
             content: row.content
         }

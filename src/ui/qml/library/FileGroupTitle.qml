@@ -7,6 +7,7 @@ ColumnLayout {
     id: title
 
     required property fileGroupRowState content
+    required property bool wraps // on to a second line
 
     spacing: 3
 
@@ -14,7 +15,9 @@ ColumnLayout {
         Layout.fillWidth: true
         text: title.content.title
         font: Theme.headline
-        elide: Text.ElideMiddle // episodes differ at the end
+        wrapMode: title.wraps ? Text.Wrap : Text.NoWrap
+        maximumLineCount: title.wraps ? 2 : 1
+        elide: title.wraps ? Text.ElideRight : Text.ElideMiddle // episodes differ at the end
     }
     PlainText {
         Layout.fillWidth: true

@@ -105,6 +105,8 @@ ListView {
         NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.gentle }
     }
     remove: Transition {
+        enabled: Theme.moves // one that takes no time leaves the row where it was
+
         NumberAnimation { property: "opacity"; to: 0; duration: Theme.gentle }
     }
 

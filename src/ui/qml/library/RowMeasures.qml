@@ -24,6 +24,15 @@ QtObject {
     readonly property int titleWidth: rowWidth - 2 * margin - thumbnailWidth - storageWidth
                                       - Theme.scaled(30) - wideButtons - 4 * spacing
     readonly property bool isCompact: titleWidth < narrowestTitle
+    // Large type on a small window: what can be missed makes room for the title.
+    readonly property int compactTitleWidth: titleWidth + wideButtons - 4 * (Theme.scaled(30) + 2)
+                                             - 3 * buttonSpacing
+    readonly property int narrowestCompactTitle: Theme.scaled(150)
+    readonly property bool showsStorage: compactTitleWidth >= narrowestCompactTitle
+    readonly property bool showsThumbnail: compactTitleWidth + storageWidth + spacing
+                                           >= narrowestCompactTitle
+    readonly property bool wrapsTitle: compactTitleWidth + storageWidth + thumbnailWidth
+                                       + 2 * spacing < narrowestCompactTitle
 
     readonly property TextMetrics usb: TextMetrics { font: Theme.captionSemibold; text: "USB" }
     readonly property TextMetrics internal: TextMetrics { font: Theme.captionSemibold; text: "Internal" }

@@ -49,7 +49,7 @@ T.Slider {
         height: width
         radius: width / 2
         color: Theme.knob
-        border.width: 1
+        border.width: Theme.hairline
         border.color: Theme.knobBorder
     }
 

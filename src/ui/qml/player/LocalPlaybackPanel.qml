@@ -9,20 +9,18 @@ Item {
     required property LocalPanelPresenter presenter
     required property Item fullScreenArea // of the window, to which the picture moves
     readonly property localPanelState content: presenter.state
-    readonly property int sideWidth: Theme.scaled(198)
+    readonly property int sideWidth: Math.min(Theme.scaled(198), width * 0.45)
     readonly property int pictureHeight: Math.min(
         Math.round(Window.height * 0.38), Math.round((width - sideWidth - 3 * 12) * 9 / 16))
 
-    implicitHeight: pictureHeight + 24
+    implicitHeight: Math.max(pictureHeight, side.implicitHeight) + 24
     Accessible.role: Accessible.Grouping
     Accessible.name: "Playing on this Mac"
 
-    Rectangle {
+    Panel {
         anchors.fill: parent
         radius: Theme.dockRadius
-        color: Theme.surface
-        border.width: 1
-        border.color: Theme.separator
+        outline: Theme.separator
     }
     Item {
         id: place
@@ -30,7 +28,7 @@ Item {
         x: 12
         y: 12
         width: Math.round(panel.pictureHeight * 16 / 9)
-        height: panel.pictureHeight
+        height: panel.height - 24
 
         LocalPlayerStage {
             parent: panel.presenter.isFullScreen ? panel.fullScreenArea : place
@@ -39,6 +37,8 @@ Item {
         }
     }
     ColumnLayout {
+        id: side
+
         anchors.left: place.right
         anchors.right: parent.right
         anchors.top: place.top
@@ -63,6 +63,8 @@ Item {
         }
         ChoiceMenu {
             Layout.topMargin: 4
+            Layout.fillWidth: true
+            Layout.maximumWidth: implicitWidth
             opensDown: true
             enabled: panel.content.subtitles.length > 0 // they are known
             label: "Subtitles"
@@ -71,6 +73,8 @@ Item {
             onChosen: index => panel.presenter.chooseSubtitle(index)
         }
         ChoiceMenu {
+            Layout.fillWidth: true
+            Layout.maximumWidth: implicitWidth
             visible: panel.content.audioTracks.length > 0
             opensDown: true
             label: "Audio"
@@ -79,7 +83,8 @@ Item {
             onChosen: index => panel.presenter.chooseAudio(index)
         }
         Item { Layout.fillHeight: true }
-        RowLayout {
+        Flow {
+            Layout.fillWidth: true
             spacing: 8
 
             AppButton {

@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Quiv
 
 // The controls over a video that plays here.
-Rectangle {
+Panel {
     id: bar
 
     required property LocalPanelPresenter presenter
@@ -13,9 +13,7 @@ Rectangle {
 
     implicitHeight: Theme.scaled(30) + 12
     radius: 10
-    color: Theme.surface
-    border.width: 1
-    border.color: Theme.separator
+    outline: Theme.separator
 
     HoverHandler { id: hover }
     MouseArea { anchors.fill: parent } // what is under the bar is not meant
@@ -33,6 +31,7 @@ Rectangle {
         PlainText {
             Layout.leftMargin: 4
             Layout.minimumWidth: Math.max(implicitWidth, duration.implicitWidth)
+            visible: bar.width > Theme.scaled(240)
             horizontalAlignment: Text.AlignRight
             text: bar.timeline.positionText
             font: Theme.subheadline
@@ -56,6 +55,7 @@ Rectangle {
             id: duration
 
             Layout.rightMargin: 4
+            visible: bar.width > Theme.scaled(300)
             text: bar.timeline.durationText
             font: Theme.subheadline
         }
@@ -67,6 +67,7 @@ Rectangle {
         LevelSlider {
             id: volume
 
+            visible: bar.width > Theme.scaled(380)
             label: "Volume"
             level: bar.content.volume
             onMoved: level => bar.presenter.setVolume(level)

@@ -3,17 +3,14 @@ import QtQuick.Layouts
 import Quiv
 
 // Why there is no picture, and what else can play the video.
-Rectangle {
+Panel {
     id: box
 
     required property LocalPanelPresenter presenter
     readonly property localPanelState content: presenter.state
 
     implicitHeight: lines.implicitHeight + 32
-    radius: Theme.cardRadius
-    color: Theme.surface
-    border.width: 1
-    border.color: Theme.separator
+    outline: Theme.separator
 
     ColumnLayout {
         id: lines

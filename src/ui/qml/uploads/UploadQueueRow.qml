@@ -28,14 +28,11 @@ Item {
         height: lines.implicitHeight + 22
         clip: true
 
-        Rectangle {
+        Panel {
             anchors.fill: parent
             anchors.topMargin: row.isFirst ? 0 : -Theme.cardRadius
             anchors.bottomMargin: row.isLast ? 0 : -Theme.cardRadius
-            radius: Theme.cardRadius
-            color: Theme.surface
-            border.width: 1
-            border.color: Theme.separator
+            outline: Theme.separator
         }
         Divider {
             anchors.left: parent.left
@@ -87,6 +84,8 @@ Item {
                     text: row.content.statusText
                     font: Theme.caption
                     color: row.content.isFailed ? Theme.destructive : Theme.secondaryText
+                    wrapMode: Text.Wrap
+                    maximumLineCount: 4
                 }
             }
             AppButton {
