@@ -38,9 +38,10 @@ Rectangle {
             objectName: "segment"
 
             // A share of the way: the line may get its width only while this runs.
-            property real progress: 0.5 // the middle, where nothing moves
+            property real progress
+            readonly property real place: Theme.moves ? progress : 0.5
 
-            x: progress * (line.width + width) - width
+            x: place * (line.width + width) - width
             width: parent.width * 0.28
             height: parent.height
             radius: line.radius

@@ -35,14 +35,14 @@ ColumnLayout {
             spacing: Theme.gap
 
             PlainText {
-                Layout.preferredWidth: Math.min(Theme.scaled(250), form.width * 0.45)
+                Layout.preferredWidth: Theme.scaled(250)
                 text: line.modelData
                 font: Theme.captionSemibold
                 wrapMode: Text.Wrap
             }
             PlainText {
                 Layout.fillWidth: true
-                Layout.minimumWidth: Math.min(Theme.scaled(270), form.width * 0.5)
+                Layout.minimumWidth: Theme.scaled(160)
                 text: form.presenter.meanings[line.index]
                 font: Theme.caption
                 color: Theme.secondaryText
