@@ -231,6 +231,7 @@ void Pictures::takeUploads() {
     take(u"drop"_s, {1040, 700});
     m_presenter.uploads()->dragLeft();
     m_presenter.pickUploads();
+    (void)QTest::qWaitFor([this] { return m_presenter.fileChooser()->isShown(); });
     take(u"chooser"_s, {1040, 700});
     m_presenter.fileChooser()->cancel();
     const Task<> saving = save(*m_presenter.fileChooser());
