@@ -8,10 +8,12 @@ Flow {
     required property DockPresenter presenter
     readonly property dockState content: presenter.state
     readonly property bool hasAudio: content.audioTracks.length > 0
+    readonly property real menuWidth: Math.min(Theme.scaled(190), (width - spacing) / 2)
 
     spacing: 8
 
     ChoiceMenu {
+        width: menus.menuWidth
         label: "Subtitle"
         choices: menus.content.subtitles
         currentIndex: menus.content.subtitleIndex
@@ -19,6 +21,7 @@ Flow {
         onChosen: index => menus.presenter.chooseSubtitle(index)
     }
     ChoiceMenu {
+        width: menus.menuWidth
         visible: menus.hasAudio
         label: "Audio"
         choices: menus.content.audioTracks
@@ -28,7 +31,7 @@ Flow {
     }
     Item {
         visible: !menus.hasAudio
-        implicitWidth: 190
+        implicitWidth: menus.menuWidth
         implicitHeight: Theme.controlHeight
 
         Row {
@@ -47,6 +50,7 @@ Flow {
         }
     }
     ChoiceMenu {
+        width: menus.menuWidth
         label: "Speed"
         choices: menus.content.speeds
         currentIndex: menus.content.speedIndex
