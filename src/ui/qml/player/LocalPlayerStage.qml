@@ -93,6 +93,10 @@ Rectangle {
         visible: opacity > 0
         opacity: stage.showsControls ? 1 : 0
         presenter: stage.presenter
+        onVisibleChanged: {
+            if (!visible && hasFocus)
+                stage.forceActiveFocus() // what is hidden must not keep the keys
+        }
 
         Behavior on opacity {
             NumberAnimation { duration: Theme.gentle }
