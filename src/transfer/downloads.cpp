@@ -138,6 +138,7 @@ Task<> Downloads::transfer(Tv tv, QList<RemoteFile> files, QString destination,
     if (done > 0) // a folder ends with a slash
         message.file = QUrl::fromLocalFile(files.size() == 1 ? destination : destination + u'/');
     end(message);
+    Q_EMIT finished(message);
 }
 
 Task<> Downloads::downloadSingle(Tv tv, RemoteFile file, QString destination) {

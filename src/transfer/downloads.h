@@ -57,6 +57,8 @@ public:
 
 Q_SIGNALS:
     void stateChanged();
+    // Nothing is left to do, and what came of it; not if the user cancelled.
+    void finished(const quiv::StatusMessage& message);
 
 private:
     Task<> download(QList<RemoteFile> files);
