@@ -45,6 +45,7 @@ OptionReader::OptionReader(const QStringList& arguments) {
         u"A simulated TV: found over DNS-SD, paired with by its code, browsed over "
         "HTTP. Faults are switched on through its control address."_s);
     m_parser.addHelpOption();
+    m_parser.addVersionOption();
     addOptions();
     if (!m_parser.parse(arguments))
         complain(m_parser.errorText());
@@ -52,6 +53,8 @@ OptionReader::OptionReader(const QStringList& arguments) {
         complain(u"Unexpected argument: "_s + m_parser.positionalArguments().first());
     if (isSet("help"))
         m_parser.showHelp(0);
+    if (isSet("version"))
+        m_parser.showVersion();
 }
 
 void OptionReader::add(const char* name, const char* description, const char* valueName) {

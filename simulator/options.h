@@ -36,8 +36,8 @@ struct Options {
     bool ipv6Only = false;
 };
 
-// Returns nullopt if the arguments make no sense; `problem` then says why. Prints the help and ends
-// the program when asked to.
+// Returns nullopt if the arguments make no sense; `problem` then says why. Prints the help or the
+// version and ends the program when asked to.
 std::optional<Options> parseOptions(const QStringList& arguments, QString* problem);
 
 } // namespace quiv::simulator

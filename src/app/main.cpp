@@ -1,14 +1,18 @@
+#include "app/command_line.h"
 #include "app/composition.h"
 #include "platform/async/threads.h"
 #include "ui/window/main_window.h"
 
+#include <QFile>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QSocketNotifier>
 #include <QWindow>
 
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
@@ -17,6 +21,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
+constexpr int BadCommandLine = 2;
 constexpr auto LongestEnd = 400ms; // beside what the settings may take
 
 // Ends the program through its event loop on the signals by which systems and terminals end it.
@@ -50,12 +55,47 @@ private:
     QSocketNotifier m_notifier;
 };
 
+// For desktops that do not look into the desktop entry.
+QIcon windowIcon() {
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128})
+        icon.addFile(u":/window/%1.png"_s.arg(size));
+    return icon;
+}
+
 // The window a desktop's dialog belongs to; only X11 gives windows a name that others know.
 QString dialogParent() {
     const QWindow* window = QGuiApplication::focusWindow();
     if (!window || QGuiApplication::platformName() != u"xcb"_s)
         return {};
     return u"x11:"_s + QString::number(window->winId(), 16);
+}
+
+quiv::CommandLine commandLine(int argc, char** argv) {
+    QStringList arguments;
+    for (int index = 1; index < argc; ++index)
+        arguments.append(QFile::decodeName(argv[index]));
+    return quiv::parseCommandLine(arguments);
+}
+
+// What needs no window, nor a display: returns the status to end with, nullopt if there is a window
+// to show.
+std::optional<int> answerOnTerminal(const quiv::CommandLine& line) {
+    switch (line.wish) {
+    case quiv::CommandLine::Wish::Run:
+        return std::nullopt;
+    case quiv::CommandLine::Wish::Help:
+        std::fputs(qUtf8Printable(quiv::commandLineHelp()), stdout);
+        return EXIT_SUCCESS;
+    case quiv::CommandLine::Wish::Version:
+        std::puts("quiv-controller " QUIV_VERSION);
+        return EXIT_SUCCESS;
+    case quiv::CommandLine::Wish::Refusal:
+        break;
+    }
+    std::fprintf(stderr, "quiv-controller: %s (--help lists the options)\n",
+                 qUtf8Printable(line.problem));
+    return BadCommandLine;
 }
 
 int runApplication() {
@@ -75,11 +115,14 @@ int runApplication() {
 
 // QuivControllerApp: one window on one model.
 int main(int argc, char* argv[]) {
+    if (const std::optional<int> status = answerOnTerminal(commandLine(argc, argv)))
+        return *status;
     TerminationSignals::block();
     QGuiApplication::setApplicationName(u"quiv-controller"_s);
     QGuiApplication::setApplicationDisplayName(u"Quiv Controller"_s);
-    QGuiApplication::setDesktopFileName(u"quiv-controller"_s);
+    QGuiApplication::setDesktopFileName(QStringLiteral(QUIV_APPLICATION_ID));
     const QGuiApplication app(argc, argv);
+    QGuiApplication::setWindowIcon(windowIcon());
     const TerminationSignals termination;
     const int status = runApplication();
     // What was being received is removed. Neither a disk that hangs nor what is still decoded holds
