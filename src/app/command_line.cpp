@@ -18,30 +18,47 @@ bool isOfTheToolkit(QString option) {
 
 CommandLine parseCommandLine(const QStringList& arguments) {
     using enum CommandLine::Wish;
+    CommandLine line;
+    bool hasOptions = true;
     for (qsizetype index = 0; index < arguments.size(); ++index) {
         const QString& argument = arguments[index];
+        if (!hasOptions || !argument.startsWith(u'-')) {
+            line.files.append(argument);
+            continue;
+        }
+        if (argument == u"--") {
+            hasOptions = false;
+            continue;
+        }
+        if (argument == u"--separate") {
+            line.isSeparate = true;
+            continue;
+        }
         if (argument == u"--help" || argument == u"-h")
             return {Help};
         if (argument == u"--version" || argument == u"-v")
             return {Version};
-        if (!argument.startsWith(u'-'))
-            return {Refusal, u"Unexpected argument: "_s + argument};
+        if (argument == u"--diagnose")
+            return {Diagnosis};
         if (!isOfTheToolkit(argument))
             return {Refusal, u"Unknown option: "_s + argument};
         if (++index == arguments.size())
             return {Refusal, u"A value is missing after "_s + argument};
     }
-    return {};
+    return line;
 }
 
 QString commandLineHelp() {
-    return uR"(Usage: quiv-controller [OPTION...]
+    return uR"(Usage: quiv-controller [OPTION...] [FILE...]
 
-Controls the Quiv TV app on the smart TVs and TV boxes of the local network.
+Controls the Quiv TV app on the smart TVs and TV boxes of the local network. Files, videos and
+subtitles, are uploaded to the TV that is selected, in the window that is open already.
 
 Options:
   -h, --help             Tell this and end.
   -v, --version          Tell the version and end.
+  --diagnose             Tell what a report of a fault needs, without anything private, and end.
+  --separate             Open a window of its own even if one is open already.
   --platform NAME        Show the window there: wayland, xcb (X11).
   --display NAME         Show the window on that X11 display.
 )"_s;

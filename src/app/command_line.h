@@ -7,10 +7,12 @@ namespace quiv {
 
 // What the command line asks for.
 struct CommandLine {
-    enum class Wish { Run, Help, Version, Refusal };
+    enum class Wish { Run, Help, Version, Diagnosis, Refusal };
 
     Wish wish = Wish::Run;
-    QString problem{}; // of a refusal: one sentence
+    QString problem{};       // of a refusal: one sentence
+    QStringList files{};     // to upload: paths or addresses, as given
+    bool isSeparate = false; // beside one that runs already
 
     bool operator==(const CommandLine&) const = default;
 };

@@ -5,6 +5,8 @@
 #include <QDBusMessage>
 #include <QDBusReply>
 
+#include <utility>
+
 namespace quiv {
 
 using namespace Qt::StringLiterals;
@@ -31,7 +33,11 @@ DBusApplication::DBusApplication(const QString& applicationId, QObject* parent)
     : QObject(parent), m_name(applicationId) {}
 
 DBusApplication::~DBusApplication() {
-    if (!m_isRegistered)
+    release();
+}
+
+void DBusApplication::release() {
+    if (!std::exchange(m_isRegistered, false))
         return;
     QDBusConnection bus = QDBusConnection::sessionBus();
     bus.unregisterService(m_name);

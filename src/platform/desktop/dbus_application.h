@@ -34,6 +34,8 @@ public:
 
     // Becomes the running application, or gives this to it. Waits for its answer for a few seconds.
     Claim claim(const Launch& launch);
+    // Who is started from now on is the first.
+    void release();
 
 public Q_SLOTS:
     // By the names of the interface.
