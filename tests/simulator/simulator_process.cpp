@@ -107,6 +107,10 @@ QString SimulatorProcess::pairingCode() {
     return control("GET", u"pairing"_s).value_or(QJsonObject())["code"_L1].toString();
 }
 
+QJsonObject SimulatorProcess::screen() {
+    return control("GET", u"screen"_s).value_or(QJsonObject());
+}
+
 void SimulatorProcess::clearFaults() {
     control("DELETE", u"faults"_s);
 }
