@@ -15,7 +15,7 @@ struct Options {
     QString name;
     std::optional<quint16> port; // by default 8080, or a free one if that is taken
     quint16 controlPort = 0;     // 0 takes a free one
-    bool quiet = false;
+    bool logsRequests = false;
     bool exitWithParent = false;
 
     QString mediaFolder;
