@@ -89,6 +89,8 @@ private Q_SLOTS:
                  (Badges{unplugged, {u"Uploads: INTERNAL"_s, Tone::Neutral}}));
         content.usbSetupHint = u"Plug in\na drive"_s;
         QCOMPARE(headerBadges(m_state)[1], (StorageStatusBadge{u"Plug in a drive"_s, Tone::Amber}));
+        QCOMPARE(announcedText(u"Moving 5% a... 12%"_s), announcedText(u"Moving 5% a... 13%"_s));
+        QCOMPARE(announcedText(u"Deleted 5% a.mkv"_s), u"Deleted 5% a.mkv"_s);
         QCOMPARE(storageLocationBadge(u"usb"_s).text, u"USB"_s);
         QCOMPARE(storageLocationBadge({}).tone, Tone::Internal);
     }
