@@ -96,6 +96,11 @@ Task<> Downloads::download(QList<RemoteFile> files) {
         m_tvs.say(u"Download canceled"_s);
         co_return;
     }
+    if (!destination.isLocalFile()) {
+        m_tvs.say(failureMessage(u"Not downloaded, because that place is not on this computer. "
+                                 "Choose a folder of this computer."_s));
+        co_return;
+    }
     if (m_state.isDownloading) { // begun while the user was choosing
         m_tvs.say(u"Another download is already in progress"_s);
         co_return;
