@@ -255,6 +255,14 @@ private Q_SLOTS:
     void controlsWaitForTheTv() {
         m_state.content = library({u"a.mkv"_s});
         m_state.pendingCommands = {PlaybackCommand::play(u"a.mkv"_s), PlaybackCommand::seekBy(-1)};
+        const QString key = m_state.content.groupedFiles[0].group.id;
+        for (const FileRequest::Kind kind : {FileRequest::Kind::Move, FileRequest::Kind::Deletion})
+            m_state.pendingFiles.insert({kind, endpointKey(Bedroom), u"a.mkv"_s});
+        m_state.pendingFiles.insert({FileRequest::Kind::Download, u"another TV"_s, u"a.mkv"_s});
+        tell();
+        m_presenter->library()->moveStorage(key); // once is enough
+        m_presenter->library()->requestDelete(key);
+        QVERIFY(!m_presenter->deletePrompt()->isShown());
         m_state.isReachable = false;
         read(playingVideo());
         DockWaiting expected;
@@ -262,9 +270,9 @@ private Q_SLOTS:
         QCOMPARE(m_presenter->dock()->waiting(), expected);
         QVERIFY(!m_presenter->dock()->isReachable());
         const FileGroupRowState row = fileGroupRowState(m_state.content.groupedFiles[0], m_state);
-        QVERIFY(row.isPlayWaiting && row.isDimmed);
+        QVERIFY(row.isPlayWaiting && row.isMoveWaiting && row.isDeleteWaiting && row.isDimmed);
+        QVERIFY(!row.isDownloadWaiting);
         QVERIFY(!row.canPlay && !row.canMove && !row.canDelete && !row.canDownload);
-        const QString key = m_state.content.groupedFiles[0].group.id;
         m_presenter->library()->playOrPause(key);
         m_presenter->library()->moveStorage(key);
         m_presenter->library()->requestDelete(key);
