@@ -77,6 +77,7 @@ private Q_SLOTS:
         desk.announceTv();
         const QByteArray playing =
             R"({"currentVideoName":"a.mkv","isPlaying":true,"durationMs":9000})";
+        QTRY_VERIFY(desk.http.answer(FilesPath, OneVideo));
         QTRY_VERIFY(desk.http.answer(PlaybackPath, playing));
         auto& keys = desk.desktop.mediaControls;
         QTRY_VERIFY(keys.session);
