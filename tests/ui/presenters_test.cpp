@@ -433,6 +433,14 @@ private Q_SLOTS:
         desktop.answer(QList<QUrl>{QUrl(u"file:///a.mkv"_s)});
         QTRY_COMPARE(m_actions.calls.size(), 1);
         QVERIFY(takeCalls().constFirst().startsWith(u"say Not uploaded"_s));
+        m_state.content = library({u"a.mkv"_s});
+        tell();
+        m_presenter->library()->attachSubtitle(m_state.content.groupedFiles[0].group.id);
+        QTRY_COMPARE(desktop.requests.constLast().purpose, FileDialogRequest::Purpose::OpenOne);
+        select(Bedroom);
+        desktop.answer(QList<QUrl>{QUrl(u"file:///a.srt"_s)});
+        QTRY_COMPARE(m_actions.calls.size(), 1);
+        QVERIFY(takeCalls().constFirst().startsWith(u"say Not uploaded"_s));
         pick();
         pick(); // the first closes
         QCOMPARE(desktop.dropped, 1);
