@@ -77,8 +77,10 @@ private Q_SLOTS:
         desk.announceTv();
         const QByteArray playing =
             R"({"currentVideoName":"a.mkv","isPlaying":true,"durationMs":9000})";
-        QTRY_VERIFY(desk.http.answer(FilesPath, OneVideo));
-        QTRY_VERIFY(desk.http.answer(PlaybackPath, playing));
+        QTRY_VERIFY(desk.http.waiting() > 0);
+        QVERIFY(desk.http.answer(FilesPath, OneVideo));
+        QTRY_VERIFY(!desk.http.latest(PlaybackPath).url.isEmpty());
+        QVERIFY(desk.http.answer(PlaybackPath, playing));
         auto& keys = desk.desktop.mediaControls;
         QTRY_VERIFY(keys.session);
         QCOMPARE(keys.session->title, u"a"_s);
@@ -96,7 +98,7 @@ private Q_SLOTS:
         QCOMPARE(desk.status(), u"1 file waits to be uploaded: select a TV"_s);
         desk.announceTv();
         QTRY_COMPARE(desk.model.uploads()->uploadListItems().size(), 1);
-        QTRY_VERIFY(!desk.window.window()->close()); // asks first
+        QVERIFY(!desk.window.window()->close()); // asks first
         QTRY_VERIFY(desk.has(QAccessible::Heading, "Quit while files are being transferred?"));
         QVERIFY(desk.press("Quit"));
         QTRY_VERIFY(!desk.window.window()->isVisible());
