@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <ifaddrs.h>
-#include <net/if.h>
+#include <linux/if.h>
 #include <sys/socket.h>
 
 namespace quiv {

@@ -21,7 +21,11 @@ private Q_SLOTS:
         QCOMPARE(parseCommandLine({u"--no"_s, u"--help"_s}), unknown);
         const CommandLine incomplete{Refusal, u"A value is missing after --platform"_s};
         QCOMPARE(parseCommandLine({u"--platform"_s}), incomplete);
-        QCOMPARE(parseCommandLine({u"film"_s}).wish, Refusal);
+        const CommandLine files =
+            parseCommandLine({u"a.mkv"_s, u"--separate"_s, u"--"_s, u"-b.srt"_s});
+        QCOMPARE(files.wish, Run);
+        QCOMPARE(files.files, QStringList({u"a.mkv"_s, u"-b.srt"_s}));
+        QVERIFY(files.isSeparate);
     }
 };
 

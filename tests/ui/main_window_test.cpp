@@ -76,14 +76,14 @@ private Q_SLOTS:
         Desk desk;
         desk.announceTv();
         const QByteArray playing =
-            R"({"currentVideoName":"a.mkv","isPlaying":true,"durationMs":9000})";
+            R"({"currentVideoName":"a.mkv","isPlaying":true,"positionMs":0,"durationMs":9000})";
         QTRY_VERIFY(desk.http.waiting() > 0);
         QVERIFY(desk.http.answer(FilesPath, OneVideo));
         QTRY_VERIFY(!desk.http.latest(PlaybackPath).url.isEmpty());
         QVERIFY(desk.http.answer(PlaybackPath, playing));
         auto& keys = desk.desktop.mediaControls;
         QTRY_VERIFY(keys.session);
-        QCOMPARE(keys.session->title, u"a"_s);
+        QCOMPARE(keys.session->title, u"a.mkv"_s);
         QVERIFY(keys.session->isPlaying);
         desk.http.takePaths();
         keys.player->seekTo(20'000); // beyond the end
