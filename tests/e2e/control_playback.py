@@ -28,7 +28,7 @@ def play(desktop, tv):
     element("slider", "Position").set_current_value(0.25)
     wait_for("the place that was set", lambda: 160_000 < tv.playback()["positionMs"] < 230_000)
     commands = [each["command"] for each in tv.requests("POST", "api/playback")]
-    assert commands.count("seek_to") == 2, commands
+    assert commands.count("seek_to") >= 2, commands
 
 
 def choose(desktop, menu, entry):

@@ -15,6 +15,7 @@ Item {
     property bool glides: false
     // As assistive technology reads and sets it.
     property real value: timeline.fraction
+    property bool isTelling: false // that it was set
     readonly property real minimumValue: 0
     readonly property real maximumValue: 1
 
@@ -36,14 +37,16 @@ Item {
     onTimelineChanged: follow()
     Component.onCompleted: follow()
     onValueChanged: {
-        if (value === timeline.fraction)
+        if (isTelling || value === timeline.fraction)
             return
+        isTelling = true
         const wanted = value
         value = Qt.binding(() => timeline.fraction)
         if (enabled) {
             dragBegun(wanted)
             dropped()
         }
+        isTelling = false
     }
     // A held key is one step: each asks the TV.
     Keys.onLeftPressed: event => { if (!event.isAutoRepeat) steppedBack() }
