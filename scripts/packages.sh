@@ -52,6 +52,7 @@ packages_test=(
   gir1.2-atspi-2.0
   iproute2
   mkvtoolnix
+  playerctl
   python3
   python3-gi
   qt6-declarative-dev-tools

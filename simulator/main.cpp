@@ -45,6 +45,7 @@ extern "C" const char* __tsan_default_options() {
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(u"Quiv TV Simulator"_s);
+    QCoreApplication::setApplicationVersion(QStringLiteral(QUIV_VERSION));
     QString problem;
     const auto options = parseOptions(QCoreApplication::arguments(), &problem);
     if (!options) {

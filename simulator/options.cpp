@@ -45,6 +45,7 @@ OptionReader::OptionReader(const QStringList& arguments) {
         u"A simulated TV: found over DNS-SD, paired with by its code, browsed over "
         "HTTP. Faults are switched on through its control address."_s);
     m_parser.addHelpOption();
+    m_parser.addVersionOption();
     addOptions();
     if (!m_parser.parse(arguments))
         complain(m_parser.errorText());
@@ -52,6 +53,8 @@ OptionReader::OptionReader(const QStringList& arguments) {
         complain(u"Unexpected argument: "_s + m_parser.positionalArguments().first());
     if (isSet("help"))
         m_parser.showHelp(0);
+    if (isSet("version"))
+        m_parser.showVersion();
 }
 
 void OptionReader::add(const char* name, const char* description, const char* valueName) {
@@ -63,7 +66,7 @@ void OptionReader::addOptions() {
     add("name", "Name of the TV.", "name");
     add("port", "HTTP port; 0 takes a free one. Default: 8080, or a free one.", "port");
     add("control-port", "Port of the control address; 0 (default) takes a free one.", "port");
-    add("quiet", "Do not print the requests.");
+    add("log-requests", "Print the requests.");
     add("exit-with-parent", "End when the program that started this one ends.");
     add("media", "Media folder; made if missing.", "folder");
     add("usb", "Folder that stands for the USB drive; made if missing.", "folder");
@@ -194,7 +197,7 @@ std::optional<Options> parseOptions(const QStringList& arguments, QString* probl
     OptionReader reader(arguments);
     Options options;
     options.name = reader.text("name", u"Quiv TV Simulator"_s);
-    options.quiet = reader.isSet("quiet");
+    options.logsRequests = reader.isSet("log-requests");
     options.exitWithParent = reader.isSet("exit-with-parent");
     readPlaces(reader, options);
     readPairing(reader, options);

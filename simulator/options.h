@@ -15,7 +15,7 @@ struct Options {
     QString name;
     std::optional<quint16> port; // by default 8080, or a free one if that is taken
     quint16 controlPort = 0;     // 0 takes a free one
-    bool quiet = false;
+    bool logsRequests = false;
     bool exitWithParent = false;
 
     QString mediaFolder;
@@ -36,8 +36,8 @@ struct Options {
     bool ipv6Only = false;
 };
 
-// Returns nullopt if the arguments make no sense; `problem` then says why. Prints the help and ends
-// the program when asked to.
+// Returns nullopt if the arguments make no sense; `problem` then says why. Prints the help or the
+// version and ends the program when asked to.
 std::optional<Options> parseOptions(const QStringList& arguments, QString* problem);
 
 } // namespace quiv::simulator

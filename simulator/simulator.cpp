@@ -29,7 +29,7 @@ Simulator::Simulator(Options options)
           .uploads = UploadStore(m_television.library),
           .thumbnails = Thumbnails(m_television.library),
           .browsingNeedsPairing = m_options.browsingNeedsPairing},
-      m_server(m_television, m_faults, m_log, !m_options.quiet),
+      m_server(m_television, m_faults, m_log, m_options.logsRequests),
       m_control(m_television, m_faults, m_log, m_announcement) {
     m_television.library.setFreeBytes(m_options.freeBytes);
 }
@@ -72,7 +72,12 @@ void Simulator::announce() {
         .way = m_options.announceWay,
         .hostName = m_options.hostName,
         .ipv6Only = m_options.ipv6Only,
-        .announced = [](const QString& name) { printLine(u"Announced as: "_s + name); },
+        .announced =
+            [this](const QString& name) {
+                printLine(u"Announced as: "_s + name);
+                // What a person needs next is the last thing that is said.
+                printCode(m_television.pairing.code());
+            },
         .failed = [](const QString& reason) { printError(u"Not announced: "_s + reason); },
     };
     m_announcement.start(

@@ -1,6 +1,7 @@
 #include "simulator/server/control_server.h"
 
 #include "simulator/endpoints/reply.h"
+#include "simulator/server/screen_record.h"
 
 #include <QDateTime>
 #include <QJsonDocument>
@@ -43,6 +44,7 @@ ControlServer::ControlServer(Television& television, FaultList& faults, RequestL
     addPairingRoutes(television.pairing);
     addLibraryRoutes(television.library);
     addMoveRoutes(television.mover);
+    addScreenRoutes(television);
     addIdentityRoutes(television.identity, announcement);
 }
 
@@ -162,6 +164,20 @@ void ControlServer::addMoveRoutes(StorageMover& mover) {
             return replyError(response, 400, u"Only failNext can be asked for."_s);
         mover.failNext();
         replyOk(response);
+    });
+}
+
+void ControlServer::addScreenRoutes(Television& television) {
+    httplib::Server& server = m_listener.routes();
+    server.Get("/screen", [&](const Request&, Response& response) {
+        replyJson(response, screenRecord(television));
+    });
+    server.Get("/screen/picture", [&](const Request& request, Response& response) {
+        const auto name = parameterOf(request, "name");
+        const QByteArray jpeg = name ? television.thumbnails.find(*name) : QByteArray();
+        if (jpeg.isEmpty())
+            return replyError(response, 404, u"There is no picture, or none yet."_s);
+        response.set_content(jpeg.toStdString(), "image/jpeg");
     });
 }
 

@@ -26,6 +26,7 @@ private:
     void addPairingRoutes(Pairing& pairing);
     void addLibraryRoutes(MediaLibrary& library);
     void addMoveRoutes(StorageMover& mover);
+    void addScreenRoutes(Television& television);
     void addIdentityRoutes(Identity& identity, AnnouncementControl& announcement);
 
     HttpListener m_listener;

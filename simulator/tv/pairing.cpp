@@ -12,6 +12,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int AllowedWrongAttempts = 5;
+constexpr Pairing::Seconds WantedFor{6}; // an application in front of a person asks every two or so
 
 QString randomCode() {
     const int number = static_cast<int>(QRandomGenerator::system()->bounded(1000));
@@ -51,8 +52,11 @@ Pairing::Verdict Pairing::verify(const QString& clientId, const QString& code) {
     const std::scoped_lock lock(m_mutex);
     if (m_now() < m_lockedUntil)
         return {.kind = Verdict::Kind::LockedOut, .lockedForSec = secondsUntil(m_lockedUntil)};
-    if (code != m_code)
+    if (code != m_code) {
+        m_unpairedAskedAt[clientId] = m_now();
         return refuse();
+    }
+    m_unpairedAskedAt.remove(clientId);
     m_wrongAttempts = 0;
     return {.kind = Verdict::Kind::Paired, .grant = issue(clientId)};
 }
@@ -87,6 +91,7 @@ Pairing::Status Pairing::status(const Credentials& sender) {
     const std::scoped_lock lock(m_mutex);
     if (const Token* token = validToken(sender))
         return {true, secondsUntil(token->expires)};
+    m_unpairedAskedAt[sender.clientId] = m_now();
     return {false, secondsUntil(m_codeExpires)};
 }
 
@@ -112,11 +117,20 @@ void Pairing::cancel(const Credentials& sender) {
     const std::scoped_lock lock(m_mutex);
     if (validToken(sender))
         m_tokens.remove(sender.clientId);
+    m_unpairedAskedAt.remove(sender.clientId);
 }
 
 QString Pairing::code() const {
     const std::scoped_lock lock(m_mutex);
     return m_code;
+}
+
+Pairing::Shown Pairing::shown() {
+    renewExpiredCode();
+    const std::scoped_lock lock(m_mutex);
+    const Instant now = m_now();
+    m_unpairedAskedAt.removeIf([now](const auto& each) { return each.value() + WantedFor < now; });
+    return {m_code, secondsUntil(m_codeExpires), !m_unpairedAskedAt.isEmpty()};
 }
 
 void Pairing::renewExpiredCode() {

@@ -62,6 +62,14 @@ public:
     void cancel(const Credentials& sender);
 
     QString code() const;
+    // What the TV's screen tells: the code, for how long it is valid, and whether a computer that
+    // is not paired has asked about pairing in the last seconds.
+    struct Shown {
+        QString code;
+        qint64 expiresInSec = 0;
+        bool isWanted = false;
+    };
+    Shown shown();
     // Shows a new code when the present one has expired; to be called now and then.
     void renewExpiredCode();
     // Shows this code from now on, or a random one if it is empty.
@@ -92,6 +100,7 @@ private:
     Instant m_lockedUntil;
     int m_wrongAttempts = 0;
     QHash<QString, std::vector<Token>> m_tokens; // by client, oldest first
+    QHash<QString, Instant> m_unpairedAskedAt;   // by client, the last time
 };
 
 } // namespace quiv::simulator

@@ -29,10 +29,10 @@ OmbraMacModel::OmbraMacModel(const PlatformPorts& ports, QObject* parent)
       m_playback(m_tvs, m_pairing),
       m_localPlayback(m_tvs, m_pairing, m_tokens, m_playback, ports.localPlayback,
                       downloadErrorText),
-      m_storageMove(m_tvs, m_library),
-      m_deletion(m_tvs, m_pairing, m_library),
+      m_storageMove(m_tvs, m_library, m_pendingFiles),
+      m_deletion(m_tvs, m_pairing, m_library, m_pendingFiles),
       m_uploads(m_tvs, m_pairing, m_library, ports.stills, ports.log, ports.clock),
-      m_downloads(m_tvs, m_pairing, ports.fileDialogs),
+      m_downloads(m_tvs, m_pairing, ports.fileDialogs, m_pendingFiles),
       m_reachability(m_selected),
       m_discovery(m_tvs, ports.browser, ports.settings, ports.clock, ports.log, *this),
       m_refreshCycle(m_selected, {m_library, m_playback, m_storageMove, m_pairing, m_reachability},
@@ -71,6 +71,7 @@ void OmbraMacModel::tellStateChanges() {
     tell(&m_playback, &RemotePlayback::playbackRead);
     tell(&m_playback, &RemotePlayback::pendingChanged);
     tell(&m_localPlayback, &LocalPlayback::stateChanged);
+    tell(&m_pendingFiles, &PendingFiles::changed);
     tell(&m_storageMove, &StorageMove::stateChanged);
     tell(&m_uploads, &Uploads::itemsChanged);
     tell(&m_uploads, &Uploads::progressChanged);
@@ -92,6 +93,7 @@ WindowState OmbraMacModel::state() {
             .playbackReading = m_playbackReading,
             .localPlayback = m_localPlayback.state(),
             .move = m_storageMove.state(),
+            .pendingFiles = m_pendingFiles.requests(),
             .uploads = m_uploads.uploadListItems(),
             .download = m_downloads.state(),
             .thumbnails = thumbnailAddress()};

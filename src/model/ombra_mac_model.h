@@ -15,6 +15,7 @@
 #include "playback/remote_playback.h"
 #include "transfer/deletion.h"
 #include "transfer/downloads.h"
+#include "transfer/pending_files.h"
 #include "transfer/storage_move.h"
 #include "transfer/uploads.h"
 
@@ -94,6 +95,7 @@ private:
     Library m_library;
     RemotePlayback m_playback;
     LocalPlayback m_localPlayback;
+    PendingFiles m_pendingFiles;
     StorageMove m_storageMove;
     Deletion m_deletion;
     Uploads m_uploads;

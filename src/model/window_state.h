@@ -8,10 +8,12 @@
 #include "playback/local_playback.h"
 #include "playback/playback_command.h"
 #include "transfer/downloads.h"
+#include "transfer/pending_files.h"
 #include "transfer/storage_move.h"
 #include "transfer/upload_job.h"
 
 #include <QList>
+#include <QSet>
 #include <QString>
 
 #include <cstdint>
@@ -35,7 +37,8 @@ struct WindowState {
     std::uint64_t playbackReading = 0; // differs after every reading, even one that says the same
     LocalPlaybackState localPlayback;
     MoveState move;
-    QList<UploadListItem> uploads; // the current one first
+    QSet<FileRequest> pendingFiles; // that a TV has not answered
+    QList<UploadListItem> uploads;  // the current one first
     DownloadState download;
     std::optional<ThumbnailAddress> thumbnails;
 };

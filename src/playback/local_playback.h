@@ -6,7 +6,7 @@
 #include "platform/async/task_set.h"
 #include "platform/player/external_player.h"
 #include "platform/player/player_screen.h"
-#include "platform/player/sleep_inhibitor.h"
+#include "platform/desktop/sleep_inhibitor.h"
 #include "playback/local_media_options.h"
 #include "playback/remote_playback.h"
 

@@ -2,6 +2,7 @@
 
 #include "library/library.h"
 #include "net/pairing.h"
+#include "transfer/pending_files.h"
 
 namespace quiv {
 
@@ -28,6 +29,13 @@ QString nameOf(const QList<FileGroup>& groups) {
     return groups.size() == 1 ? groups.constFirst().title : u"%1 titles"_s.arg(groups.size());
 }
 
+QList<FileRequest> deletionsOf(const QList<RemoteFile>& files, const QString& tvKey) {
+    QList<FileRequest> requests;
+    for (const RemoteFile& file : files)
+        requests.append({FileRequest::Kind::Deletion, tvKey, file.name});
+    return requests;
+}
+
 Task<> deleteRemoteFile(Tv tv, QString name) {
     const QueryItems query{{u"name"_s, name}};
     return tv.post(u"api/files/delete"_s, query);
@@ -35,8 +43,9 @@ Task<> deleteRemoteFile(Tv tv, QString name) {
 
 } // namespace
 
-Deletion::Deletion(const TvAccess& tvs, Pairing& pairing, Library& library, QObject* parent)
-    : QObject(parent), m_tvs(tvs), m_pairing(pairing), m_library(library) {}
+Deletion::Deletion(const TvAccess& tvs, Pairing& pairing, Library& library, PendingFiles& pending,
+                   QObject* parent)
+    : QObject(parent), m_tvs(tvs), m_pairing(pairing), m_library(library), m_pending(pending) {}
 
 void Deletion::deleteGroups(const QList<FileGroup>& groups) {
     if (!groups.isEmpty())
@@ -47,6 +56,8 @@ Task<> Deletion::deleting(QList<FileGroup> groups) {
     const auto selected = m_tvs.current();
     if (!selected)
         co_return;
+    const QList<RemoteFile> files = filesOf(groups);
+    const PendingFiles::Wait wait(m_pending, deletionsOf(files, m_tvs.selected().key()));
     const bool isAllowed = co_await m_pairing.ensureControlPairing(u"delete"_s);
     if (!isAllowed)
         co_return;
@@ -54,7 +65,6 @@ Task<> Deletion::deleting(QList<FileGroup> groups) {
     const QString name = nameOf(groups);
     const Tv tv = selected->whicheverIsSelected();
     tv.say(u"Deleting "_s + name + u"..."_s);
-    const QList<RemoteFile> files = filesOf(groups);
     try {
         for (const RemoteFile& file : files)
             co_await deleteRemoteFile(tv, file.name);

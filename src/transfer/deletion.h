@@ -14,6 +14,7 @@ namespace quiv {
 
 class Library;
 class Pairing;
+class PendingFiles;
 
 // All files of a group: its video, its subtitles, its other files.
 QList<RemoteFile> filesOf(const FileGroup& group);
@@ -25,7 +26,8 @@ class Deletion : public QObject {
     Q_OBJECT
 
 public:
-    Deletion(const TvAccess& tvs, Pairing& pairing, Library& library, QObject* parent = nullptr);
+    Deletion(const TvAccess& tvs, Pairing& pairing, Library& library, PendingFiles& pending,
+             QObject* parent = nullptr);
 
     // One file after the other, up to the first that the TV does not delete; then loads the
     // library anew.
@@ -38,6 +40,7 @@ private:
     const TvAccess m_tvs;
     Pairing& m_pairing;
     Library& m_library;
+    PendingFiles& m_pending;
     TaskSet m_tasks;
 };
 

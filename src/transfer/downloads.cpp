@@ -6,6 +6,7 @@
 #include "platform/publish.h"
 #include "transfer/download_names.h"
 #include "transfer/download_place.h"
+#include "transfer/pending_files.h"
 
 #include <algorithm>
 
@@ -63,14 +64,24 @@ QString downloadErrorMessage(int status, const std::optional<QByteArray>& body) 
     }
 }
 
-Downloads::Downloads(const TvAccess& tvs, Pairing& pairing, FileDialogs& dialogs, QObject* parent)
-    : QObject(parent), m_tvs(tvs), m_pairing(pairing), m_dialogs(dialogs) {}
+Downloads::Downloads(const TvAccess& tvs, Pairing& pairing, FileDialogs& dialogs,
+                     PendingFiles& pending, QObject* parent)
+    : QObject(parent), m_tvs(tvs), m_pairing(pairing), m_dialogs(dialogs), m_pending(pending) {}
 
 Downloads::~Downloads() = default;
 
 void Downloads::downloadFiles(const QList<RemoteFile>& files) {
     if (!files.isEmpty())
         m_tasks.add(download(files));
+}
+
+// The TV may have to say first that it still knows this computer.
+Task<bool> Downloads::isAllowed(QList<RemoteFile> files) {
+    QList<FileRequest> requests;
+    for (const RemoteFile& file : files)
+        requests.append({FileRequest::Kind::Download, m_tvs.selected().key(), file.name});
+    const PendingFiles::Wait wait(m_pending, requests);
+    co_return co_await m_pairing.ensureControlPairing(u"download"_s);
 }
 
 Task<> Downloads::download(QList<RemoteFile> files) {
@@ -84,8 +95,8 @@ Task<> Downloads::download(QList<RemoteFile> files) {
     state.tvKey = m_tvs.selected().key();
     state.tvName = m_tvs.selected().name();
     state.fileCount = static_cast<int>(files.size());
-    const bool isAllowed = co_await m_pairing.ensureControlPairing(u"download"_s);
-    if (!isAllowed)
+    const bool mayDownload = co_await isAllowed(files);
+    if (!mayDownload)
         co_return;
     if (m_state.isDownloading) {
         m_tvs.say(u"Another download is already in progress"_s);
@@ -94,6 +105,11 @@ Task<> Downloads::download(QList<RemoteFile> files) {
     const QUrl destination = co_await chooseDestination(files);
     if (destination.isEmpty()) {
         m_tvs.say(u"Download canceled"_s);
+        co_return;
+    }
+    if (!destination.isLocalFile()) {
+        m_tvs.say(failureMessage(u"Not downloaded, because that place is not on this computer. "
+                                 "Choose a folder of this computer."_s));
         co_return;
     }
     if (m_state.isDownloading) { // begun while the user was choosing
@@ -138,6 +154,7 @@ Task<> Downloads::transfer(Tv tv, QList<RemoteFile> files, QString destination,
     if (done > 0) // a folder ends with a slash
         message.file = QUrl::fromLocalFile(files.size() == 1 ? destination : destination + u'/');
     end(message);
+    Q_EMIT finished(message);
 }
 
 Task<> Downloads::downloadSingle(Tv tv, RemoteFile file, QString destination) {

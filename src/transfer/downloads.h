@@ -17,6 +17,7 @@ namespace quiv {
 class DownloadPlace;
 class FileDialogs;
 class Pairing;
+class PendingFiles;
 struct HttpProgress;
 
 // The file that is being downloaded.
@@ -40,7 +41,7 @@ class Downloads : public QObject {
     Q_OBJECT
 
 public:
-    Downloads(const TvAccess& tvs, Pairing& pairing, FileDialogs& dialogs,
+    Downloads(const TvAccess& tvs, Pairing& pairing, FileDialogs& dialogs, PendingFiles& pending,
               QObject* parent = nullptr);
     ~Downloads() override;
 
@@ -57,8 +58,11 @@ public:
 
 Q_SIGNALS:
     void stateChanged();
+    // Nothing is left to do, and what came of it; not if the user cancelled.
+    void finished(const quiv::StatusMessage& message);
 
 private:
+    Task<bool> isAllowed(QList<RemoteFile> files);
     Task<> download(QList<RemoteFile> files);
     Task<QUrl> chooseDestination(QList<RemoteFile> files);
     Task<> transfer(Tv tv, QList<RemoteFile> files, QString destination, DownloadState state);
@@ -70,6 +74,7 @@ private:
     const TvAccess m_tvs;
     Pairing& m_pairing;
     FileDialogs& m_dialogs;
+    PendingFiles& m_pending;
     DownloadState m_state;
     std::shared_ptr<DownloadPlace> m_place; // of the download under way, once it is open
     bool m_isCancelled = false;             // the download under way

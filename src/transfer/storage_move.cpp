@@ -2,6 +2,7 @@
 
 #include "library/library.h"
 #include "platform/publish.h"
+#include "transfer/pending_files.h"
 
 #include <algorithm>
 
@@ -66,8 +67,9 @@ QString otherStorage(const std::optional<QString>& storageLocation) {
                                                                        : UsbStorage;
 }
 
-StorageMove::StorageMove(const TvAccess& tvs, Library& library, QObject* parent)
-    : QObject(parent), m_tvs(tvs), m_library(library) {}
+StorageMove::StorageMove(const TvAccess& tvs, Library& library, PendingFiles& pending,
+                         QObject* parent)
+    : QObject(parent), m_tvs(tvs), m_library(library), m_pending(pending) {}
 
 void StorageMove::startMove(const QString& videoName, const QString& target) {
     m_tasks.add(start(videoName, target.toUpper()));
@@ -77,6 +79,8 @@ Task<> StorageMove::start(QString videoName, QString target) {
     const auto selected = m_tvs.current();
     if (!selected || (target != UsbStorage && target != InternalStorage))
         co_return;
+    const FileRequest request{FileRequest::Kind::Move, m_tvs.selected().key(), videoName};
+    const PendingFiles::Wait wait(m_pending, {request});
     // Its outcome is said whichever TV is selected meanwhile.
     const Tv tv = selected->whicheverIsSelected();
     const QueryItems query{{u"name"_s, videoName}, {u"target"_s, target.toLower()}};

@@ -13,6 +13,7 @@
 namespace quiv {
 
 class Library;
+class PendingFiles;
 
 // The move of a file between the TV's storages, as the TV reports it.
 struct MoveState {
@@ -46,7 +47,8 @@ class StorageMove : public QObject {
     Q_OBJECT
 
 public:
-    StorageMove(const TvAccess& tvs, Library& library, QObject* parent = nullptr);
+    StorageMove(const TvAccess& tvs, Library& library, PendingFiles& pending,
+                QObject* parent = nullptr);
 
     const MoveState& state() const { return m_state; }
 
@@ -67,6 +69,7 @@ private:
 
     const TvAccess m_tvs;
     Library& m_library;
+    PendingFiles& m_pending;
     MoveState m_state;
     QString m_lastMoveStateKey;
     TaskSet m_tasks;

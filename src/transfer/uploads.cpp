@@ -162,6 +162,8 @@ Task<> Uploads::processUploadQueue() {
     if (m_outcome.failed > 0)
         finished.kind = StatusMessage::Kind::Failure;
     m_tvs.say(finished);
+    if (m_outcome.uploaded + m_outcome.failed > 0)
+        Q_EMIT queueFinished(finished);
     m_outcome = {};
     m_tasks.add(m_library.loadLibrary(Library::Load::Quiet));
 }

@@ -52,6 +52,8 @@ public:
 Q_SIGNALS:
     void itemsChanged();    // other rows, another order or another state of one
     void progressChanged(); // the progress of the current row
+    // Nothing is left to do, and what came of it; not if the user took everything out.
+    void queueFinished(const quiv::StatusMessage& message);
 
 private:
     // A file from when it is queued until it is uploaded or removed.

@@ -11,7 +11,7 @@ import time
 import gi
 
 gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi  # noqa: E402
+from gi.repository import Atspi, GLib  # noqa: E402
 
 BIN = os.environ["QUIV_BIN_DIR"]
 
@@ -170,6 +170,24 @@ def focused():
     """The name of what has the keyboard, the innermost; None while nothing has it."""
     found = [each for each in elements() if each.get_state_set().contains(Atspi.StateType.FOCUSED)]
     return found[-1].get_name() if found else None
+
+
+class Announcements:
+    """What a screen reader says by itself, from now on."""
+
+    def __init__(self):
+        self._said = []
+        self._listener = Atspi.EventListener.new(self._hear)
+        self._listener.register("object:state-changed:showing")
+
+    def _hear(self, event):
+        if event.detail1 and event.source.get_role_name() == "notification":
+            self._said.append(event.source.get_name())
+
+    def said(self):
+        while GLib.MainContext.default().iteration(False):
+            pass
+        return self._said
 
 
 def press(target):

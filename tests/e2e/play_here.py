@@ -39,6 +39,9 @@ def play(desktop, tv):
     element("push button", "Close")
     desktop.drag(element("slider", "Position here"), 0.02, 0.5)
     wait_for("the seek", lambda: 330 < position() < 400, 60)
+    volume = element("slider", "Volume")
+    volume.set_current_value(0.3)
+    wait_for("the volume", lambda: abs(volume.get_current_value() - 0.3) < 0.01)
 
 
 def hand_over(desktop, tv):

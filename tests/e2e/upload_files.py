@@ -4,7 +4,7 @@ another video on the window; compares what the TV has with what was sent."""
 import os
 import subprocess
 
-from desktop import element, elements, names, press, wait_for
+from desktop import BIN, element, elements, names, press, wait_for
 from television import journey, pair, same, shows
 
 
@@ -54,7 +54,13 @@ def main():
             taken=lambda: wait_for("the dropped film", lambda: os.path.exists(stored)))
         assert same(dropped, stored)
         assert not elements("label", "Drop video files to upload"), "the overlay stays"
-    print("uploaded, attached, dropped")
+
+        opened = os.path.join(desktop.videos, "Opened Film.mp4")
+        make_video(opened)
+        second = desktop.start(os.path.join(BIN, "quiv-controller"), opened)
+        assert second.wait(20) == 0, "the second start did not hand over"
+        wait_for("the opened film", lambda: os.path.exists(tv.path("Opened Film.mp4")))
+    print("uploaded, attached, dropped, opened")
 
 
 main()

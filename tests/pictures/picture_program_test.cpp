@@ -294,7 +294,7 @@ private Q_SLOTS:
     }
 
 private:
-    static QString program() { return qEnvironmentVariable("QUIV_BIN_DIR") + u"/quiv-picture"_s; }
+    static QString program() { return ProcessPictureDecoder::standardProgram(); }
 
     static bool isHalves(const Pixels& pixels) {
         if (!pixels.value() ||

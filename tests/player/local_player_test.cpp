@@ -333,8 +333,7 @@ private:
     SimulatorProcess m_tv;
     std::unique_ptr<RealModel> m_real;
     NoResolver m_resolver;
-    PluginMediaPlayers m_players{m_resolver,
-                                 qEnvironmentVariable("QUIV_BIN_DIR") + u"/libquiv-player.so"_s};
+    PluginMediaPlayers m_players{m_resolver};
 };
 
 QTEST_MAIN(LocalPlayerTest)

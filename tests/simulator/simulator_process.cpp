@@ -41,7 +41,7 @@ QStringList SimulatorProcess::completed(QStringList arguments, Announcing announ
     addUnlessGiven(arguments, {u"--code"_s, u"123"_s});
     addUnlessGiven(arguments, {u"--media"_s, m_media.path()});
     addUnlessGiven(arguments, {u"--no-usb"_s}, u"--usb"_s);
-    arguments += {u"--quiet"_s, u"--exit-with-parent"_s};
+    arguments += u"--exit-with-parent"_s;
     if (!m_usesSampleMedia)
         arguments += u"--no-samples"_s;
     if (announcing == Announcing::None)
@@ -105,6 +105,10 @@ int SimulatorProcess::exitCode() const {
 
 QString SimulatorProcess::pairingCode() {
     return control("GET", u"pairing"_s).value_or(QJsonObject())["code"_L1].toString();
+}
+
+QJsonObject SimulatorProcess::screen() {
+    return control("GET", u"screen"_s).value_or(QJsonObject());
 }
 
 void SimulatorProcess::clearFaults() {

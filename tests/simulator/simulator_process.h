@@ -56,6 +56,9 @@ public:
     // Put files here to have the TV list them.
     QString mediaFolder() const { return m_media.path(); }
 
+    // What the TV's screen shows, as the README describes it.
+    QJsonObject screen();
+
     // Adds a fault; simulator/README.md lists the kinds and their parameters.
     bool setFault(const QJsonObject& fault) { return change(u"faults"_s, fault); }
     void clearFaults();

@@ -120,6 +120,35 @@ private Q_SLOTS:
         QVERIFY(tv.requestsTo(u"api/nothing"_s).isEmpty());
     }
 
+    void theScreenTellsItAllAndIsNoRequest() {
+        SimulatorProcess tv;
+        QVERIFY(tv.start({u"--name"_s, u"Kitchen"_s, u"--generate"_s, u"1"_s}));
+        const auto wanted = [&] {
+            return tv.screen()["pairing"_L1]["wanted"_L1].toBool();
+        };
+        QCOMPARE(tv.screen()["name"_L1].toString(), u"Kitchen"_s);
+        QCOMPARE(tv.screen()["pairing"_L1]["code"_L1].toString(), u"123"_s);
+        QVERIFY(!wanted());
+        TvClient client(tv);
+        client.status();
+        QVERIFY(wanted());
+        client.pair();
+        QVERIFY(!wanted());
+        client.status(); // of one that is paired
+        QVERIFY(!wanted());
+
+        const QJsonValue video = client.get("/api/files").json["files"_L1][0]["name"_L1];
+        const auto name = QUrl::toPercentEncoding(video.toString()).toStdString();
+        QCOMPARE(client.post("/api/playback?command=play&name=" + name).status, 200);
+        QCOMPARE(client.put("/api/files/upload?name=mine.srt", "12345").status, 200);
+        const QJsonObject screen = tv.screen();
+        QCOMPARE(screen["playback"_L1]["currentVideoName"_L1], video);
+        QVERIFY(!screen["title"_L1].toString().isEmpty());
+        QCOMPARE(screen["upload"_L1]["fileName"_L1].toString(), u"mine.srt"_s);
+        QCOMPARE(screen["move"_L1]["state"_L1].toString(), u"IDLE"_s);
+        QVERIFY(tv.requestsTo(u"screen"_s).isEmpty());
+    }
+
 private:
     int exitCodeWith(const QStringList& arguments) {
         SimulatorProcess tv;

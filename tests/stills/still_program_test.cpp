@@ -1,4 +1,5 @@
 #include "confined/confinement.h"
+#include "platform/stills/process_still_extractor.h"
 #include "stills/candidate_times.h"
 
 #include <QColor>
@@ -203,7 +204,7 @@ private Q_SLOTS:
     }
 
 private:
-    static QString binary() { return qEnvironmentVariable("QUIV_BIN_DIR") + u"/quiv-still"_s; }
+    static QString binary() { return ProcessStillExtractor::standardProgram(); }
     static QString redQuarter(QSize size) {
         return u"color=red:s=%1x%2:r=10:d=0.5,pad=iw*2:ih*2:0:0:blue"_s.arg(size.width())
             .arg(size.height());

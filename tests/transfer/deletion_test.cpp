@@ -34,6 +34,7 @@ private Q_SLOTS:
         fixture.selectPaired(FirstTv);
         fixture.model.deletion()->deleteGroup(movie());
         QCOMPARE(fixture.status(), u"Deleting Movie..."_s);
+        QCOMPARE(fixture.model.state().pendingFiles.size(), 4);
         for (const char* name : {"m.mkv", "m.en.srt", "m.de.srt", "m.nfo"}) {
             QCOMPARE(fixture.takeTargets(DeletePath),
                      QStringList(u"POST api/files/delete?name="_s + QString::fromLatin1(name)));
@@ -41,6 +42,7 @@ private Q_SLOTS:
         }
         QVERIFY(fixture.http.answer(FilesPath, R"({"files":[],"videos":[]})"));
         QTRY_COMPARE(fixture.status(), u"Deleted Movie"_s);
+        QVERIFY(fixture.model.state().pendingFiles.isEmpty());
     }
 
     void theFirstFailureEndsIt() {

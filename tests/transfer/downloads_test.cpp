@@ -175,6 +175,11 @@ private Q_SLOTS:
         fixture.downloads().downloadFile({text("a.mkv"), text("VIDEO"), 1, {}});
         ModelFixture::turn();
         fixture.dialogs.desktop.answer(QList<QUrl>{QUrl(text("smb://elsewhere/a.mkv"))});
+        QCOMPARE(fixture.status(), text("Not downloaded, because that place is not on this "
+                                        "computer. Choose a folder of this computer."));
+        fixture.downloads().downloadFile({text("a.mkv"), text("VIDEO"), 1, {}});
+        ModelFixture::turn();
+        fixture.dialogs.desktop.answer(QList<QUrl>{QUrl(text("file:"))});
         QCOMPARE(fixture.status(), text("Download failed for a.mkv: Download failed: missing "
                                         "destination path"));
         fixture.downloads().downloadFile({text("a.mkv"), text("VIDEO"), 1, {}});

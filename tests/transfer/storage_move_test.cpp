@@ -113,10 +113,14 @@ private Q_SLOTS:
         move.startMove(u"a b.mkv"_s, u"usb"_s);
         QCOMPARE(fixture.takeTargets(MovePath),
                  QStringList(u"POST api/files/move?name=a%20b.mkv&target=usb"_s));
+        const QSet<FileRequest> asked{
+            {FileRequest::Kind::Move, endpointKey(FirstTv), u"a b.mkv"_s}};
+        QCOMPARE(fixture.model.state().pendingFiles, asked);
         fixture.http.answer(MovePath, QByteArray());
         QCOMPARE(fixture.status(), u"Move started for a b.mkv"_s);
         fixture.http.answer(MoveStatusPath, HttpErrorCode::TimedOut);
         QVERIFY(fixture.status().startsWith(u"Failed to fetch move status: "_s));
+        QVERIFY(fixture.model.state().pendingFiles.isEmpty());
     }
 
     void aRefusedMoveIsSaid() {

@@ -1,6 +1,7 @@
 #include "accessible_tree.h"
 
 #include "support/fake_appearance.h"
+#include "support/fake_desktop.h"
 #include "support/fake_file_manager.h"
 #include "support/fake_picture_decoder.h"
 #include "support/model_fixture.h"
@@ -23,9 +24,12 @@ struct Desk : ModelFixture {
     FakePictureDecoder pictures;
     FakeFileManager fileManager;
     FakeAppearance appearance;
+    FakeDesktop desktop;
     Desk()
-        : window(model, {dialogs.preferred, http, pictures, fileManager, clock, appearance,
-                         dialogs.settings}) {
+        : window(
+              model,
+              {dialogs.preferred, http, pictures, fileManager, clock, appearance, dialogs.settings},
+              desktop.ports) {
         window.show();
     }
 
@@ -66,6 +70,38 @@ private Q_SLOTS:
         QTRY_VERIFY(desk.http.waiting() > 0);
         QVERIFY(desk.http.answer(FilesPath, OneVideo));
         QTRY_VERIFY(desk.has(QAccessible::ListItem, "a.mkv"));
+    }
+
+    void theDesktopsKeysControlTheTv() {
+        Desk desk;
+        desk.announceTv();
+        const QByteArray playing =
+            R"({"currentVideoName":"a.mkv","isPlaying":true,"positionMs":0,"durationMs":9000})";
+        QTRY_VERIFY(desk.http.waiting() > 0);
+        QVERIFY(desk.http.answer(FilesPath, OneVideo));
+        QTRY_VERIFY(!desk.http.latest(PlaybackPath).url.isEmpty());
+        QVERIFY(desk.http.answer(PlaybackPath, playing));
+        auto& keys = desk.desktop.mediaControls;
+        QTRY_VERIFY(keys.session);
+        QCOMPARE(keys.session->title, u"a.mkv"_s);
+        QVERIFY(keys.session->isPlaying);
+        keys.player->seekTo(20'000); // beyond the end
+        QTRY_VERIFY(!desk.http.latest(StatusPath).url.isEmpty());
+        QVERIFY(desk.http.answer(StatusPath, R"({"authorized":true,"expiresInSec":99})"));
+        QTRY_VERIFY(desk.http.sent.back().url.contains("positionMs=9000"));
+    }
+
+    void filesFromOutsideWaitForATv() {
+        Desk desk;
+        const QUrl film = QUrl::fromLocalFile(u"/nowhere/Film.mkv"_s);
+        desk.window.open({film});
+        QCOMPARE(desk.status(), u"1 file waits to be uploaded: select a TV"_s);
+        desk.announceTv();
+        QTRY_COMPARE(desk.model.uploads()->uploadListItems().size(), 1);
+        QVERIFY(!desk.window.window()->close()); // asks first
+        QTRY_VERIFY(desk.has(QAccessible::Heading, "Quit while files are being transferred?"));
+        QVERIFY(desk.press("Quit"));
+        QTRY_VERIFY(!desk.window.window()->isVisible());
     }
 
     void aClosedWindowAsksNothingMore() {

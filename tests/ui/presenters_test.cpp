@@ -89,6 +89,8 @@ private Q_SLOTS:
                  (Badges{unplugged, {u"Uploads: INTERNAL"_s, Tone::Neutral}}));
         content.usbSetupHint = u"Plug in\na drive"_s;
         QCOMPARE(headerBadges(m_state)[1], (StorageStatusBadge{u"Plug in a drive"_s, Tone::Amber}));
+        QCOMPARE(announcedText(u"Moving 5% a... 12%"_s), announcedText(u"Moving 5% a... 13%"_s));
+        QCOMPARE(announcedText(u"Deleted 5% a.mkv"_s), u"Deleted 5% a.mkv"_s);
         QCOMPARE(storageLocationBadge(u"usb"_s).text, u"USB"_s);
         QCOMPARE(storageLocationBadge({}).tone, Tone::Internal);
     }
@@ -253,6 +255,14 @@ private Q_SLOTS:
     void controlsWaitForTheTv() {
         m_state.content = library({u"a.mkv"_s});
         m_state.pendingCommands = {PlaybackCommand::play(u"a.mkv"_s), PlaybackCommand::seekBy(-1)};
+        const QString key = m_state.content.groupedFiles[0].group.id;
+        for (const FileRequest::Kind kind : {FileRequest::Kind::Move, FileRequest::Kind::Deletion})
+            m_state.pendingFiles.insert({kind, endpointKey(Bedroom), u"a.mkv"_s});
+        m_state.pendingFiles.insert({FileRequest::Kind::Download, u"another TV"_s, u"a.mkv"_s});
+        tell();
+        m_presenter->library()->moveStorage(key); // once is enough
+        m_presenter->library()->requestDelete(key);
+        QVERIFY(!m_presenter->deletePrompt()->isShown());
         m_state.isReachable = false;
         read(playingVideo());
         DockWaiting expected;
@@ -260,9 +270,9 @@ private Q_SLOTS:
         QCOMPARE(m_presenter->dock()->waiting(), expected);
         QVERIFY(!m_presenter->dock()->isReachable());
         const FileGroupRowState row = fileGroupRowState(m_state.content.groupedFiles[0], m_state);
-        QVERIFY(row.isPlayWaiting && row.isDimmed);
+        QVERIFY(row.isPlayWaiting && row.isMoveWaiting && row.isDeleteWaiting && row.isDimmed);
+        QVERIFY(!row.isDownloadWaiting);
         QVERIFY(!row.canPlay && !row.canMove && !row.canDelete && !row.canDownload);
-        const QString key = m_state.content.groupedFiles[0].group.id;
         m_presenter->library()->playOrPause(key);
         m_presenter->library()->moveStorage(key);
         m_presenter->library()->requestDelete(key);
@@ -421,6 +431,14 @@ private Q_SLOTS:
         pick();
         select(Kitchen);
         desktop.answer(QList<QUrl>{QUrl(u"file:///a.mkv"_s)});
+        QTRY_COMPARE(m_actions.calls.size(), 1);
+        QVERIFY(takeCalls().constFirst().startsWith(u"say Not uploaded"_s));
+        m_state.content = library({u"a.mkv"_s});
+        tell();
+        m_presenter->library()->attachSubtitle(m_state.content.groupedFiles[0].group.id);
+        QTRY_COMPARE(desktop.requests.constLast().purpose, FileDialogRequest::Purpose::OpenOne);
+        select(Bedroom);
+        desktop.answer(QList<QUrl>{QUrl(u"file:///a.srt"_s)});
         QTRY_COMPARE(m_actions.calls.size(), 1);
         QVERIFY(takeCalls().constFirst().startsWith(u"say Not uploaded"_s));
         pick();

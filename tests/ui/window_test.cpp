@@ -261,6 +261,45 @@ private Q_SLOTS:
         QVERIFY(shows(u"n/a"_s));
     }
 
+    void anOpenMenuStandsStillAndMakesWayForAnother() {
+        select(Bedroom);
+        PlaybackResponse playback = playingVideo();
+        for (int number = 0; number < 60; ++number)
+            playback.subtitleTracks.append(
+                {QString::number(number), u"Track "_s + QString::number(number), {}, false});
+        read(playback);
+        QTRY_VERIFY(find(QAccessible::Button, "Subtitle"));
+        click(QAccessible::Button, "Subtitle");
+        QTRY_VERIFY(find(QAccessible::MenuItem, "Off"));
+        for (int step = 0; step < 30; ++step)
+            key(Qt::Key_Down);
+        QTRY_VERIFY(find(QAccessible::MenuItem, "Track 29"));
+        const auto highlighted = [this] {
+            return find(QAccessible::PopupMenu, "Subtitle")->object()->property("currentIndex");
+        };
+        QCOMPARE(highlighted(), QVariant(30));
+        const QRect before = find(QAccessible::MenuItem, "Track 29")->rect();
+        playback.positionMs = 60'000;
+        playback.subtitleTracks[2].selected = true;
+        read(playback);
+        QCOMPARE(highlighted(), QVariant(30));
+        QCOMPARE(find(QAccessible::MenuItem, "Track 29")->rect(), before);
+
+        QTest::mouseMove(window(), placeOf(find(QAccessible::Button, "Speed")));
+        click(QAccessible::Button, "Speed");
+        QTRY_VERIFY(find(QAccessible::MenuItem, "1.5x"));
+        QTRY_VERIFY(!find(QAccessible::MenuItem, "Off"));
+    }
+
+    void aCutTextIsShownWholeUnderThePointer() {
+        const QString title = u"Harbours "_s.repeated(60).trimmed();
+        showRows({sampleRow(u"a.mkv"_s, title)});
+        QTRY_COMPARE(accessibleNames(window(), QAccessible::StaticText).count(title), 1);
+        QTest::mouseMove(window(),
+                         placeOf(findAccessible(window(), QAccessible::StaticText, title)));
+        QTRY_COMPARE(accessibleNames(window(), QAccessible::StaticText).count(title), 2);
+    }
+
     void filesDroppedOnTheWindowAreUploaded() {
         select(Bedroom);
         QMimeData files;

@@ -73,10 +73,6 @@ HelperProgram::~HelperProgram() {
         run.request->answer.resolve(std::nullopt);
 }
 
-QString HelperProgram::besideApplication(const QString& name) {
-    return QCoreApplication::applicationDirPath() + u'/' + name;
-}
-
 Task<std::optional<QByteArray>> HelperProgram::run(HelperWork work) {
     const auto request = std::make_shared<Request>(Request{std::move(work)});
     if (std::ranges::all_of(request->work.arguments, canBeArgument)) {

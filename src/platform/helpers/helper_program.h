@@ -35,9 +35,6 @@ public:
     HelperProgram(QString program, std::chrono::milliseconds timeLimit);
     ~HelperProgram();
 
-    // The program of this name beside the application.
-    static QString besideApplication(const QString& name);
-
     Task<std::optional<QByteArray>> run(HelperWork work);
 
 private:

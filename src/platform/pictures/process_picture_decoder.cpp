@@ -1,5 +1,7 @@
 #include "platform/pictures/process_picture_decoder.h"
 
+#include "platform/installation.h"
+
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -10,7 +12,7 @@ ProcessPictureDecoder::ProcessPictureDecoder(QString program, std::chrono::milli
     : m_program(std::move(program), timeLimit) {}
 
 QString ProcessPictureDecoder::standardProgram() {
-    return HelperProgram::besideApplication(u"quiv-picture"_s);
+    return helperProgramPath(u"quiv-picture"_s);
 }
 
 Task<std::optional<QByteArray>> ProcessPictureDecoder::decode(QByteArray bytes, QSize size) {

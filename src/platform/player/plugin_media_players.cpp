@@ -1,10 +1,10 @@
 #include "platform/player/plugin_media_players.h"
 
 #include "platform/async/background.h"
+#include "platform/installation.h"
 #include "platform/player/no_player.h"
 #include "platform/player/player_plugin.h"
 
-#include <QCoreApplication>
 #include <QPluginLoader>
 
 namespace quiv {
@@ -29,12 +29,8 @@ StreamAddress streamAddress(const QUrl& url, const std::optional<HostAddress>& h
 
 } // namespace
 
-PluginMediaPlayers::PluginMediaPlayers(HostResolver& resolver, QString path)
-    : m_resolver(resolver), m_path(std::move(path)) {}
-
-QString PluginMediaPlayers::standardPath() {
-    return QCoreApplication::applicationDirPath() + u"/libquiv-player.so"_s;
-}
+PluginMediaPlayers::PluginMediaPlayers(HostResolver& resolver)
+    : m_resolver(resolver), m_path(playerLibraryPath()) {}
 
 Task<OpenedPlayer> PluginMediaPlayers::open(QUrl address) {
     const std::optional<HostAddress> host =

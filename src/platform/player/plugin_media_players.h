@@ -14,10 +14,7 @@ class PlayerPlugin;
 class PluginMediaPlayers final : public MediaPlayers {
 public:
     // The resolver must outlive this.
-    explicit PluginMediaPlayers(HostResolver& resolver, QString path = standardPath());
-
-    // Beside the program.
-    static QString standardPath();
+    explicit PluginMediaPlayers(HostResolver& resolver);
 
     Task<OpenedPlayer> open(QUrl address) override;
 

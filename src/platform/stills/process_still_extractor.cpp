@@ -1,5 +1,7 @@
 #include "platform/stills/process_still_extractor.h"
 
+#include "platform/installation.h"
+
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -20,7 +22,7 @@ ProcessStillExtractor::ProcessStillExtractor(QString program, std::chrono::milli
     : m_program(std::move(program), timeLimit) {}
 
 QString ProcessStillExtractor::standardProgram() {
-    return HelperProgram::besideApplication(u"quiv-still"_s);
+    return helperProgramPath(u"quiv-still"_s);
 }
 
 Task<std::optional<QByteArray>> ProcessStillExtractor::makeUploadThumbnail(QString path) {

@@ -52,19 +52,18 @@ QStringList speedLabels() {
     return labels;
 }
 
-// Returns nullptr while the TV has no video open.
-const PlaybackResponse* openPlayback(const WindowState& state) {
-    const auto& playback = state.playback;
-    const bool isOpen =
-        playback && playback->currentVideoName && !playback->currentVideoName->trimmed().isEmpty();
-    return isOpen ? &*playback : nullptr;
-}
-
 } // namespace
 
 const QList<double>& playbackSpeedOptions() {
     static const QList<double> options{0.5, 0.75, 1.0, 1.25, 1.5, 1.75, 2.0};
     return options;
+}
+
+const PlaybackResponse* openPlayback(const WindowState& state) {
+    const auto& playback = state.playback;
+    const bool isOpen =
+        playback && playback->currentVideoName && !playback->currentVideoName->trimmed().isEmpty();
+    return isOpen ? &*playback : nullptr;
 }
 
 QString nowPlayingTitle(const QList<LibraryRow>& groups, const QString& videoName) {
@@ -174,6 +173,10 @@ void DockPresenter::showTimeline(Motion motion) {
         shown.glideShare = shown.glideMs / static_cast<double>(open->durationMs);
     }
     publish(this, m_shownTimeline, shown, &DockPresenter::timelineChanged);
+}
+
+std::int64_t DockPresenter::positionMs() const {
+    return displayedPositionMs(m_timeline, SteadyClock::now());
 }
 
 void DockPresenter::playOrPause() {

@@ -117,6 +117,7 @@ public:
     const DockTimeline& timeline() const { return m_shownTimeline; }
     const DockWaiting& waiting() const { return m_waiting; }
     bool isReachable() const { return m_isReachable; } // the TV answers
+    std::int64_t positionMs() const;                   // as shown now
 
     void show(const WindowState& state);
 
@@ -161,6 +162,9 @@ private:
     bool m_isReachable = true;
     QTimer m_tick;
 };
+
+// What the TV plays; nullptr while it has no video open.
+const PlaybackResponse* openPlayback(const WindowState& state);
 
 // The title of the library's group with this video, else the name without its extension.
 QString nowPlayingTitle(const QList<LibraryRow>& groups, const QString& videoName);

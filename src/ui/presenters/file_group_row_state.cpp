@@ -52,6 +52,13 @@ bool isDownloadInProgress(const FileGroup& group, const WindowState& window) {
 
 } // namespace
 
+bool isWaiting(const FileGroup& group, FileRequest::Kind kind, const WindowState& state) {
+    return !state.pendingFiles.isEmpty() &&
+           std::ranges::any_of(filesOf(group), [&](const RemoteFile& file) {
+               return state.pendingFiles.contains({kind, selectedTvKey(state), file.name});
+           });
+}
+
 bool isUploadInProgress(const FileGroup& group, const QSet<QString>& uploadKeys) {
     return !uploadKeys.isEmpty() &&
            std::ranges::any_of(filesOf(group), [&](const RemoteFile& file) {
@@ -63,7 +70,7 @@ bool isSameForRows(const WindowState& a, const WindowState& b) {
     return isSamePlaybackForRows(a.playback, b.playback) && a.move == b.move &&
            isUsbConnected(a) == isUsbConnected(b) && a.download == b.download &&
            a.thumbnails == b.thumbnails && a.isReachable == b.isReachable &&
-           a.pendingCommands == b.pendingCommands;
+           a.pendingCommands == b.pendingCommands && a.pendingFiles == b.pendingFiles;
 }
 
 FileGroupRowState fileGroupRowState(const LibraryRow& row, const WindowState& window,
@@ -87,6 +94,9 @@ FileGroupRowState fileGroupRowState(const LibraryRow& row, const WindowState& wi
     const bool isAtRest = window.isReachable && !state.isUploading;
     state.canPlay = state.hasVideo && isAtRest;
     state.isPlayWaiting = isPlayWaiting(group, window);
+    state.isMoveWaiting = isWaiting(group, FileRequest::Kind::Move, window);
+    state.isDownloadWaiting = isWaiting(group, FileRequest::Kind::Download, window);
+    state.isDeleteWaiting = isWaiting(group, FileRequest::Kind::Deletion, window);
     state.canMove = state.hasVideo && window.isReachable && !window.move.isMovingFile &&
                     (!goesToUsb || isUsbConnected(window));
     state.canDelete = isAtRest;

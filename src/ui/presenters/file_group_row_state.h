@@ -24,6 +24,9 @@ struct FileGroupRowState {
     Q_PROPERTY(QString playSymbol MEMBER playSymbol)
     Q_PROPERTY(bool canPlay MEMBER canPlay)
     Q_PROPERTY(bool isPlayWaiting MEMBER isPlayWaiting)
+    Q_PROPERTY(bool isMoveWaiting MEMBER isMoveWaiting)
+    Q_PROPERTY(bool isDownloadWaiting MEMBER isDownloadWaiting)
+    Q_PROPERTY(bool isDeleteWaiting MEMBER isDeleteWaiting)
     Q_PROPERTY(QString moveTitle MEMBER moveTitle)
     Q_PROPERTY(bool canMove MEMBER canMove)
     Q_PROPERTY(bool isUploading MEMBER isUploading)
@@ -48,7 +51,10 @@ public:
     bool hasVideo = false;
     QString playSymbol; // of the play control: what pressing it would do
     bool canPlay = false;
-    bool isPlayWaiting = false; // for the TV's answer
+    bool isPlayWaiting = false; // for the TV's answer; so with the others
+    bool isMoveWaiting = false;
+    bool isDownloadWaiting = false;
+    bool isDeleteWaiting = false;
     QString moveTitle;
     bool canMove = false;
     bool isUploading = false; // some file of the group, or it waits for that
@@ -74,6 +80,9 @@ FileGroupRowState fileGroupRowState(const LibraryRow& row, const WindowState& st
 // Whether rows show the same in both states as long as their groups are the same. A video that
 // just goes on makes no difference.
 bool isSameForRows(const WindowState& a, const WindowState& b);
+
+// Whether the TV that is shown has not answered to such a request for some file of the group.
+bool isWaiting(const FileGroup& group, FileRequest::Kind kind, const WindowState& state);
 
 // Whether some file of the group is being uploaded or waits for it.
 bool isUploadInProgress(const FileGroup& group, const QSet<QString>& uploadKeys);

@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 namespace quiv {
 
@@ -27,6 +28,11 @@ QList<StorageStatusBadge> headerBadges(const WindowState& state) {
     badges.append(
         {u"Uploads: "_s + displayText(content.preferredUploadTarget), BadgeTone::Tone::Neutral});
     return badges;
+}
+
+QString announcedText(const QString& message) {
+    static const QRegularExpression progress(u" \\d+%$"_s);
+    return QString(message).remove(progress);
 }
 
 QString folderText(const QUrl& file, const QString& home) {
@@ -62,6 +68,7 @@ void HeaderPresenter::show(const WindowState& state) {
     HeaderState shown;
     shown.badges = headerBadges(state);
     shown.statusMessage = displayText(state.status.text);
+    shown.announcement = announcedText(shown.statusMessage);
     shown.isFailure = state.status.kind == StatusMessage::Kind::Failure;
     m_file = state.status.file;
     if (m_file.isLocalFile())

@@ -18,6 +18,7 @@ struct HeaderState {
     QML_VALUE_TYPE(headerState)
     Q_PROPERTY(QVariantList badges READ badgeList)
     Q_PROPERTY(QString statusMessage MEMBER statusMessage)
+    Q_PROPERTY(QString announcement MEMBER announcement)
     Q_PROPERTY(bool isFailure MEMBER isFailure)
     Q_PROPERTY(QString filePlace MEMBER filePlace)
     Q_PROPERTY(QString unreachableText MEMBER unreachableText)
@@ -30,6 +31,7 @@ public:
 
     QList<StorageStatusBadge> badges;
     QString statusMessage;
+    QString announcement;    // the message as it is said to who does not see it
     bool isFailure = false;  // what the message tells of
     QString filePlace;       // the folder of the file that the message tells of; empty without one
     QString unreachableText; // a sentence; empty while the TV answers
@@ -64,6 +66,9 @@ HeaderMove headerMove(const MoveState& move);
 
 // Its storage, the hint to set up a drive, and where uploads go.
 QList<StorageStatusBadge> headerBadges(const WindowState& state);
+
+// The message without how far it has come, so that not every step is said.
+QString announcedText(const QString& message);
 
 // The folder of a local file as people write it: "~/Videos".
 QString folderText(const QUrl& file, const QString& home);

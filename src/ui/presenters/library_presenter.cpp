@@ -127,7 +127,9 @@ void LibraryPresenter::playOrPause(const QString& key) {
 }
 
 void LibraryPresenter::moveStorage(const QString& key) {
-    if (const LibraryRow* row = rowOf(key); row && row->group.video && m_state.isReachable)
+    if (const LibraryRow* row = rowOf(key);
+        row && row->group.video && m_state.isReachable &&
+        !isWaiting(row->group, FileRequest::Kind::Move, m_state))
         m_actions.startMove(row->group.video->name, otherStorage(row->storageLocation));
 }
 
@@ -171,7 +173,8 @@ QList<FileGroup> LibraryPresenter::groupsActedOn(const QString& key) const {
     if (!m_state.isReachable)
         return groups;
     for (const LibraryRow& row : rowsActedOn(m_selection, m_rows.rows(), key)) {
-        if (!isUploadInProgress(row.group, m_uploadKeys))
+        if (!isUploadInProgress(row.group, m_uploadKeys) &&
+            !isWaiting(row.group, FileRequest::Kind::Deletion, m_state))
             groups.append(row.group);
     }
     return groups;

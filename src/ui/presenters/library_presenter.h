@@ -101,7 +101,8 @@ private:
     void filterRows();
     void updatePhase();
     void setSelection(const RowSelection& selection);
-    // What an action on this row is about, but what is still being uploaded.
+    // What an action on this row is about, but what is still being uploaded or already
+    // being deleted.
     QList<FileGroup> groupsActedOn(const QString& key) const;
     // Returns nullptr if the search leaves no row with this key.
     const LibraryRow* rowOf(const QString& key) const;

@@ -3,6 +3,7 @@
 #include "platform/publish.h"
 #include "transfer/deletion.h"
 #include "transfer/upload_names.h"
+#include "ui/desktop/transfers_at_work.h"
 #include "ui/display_format.h"
 #include "ui/presenters/window_actions.h"
 
@@ -113,8 +114,18 @@ void WindowPresenter::askToDelete(const QList<FileGroup>& groups) {
 }
 
 bool WindowPresenter::hasDialog() const {
-    return m_subtitleRename.isShown() || m_deletePrompt.isShown() || m_fileChooser.isShown() ||
-           m_pairingSheet.state().isShown || m_shortcuts.isShown();
+    return m_subtitleRename.isShown() || m_deletePrompt.isShown() || m_quitPrompt.isShown() ||
+           m_fileChooser.isShown() || m_pairingSheet.state().isShown || m_shortcuts.isShown();
+}
+
+bool WindowPresenter::mayClose() {
+    if (m_isCloseConfirmed || m_breaksOff.isEmpty())
+        return true;
+    m_quitPrompt.ask(m_breaksOff, [this] {
+        m_isCloseConfirmed = true;
+        Q_EMIT closeConfirmed();
+    });
+    return false;
 }
 
 void WindowPresenter::pauseOrResume() {
@@ -133,6 +144,7 @@ QString windowTitle(const WindowState& state) {
 void WindowPresenter::show(const WindowState& state) {
     publish(this, m_title, windowTitle(state), &WindowPresenter::titleChanged);
     m_tvKey = selectedTvKey(state);
+    m_breaksOff = transfersToBreakOff(state);
     m_noTv.show(state);
     m_sidebar.show(state);
     m_header.show(state);

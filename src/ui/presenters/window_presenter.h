@@ -37,6 +37,7 @@ class WindowPresenter : public QObject {
     Q_PROPERTY(quiv::NoTvPresenter* noTv READ noTv CONSTANT)
     Q_PROPERTY(quiv::PromptPresenter* subtitleRename READ subtitleRename CONSTANT)
     Q_PROPERTY(quiv::PromptPresenter* deletePrompt READ deletePrompt CONSTANT)
+    Q_PROPERTY(quiv::PromptPresenter* quitPrompt READ quitPrompt CONSTANT)
     Q_PROPERTY(quiv::PairingSheetPresenter* pairingSheet READ pairingSheet CONSTANT)
     Q_PROPERTY(quiv::ShortcutsPresenter* shortcuts READ shortcuts CONSTANT)
     Q_PROPERTY(quiv::ThumbnailStore* thumbnails READ thumbnails CONSTANT)
@@ -56,12 +57,15 @@ public:
     NoTvPresenter* noTv() { return &m_noTv; }
     PromptPresenter* subtitleRename() { return &m_subtitleRename; }
     PromptPresenter* deletePrompt() { return &m_deletePrompt; }
+    PromptPresenter* quitPrompt() { return &m_quitPrompt; }
     PairingSheetPresenter* pairingSheet() { return &m_pairingSheet; }
     ShortcutsPresenter* shortcuts() { return &m_shortcuts; }
     ThumbnailStore* thumbnails() { return &m_thumbnails; }
 
     void show(const WindowState& state);
 
+    // Whether the window may close now; else asks, because that would break off a transfer.
+    Q_INVOKABLE bool mayClose();
     // Pauses the video that plays here, else the TV's; or lets it go on.
     Q_INVOKABLE void pauseOrResume();
     // Lets the user choose files to upload.
@@ -71,6 +75,7 @@ public:
 
 Q_SIGNALS:
     void titleChanged();
+    void closeConfirmed();
 
 private:
     bool hasDialog() const;
@@ -95,10 +100,13 @@ private:
     NoTvPresenter m_noTv;
     PromptPresenter m_subtitleRename;
     PromptPresenter m_deletePrompt;
+    PromptPresenter m_quitPrompt;
     PairingSheetPresenter m_pairingSheet;
     QString m_title;
     ShortcutsPresenter m_shortcuts;
-    QString m_tvKey;  // of the selected TV; empty without one
+    QString m_tvKey;     // of the selected TV; empty without one
+    QString m_breaksOff; // what closing the window would break off
+    bool m_isCloseConfirmed = false;
     Task<> m_picking; // the newest alone
 };
 

@@ -1,6 +1,9 @@
 #include "ui/window/main_window.h"
 
 #include "model/ombra_mac_model.h"
+#include "ui/desktop/media_keys.h"
+#include "ui/desktop/opened_files.h"
+#include "ui/desktop/transfer_watch.h"
 #include "ui/presenters/window_actions.h"
 #include "ui/presenters/window_presenter.h"
 #include "ui/window/graphics_choice.h"
@@ -78,29 +81,71 @@ private:
 } // namespace
 
 struct MainWindow::Parts {
-    Parts(OmbraMacModel& model, const WindowPorts& ports)
+    Parts(OmbraMacModel& model, const WindowPorts& ports, const DesktopPorts& desktop)
         : actions(model, ports.fileManager),
           presenter(actions, ports),
-          view(presenter, ports.appearance) {}
+          view(presenter, ports.appearance),
+          openedFiles(actions),
+          transfers(desktop, actions,
+                    {[this] { return view.window() && view.window()->isActive(); },
+                     [this](const QString& token) {
+                         raise(token);
+                     }}),
+          mediaKeys({desktop.mediaControls, actions, *presenter.dock(), *presenter.localPanel(),
+                     *presenter.thumbnails()},
+                    [this] { raise({}); }) {}
+
+    void show(const WindowState& state) {
+        presenter.show(state);
+        openedFiles.show(state);
+        transfers.show(state);
+        mediaKeys.show(state);
+    }
+
+    void raise(const QString& activationToken) {
+        QQuickWindow* const window = view.window();
+        if (!window)
+            return;
+        if (!activationToken.isEmpty()) // where the toolkit looks for it
+            qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+        if (window->visibility() == QWindow::Minimized)
+            window->showNormal();
+        window->raise();
+        window->requestActivate();
+    }
 
     ModelActions actions;
     WindowPresenter presenter;
     WindowView view;
+    OpenedFiles openedFiles;
+    TransferWatch transfers;
+    MediaKeys mediaKeys;
 };
 
-MainWindow::MainWindow(OmbraMacModel& model, const WindowPorts& ports) {
+MainWindow::MainWindow(OmbraMacModel& model, const WindowPorts& ports,
+                       const DesktopPorts& desktop) {
     chooseGraphics();
-    m_parts = std::make_unique<Parts>(model, ports);
-    WindowPresenter& presenter = m_parts->presenter;
-    const auto showModel = [&model, &presenter] {
-        presenter.show(model.state());
+    m_parts = std::make_unique<Parts>(model, ports, desktop);
+    Parts& parts = *m_parts;
+    const auto showModel = [&model, &parts] {
+        parts.show(model.state());
     };
-    QObject::connect(&model, &OmbraMacModel::stateChanged, &presenter, showModel);
+    QObject::connect(&model, &OmbraMacModel::stateChanged, &parts.presenter, showModel);
+    QObject::connect(
+        model.uploads(), &Uploads::queueFinished, &parts.presenter,
+        [&parts](const StatusMessage& outcome) { parts.transfers.uploadsFinished(outcome); });
+    QObject::connect(
+        model.downloads(), &Downloads::finished, &parts.presenter,
+        [&parts](const StatusMessage& outcome) { parts.transfers.downloadFinished(outcome); });
     showModel();
     if (QQuickWindow* loaded = window()) {
         rememberPlace(*loaded, ports.settings);
         QObject::connect(loaded, &QWindow::visibleChanged, &model, [&model](bool isVisible) {
             isVisible ? model.appear() : model.disappear();
+        });
+        QObject::connect(loaded, &QWindow::activeChanged, &parts.presenter, [loaded, &parts] {
+            if (loaded->isActive())
+                parts.transfers.windowActivated();
         });
     }
 }
@@ -112,6 +157,14 @@ bool MainWindow::show() {
         return false;
     window()->setVisible(true); // in the state it had last
     return true;
+}
+
+void MainWindow::open(const QList<QUrl>& files) {
+    m_parts->openedFiles.open(files);
+}
+
+void MainWindow::raise(const QString& activationToken) {
+    m_parts->raise(activationToken);
 }
 
 QQuickWindow* MainWindow::window() const {

@@ -1,6 +1,10 @@
 #pragma once
 
+#include "ui/desktop/desktop_ports.h"
 #include "ui/window/window_ports.h"
+
+#include <QList>
+#include <QUrl>
 
 #include <memory>
 
@@ -17,17 +21,23 @@ class OmbraMacModel;
 //
 //     QGuiApplication application(argc, argv);
 //     OmbraMacModel model(...);
-//     MainWindow window(model, {fileDialogs, http, pictures, clock});
+//     MainWindow window(model, composition.windowPorts(), composition.desktopPorts());
 //     if (!window.show())
 //         return 1;
 //     return application.exec(); // ends when the user closes the window
 class MainWindow {
 public:
-    MainWindow(OmbraMacModel& model, const WindowPorts& ports);
+    MainWindow(OmbraMacModel& model, const WindowPorts& ports, const DesktopPorts& desktop);
     ~MainWindow();
 
     // Returns false if the views could not be loaded, which the log explains.
     bool show();
+
+    // Uploads files that come from outside to the selected TV, or to the first one that is.
+    void open(const QList<QUrl>& files);
+
+    // Brings the window to the front, with the desktop's leave if that gives tokens for it.
+    void raise(const QString& activationToken);
 
     // Returns nullptr if the views could not be loaded.
     QQuickWindow* window() const;

@@ -1,6 +1,6 @@
 import QtQuick
 
-// A coloured capsule with a few words.
+// A coloured capsule with a few words, on several lines where there is little room.
 Rectangle {
     id: badge
 
@@ -9,7 +9,7 @@ Rectangle {
 
     implicitWidth: label.implicitWidth + 20
     implicitHeight: label.implicitHeight + 10
-    radius: height / 2
+    radius: Math.min(height / 2, Theme.scaled(13))
     color: Theme.badgeFill(tone)
 
     PlainText {
@@ -18,6 +18,7 @@ Rectangle {
         anchors.centerIn: parent
         width: Math.min(implicitWidth, badge.width - 20)
         text: badge.text
+        wrapMode: Text.Wrap
         font: Theme.captionSemibold
         color: Theme.badgeText(badge.tone)
     }

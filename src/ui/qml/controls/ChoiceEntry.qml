@@ -10,9 +10,9 @@ Item {
     required property bool isMarked
     property string symbol // of its own, else the mark
     required property bool isCurrent
-    readonly property bool hovered: area.containsMouse
 
     signal clicked()
+    signal pointed(place: point) // in the scene
 
     opacity: enabled ? 1 : 0.45
     Accessible.role: Accessible.MenuItem
@@ -54,5 +54,6 @@ Item {
         anchors.fill: parent
         hoverEnabled: true
         onClicked: entry.clicked()
+        onPositionChanged: event => entry.pointed(mapToItem(null, event.x, event.y))
     }
 }

@@ -15,12 +15,21 @@ ListView {
     required property int markedIndex
     required property int rowHeight
 
+    property point pointedAt // in the scene
+
     signal chosen(index: int)
     signal dismissed()
 
     function choose(index: int) {
         if (enabledStates[index] ?? true)
             chosen(index)
+    }
+
+    // What scrolls past a pointer at rest is not pointed at.
+    function point(index: int, place: point) {
+        if (place !== pointedAt)
+            currentIndex = index
+        pointedAt = place
     }
 
     function begin() {
@@ -63,7 +72,7 @@ ListView {
         isMarked: index === list.markedIndex
         isCurrent: entry.ListView.isCurrentItem
         enabled: list.enabledStates[index] ?? true
-        onHoveredChanged: if (hovered) list.currentIndex = index
+        onPointed: place => list.point(index, place)
         onClicked: list.choose(index)
     }
 }

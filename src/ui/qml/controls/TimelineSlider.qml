@@ -13,8 +13,9 @@ Item {
     readonly property bool isHeld: area.pressed
     property real shown: 0 // the knob's place, 0 to 1
     property bool glides: false
-    // As assistive technology reads it.
-    readonly property real value: timeline.fraction
+    // As assistive technology reads and sets it.
+    property real value: timeline.fraction
+    property bool isTelling: false // that it was set
     readonly property real minimumValue: 0
     readonly property real maximumValue: 1
 
@@ -35,6 +36,18 @@ Item {
     activeFocusOnTab: enabled
     onTimelineChanged: follow()
     Component.onCompleted: follow()
+    onValueChanged: {
+        if (isTelling || value === timeline.fraction)
+            return
+        isTelling = true
+        const wanted = value
+        value = Qt.binding(() => timeline.fraction)
+        if (enabled) {
+            dragBegun(wanted)
+            dropped()
+        }
+        isTelling = false
+    }
     // A held key is one step: each asks the TV.
     Keys.onLeftPressed: event => { if (!event.isAutoRepeat) steppedBack() }
     Keys.onRightPressed: event => { if (!event.isAutoRepeat) steppedForward() }

@@ -35,6 +35,7 @@ ColumnLayout {
         visible: header.content.statusMessage !== ""
         presenter: header.presenter.header
     }
+    Announcement { text: header.content.announcement }
     RowLayout {
         visible: header.content.isSyncing
         spacing: 8

@@ -32,6 +32,7 @@ Item {
         opensMenu: true
         isCompact: area.isCompact
         enabled: area.content.canDownload
+        isWaiting: area.content.isDownloadWaiting
         focusPolicy: area.focusPolicy
         onClicked: if (area.presenter.offerDownloads(area.key)) area.menu.openBelow(button)
     }

@@ -22,6 +22,7 @@ Row {
         widestText: "Move to Internal"
         isCompact: actions.isCompact
         enabled: actions.content.canMove
+        isWaiting: actions.content.isMoveWaiting
         focusPolicy: actions.focusPolicy
         onClicked: actions.presenter.moveStorage(actions.key)
     }
@@ -52,6 +53,7 @@ Row {
         shortcut: "Delete"
         isCompact: actions.isCompact
         enabled: actions.content.canDelete
+        isWaiting: actions.content.isDeleteWaiting
         focusPolicy: actions.focusPolicy
         onClicked: actions.presenter.requestDelete(actions.key)
     }

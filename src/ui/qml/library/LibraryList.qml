@@ -100,7 +100,6 @@ ListView {
     Accessible.name: "Library"
     T.ScrollBar.vertical: AppScrollBar {}
 
-    // Those that make room do so at once: a row on its way would be read out where it is not.
     add: Transition {
         NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.gentle }
     }
@@ -108,6 +107,11 @@ ListView {
         enabled: Theme.moves // one that takes no time leaves the row where it was
 
         NumberAnimation { property: "opacity"; to: 0; duration: Theme.gentle }
+    }
+    displaced: Transition {
+        enabled: Theme.moves
+
+        NumberAnimation { property: "y"; duration: Theme.gentle; easing.type: Easing.OutCubic }
     }
 
     RowMeasures {

@@ -17,6 +17,7 @@ T.Slider {
     value: level
     Accessible.name: label
     onPositionChanged: if (pressed) moved(position)
+    onValueChanged: if (!pressed && value !== level) moved(value) // set by assistive technology
     Keys.onLeftPressed: moved(Math.max(0, level - stepSize))
     Keys.onRightPressed: moved(Math.min(1, level + stepSize))
 

@@ -39,7 +39,7 @@ T.AbstractButton {
     background: Rectangle {
         radius: 6
         color: entry.isChosen ? Theme.accentFill : entry.hovered ? Theme.rowHovered : "transparent"
-        border.width: entry.isCurrent ? 1 : 0
+        border.width: entry.isCurrent ? Theme.hairline : 0
         border.color: Theme.accent
     }
 }

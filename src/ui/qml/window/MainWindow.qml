@@ -17,6 +17,7 @@ Window {
     color: Theme.window
     // A closing sheet leaves the focus nowhere; what had it before gets it back.
     onActiveFocusItemChanged: if (activeFocusItem === contentItem) keyboard.forceActiveFocus()
+    onClosing: close => close.accepted = presenter.mayClose()
     onVisibilityChanged: shown => {
         if (shown === Window.Windowed || shown === Window.Maximized)
             presenter.localPanel.leaveFullScreen()
@@ -32,6 +33,14 @@ Window {
             } else {
                 window.visibility = window.visibilityBefore
             }
+        }
+    }
+
+    Connections {
+        target: window.presenter
+
+        function onCloseConfirmed() {
+            window.close()
         }
     }
 
@@ -99,6 +108,15 @@ Window {
         visible: window.presenter.subtitleRename.isShown
         onConfirmed: window.presenter.subtitleRename.confirm()
         onCancelled: window.presenter.subtitleRename.cancel()
+    }
+    Prompt {
+        title: "Quit while files are being transferred?"
+        message: window.presenter.quitPrompt.message
+        confirmText: "Quit"
+        isDestructive: true
+        visible: window.presenter.quitPrompt.isShown
+        onConfirmed: window.presenter.quitPrompt.confirm()
+        onCancelled: window.presenter.quitPrompt.cancel()
     }
     ShortcutsSheet { presenter: window.presenter.shortcuts }
     FileChooserSheet { presenter: window.presenter.fileChooser }

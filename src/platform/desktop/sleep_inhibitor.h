@@ -2,8 +2,8 @@
 
 namespace quiv {
 
-// Keeps the computer awake and its screen lit while something plays. Main thread only; destroying
-// it lets the computer sleep.
+// Keeps the computer awake while something goes on that a sleep would break off. Main thread only;
+// destroying it lets the computer sleep.
 class SleepInhibitor {
 public:
     virtual ~SleepInhibitor() = default;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/player/sleep_inhibitor.h"
+#include "platform/desktop/sleep_inhibitor.h"
 
 #include <memory>
 
@@ -10,7 +10,12 @@ namespace quiv {
 // Without them there is nothing to ask. Calls wait for no bus.
 class DBusSleepInhibitor final : public SleepInhibitor {
 public:
-    DBusSleepInhibitor();
+    enum class Activity {
+        VideoPlaying, // the screen stays lit too
+        FilesMoving,
+    };
+
+    explicit DBusSleepInhibitor(Activity activity);
     ~DBusSleepInhibitor() override;
 
     void setInhibited(bool isInhibited) override;
@@ -20,6 +25,7 @@ private:
     class PortalLease;
     class LoginLease;
 
+    const Activity m_activity;
     bool m_isInhibited = false;
     std::unique_ptr<Lease> m_portal;
     std::unique_ptr<Lease> m_login;

@@ -1,4 +1,4 @@
-#include "platform/player/dbus_sleep_inhibitor.h"
+#include "platform/desktop/dbus_sleep_inhibitor.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -13,9 +13,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const auto Reason = u"A video is playing"_s;
 constexpr uint Suspend = 4; // of the portal's flags
 constexpr uint Idle = 8;
+
+QString reason(DBusSleepInhibitor::Activity activity) {
+    return activity == DBusSleepInhibitor::Activity::VideoPlaying
+               ? u"A video is playing"_s
+               : u"Files are being transferred"_s;
+}
 
 } // namespace
 
@@ -69,7 +74,8 @@ private:
 
 class DBusSleepInhibitor::PortalLease final : public Lease {
 public:
-    PortalLease() : Lease(QDBusConnection::sessionBus()) {}
+    explicit PortalLease(Activity activity)
+        : Lease(QDBusConnection::sessionBus()), m_activity(activity) {}
     ~PortalLease() override {
         if (!m_path.isEmpty())
             giveBack();
@@ -80,7 +86,8 @@ private:
         QDBusMessage call = QDBusMessage::createMethodCall(
             u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
             u"org.freedesktop.portal.Inhibit"_s, u"Inhibit"_s);
-        call.setArguments({QString(), Suspend | Idle, QVariantMap{{u"reason"_s, Reason}}});
+        const uint what = m_activity == Activity::VideoPlaying ? Suspend | Idle : Suspend;
+        call.setArguments({QString(), what, QVariantMap{{u"reason"_s, reason(m_activity)}}});
         return call;
     }
     bool keep(const QVariant& lent) override {
@@ -93,19 +100,21 @@ private:
                                                   u"org.freedesktop.portal.Request"_s, u"Close"_s));
     }
 
+    const Activity m_activity;
     QString m_path; // of what is held
 };
 
 class DBusSleepInhibitor::LoginLease final : public Lease {
 public:
-    LoginLease() : Lease(QDBusConnection::systemBus()) {}
+    explicit LoginLease(Activity activity)
+        : Lease(QDBusConnection::systemBus()), m_activity(activity) {}
 
 private:
     QDBusMessage request() const override {
         QDBusMessage call = QDBusMessage::createMethodCall(
             u"org.freedesktop.login1"_s, u"/org/freedesktop/login1"_s,
             u"org.freedesktop.login1.Manager"_s, u"Inhibit"_s);
-        call.setArguments({u"idle"_s, u"Quiv Controller"_s, Reason, u"block"_s});
+        call.setArguments({u"idle"_s, u"Quiv Controller"_s, reason(m_activity), u"block"_s});
         return call;
     }
     bool keep(const QVariant& lent) override {
@@ -114,10 +123,11 @@ private:
     }
     void giveBack() override { m_held = QDBusUnixFileDescriptor(); }
 
+    const Activity m_activity;
     QDBusUnixFileDescriptor m_held; // open as long as it is held
 };
 
-DBusSleepInhibitor::DBusSleepInhibitor() = default;
+DBusSleepInhibitor::DBusSleepInhibitor(Activity activity) : m_activity(activity) {}
 
 DBusSleepInhibitor::~DBusSleepInhibitor() = default;
 
@@ -126,8 +136,8 @@ void DBusSleepInhibitor::setInhibited(bool isInhibited) {
         return;
     m_isInhibited = isInhibited;
     if (!m_portal) {
-        m_portal = std::make_unique<PortalLease>();
-        m_login = std::make_unique<LoginLease>();
+        m_portal = std::make_unique<PortalLease>(m_activity);
+        m_login = std::make_unique<LoginLease>(m_activity);
     }
     m_portal->want(isInhibited);
     m_login->want(isInhibited);
