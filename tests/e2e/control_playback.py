@@ -1,7 +1,7 @@
 """Hands a video over to the TV, drags its timeline, changes speed and tracks, moves a file to the USB drive
 and back, deletes a group; looks at the TV's own disk and player."""
 
-from desktop import Announcements, element, elements, names, press, wait_for
+from desktop import Announcements, element, elements, names, wait_for
 from television import journey, pair, shows
 
 
@@ -67,13 +67,17 @@ def move(desktop, tv):
 
 def delete(desktop, tv):
     announcements = Announcements()
-    press(element("push button", "Clear search"))
-    press(row_button("Colours", "Delete"))
+    desktop.click(element("push button", "Clear search"))
+    wait_for("all rows again", lambda: len(names("list item")) > 5)
+    desktop.click(element("text", "Search files on this TV"))
+    desktop.type("colours")
+    wait_for("one row", lambda: names("list item") == ["Colours"])
+    desktop.click(row_button("Colours", "Delete"))
     element("heading", "Delete media from TV?")
     desktop.press_key("Escape")
     wait_for("the prompt to go", lambda: not elements("heading", "Delete media from TV?"))
     assert tv.has("Media folder", "Colours.webm")
-    press(row_button("Colours", "Delete"))
+    desktop.click(row_button("Colours", "Delete"))
     element("heading", "Delete media from TV?")
     desktop.press_key("Tab")
     desktop.press_key("Return")

@@ -6,7 +6,7 @@ import os
 import subprocess
 import urllib.request
 
-from desktop import element, elements, names, press, wait_for
+from desktop import element, elements, names, wait_for
 from television import journey, pair, same, shows
 
 VIDEO = "Colours.webm"
@@ -57,7 +57,7 @@ def by_the_window(desktop, tv):
     choose(desktop, VIDEO)
     element("heading", "Download from TV")
     desktop.press_key("Return")
-    press(element("push button", "Replace"))
+    desktop.click(element("push button", "Replace"))
     wait_for("the download", shows(f"Downloaded {VIDEO}"))
     assert same(place, tv.path(VIDEO))
 

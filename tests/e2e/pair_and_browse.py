@@ -31,7 +31,7 @@ def search(desktop):
     wait_for("one row", lambda: names("list item") == ["Two Languages 2024"])
     desktop.type("xyz")
     wait_for("no results", shows("No files match \"languaxyz\""))
-    press(element("push button", "Clear search"))
+    desktop.click(element("push button", "Clear search"))
     wait_for("all rows again", lambda: len(names("list item")) > 5)
 
 

@@ -7,7 +7,7 @@ import re
 import urllib.parse
 import urllib.request
 
-from desktop import Desktop, element, elements, press, wait_for
+from desktop import Desktop, element, elements, wait_for
 
 CLIENT = {"X-Quiv-Client-Id": "someone else"}
 
@@ -67,7 +67,7 @@ def shows(text):
 def pair(desktop):
     element("text", "3-digit code")
     desktop.type(Television.CODE)
-    press(element("push button", "Verify code"))
+    desktop.click(element("push button", "Verify code"))
     wait_for("the pairing", shows("Quiv Controller paired successfully."))
     wait_for("the sheet to close", lambda: not elements("text", "3-digit code"))
 

@@ -4,7 +4,7 @@ another video on the window; compares what the TV has with what was sent."""
 import os
 import subprocess
 
-from desktop import BIN, element, elements, names, press, wait_for
+from desktop import BIN, element, elements, names, wait_for
 from television import journey, pair, same, shows
 
 
@@ -40,7 +40,7 @@ def main():
         desktop.click(element("push button", "Subtitle"))
         choose(desktop, "Attach", "other.srt")
         element("heading", "Subtitle name mismatch")
-        press(element("push button", "Attach & Rename"))
+        desktop.click(element("push button", "Attach & Rename"))
         wait_for("the subtitle", shows("Upload queue finished: 1 uploaded"))
         assert same(os.path.join(desktop.videos, "other.srt"),
                     tv.path("My Film (1).srt"))
