@@ -165,7 +165,7 @@ int main(int argc, char* argv[]) {
     TerminationSignals::block();
     QGuiApplication::setApplicationName(u"quiv-controller"_s);
     QGuiApplication::setApplicationDisplayName(u"Quiv Controller"_s);
-    QGuiApplication::setDesktopFileName(QStringLiteral(QUIV_APPLICATION_ID));
+    QGuiApplication::setDesktopFileName(quiv::ApplicationId);
     const QGuiApplication app(argc, argv);
     QGuiApplication::setWindowIcon(windowIcon());
     const TerminationSignals termination;

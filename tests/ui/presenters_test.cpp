@@ -22,12 +22,6 @@ RemoteUsbStorage drive(bool isConnected) {
     return {QString(), u"Backup"_s, isConnected, 310'000'000'000, 0, 3, 4'200'000'000};
 }
 
-PairingState pairing(bool isRequired) {
-    PairingState state;
-    state.requiresControlPairing = isRequired;
-    return state;
-}
-
 LibraryContent library(const QStringList& names) {
     LibraryContent content;
     for (const QString& name : names)
@@ -450,61 +444,6 @@ private Q_SLOTS:
         m_presenter.reset();
         QCOMPARE(desktop.dropped, 2);
         QVERIFY(m_actions.calls.isEmpty());
-    }
-
-    void aPairingCodeHasThreeCharacters() {
-        for (const QString& code : {u"123"_s, u"1 3"_s, u"𝟏𝟐𝟑"_s, u"1\u0301\u030223"_s})
-            QVERIFY2(isCompletePairingCode(code), qPrintable(code));
-        for (const QString& code : {QString(), u"12"_s, u"1234"_s})
-            QVERIFY2(!isCompletePairingCode(code), qPrintable(code));
-    }
-
-    void theSheetComesAndGoesWithTheRequirement() {
-        PairingSheetPresenter& sheet = *m_presenter->pairingSheet();
-        const auto shown = [&] {
-            const QString code = sheet.state().code;
-            return sheet.state().isShown ? u"shown "_s + code : u"away "_s + code;
-        };
-        sheet.present();
-        QCOMPARE(shown(), u"away "_s); // nothing requires it
-        m_state.pairing = pairing(true);
-        select(std::nullopt);
-        QCOMPARE(shown(), u"away "_s);
-        select(Bedroom);
-        sheet.type(u"12"_s);
-        sheet.dismiss();
-        m_state.pairing.pairingCodeValidUntil = QDateTime::currentDateTime();
-        select(renamed(Bedroom)); // is the same TV
-        QCOMPARE(shown(), u"away 12"_s);
-        sheet.present();
-        QCOMPARE(shown(), u"shown 12"_s);
-        QVERIFY(sheet.state().codeValidUntilText.startsWith(u"This code is valid until "_s));
-        sheet.dismiss();
-        select(Kitchen);
-        QCOMPARE(shown(), u"shown "_s);
-        sheet.type(u"12"_s);
-        m_state.pairing = pairing(false);
-        tell();
-        QCOMPARE(shown(), u"away "_s);
-        m_state.pairing = pairing(true);
-        tell();
-        QCOMPARE(shown(), u"shown "_s);
-        sheet.type(u" 1234"_s);
-        QCOMPARE(shown(), u"shown 123"_s);
-        m_state.pairing.isLockedOut = true;
-        tell();
-        sheet.verify();
-        QCOMPARE(takeCalls(), QStringList());
-        sheet.cancelPairing();
-        QCOMPARE(takeCalls(), QStringList(u"cancel pairing"_s));
-        for (const bool isRequired : {false, true}) { // the TV still does
-            m_state.pairing = pairing(isRequired);
-            tell();
-            QCOMPARE(shown(), u"away "_s);
-        }
-        m_state.pairing.requests = 1;
-        tell();
-        QCOMPARE(shown(), u"shown "_s);
     }
 };
 

@@ -10,6 +10,10 @@ namespace quiv {
 TransferWatch::TransferWatch(const DesktopPorts& desktop, WindowActions& actions, Window window)
     : m_desktop(desktop), m_actions(actions), m_window(std::move(window)) {}
 
+TransferWatch::~TransferWatch() {
+    m_desktop.notifier.withdraw();
+}
+
 void TransferWatch::show(const WindowState& state) {
     m_desktop.awakeForTransfers.setInhibited(isMovingBytes(state));
     m_desktop.launcher.showProgress(transferProgress(state));

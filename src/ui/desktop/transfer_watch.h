@@ -19,6 +19,9 @@ public:
     };
 
     TransferWatch(const DesktopPorts& desktop, WindowActions& actions, Window window);
+    ~TransferWatch(); // nothing that was told can be answered any more
+    TransferWatch(const TransferWatch&) = delete;
+    TransferWatch& operator=(const TransferWatch&) = delete;
 
     void show(const WindowState& state);
     void uploadsFinished(const StatusMessage& outcome);

@@ -10,6 +10,7 @@
 #include "ui/window/window_place.h"
 #include "ui/window/window_view.h"
 
+#include <QGuiApplication>
 #include <QQuickWindow>
 
 namespace quiv {
@@ -106,7 +107,9 @@ struct MainWindow::Parts {
         QQuickWindow* const window = view.window();
         if (!window)
             return;
-        if (!activationToken.isEmpty()) // where the toolkit looks for it
+        // Where the toolkit looks for it; on X11 nobody would take it out again.
+        if (!activationToken.isEmpty() &&
+            QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
             qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
         if (window->visibility() == QWindow::Minimized)
             window->showNormal();

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Offsets and sizes are those of the OpenType specification.
+// Offsets and sizes are those of every OpenType font.
 constexpr qsizetype FeatureListOffset = 6;
 constexpr qsizetype FeatureRecordSize = 6;
 constexpr qsizetype TableRecordSize = 16;

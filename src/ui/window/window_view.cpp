@@ -6,8 +6,6 @@
 #include "ui/window/icon_provider.h"
 #include "ui/window/shadow_provider.h"
 
-#include <QIcon>
-#include <QPixmap>
 #include <QQuickWindow>
 
 extern Q_GUI_EXPORT void qt_set_sequence_auto_mnemonic(bool isOn); // declared by no header
@@ -16,19 +14,6 @@ void qml_register_types_Quiv(); // made by the build from the classes marked QML
 namespace quiv {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-QIcon applicationIcon() {
-    QIcon icon;
-    for (const int size : {16, 32, 48, 128, 256}) {
-        const QImage image = renderedIcon(u"application"_s, QSize(size, size));
-        icon.addPixmap(QPixmap::fromImage(image));
-    }
-    return icon;
-}
-
-} // namespace
 
 WindowView::WindowView(WindowPresenter& presenter, const DesktopAppearance& appearance) {
     qml_register_types_Quiv();
@@ -43,10 +28,8 @@ WindowView::WindowView(WindowPresenter& presenter, const DesktopAppearance& appe
     auto* look = m_engine.singletonInstance<Appearance*>(appearanceType);
     look->follow(appearance); // before the first frame
     m_engine.load(QUrl(u"qrc:/qml/Quiv/MainWindow.qml"_s));
-    if (QQuickWindow* loaded = window()) {
-        loaded->setIcon(applicationIcon());
+    if (QQuickWindow* loaded = window())
         look->setWindow(loaded);
-    }
 }
 
 QQuickWindow* WindowView::window() const {
