@@ -331,6 +331,12 @@ void Pictures::takeAll() {
     m_state.isSearching = true;
     m_presenter.show(m_state);
     take(u"searching"_s);
+    m_state.networkProblem = networkProblem({}, true);
+    m_presenter.show(m_state);
+    take(u"no-network"_s);
+    take(u"no-network-narrow"_s, {760, 600});
+    m_state.networkProblem = {};
+    m_presenter.show(m_state);
     m_state.isSearching = false;
     NoTvPresenter advice({u"https://a.example/tvs"_s, u"https://a.example/app"_s});
     auto* noTv = m_view.window()->findChild<QQuickItem*>(u"noTv"_s);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/network_watch.h"
 #include "model/ombra_mac_model.h"
 #include "platform/appearance/portal_appearance.h"
 #include "platform/avahi/avahi_connection.h"
@@ -80,6 +81,7 @@ private:
                            m_log,
                            m_fileDialogs,
                            {m_players, m_externalPlayer, m_awakeForVideo}}};
+    NetworkWatch m_networkWatch{m_systemChanges, *m_avahi, *m_model.discovery()};
 };
 
 } // namespace quiv

@@ -1,9 +1,14 @@
 #include "app/diagnosis.h"
 
+#include "net/network_problem.h"
+#include "platform/installation.h"
 #include "platform/network_interfaces.h"
+#include "platform/player/player_plugin.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QFileInfo>
+#include <QPluginLoader>
 #include <QStringList>
 #include <QSysInfo>
 
@@ -41,9 +46,22 @@ QString described(const NetworkInterface& each) {
     return words.join(u", "_s);
 }
 
+QString player() {
+    QPluginLoader library(playerLibraryPath());
+    if (auto* const plugin = qobject_cast<PlayerPlugin*>(library.instance()))
+        return plugin->description();
+    return QFileInfo::exists(library.fileName()) ? u"cannot be loaded"_s : u"not installed"_s;
+}
+
+QString helper(const QString& name) {
+    const bool isThere = QFileInfo(helperProgramPath(name)).isExecutable();
+    return name + (isThere ? u" is there"_s : u" is missing"_s);
+}
+
 } // namespace
 
 QString diagnosis() {
+    const QList<NetworkInterface> interfaces = networkInterfaces();
     QStringList lines{
         u"Quiv Controller: "_s + QStringLiteral(QUIV_VERSION),
         u"Qt: "_s + QString::fromLatin1(qVersion()),
@@ -57,8 +75,12 @@ QString diagnosis() {
         u"Notifications: "_s +
             isThere(QDBusConnection::sessionBus(), u"org.freedesktop.Notifications"_s),
         u"TVs are found by: "_s + finder()};
-    for (const NetworkInterface& each : networkInterfaces())
+    if (const NetworkProblem problem = networkProblem(interfaces, true); problem.isKnown())
+        lines.append(u"Network: "_s + problem.title);
+    for (const NetworkInterface& each : interfaces)
         lines.append(u"Interface %1: %2"_s.arg(each.name, described(each)));
+    lines.append(u"Helpers: %1, %2"_s.arg(helper(u"quiv-picture"_s), helper(u"quiv-still"_s)));
+    lines.append(u"Player: "_s + player());
     return lines.join(u'\n') + u'\n';
 }
 

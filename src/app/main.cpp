@@ -86,7 +86,7 @@ quiv::CommandLine commandLine(int argc, char** argv) {
 
 // What needs no window, nor a display: returns the status to end with, nullopt if there is a window
 // to show.
-std::optional<int> answerOnTerminal(const quiv::CommandLine& line) {
+std::optional<int> answerOnTerminal(const quiv::CommandLine& line, int& argc, char** argv) {
     switch (line.wish) {
     case quiv::CommandLine::Wish::Run:
         return std::nullopt;
@@ -96,9 +96,11 @@ std::optional<int> answerOnTerminal(const quiv::CommandLine& line) {
     case quiv::CommandLine::Wish::Version:
         std::puts("quiv-controller " QUIV_VERSION);
         return EXIT_SUCCESS;
-    case quiv::CommandLine::Wish::Diagnosis:
+    case quiv::CommandLine::Wish::Diagnosis: {
+        const QCoreApplication app(argc, argv);
         std::fputs(qUtf8Printable(quiv::diagnosis()), stdout);
         return EXIT_SUCCESS;
+    }
     case quiv::CommandLine::Wish::Refusal:
         break;
     }
@@ -159,7 +161,7 @@ int runApplication(const quiv::Launch& launch, bool isSeparate) {
 // QuivControllerApp: one window on one model.
 int main(int argc, char* argv[]) {
     const quiv::CommandLine line = commandLine(argc, argv);
-    if (const std::optional<int> status = answerOnTerminal(line))
+    if (const std::optional<int> status = answerOnTerminal(line, argc, argv))
         return *status;
     const quiv::Launch launch = launchOf(line);
     TerminationSignals::block();

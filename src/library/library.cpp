@@ -3,6 +3,8 @@
 #include "platform/async/background.h"
 #include "platform/publish.h"
 
+#include <QHash>
+
 #include <utility>
 
 namespace quiv {
@@ -45,15 +47,16 @@ Task<> Library::loadLibrary(Load load) {
 }
 
 Task<> Library::fetchContent(Tv tv) {
-    const QByteArray listing = co_await tv.getBody(u"api/files"_s, ReplyLimit<FilesResponse>);
-    if (listing == m_listing)
+    QByteArray listing = co_await tv.getBody(u"api/files"_s, ReplyLimit<FilesResponse>);
+    const ListingDigest digest{listing.size(), qHash(listing, QHashSeed::globalSeed())};
+    if (digest == m_listing)
         co_return;
-    const auto decoding = [listing] {
+    const auto decoding = [listing = std::move(listing)] {
         return libraryContent(decode<FilesResponse>(listing));
     };
     LibraryContent content = co_await inBackground(decoding);
     tv.requireSelected();
-    m_listing = listing;
+    m_listing = digest;
     setContent(std::move(content));
 }
 

@@ -4,17 +4,25 @@
 #include "net/tv.h"
 #include "platform/async/task.h"
 
-#include <QByteArray>
 #include <QObject>
 
+#include <cstddef>
 #include <optional>
 
 namespace quiv {
 
+// Tells one listing from another without keeping its bytes.
+struct ListingDigest {
+    qsizetype size = 0; // bytes
+    std::size_t hash = 0;
+
+    bool operator==(const ListingDigest&) const = default;
+};
+
 // The selected TV's media library as last loaded.
 //
 // Listings are decoded and grouped on a background thread and published here on the main thread;
-// one that equals the last to the byte costs neither. Loads may overlap: the last to complete wins.
+// one that equals the last costs neither. Loads may overlap: the last to complete wins.
 // A failed load leaves the rows as they were.
 class Library : public QObject {
     Q_OBJECT
@@ -50,7 +58,7 @@ private:
 
     const TvAccess m_tvs;
     LibraryContent m_content;
-    std::optional<QByteArray> m_listing; // the bytes that m_content was made of
+    std::optional<ListingDigest> m_listing; // what m_content was made of
     bool m_isLoadInProgress = false;
     QString m_failure;
 };

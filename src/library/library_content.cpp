@@ -3,6 +3,10 @@
 #include <QHash>
 
 #include <algorithm>
+#include <functional>
+#include <span>
+#include <tuple>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -26,27 +30,46 @@ QString matchingBaseName(QString name) {
     return (dot > 0 ? component.first(dot) : component).toLower();
 }
 
-// Newest first, then by the lower-cased text; the texts are made once per record.
-template <class Record> void sortNewestFirst(QList<Record>& records, QString Record::*text) {
-    struct Key {
-        std::int64_t time;
-        QString text;
-        qsizetype index;
-    };
-    std::vector<Key> keys;
-    keys.reserve(std::size_t(records.size()));
-    for (qsizetype index = 0; index < records.size(); ++index) {
-        const Record& record = records[index];
-        keys.push_back({record.lastModifiedMs.value_or(0), (record.*text).toLower(), index});
+struct Place {
+    std::int64_t time = 0;
+    qsizetype index = 0;
+};
+
+// Sorts by texts that are made once per record.
+template <class TextOf> void sortPlacesByText(std::span<Place> places, TextOf textOf) {
+    using Text = std::invoke_result_t<TextOf, qsizetype>;
+    std::vector<std::pair<Text, Place>> keys;
+    keys.reserve(places.size());
+    for (const Place& place : places)
+        keys.emplace_back(textOf(place.index), place);
+    std::ranges::stable_sort(keys, {}, &std::pair<Text, Place>::first);
+    std::ranges::transform(keys, places.begin(), &std::pair<Text, Place>::second);
+}
+
+// The places of `count` records, newest first, then by the text. Few records are of the same time,
+// and only those are asked for their text.
+template <class TimeOf, class TextOf>
+std::vector<Place> newestFirst(qsizetype count, TimeOf timeOf, TextOf textOf) {
+    std::vector<Place> places;
+    places.reserve(static_cast<std::size_t>(count));
+    for (qsizetype index = 0; index < count; ++index)
+        places.push_back({timeOf(index), index});
+    std::ranges::stable_sort(places, std::ranges::greater(), &Place::time);
+    for (auto begin = places.begin(); begin != places.end();) {
+        const auto end = std::find_if(
+            begin, places.end(), [begin](const Place& place) { return place.time != begin->time; });
+        if (end - begin > 1)
+            sortPlacesByText(std::span(begin, end), textOf);
+        begin = end;
     }
-    std::ranges::stable_sort(keys, [](const Key& a, const Key& b) {
-        return a.time != b.time ? a.time > b.time : a.text < b.text;
-    });
-    QList<Record> sorted;
-    sorted.reserve(records.size());
-    for (const Key& key : keys)
-        sorted.append(std::move(records[key.index]));
-    records = std::move(sorted);
+    return places;
+}
+
+template <class Record>
+std::vector<Place> newestFirst(const QList<Record>& records, QString Record::*text) {
+    return newestFirst(
+        records.size(), [&](qsizetype index) { return records[index].lastModifiedMs.value_or(0); },
+        [&](qsizetype index) { return (records[index].*text).toLower(); });
 }
 
 void sortByLowerCasedName(QList<RemoteFile>& files) {
@@ -62,10 +85,12 @@ constexpr qsizetype MostFilesOfRow = 256;
 enum class FileClass { Video, Subtitle, Other };
 
 FileClass classOf(const RemoteFile& file) {
-    const QString kind = file.kind.toUpper();
-    if (kind == "VIDEO"_L1)
+    const auto isKind = [&file](QLatin1StringView kind) {
+        return file.kind.compare(kind, Qt::CaseInsensitive) == 0;
+    };
+    if (isKind("VIDEO"_L1))
         return FileClass::Video;
-    return kind == "SUBTITLE"_L1 ? FileClass::Subtitle : FileClass::Other;
+    return isKind("SUBTITLE"_L1) ? FileClass::Subtitle : FileClass::Other;
 }
 
 // A row's files in one list, the video first.
@@ -82,15 +107,21 @@ template <class Visit> void visitFiles(const FileGroup& group, Visit visit) {
 class GroupBuilder {
 public:
     GroupBuilder(const QList<RemoteFile>& files, const QList<RemoteVideo>& videos) {
-        for (const RemoteVideo& video : videos) {
-            if (!m_reported.contains(video.name))
-                m_reported.insert(video.name, &video);
+        m_reported.reserve(videos.size());
+        for (const Place& place : newestFirst(videos, &RemoteVideo::displayName)) {
+            const RemoteVideo& video = videos[place.index];
+            if (const RemoteVideo*& known = m_reported[video.name]; !known)
+                known = &video;
         }
-        for (const RemoteFile& file : files) {
-            if (classOf(file) == FileClass::Video)
+        const std::vector<Place> places = newestFirst(files, &RemoteFile::name);
+        m_indexById.reserve(files.size());
+        m_rows.reserve(files.size());
+        for (const Place& place : places) {
+            if (const RemoteFile& file = files[place.index]; classOf(file) == FileClass::Video)
                 addVideo(file);
         }
-        for (const RemoteFile& file : files) {
+        for (const Place& place : places) {
+            const RemoteFile& file = files[place.index];
             const FileClass fileClass = classOf(file);
             if (fileClass == FileClass::Subtitle)
                 add(file, &FileGroup::subtitles, u"subtitle:"_s);
@@ -151,10 +182,12 @@ private:
     static void finish(LibraryRow& row) {
         sortByLowerCasedName(row.group.subtitles);
         sortByLowerCasedName(row.group.others);
-        row.searchKey = row.group.title.toLower();
-        visitFiles(row.group, [&row](const RemoteFile& file) {
-            row.searchKey += KeySeparator + file.name.toLower();
-        });
+        const FileGroup& group = row.group;
+        // Whatever is found in a title is found in a name that begins with it.
+        const bool isTitleInName = group.video && group.video->name.startsWith(group.title);
+        QString key = isTitleInName ? QString() : group.title;
+        visitFiles(group, [&key](const RemoteFile& file) { key += KeySeparator + file.name; });
+        row.searchKey = std::move(key).toLower();
     }
 
     QHash<QString, const RemoteVideo*> m_reported;
@@ -175,28 +208,16 @@ std::int64_t recencyOf(const FileGroup& group) {
 // Newest first, rows with a video before others, then by title; the id settles what is left, so
 // that rows do not change places between listings.
 void sortRows(QList<LibraryRow>& rows) {
-    struct Key {
-        std::int64_t recency;
-        bool hasNoVideo;
-        QString title;
-        QString id;
-        qsizetype index;
-    };
-    std::vector<Key> keys;
-    keys.reserve(std::size_t(rows.size()));
-    for (qsizetype index = 0; index < rows.size(); ++index) {
-        const FileGroup& group = rows[index].group;
-        keys.push_back({recencyOf(group), !group.video, group.title.toLower(), group.id, index});
-    }
-    std::ranges::sort(keys, [](const Key& a, const Key& b) {
-        if (a.recency != b.recency)
-            return a.recency > b.recency;
-        return std::tie(a.hasNoVideo, a.title, a.id) < std::tie(b.hasNoVideo, b.title, b.id);
-    });
+    const auto places = newestFirst(
+        rows.size(), [&rows](qsizetype index) { return recencyOf(rows.at(index).group); },
+        [&rows](qsizetype index) {
+            const FileGroup& group = rows.at(index).group;
+            return std::tuple(!group.video, group.title.toLower(), group.id);
+        });
     QList<LibraryRow> sorted;
     sorted.reserve(rows.size());
-    for (const Key& key : keys)
-        sorted.append(std::move(rows[key.index]));
+    for (const Place& place : places)
+        sorted.append(std::move(rows[place.index]));
     rows = std::move(sorted);
 }
 
@@ -223,8 +244,6 @@ LibraryContent libraryContent(FilesResponse response) {
         content.usbSetupHint = response.usbSetupHint->trimmed();
 
     response.files.removeIf([](const RemoteFile& file) { return isHiddenLibraryName(file.name); });
-    sortNewestFirst(response.files, &RemoteFile::name);
-    sortNewestFirst(response.videos, &RemoteVideo::displayName);
     content.groupedFiles = GroupBuilder(response.files, response.videos).take();
     response.files.clear();
     response.videos.clear();

@@ -59,6 +59,7 @@ void OmbraMacModel::tellStateChanges() {
     };
     tell(&m_discovery, &Discovery::devicesChanged);
     tell(&m_discovery, &Discovery::searchingChanged);
+    tell(&m_discovery, &Discovery::networkProblemChanged);
     tell(&m_tokens, &AuthTokens::tokenChanged);
     tell(&m_selected, &SelectedDevice::changed);
     tell(&m_reachability, &Reachability::reachableChanged);
@@ -81,6 +82,7 @@ void OmbraMacModel::tellStateChanges() {
 WindowState OmbraMacModel::state() {
     return {.discoveredDevices = m_discovery.discoveredDevices(),
             .isSearching = m_discovery.isSearching(),
+            .networkProblem = m_discovery.networkProblem(),
             .selectedDevice = m_selected.device(),
             .isReachable = m_reachability.isReachable(),
             .status = m_status.message(),

@@ -2,6 +2,7 @@
 
 #include "library/library_content.h"
 #include "library/thumbnail_url.h"
+#include "net/network_problem.h"
 #include "net/pairing.h"
 #include "net/status_line.h"
 #include "net/tv_endpoint.h"
@@ -25,6 +26,7 @@ namespace quiv {
 struct WindowState {
     QList<TVEndpoint> discoveredDevices;
     bool isSearching = false; // for TVs
+    NetworkProblem networkProblem;
     std::optional<TVEndpoint> selectedDevice;
     bool isReachable = true; // the selected TV answers
     StatusMessage status;

@@ -75,8 +75,7 @@ void Discovery::refreshDiscovery() {
     Q_EMIT devicesChanged();
     m_browser.stop();
     m_tvs.say(u"Searching for TVs on local network..."_s);
-    m_latestSettling = m_clock.now() + LongestSearch;
-    expectNews();
+    beginSearching();
     m_wait = m_clock.after(WaitForRememberedTv, [this] {
         m_wait.reset();
         ensureSelectedDevice();
@@ -87,6 +86,20 @@ void Discovery::refreshDiscovery() {
     m_browser.search(
         u"_ombra._tcp."_s, u"local."_s, [this](const FoundService& service) { begin(service); },
         [this](const FoundService& service) { end(service); });
+}
+
+void Discovery::setNetworkProblem(const NetworkProblem& problem) {
+    const NetworkProblem before = std::exchange(m_networkProblem, problem);
+    if (before == problem)
+        return;
+    if (!problem.isKnown())
+        beginSearching();
+    Q_EMIT networkProblemChanged();
+}
+
+void Discovery::beginSearching() {
+    m_latestSettling = m_clock.now() + LongestSearch;
+    expectNews();
 }
 
 // The search ends when nothing has come for a while; what comes later is listed all the same.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "net/network_problem.h"
 #include "net/selected_device.h"
 #include "net/tv.h"
 #include "net/tv_endpoint.h"
@@ -63,6 +64,10 @@ public:
     const QList<TVEndpoint>& discoveredDevices() const { return m_discoveredDevices; }
     // Whether a search is under way: until nothing new has come for a while.
     bool isSearching() const { return m_settling != nullptr; }
+    // What stands in the way of any search, as far as that is known.
+    const NetworkProblem& networkProblem() const { return m_networkProblem; }
+    // Once the problem is gone, a search is under way again.
+    void setNetworkProblem(const NetworkProblem& problem);
     // Empties the list and searches anew.
     void refreshDiscovery();
     // The TV with this endpointKey does not answer: looks where it is now.
@@ -73,6 +78,7 @@ public:
 Q_SIGNALS:
     void devicesChanged();
     void searchingChanged();
+    void networkProblemChanged();
 
 private:
     enum class Announce { Yes, No };
@@ -83,6 +89,7 @@ private:
         Task<> task;
     };
 
+    void beginSearching();
     void expectNews();
     void begin(const FoundService& service);
     bool hasPlaceFor(const QString& serviceName) const;
@@ -107,6 +114,7 @@ private:
     SystemLog& m_log;
     Selector& m_selector;
     QList<TVEndpoint> m_discoveredDevices;
+    NetworkProblem m_networkProblem;
     // While it runs, no other TV takes the place of the one that was selected last.
     std::unique_ptr<Clock::Timer> m_wait;
     std::unique_ptr<Clock::Timer> m_settling; // while a search is under way

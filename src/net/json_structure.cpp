@@ -6,12 +6,20 @@ namespace quiv {
 
 namespace {
 
+// Whether the sign at `place` follows an odd number of backslashes, none of them before `begin`.
+bool isEscaped(QByteArrayView json, qsizetype begin, qsizetype place) {
+    qsizetype first = place;
+    while (first > begin && json[first - 1] == '\\')
+        --first;
+    return (place - first) % 2 != 0;
+}
+
 // The place of the quotation mark that ends the text beginning at `begin`, or one behind the bytes.
 qsizetype endOfText(QByteArrayView json, qsizetype begin) {
-    qsizetype place = begin + 1;
-    while (place < json.size() && json[place] != '"')
-        place += json[place] == '\\' ? 2 : 1;
-    return place;
+    qsizetype place = json.indexOf('"', begin + 1);
+    while (place >= 0 && isEscaped(json, begin + 1, place))
+        place = json.indexOf('"', place + 1);
+    return place < 0 ? json.size() : place;
 }
 
 } // namespace

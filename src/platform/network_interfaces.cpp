@@ -22,6 +22,7 @@ QList<NetworkInterface> networkInterfaces() {
         }
         const unsigned flags = entry->ifa_flags;
         known->isLoopback = flags & IFF_LOOPBACK;
+        known->isPointToPoint = flags & IFF_POINTOPOINT;
         known->isUp = (flags & IFF_UP) && (flags & IFF_RUNNING);
         known->canMulticast = flags & IFF_MULTICAST;
         const int family = entry->ifa_addr ? entry->ifa_addr->sa_family : AF_UNSPEC;

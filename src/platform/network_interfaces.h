@@ -9,7 +9,8 @@ namespace quiv {
 struct NetworkInterface {
     QString name; // as the system numbers them: "eth0", "wlan0"
     bool isLoopback = false;
-    bool isUp = false; // and connected
+    bool isPointToPoint = false; // such as a tunnel
+    bool isUp = false;           // and connected
     bool canMulticast = false;
     bool hasIpv4 = false;
     bool hasIpv6 = false;

@@ -57,7 +57,7 @@ int openAddressNews() {
 
 } // namespace
 
-SystemChanges::SystemChanges(QObject* parent) : QObject(parent) {
+SystemChanges::SystemChanges(QObject* parent) : QObject(parent), m_interfaces(networkInterfaces()) {
     watchAddresses();
     // From the event loop, as the first use of a bus takes a while.
     QMetaObject::invokeMethod(this, "watchSleep", Qt::QueuedConnection);
@@ -87,6 +87,7 @@ void SystemChanges::watchAddresses() {
     m_socket = openAddressNews();
     if (m_socket < 0)
         return;
+    m_interfaces = networkInterfaces();
     m_addresses = usableAddresses();
     m_notifier = std::make_unique<QSocketNotifier>(m_socket, QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &SystemChanges::onAddressNews);
@@ -97,6 +98,9 @@ void SystemChanges::onAddressNews() {
     std::array<char, 16 << 10> ignored{};
     while (::recv(m_socket, ignored.data(), ignored.size(), 0) > 0) {
     }
+    auto interfaces = networkInterfaces();
+    if (std::exchange(m_interfaces, interfaces) != interfaces)
+        Q_EMIT interfacesChanged();
     auto addresses = usableAddresses();
     if (std::exchange(m_addresses, addresses) != addresses)
         Q_EMIT networkChanged();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/network_interfaces.h"
+
 #include <QObject>
 #include <QSocketNotifier>
 
@@ -19,9 +21,13 @@ public:
     explicit SystemChanges(QObject* parent = nullptr);
     ~SystemChanges() override;
 
+    const QList<NetworkInterface>& interfaces() const { return m_interfaces; }
+
 Q_SIGNALS:
     // The computer woke up, or its network addresses changed.
     void networkChanged();
+    // interfaces() did; comes before networkChanged() if that has changed, too.
+    void interfacesChanged();
 
 private Q_SLOTS:
     void watchSleep();
@@ -31,6 +37,7 @@ private:
     void watchAddresses();
     void onAddressNews();
 
+    QList<NetworkInterface> m_interfaces;
     std::set<std::string> m_addresses; // of the interfaces that are up, with their names
     int m_socket = -1;
     std::unique_ptr<QSocketNotifier> m_notifier;

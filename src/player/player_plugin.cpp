@@ -1,6 +1,7 @@
 #include "platform/player/player_plugin.h"
 
 #include "player/mpv_player.h"
+#include "player/player_description.h"
 
 #include <QCoreApplication>
 #include <QQuickWindow>
@@ -45,6 +46,8 @@ public:
         const auto player = std::make_shared<MpvPlayer>(address, drawing());
         return {player, player};
     }
+
+    QString description() override { return playerDescription(); }
 };
 
 } // namespace quiv

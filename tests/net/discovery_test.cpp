@@ -208,6 +208,36 @@ private Q_SLOTS:
         QCOMPARE(fixture.settings.texts.value(PersistedKey), u"10.0.0.2:80"_s);
     }
 
+    void whatStandsInTheWayOfASearchIsTold() {
+        const NetworkInterface loopback{
+            .name = u"lo"_s, .isLoopback = true, .isUp = true, .hasIpv4 = true};
+        NetworkInterface ethernet{.name = u"eth0"_s};
+        const auto title = [&](bool canSearch = true) {
+            return networkProblem({loopback, ethernet}, canSearch).title;
+        };
+        const QString unconnected = u"This computer is not connected to a network"_s;
+        QCOMPARE(title(), unconnected);
+        ethernet.isUp = true;
+        QVERIFY(networkProblem({loopback, ethernet}, true).advice.contains(u"off for eth0,"_s));
+        ethernet.canMulticast = true;
+        QCOMPARE(title(), u"This computer has no address in its network"_s);
+        ethernet.hasIpv6 = true;
+        QCOMPARE(title(), QString());
+        QCOMPARE(title(false), u"TVs cannot be searched for"_s);
+        ethernet.isPointToPoint = true;
+        QCOMPARE(title(), unconnected);
+
+        DiscoveryFixture fixture;
+        fixture.clock.advance(10s);
+        fixture.model.discovery()->setNetworkProblem(networkProblem({loopback}, true));
+        QCOMPARE(fixture.model.state().networkProblem.title, unconnected);
+        QVERIFY(!fixture.model.state().isSearching);
+        fixture.model.discovery()->setNetworkProblem({});
+        QVERIFY(fixture.model.state().isSearching); // TVs may come now
+        fixture.clock.advance(3s);
+        QVERIFY(!fixture.model.state().isSearching);
+    }
+
     void theListHasAStrictOrder() {
         const auto lowerHost = tvNamed(u"Living Room"_s, u" A.local"_s, 9);
         const auto lowerPort = tvNamed(u"living room"_s, u"b.local"_s, 8);

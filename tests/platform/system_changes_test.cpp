@@ -8,6 +8,8 @@
 #include <QProcess>
 #include <QSignalSpy>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 using namespace quiv;
 
@@ -54,6 +56,31 @@ private Q_SLOTS:
             ip("address change 192.0.2.1/32 dev lo valid_lft 900 preferred_lft 900")); // renewed
         QVERIFY(ip("address del 192.0.2.1/32 dev lo"));
         QTRY_COMPARE(told.size(), 2);
+    }
+
+    void interfacesThatComeAndGoAreTold() {
+        SystemChanges changes;
+        const auto cable = [&] {
+            const auto& interfaces = changes.interfaces();
+            const auto found = std::ranges::find(interfaces, u"cable"_s, &NetworkInterface::name);
+            return found == interfaces.end() ? NetworkInterface{} : *found;
+        };
+        QSignalSpy told(&changes, &SystemChanges::interfacesChanged);
+        QVERIFY(ip("link add cable type veth peer name socket"));
+        QTRY_COMPARE(cable().name, u"cable"_s);
+        QVERIFY(!cable().isUp);
+        QVERIFY(ip("link set cable up"));
+        QVERIFY(ip("link set socket up"));
+        QTRY_VERIFY(cable().isUp && cable().canMulticast && !cable().isLoopback);
+        QVERIFY(ip("link set cable multicast off"));
+        QTRY_VERIFY(!cable().canMulticast);
+        QVERIFY(ip("address add 192.0.2.1/24 dev cable"));
+        QTRY_VERIFY(cable().hasIpv4);
+        QVERIFY(ip("link set socket down"));
+        QTRY_VERIFY(!cable().isUp);
+        QVERIFY(!told.isEmpty());
+        QVERIFY(ip("link del cable"));
+        QTRY_COMPARE(cable(), NetworkInterface{});
     }
 };
 

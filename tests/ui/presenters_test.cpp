@@ -394,6 +394,12 @@ private Q_SLOTS:
         m_state.isSearching = true;
         select(std::nullopt);
         QVERIFY(noTv.isSearching());
+        m_state.networkProblem = {u"No network"_s, u"Plug it in."_s};
+        tell();
+        QVERIFY(!noTv.isSearching());
+        m_state.networkProblem = {};
+        tell();
+        QVERIFY(noTv.isSearching());
         m_state.discoveredDevices = {Bedroom};
         tell();
         QVERIFY(!noTv.isSearching());

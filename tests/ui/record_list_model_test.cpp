@@ -188,7 +188,7 @@ private Q_SLOTS:
     }
 
     void manyChangesReplaceTheirSpanOnly() {
-        const int count = 4 * Model::maximumRuns;
+        const int count = 4 * ListChange::maximumRuns;
         Watched watched(counted(count));
         Items target = counted(count);
         for (int row = 100; row < count - 100; row += 2)
@@ -213,7 +213,7 @@ private Q_SLOTS:
         for (int row = 0; row < count; row += 2)
             target[row].size = 1;
         model.assign(target);
-        QCOMPARE(changed.size(), Model::maximumCompared + 1);
+        QCOMPARE(changed.size(), ListChange::maximumCompared + 1);
         QCOMPARE(changed.last()[1].toModelIndex().row(), count - 1);
         for (int row = 0; row < count; row += 800)
             target[row].key += count;

@@ -33,8 +33,14 @@ private Q_SLOTS:
         tell();
         QVERIFY(shows(u"Searching for TVs in your network..."_s));
         QVERIFY(!shows(u"Option 1"_s));
-        m_state.isSearching = false;
+        m_state.networkProblem = {u"No network"_s, u"Plug it in."_s};
         tell();
+        for (const QString& text : {u"No network"_s, u"Plug it in."_s, u"Option 1"_s})
+            QVERIFY2(shows(text), qPrintable(text));
+        m_state.isSearching = false;
+        m_state.networkProblem = {};
+        tell();
+        QVERIFY(!shows(u"Plug it in."_s));
         for (const char* text :
              {"No TV Selected", "Quiv TV app is required to connect.",
               "Install Quiv on your TV using one of these options, then select the discovered TV "

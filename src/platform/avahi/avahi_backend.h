@@ -64,7 +64,8 @@ struct AskedAnew { // what was answered to this question before no longer counts
 using AvahiAnswer = std::variant<ServiceAppeared, ServiceGone, ServicePlace, AddressAppeared,
                                  AddressGone, AskedAnew>;
 
-enum class AvahiBackendKind { None, SystemDaemon, Embedded };
+// None: neither can be used; Undecided until that has been tried for the first time.
+enum class AvahiBackendKind { Undecided, None, SystemDaemon, Embedded };
 
 // A question that is being asked; destroying it ends that.
 class AvahiLookup {

@@ -37,7 +37,13 @@ AvahiConnection::AvahiConnection(std::chrono::milliseconds retryInterval) {
                                                                 AvahiAnswer answer) {
         postToMainThread(token, [this, id, answer = std::move(answer)] { dispatch(id, answer); });
     };
-    m_worker = std::make_shared<AvahiWorker>(retryInterval, deliver);
+    const auto tell = [this, token = std::weak_ptr(m_token)] {
+        postToMainThread(token, [this] {
+            if (m_listener)
+                m_listener();
+        });
+    };
+    m_worker = std::make_shared<AvahiWorker>(retryInterval, deliver, tell);
     std::packaged_task<void()> thread([worker = m_worker] { worker->run(); });
     m_threadEnded = thread.get_future();
     m_thread = std::thread(std::move(thread));

@@ -52,6 +52,8 @@ public:
 
     // Who answers now.
     AvahiBackendKind backendKind() const;
+    // Called from the event loop when that was decided anew.
+    void setBackendListener(std::function<void()> listener) { m_listener = std::move(listener); }
 
 private:
     friend class AvahiSubscription;
@@ -61,6 +63,7 @@ private:
 
     std::map<AvahiQuestionId, std::shared_ptr<const Callback>> m_callbacks;
     AvahiQuestionId m_lastId = 0;
+    std::function<void()> m_listener;
     std::shared_ptr<const void> m_token = std::make_shared<char>(); // expires with the connection
     std::shared_ptr<AvahiWorker> m_worker;
     std::thread m_thread;

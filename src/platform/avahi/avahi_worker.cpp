@@ -15,8 +15,11 @@ std::chrono::seconds pauseAfter(int failures) {
 
 } // namespace
 
-AvahiWorker::AvahiWorker(std::chrono::milliseconds retryInterval, Deliver deliver)
-    : m_retryInterval(retryInterval), m_deliver(std::move(deliver)) {}
+AvahiWorker::AvahiWorker(std::chrono::milliseconds retryInterval, Deliver deliver,
+                         std::function<void()> decided)
+    : m_retryInterval(retryInterval),
+      m_deliver(std::move(deliver)),
+      m_decided(std::move(decided)) {}
 
 void AvahiWorker::run() {
     if (!m_loop.isUsable())
@@ -58,6 +61,7 @@ void AvahiWorker::renewBackend(Instant now) {
         asked.lookup.reset();
     m_choice->renew(now);
     m_backendKind = m_choice->kind();
+    m_decided();
     for (auto& [id, asked] : m_asked) {
         asked.failures = 0;
         m_deliver(id, AskedAnew{asked.question});

@@ -23,7 +23,9 @@ class AvahiWorker {
 public:
     using Deliver = std::function<void(AvahiQuestionId, AvahiAnswer)>;
 
-    AvahiWorker(std::chrono::milliseconds retryInterval, Deliver deliver);
+    // `decided`: who answers was decided anew, perhaps for the same one as before.
+    AvahiWorker(std::chrono::milliseconds retryInterval, Deliver deliver,
+                std::function<void()> decided);
 
     void run();
     void stop();
@@ -49,7 +51,8 @@ private:
     AvahiLoop m_loop;
     std::chrono::milliseconds m_retryInterval;
     Deliver m_deliver;
-    std::atomic<AvahiBackendKind> m_backendKind = AvahiBackendKind::None;
+    std::function<void()> m_decided;
+    std::atomic<AvahiBackendKind> m_backendKind = AvahiBackendKind::Undecided;
     // On the Avahi thread only; the lookups end before the backend they are asked through.
     std::optional<AvahiBackendChoice> m_choice;
     std::map<AvahiQuestionId, Asked> m_asked;

@@ -3,6 +3,7 @@
 #include "platform/player/player_screen.h"
 
 #include <QByteArray>
+#include <QString>
 #include <QtPlugin>
 
 namespace quiv {
@@ -19,6 +20,8 @@ class PlayerPlugin {
 public:
     virtual ~PlayerPlugin() = default;
     virtual OpenedPlayer open(const StreamAddress& address) = 0;
+    // Versions and abilities, for the report of a fault.
+    virtual QString description() = 0;
 };
 
 } // namespace quiv

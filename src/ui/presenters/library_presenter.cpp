@@ -1,5 +1,6 @@
 #include "ui/presenters/library_presenter.h"
 
+#include "platform/async/background.h"
 #include "platform/publish.h"
 #include "transfer/deletion.h"
 #include "transfer/upload_queue_rules.h"
@@ -18,6 +19,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QByteArray ContentRole = "content";
+
+// Lists with more rows, before and after together, are not compared within a frame.
+constexpr qsizetype LongList = 4000;
 
 QList<ListRole<LibraryRow>> rowRoles(const WindowState& state, const QSet<QString>& uploadKeys,
                                      const RowSelection& selection) {
@@ -53,10 +57,6 @@ bool haveSameNames(const QList<UploadListItem>& a, const QList<UploadListItem>& 
 }
 
 } // namespace
-
-const QString& libraryRowKey(const LibraryRow& row) {
-    return row.group.id;
-}
 
 LibraryPresenter::Phase libraryPhase(const LibraryCounts& counts) {
     using Phase = LibraryPresenter::Phase;
@@ -117,7 +117,8 @@ void LibraryPresenter::show(const WindowState& state) {
     // Comparing a large library takes as long as showing it.
     if (isAnotherTv || !before.content.groupedFiles.isSharedWith(state.content.groupedFiles))
         filterRows();
-    updatePhase();
+    if (!m_isFiltering) // the phase follows the rows
+        updatePhase();
 }
 
 void LibraryPresenter::playOrPause(const QString& key) {
@@ -222,17 +223,43 @@ const LibraryRow* LibraryPresenter::rowOf(const QString& key) const {
 void LibraryPresenter::search(const QString& text) {
     if (!publish(this, m_searchText, text, &LibraryPresenter::searchTextChanged))
         return;
+    m_hasNewSearch = true;
     filterRows();
-    updatePhase();
-    Q_EMIT searched();
 }
 
 void LibraryPresenter::filterRows() {
-    m_rows.assign(filteredRows(m_state.content.groupedFiles, m_searchText));
-    setSelection(selectionAmong(m_selection, m_rows.rows()));
+    m_filtering = {};
+    RowsRequest request{m_rows.rows(), m_state.content.groupedFiles, m_searchText, m_selection};
+    m_isFiltering = request.shown.size() + request.library.size() > LongList;
+    if (m_isFiltering)
+        m_filtering = filteringRows(std::move(request));
+    else
+        showRows(shownRows(request), m_selection);
+}
+
+Task<> LibraryPresenter::filteringRows(RowsRequest request) {
+    const RowSelection selection = request.selection;
+    auto work = [request = std::move(request)] {
+        return shownRows(request);
+    };
+    ShownRows rows = co_await inBackground(work);
+    m_isFiltering = false;
+    QList<LibraryRow> old = showRows(std::move(rows), selection);
+    // Freeing 100,000 rows takes longer than a frame.
+    runInBackground([old = std::move(old), work = std::move(work)] {});
+}
+
+QList<LibraryRow> LibraryPresenter::showRows(ShownRows rows, const RowSelection& selectionBefore) {
+    QList<LibraryRow> old = m_rows.apply(std::move(rows.rows), rows.change);
+    const bool isSameSelection = m_selection == selectionBefore;
+    setSelection(isSameSelection ? rows.selection : selectionAmong(m_selection, m_rows.rows()));
     const bool isSearching = !m_searchText.trimmed().isEmpty();
     publish(this, m_foundText, isSearching ? foundTitlesText(m_rows.rowCount()) : QString(),
             &LibraryPresenter::foundTextChanged);
+    updatePhase();
+    if (std::exchange(m_hasNewSearch, false))
+        Q_EMIT searched();
+    return old;
 }
 
 void LibraryPresenter::updatePhase() {

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "model/window_state.h"
+#include "platform/async/task.h"
 #include "ui/presenters/action_menu_presenter.h"
 #include "ui/presenters/file_group_row_state.h"
 #include "ui/presenters/library_entries.h"
 #include "ui/presenters/record_list_model.h"
 #include "ui/presenters/row_selection.h"
+#include "ui/presenters/shown_rows.h"
 
 #include <QAbstractItemModel>
 #include <QObject>
@@ -18,11 +20,9 @@ namespace quiv {
 class UploadsPresenter;
 class WindowActions;
 
-// The key of a library row.
-const QString& libraryRowKey(const LibraryRow& row);
-
 // The selected TV's library as the search field narrows it, below the queue in one list; and which
-// of its rows are selected. Search and selection are forgotten when another TV is selected.
+// of its rows are selected. Search and selection are forgotten when another TV is selected. A long
+// list follows its TV and its search a moment later, as it is compared in the background.
 class LibraryPresenter : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -99,6 +99,9 @@ Q_SIGNALS:
 
 private:
     void filterRows();
+    Task<> filteringRows(RowsRequest request);
+    // Returns the former rows.
+    QList<LibraryRow> showRows(ShownRows rows, const RowSelection& selectionBefore);
     void updatePhase();
     void setSelection(const RowSelection& selection);
     // What an action on this row is about, but what is still being uploaded or already
@@ -118,6 +121,9 @@ private:
     Phase m_phase = Phase::NoTv;
     RecordListModel<LibraryRow, &libraryRowKey> m_rows; // those that the search leaves
     LibraryEntries m_entries;
+    bool m_isFiltering = false;  // a long list, in the background
+    bool m_hasNewSearch = false; // that the rows do not follow yet
+    Task<> m_filtering;
 };
 
 // What decides the phase.

@@ -40,8 +40,10 @@ QString NoTvPresenter::storeAddress() const {
 }
 
 void NoTvPresenter::show(const WindowState& state) {
-    publish(this, m_isSearching, state.isSearching && state.discoveredDevices.isEmpty(),
+    const bool isHopeful = state.isSearching && !state.networkProblem.isKnown();
+    publish(this, m_isSearching, isHopeful && state.discoveredDevices.isEmpty(),
             &NoTvPresenter::isSearchingChanged);
+    publish(this, m_problem, state.networkProblem, &NoTvPresenter::problemChanged);
 }
 
 } // namespace quiv

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/presenters/list_edits.h"
+#include "ui/presenters/list_change.h"
 
 #include <QAbstractListModel>
 #include <QByteArray>
@@ -30,12 +30,6 @@ template <class Record, auto keyOf> class RecordListModel : public QAbstractList
 public:
     using Roles = QList<ListRole<Record>>;
 
-    // When more steps would be needed, what changed is replaced as a whole. Each step pushes the
-    // rows behind it, so that a long list affords fewer.
-    static constexpr int maximumRuns = 512;
-    static constexpr int maximumPushes = 10'000'000;
-    static constexpr int maximumCompared = 1000; // rows that differ
-
     explicit RecordListModel(Roles roles, QObject* parent = nullptr)
         : QAbstractListModel(parent), m_roles(std::move(roles)) {}
 
@@ -44,6 +38,10 @@ public:
     // Makes the rows equal to these by the smallest steps: removals, moves, insertions, then
     // dataChanged for the roles that differ. Linear while a few rows change.
     void assign(QList<Record> records);
+
+    // The same where listChange() from rows() to `records` is known already: what takes time was
+    // done elsewhere. Returns the former rows, which take time to free.
+    QList<Record> apply(QList<Record> records, const ListChange& change);
 
     // Tells views that this role answers anew for every row. Costs as many answers as rows in view.
     void refresh(const QByteArray& role);
@@ -58,22 +56,15 @@ public:
     QHash<int, QByteArray> roleNames() const override;
 
 private:
-    using Key = std::remove_cvref_t<std::invoke_result_t<decltype(keyOf), const Record&>>;
-
-    static const Key& key(const Record& record) { return std::invoke(keyOf, record); }
-
-    std::vector<int> matchedRows(const QList<Record>& records, int first, int oldEnd,
-                                 int newEnd) const;
-    void edit(const ListEdits& edits, const QList<Record>& records, int offset);
     void removeRun(int first, int count);
     void insertRun(int first, int count, const QList<Record>& records);
     void moveRun(int first, int count, int before);
-    void showRecords(const QList<Record>& records);
+    void tellChanged(const QList<Record>& records, const ListChange& change);
     QList<int> changedRoles(const Record& before, const Record& after) const;
 
     Roles m_roles;
     QList<Record> m_records;
-    // The rows as views know them. Points into m_records, and while assign() runs also into the
+    // The rows as views know them. Points into m_records, and while apply() runs also into the
     // list to come: moving pointers is cheap where moving records is not.
     std::vector<const Record*> m_shown;
 };
@@ -115,64 +106,23 @@ template <class Record, auto keyOf>
 void RecordListModel<Record, keyOf>::assign(QList<Record> records) {
     if (records.isSharedWith(m_records))
         return;
-    const int oldCount = static_cast<int>(m_shown.size());
-    const int newCount = static_cast<int>(records.size());
-    const auto isSame = [&](int oldRow, int newRow) {
-        return key(*m_shown[static_cast<size_t>(oldRow)]) == key(records.at(newRow));
-    };
-    int first = 0;
-    while (first < std::min(oldCount, newCount) && isSame(first, first))
-        ++first;
-    int last = 0; // common rows at the end
-    while (last < std::min(oldCount, newCount) - first &&
-           isSame(oldCount - last - 1, newCount - last - 1))
-        ++last;
-
-    const int oldSpan = oldCount - last - first;
-    const int newSpan = newCount - last - first;
-    if (oldSpan > 0 || newSpan > 0) {
-        const auto matched = matchedRows(records, first, oldCount - last, newCount - last);
-        const ListEdits replacement{{{0, oldSpan}}, {}, {{0, newSpan}}};
-        const int affordedRuns = maximumPushes / std::max(oldCount, newCount);
-        const int mostRuns = std::clamp(affordedRuns, 1, maximumRuns);
-        edit(listEdits(matched, newSpan, mostRuns).value_or(replacement), records, first);
-    }
-    showRecords(records);
-    m_records = std::move(records);
-}
-
-// For each old row between the common ends its new row, counted from `first`, or -1.
-template <class Record, auto keyOf>
-std::vector<int> RecordListModel<Record, keyOf>::matchedRows(const QList<Record>& records,
-                                                             int first, int oldEnd,
-                                                             int newEnd) const {
-    QHash<Key, int> nextOfKey; // the next new row of a key that is not taken
-    std::vector<int> nextSame(static_cast<size_t>(newEnd - first), -1);
-    for (int row = newEnd - 1; row >= first; --row) {
-        const Key& rowKey = key(records.at(row));
-        nextSame[static_cast<size_t>(row - first)] = nextOfKey.value(rowKey, -1);
-        nextOfKey.insert(rowKey, row - first);
-    }
-    std::vector<int> matched;
-    for (int row = first; row < oldEnd; ++row) {
-        const auto next = nextOfKey.find(key(*m_shown[static_cast<size_t>(row)]));
-        const int newRow = next == nextOfKey.end() ? -1 : *next;
-        matched.push_back(newRow);
-        if (newRow >= 0)
-            *next = nextSame[static_cast<size_t>(newRow)];
-    }
-    return matched;
+    const ListChange change = listChange(m_records, records, keyOf);
+    apply(std::move(records), change);
 }
 
 template <class Record, auto keyOf>
-void RecordListModel<Record, keyOf>::edit(const ListEdits& edits, const QList<Record>& records,
-                                          int offset) {
-    for (const RowRun& run : edits.removals)
-        removeRun(offset + run.first, run.count);
-    for (const RowMove& move : edits.moves)
-        moveRun(offset + move.first, move.count, offset + move.before);
-    for (const RowRun& run : edits.insertions)
-        insertRun(offset + run.first, run.count, records);
+QList<Record> RecordListModel<Record, keyOf>::apply(QList<Record> records,
+                                                    const ListChange& change) {
+    for (const RowRun& run : change.edits.removals)
+        removeRun(change.first + run.first, run.count);
+    for (const RowMove& move : change.edits.moves)
+        moveRun(change.first + move.first, move.count, change.first + move.before);
+    for (const RowRun& run : change.edits.insertions)
+        insertRun(change.first + run.first, run.count, records);
+    for (qsizetype row = 0; row < records.size(); ++row)
+        m_shown[static_cast<size_t>(row)] = &records.at(row);
+    tellChanged(records, change);
+    return std::exchange(m_records, std::move(records));
 }
 
 template <class Record, auto keyOf>
@@ -206,43 +156,36 @@ void RecordListModel<Record, keyOf>::moveRun(int first, int count, int before) {
     endMoveRows();
 }
 
-// Puts the new records behind the rows, which are in the new order by now, and tells which roles of
-// which rows differ; neighbours that differ alike are told together. When many differ, it is not
-// worth to find out in what: all that follow are told.
+// Tells which roles of which rows differ; neighbours that differ alike are told together. When many
+// differ, it is not worth to find out in what: all that follow are told.
 template <class Record, auto keyOf>
-void RecordListModel<Record, keyOf>::showRecords(const QList<Record>& records) {
+void RecordListModel<Record, keyOf>::tellChanged(const QList<Record>& records,
+                                                 const ListChange& change) {
+    RowRun run;
     QList<int> runRoles;
-    int runFirst = 0;
-    const auto tell = [&](int end) {
+    const auto tell = [&] {
         if (!runRoles.isEmpty())
-            Q_EMIT dataChanged(index(runFirst), index(end - 1), runRoles);
+            Q_EMIT dataChanged(index(run.first), index(run.first + run.count - 1), runRoles);
     };
-    const int count = static_cast<int>(records.size());
-    int different = 0;
-    for (int row = 0; row < count; ++row) {
-        const Record* after = &records.at(row);
-        const Record* before = std::exchange(m_shown[static_cast<size_t>(row)], after);
-        if (different > maximumCompared)
+    for (const ChangedRow& row : change.changed) {
+        const QList<int> roles = changedRoles(m_records.at(row.before), records.at(row.after));
+        if (roles == runRoles && row.after == run.first + run.count) {
+            ++run.count;
             continue;
-        QList<int> roles = before == after ? QList<int>() : changedRoles(*before, *after);
-        different += roles.isEmpty() ? 0 : 1;
-        if (different > maximumCompared)
-            roles = roleNames().keys();
-        if (roles == runRoles)
-            continue;
-        tell(row);
+        }
+        tell();
+        run = {row.after, 1};
         runRoles = roles;
-        runFirst = row;
     }
-    tell(count);
+    tell();
+    if (change.changedFrom >= 0)
+        Q_EMIT dataChanged(index(change.changedFrom), index(rowCount() - 1), roleNames().keys());
 }
 
 template <class Record, auto keyOf>
 QList<int> RecordListModel<Record, keyOf>::changedRoles(const Record& before,
                                                         const Record& after) const {
     QList<int> roles;
-    if (before == after)
-        return roles;
     for (int number = 0; number < m_roles.size(); ++number) {
         if (m_roles[number].value(before) != m_roles[number].value(after))
             roles.append(Qt::UserRole + number);

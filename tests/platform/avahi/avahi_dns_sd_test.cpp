@@ -9,8 +9,11 @@
 #include <QElapsedTimer>
 #include <filesystem>
 #include <fstream>
+#include <netinet/in.h>
 #include <set>
 #include <string>
+#include <sys/socket.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 using namespace quiv;
@@ -375,6 +378,21 @@ private Q_SLOTS:
         QVERIFY(ip("route add 224.0.0.0/4 dev lo"));
         const AvahiTestAnnouncer kitchen({"Kitchen", "kitchen.local"});
         QTRY_COMPARE_WITH_TIMEOUT(search.names, QStringList{u"Kitchen"_s}, ReactionTime);
+    }
+
+    void tellsThatNobodyCanAnswerUntilSomebodyCan() {
+        sockaddr_in6 port{}; // of IPv4, too
+        port.sin6_family = AF_INET6;
+        port.sin6_port = htons(5353);
+        const int other = ::socket(AF_INET6, SOCK_DGRAM, 0); // which does not share it
+        QCOMPARE(::bind(other, reinterpret_cast<const sockaddr*>(&port), sizeof port), 0);
+        const auto connection = std::make_shared<AvahiConnection>(100ms);
+        QCOMPARE(connection->backendKind(), AvahiBackendKind::Undecided);
+        auto told = AvahiBackendKind::Undecided;
+        connection->setBackendListener([&] { told = connection->backendKind(); });
+        QTRY_COMPARE(told, AvahiBackendKind::None);
+        ::close(other);
+        QTRY_COMPARE(told, AvahiBackendKind::Embedded);
     }
 
     void neverWaitsForADaemonThatHangs() {

@@ -35,6 +35,11 @@ Flickable {
             text: "No TV Selected"
             font: Theme.titleSemibold
         }
+        NetworkProblemStrip {
+            Layout.fillWidth: true
+            title: view.presenter.problemTitle
+            advice: view.presenter.problemAdvice
+        }
         EmptyState {
             Layout.fillWidth: true
             visible: view.presenter.isSearching
