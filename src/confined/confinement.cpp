@@ -4,7 +4,6 @@
 
 #include <cerrno>
 #include <csignal>
-#include <linux/ioprio.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -15,6 +14,10 @@
 namespace quiv {
 
 namespace {
+
+// The kernel's own header of these does not compile as C++ in every release.
+constexpr int DiskPriorityOfProcess = 1;          // IOPRIO_WHO_PROCESS
+constexpr int LowestDiskPriority = (2 << 13) | 7; // the last of IOPRIO_CLASS_BE
 
 void require(bool done, const char* what) {
     if (!done)
@@ -58,7 +61,7 @@ void limitThisProcess(const ProcessLimits& limits) {
     }
     // Niceties: a system that refuses them changes nothing but the pace.
     setpriority(PRIO_PROCESS, 0, limits.niceness);
-    syscall(SYS_ioprio_set, IOPRIO_WHO_PROCESS, 0, IOPRIO_PRIO_VALUE(IOPRIO_CLASS_BE, 7));
+    syscall(SYS_ioprio_set, DiskPriorityOfProcess, 0, LowestDiskPriority);
 }
 
 void forbidSystemCalls() {
