@@ -45,6 +45,13 @@ packages_run=(
   qt6-wayland
 )
 
+packages_package=(
+  binutils
+  dpkg-dev
+  file
+  git
+)
+
 packages_test=(
   at-spi2-core
   avahi-daemon
