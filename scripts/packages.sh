@@ -63,6 +63,7 @@ packages_test=(
   python3
   python3-gi
   qt6-declarative-dev-tools
+  sway
   util-linux
   xdotool
   xvfb
