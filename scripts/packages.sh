@@ -45,6 +45,13 @@ packages_run=(
   qt6-wayland
 )
 
+packages_package=(
+  binutils
+  dpkg-dev
+  file
+  git
+)
+
 packages_test=(
   at-spi2-core
   avahi-daemon
@@ -56,6 +63,7 @@ packages_test=(
   python3
   python3-gi
   qt6-declarative-dev-tools
+  sway
   util-linux
   xdotool
   xvfb

@@ -94,9 +94,9 @@ def inherited(process):
 
 
 @contextlib.contextmanager
-def journey(*options):
+def journey(*options, kind=Desktop):
     """A desktop with a TV and the application, which has to end cleanly."""
-    with Desktop() as desktop:
+    with kind() as desktop:
         tv = Television(desktop, *options)
         application = desktop.start_application()
         yield desktop, tv
