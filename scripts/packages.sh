@@ -73,3 +73,7 @@ packages_fuzz=(
   clang-16
   libclang-rt-16-dev
 )
+
+packages_bench=(
+  libbenchmark-dev
+)

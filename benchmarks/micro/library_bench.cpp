@@ -5,6 +5,7 @@
 #include "net/wire_decoding.h"
 
 #include <QJsonDocument>
+#include <QtGlobal>
 
 #include <benchmark/benchmark.h>
 
@@ -68,10 +69,22 @@ void search(benchmark::State& state) {
 
 } // namespace
 
-BENCHMARK(countStructure)->Arg(100'000)->Unit(benchmark::kMillisecond);
-BENCHMARK(parse)->Arg(100'000)->Unit(benchmark::kMillisecond);
-BENCHMARK(decodeListing)->Arg(100'000)->Unit(benchmark::kMillisecond);
-BENCHMARK(group)->Arg(100'000)->Unit(benchmark::kMillisecond);
-BENCHMARK(search)->Arg(100'000)->Unit(benchmark::kMillisecond);
-
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+    bool isNumber = false;
+    const int rows = qEnvironmentVariableIntValue("QUIV_BENCH_ROWS", &isNumber);
+    const auto add = [&](const char* name, void (*function)(benchmark::State&)) {
+        benchmark::RegisterBenchmark(name, function)
+            ->Arg(isNumber ? rows : 100'000)
+            ->Unit(benchmark::kMillisecond);
+    };
+    add("countStructure", countStructure);
+    add("parse", parse);
+    add("decodeListing", decodeListing);
+    add("group", group);
+    add("search", search);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 2;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
